@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <tl/expected.hpp>
+#include <utility>
+
+namespace vxcommon {
+
+/// A failure as a value. `Code` is the program's own enumeration; `sentence` is for a person: it names
+/// the thing, the cause and the next step, and ends without a line end.
+template <class Code>
+struct Error {
+    Code code;
+    std::string sentence;
+};
+
+/// A value, or the error that stood in its way.
+template <class Value, class Code>
+using Result = tl::expected<Value, Error<Code>>;
+
+/// Makes the failed side of any `Result` with the same code type.
+template <class Code>
+tl::unexpected<Error<Code>> failure(Code code, std::string sentence) {
+    return tl::make_unexpected(Error<Code>{code, std::move(sentence)});
+}
+
+}  // namespace vxcommon

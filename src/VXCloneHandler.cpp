@@ -1,0 +1,140 @@
+#include "VXCloneHandler.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <string>
+#include <thread>
+
+#include "VXCloneKeys.h"
+#include "VXCloneLog.h"
+#include "platform/system_info.h"
+#include "platform/tvtimer.h"
+
+std::int32_t VXCloneHandler::m_ecloneType = kDirectionBackup;
+
+namespace {
+
+/// Whether the two network-backed categories take part. A feature that cannot be read means no.
+bool hasNetworkSupport() {
+    int value = 0;
+    return system_info_get_custom_int(kNetworkSupportFeature, &value) == 0 && value != 0;
+}
+
+enum Condition { kAlways, kWithNetwork };
+
+/// How a restore loads one category.
+struct RestoreRow {
+    VXClone category;
+    bool (VXCloneHandler::*cloner)();
+    Condition condition;
+};
+
+}  // namespace
+
+int VXCloneHandler::BackupCloneData() {
+    VX_TRACE();
+    if (tvtimer_init() < 0) {
+        VX_LOG(Error, "failed to init tvtimer api");
+    }
+    m_ecloneType = kDirectionBackup;
+    m_SetVConfString(kCloneResultKey, "");
+    m_CleanTVCloneDirectory();
+
+    std::thread applications([this] {
+        VX_LOG(Error, "Thread created for cloning App data's");
+        m_VXHotelFirstScreenDataClone();
+    });
+
+    m_FactorySettingsClone();
+    m_AudioVideoSettingsClone();
+    if (hasNetworkSupport()) {
+        m_HomeDataControlClone();
+        m_WasAPIClone();
+    } else {
+        VX_LOG(Error, VX_TEXT_NETWORK_SKIPPED);
+    }
+    m_VCONFDataClone();
+    m_BroadcastTVSClone();
+    m_SettingsDataClone();
+    m_VXTVTimerDataClone();
+    m_VXHotelHomeAppDataClone();
+    m_NTP_Settings_Clone();
+
+    VX_LOG(Debug, "Waiting till App data is cloned successfully");
+    applications.join();
+
+    std::string results;
+    m_GetVConfString(kCloneResultKey, results);
+    VX_LOGF(Error, "Clone_BackUP status : \n{-----------------------\n%s\n-----------------------}\n",
+            results.c_str());
+    return 1;
+}
+
+int VXCloneHandler::RestoreCloneData(const std::vector<VXClone>& list) {
+    VX_TRACE();
+    if (tvtimer_init() < 0) {
+        VX_LOG(Error, "failed to init tvtimer api ");
+    }
+    m_ecloneType = kDirectionRestore;
+    m_SetVConfString(kCloneResultKey, "");
+    const bool networkSupport = hasNetworkSupport();
+    if (!networkSupport) {
+        VX_LOG(Error, VX_TEXT_NETWORK_SKIPPED);
+    }
+    if (list.empty()) {
+        VX_LOG(Error, "eCloneData size error");
+        return 0;
+    }
+
+    std::thread applications;
+    if (std::find(list.begin(), list.end(), VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) != list.end()) {
+        applications = std::thread([this] {
+            VX_LOG(Error, "Thread created for cloning App's data");
+            m_VXHotelFirstScreenDataClone();
+        });
+    }
+
+    static constexpr RestoreRow kRestoreRows[] = {
+        {VXCLONE_FACTORY_SETTINGS, &VXCloneHandler::m_FactorySettingsClone, kAlways},
+        {VXCLONE_AV_SETTINGS, &VXCloneHandler::m_AudioVideoSettingsClone, kAlways},
+        {VXCLONE_HOME_INTERNAL_API_DATA, &VXCloneHandler::m_HomeDataControlClone, kWithNetwork},
+        {VXCLONE_WAS_API_DATA, &VXCloneHandler::m_WasAPIClone, kWithNetwork},
+        {VXCLONE_VCONF_DATA, &VXCloneHandler::m_VCONFDataClone, kAlways},
+        {VXCLONE_BROADCAST_TVS, &VXCloneHandler::m_BroadcastTVSClone, kAlways},
+        {VXCLONE_SETTINGS_DATA, &VXCloneHandler::m_SettingsDataClone, kAlways},
+        {VXCLONE_BROADCAST_IPG_DATA, &VXCloneHandler::m_BroadcastIPGDataClone, kAlways},
+        {VXCLONE_VXTV_TIMER_DATA, &VXCloneHandler::m_VXTVTimerDataClone, kAlways},
+        {VXCLONE_HOSPITALITY_LOGO, &VXCloneHandler::m_HospitalityLogoClone, kAlways},
+        {VXCLONE_VXHOTEL_HOMEAPP_DATA, &VXCloneHandler::m_VXHotelHomeAppDataClone, kAlways},
+        {VXCLONE_VXHOTEL_MBR_LOGO, &VXCloneHandler::m_MBRLogoClone, kAlways},
+        {VXCLONE_NTP_SETTINGS_DATA, &VXCloneHandler::m_NTP_Settings_Clone, kAlways},
+    };
+
+    std::size_t handled = 0;
+    for (const VXClone category : list) {
+        const auto row =
+            std::find_if(std::begin(kRestoreRows), std::end(kRestoreRows),
+                         [category](const RestoreRow& each) { return each.category == category; });
+        if (category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
+            VX_LOG(Error, "Cloning App data , Already Handled~!!!");
+        } else if (row == std::end(kRestoreRows)) {
+            // The ambient application's data is among these on purpose: it has no restore.
+            VX_LOG(Error, "Wrong data passed in eCloneData");
+        } else if (networkSupport || row->condition == kAlways) {
+            (this->*row->cloner)();
+        }
+        ++handled;
+        m_updateProgressVconf(static_cast<int>(100 * handled / list.size()));
+    }
+
+    // Without application data in the list there is no thread, and the join leaves by std::system_error:
+    // callers know a partial restore by it.
+    applications.join();
+
+    std::string results;
+    m_GetVConfString(kCloneResultKey, results);
+    VX_LOGF(Error, "Clone_Restore status : \n{-----------------------\n%s\n-----------------------}\n",
+            results.c_str());
+    return 1;
+}

@@ -1,0 +1,94 @@
+// Progress, the result list, and the typed ways into the settings store.
+
+#include <array>
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
+
+#include "VXCloneHandler.h"
+#include "VXCloneKeys.h"
+#include "VXCloneLog.h"
+#include "platform/vconf.h"
+
+namespace {
+
+/// The names of the result list, at the place of their category's value.
+constexpr std::array kCategoryNames = {
+    "VXCLONE_FACTORY_SETTINGS",
+    "VXCLONE_AV_SETTINGS",
+    "VXCLONE_HOME_INTERNAL_API_DATA",
+    "VXCLONE_WAS_API_DATA",
+    "VXCLONE_VCONF_DATA",
+    "VXCLONE_BROADCAST_TVS",
+    "VXCLONE_SETTINGS_DATA",
+    "VXCLONE_BROADCAST_IPG_DATA",
+    "VXCLONE_VXTV_TIMER_DATA",
+    "VXCLONE_HOSPITALITY_LOGO",
+    "VXCLONE_VXHOTEL_HOMEAPP_DATA",
+    "VXCLONE_VXHOTEL_FIRSTSCREEN_DATA",
+    "VXCLONE_VXHOTEL_MBR_LOGO",
+    "VXCLONE_VXHOTEL_AMBIENT_APP_DATA",
+    "VXCLONE_NTP_SETTINGS_DATA",
+};
+
+struct FreeString {
+    void operator()(char* text) const { std::free(text); }
+};
+
+/// A string of the settings store, ours to free; null when the store has none.
+using StoreString = std::unique_ptr<char, FreeString>;
+
+}  // namespace
+
+void VXCloneHandler::m_updateProgressVconf(int percent) {
+    VX_LOGF(Error, "Update Progress-%d", percent);
+    if (vconf_set_int(kCloneProgressKey, percent) != 0) {
+        VX_LOG(Error, "Unable to update Progress vconf value");
+    }
+}
+
+std::string VXCloneHandler::m_GetVconfLogString(VXClone category) {
+    const auto index = static_cast<std::size_t>(category);
+    return index < kCategoryNames.size() ? kCategoryNames[index] : "";
+}
+
+bool VXCloneHandler::m_AppendCloneResultVConf(int status, VXClone category) {
+    VX_LOG(Info, "");
+    const StoreString list(vconf_get_str(kCloneResultKey));
+    if (list == nullptr) {
+        VX_LOGF(Error, "fail to get [%s]", kCloneResultKey);
+        return false;
+    }
+    // Read, extended and written back without a lock: two threads at the same moment can lose an entry, and
+    // readers outside the process see each entry at once.
+    const std::string outcome = status != 0 ? "-SUCCESS" : "-FAIL";
+    const std::string extended = list.get() + m_GetVconfLogString(category) + outcome + "\n";
+    vconf_set_str(kCloneResultKey, extended.c_str());
+    return true;
+}
+
+bool VXCloneHandler::m_GetVConfBool(const std::string& key, int& value) {
+    return vconf_get_bool(key.c_str(), &value) == 0;
+}
+
+bool VXCloneHandler::m_SetVConfBool(const std::string& key, int value) {
+    return vconf_set_bool(key.c_str(), value) == 0;
+}
+
+bool VXCloneHandler::m_GetVConfString(std::string key, std::string& value) {
+    const StoreString text(vconf_get_str(key.c_str()));
+    value = text == nullptr ? "" : text.get();
+    return text != nullptr;
+}
+
+bool VXCloneHandler::m_SetVConfString(std::string key, std::string value) {
+    return vconf_set_str(key.c_str(), value.c_str()) == 0;
+}
+
+bool VXCloneHandler::m_GetVConfInt(std::string key, int& value) {
+    return vconf_get_int(key.c_str(), &value) == 0;
+}
+
+bool VXCloneHandler::m_SetVConfInt(std::string key, int value) {
+    return vconf_set_int(key.c_str(), value) == 0;
+}
