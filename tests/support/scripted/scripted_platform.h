@@ -1,0 +1,131 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <variant>
+#include <vector>
+
+namespace vxtest {
+
+/// One line that the library logged, taken apart.
+struct LogLine {
+    int logId = 0;
+    int priority = 0;
+    std::string tag;       ///< the log tag, "cloneapi"
+    std::string source;    ///< base name of the source file
+    std::string function;  ///< function name
+    int line = 0;          ///< source line
+    std::string place;     ///< thread and moment: "tID:...|TICK:..."
+    std::string colour;    ///< the escape sequence before the place
+    std::string message;   ///< the message, formatted
+};
+
+/// The line as a test writes it: "E/35 m_CreateDir: message", the priority's letter, the colour's number, the
+/// function and the message.
+std::string described(const LogLine& line);
+
+/// A setting of the scripted store: its type is the alternative, a bool is kept apart from an int.
+struct BoolSetting {
+    int value = 0;
+};
+using Setting = std::variant<int, BoolSetting, std::string>;
+
+/// A television that does what the test says and remembers everything that was asked of it.
+///
+/// Every call of the platform is recorded as text, `name(arguments)` with strings in quotes, in the order in
+/// which it was made; log lines stand in the same order among them. Unless told otherwise, a call succeeds
+/// by its own convention. Threads: may be called from several at once.
+class ScriptedPlatform {
+ public:
+    /// The one that the platform functions of this process answer from.
+    static ScriptedPlatform& instance();
+
+    /// Forgets everything that was scripted and recorded.
+    void reset();
+
+    // What the test says.
+
+    /// From its nth call on (1 is the next), the call answers the status instead of doing its work. For calls
+    /// that hand out a pointer any status means null; for those that return a bool, 0 means false.
+    void answer(const std::string& call, int status, int fromNth = 1);
+    /// The same for the nth call alone.
+    void answerOnce(const std::string& call, int status, int nth = 1);
+    /// Runs the action when the call is made, before it is answered.
+    void onCall(const std::string& call, std::function<void()> action);
+    void setSetting(const std::string& key, Setting value);
+    void eraseSetting(const std::string& key);
+    void setModel(std::string model);
+    void setProductTag(std::string tag);
+    void setTunerType(int tunerType);
+    void setFeature(const std::string& name, int value);
+    void setDirectories(std::string bootLogo, std::string mbrLogo, std::string homeMenu);
+
+    // What the library did.
+
+    /// The platform calls, in order, without the log.
+    std::vector<std::string> calls() const;
+    /// The calls of the one name.
+    std::vector<std::string> callsOf(const std::string& name) const;
+    /// The log lines, in order.
+    std::vector<LogLine> log() const;
+    /// The messages of the log, in order.
+    std::vector<std::string> messages() const;
+    /// Calls and log lines of the calling thread in one order. A log line reads as `described`.
+    std::vector<std::string> transcript() const;
+    /// The log lines of all threads, each as `described`.
+    std::vector<std::string> describedLog() const;
+    bool hasSetting(const std::string& key) const;
+    Setting setting(const std::string& key) const;
+
+    // For the platform functions.
+
+    struct Decision {
+        bool forced = false;  ///< answer `status` and do nothing else
+        int status = 0;
+    };
+    Decision decide(const std::string& call, const std::string& arguments);
+    void recordLog(LogLine line);
+    template <class Use>
+    auto locked(Use use) {
+        const std::lock_guard lock(mutex_);
+        return use(state_);
+    }
+
+    struct State {
+        std::map<std::string, Setting> settings;
+        std::map<std::string, int> features;
+        std::string model;
+        std::string productTag;
+        int tunerType = 0;
+        std::string bootLogo;
+        std::string mbrLogo;
+        std::string homeMenu;
+    };
+
+ private:
+    struct Rule {
+        std::string call;
+        int status = 0;
+        int fromNth = 1;
+        bool once = false;
+        int seen = 0;
+    };
+    struct Event {
+        bool isLog = false;
+        std::string call;
+        std::string name;
+        LogLine line;
+        std::thread::id thread = std::this_thread::get_id();
+    };
+
+    mutable std::mutex mutex_;
+    State state_;
+    std::vector<Rule> rules_;
+    std::multimap<std::string, std::function<void()>> actions_;
+    std::vector<Event> events_;
+};
+
+}  // namespace vxtest

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <boost/filesystem.hpp>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "VXCloneHandler.h"
+#include "VXCloneKeys.h"
+#include "VXClonePaths.h"
+#include "tests/support/scripted/scripted_platform.h"
+
+namespace vxtest {
+
+namespace fs = boost::filesystem;
+
+inline std::string readFile(const fs::path& path) {
+    std::ifstream file(path.string(), std::ios::binary);
+    EXPECT_TRUE(file.is_open()) << path;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline void writeFile(const fs::path& path, const std::string& content) {
+    std::ofstream file(path.string(), std::ios::binary);
+    file << content;
+    file.close();
+    ASSERT_TRUE(file.good()) << path;
+}
+
+/// An engine on a scripted television whose clone directory is there and empty. The paths are the real ones:
+/// the executable runs in a file system of its own.
+class EngineTest : public testing::Test {
+ protected:
+    EngineTest() {
+        tv.reset();
+        tv.setSetting(kCloneResultKey, std::string("stale"));
+        tv.setSetting(kCloneProgressKey, -1);
+        tv.setFeature(kNetworkSupportFeature, 1);
+        fs::remove_all(kWorkDirectory);
+        fs::create_directories(kWorkDirectory);
+        fs::remove_all(kCloneDirectory);
+        fs::create_directories(kCloneDirectory);
+        VXCloneHandler::m_ecloneType = kDirectionBackup;
+        VXCloneHandler::m_jscloneParam = Json::Value();
+    }
+
+    /// A directory for files that are not the clone's.
+    static constexpr const char* kWorkDirectory = "/tmp/work";
+    static fs::path work(const std::string& name) { return fs::path(kWorkDirectory) / name; }
+    static fs::path clone(const std::string& name) { return fs::path(kCloneDirectory) / name; }
+
+    std::string results() const { return std::get<std::string>(tv.setting(kCloneResultKey)); }
+
+    ScriptedPlatform& tv = ScriptedPlatform::instance();
+    VXCloneHandler engine;
+};
+
+}  // namespace vxtest
