@@ -15,6 +15,13 @@ constexpr std::array kColourCodes = {"", "\x1b[32m", "\x1b[31m", "\x1b[2m"};
 constexpr std::string_view kColourEnd = "\x1b[0m";
 constexpr std::string_view kColumnGap = "  ";
 
+void appendHexadecimal(std::string& text, unsigned char byte) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    text += "\\x";
+    text += kDigits[byte >> 4U];
+    text += kDigits[byte & 0x0FU];
+}
+
 void appendCell(std::string& line, const Cell& cell, std::size_t width, bool last, bool coloured) {
     const std::string text = printable(cell.text);
     line += paint(text, cell.colour, coloured);
@@ -48,16 +55,19 @@ std::size_t displayWidth(std::string_view text) {
 }
 
 std::string printable(std::string_view text) {
-    constexpr std::string_view kHexDigits = "0123456789abcdef";
+    constexpr unsigned char kSecondControlSet = 0xC2U;  // with 0x80 to 0x9F behind it
     std::string result;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const auto byte = static_cast<unsigned char>(text[at]);
+        const auto next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0U;
         if (byte < 0x20U || byte == 0x7FU) {
-            result += "\\x";
-            result += kHexDigits[byte >> 4U];
-            result += kHexDigits[byte & 0x0FU];
+            appendHexadecimal(result, byte);
+        } else if (byte == kSecondControlSet && next >= 0x80U && next < 0xA0U) {
+            appendHexadecimal(result, byte);
+            appendHexadecimal(result, static_cast<unsigned char>(next));
+            ++at;
         } else {
-            result += character;
+            result += text[at];
         }
     }
     return result;

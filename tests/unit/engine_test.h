@@ -3,33 +3,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <boost/filesystem.hpp>
-#include <fstream>
-#include <iterator>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "VXCloneHandler.h"
 #include "VXCloneKeys.h"
 #include "VXClonePaths.h"
+#include "tests/support/machine/file_tree.h"
 #include "tests/support/scripted/scripted_platform.h"
 
 namespace vxtest {
 
-namespace fs = boost::filesystem;
-
-inline std::string readFile(const fs::path& path) {
-    std::ifstream file(path.string(), std::ios::binary);
-    EXPECT_TRUE(file.is_open()) << path;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-inline void writeFile(const fs::path& path, const std::string& content) {
-    std::ofstream file(path.string(), std::ios::binary);
-    file << content;
-    file.close();
-    ASSERT_TRUE(file.good()) << path;
-}
+namespace fs = std::filesystem;
 
 /// An engine on a scripted television whose clone directory is there and empty. The paths are the real ones:
 /// the executable runs in a file system of its own.

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace vxcontract {
+
+/// What a contract suite needs of a television before it calls the platform. Each implementation of the
+/// platform brings its own, and the suites are run on each of them unchanged.
+class World {
+ public:
+    /// The one of this executable. Made anew for each test, so that tests do not see each other's values.
+    static std::unique_ptr<World> make();
+    virtual ~World() = default;
+
+    virtual std::string model() const = 0;
+    virtual std::string productTag() const = 0;
+    virtual int tunerType() const = 0;
+    /// A numeric feature and a switch that this television has, and their values.
+    virtual std::string intFeature() const = 0;
+    virtual int intFeatureValue() const = 0;
+    virtual std::string boolFeature() const = 0;
+    virtual bool boolFeatureValue() const = 0;
+    /// Settings of each type that this television has.
+    virtual std::string intKey() const = 0;
+    virtual std::string boolKey() const = 0;
+    virtual std::string stringKey() const = 0;
+
+    /// Makes the nth next call of the operation answer the status, once.
+    virtual void failOnce(const std::string& call, int status, int nth) = 0;
+
+    /// How many log lines the television holds that contain the text.
+    virtual int logLinesWith(const std::string& text) const = 0;
+};
+
+}  // namespace vxcontract
