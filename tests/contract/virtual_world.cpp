@@ -1,0 +1,97 @@
+#include <cstdlib>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+
+#include "tests/contract/world.h"
+#include "tests/support/machine/file_tree.h"
+#include "tests/support/machine/temporary_directory.h"
+#include "virtual_tv/television/creation.h"
+
+namespace vxcontract {
+
+namespace {
+
+vxtv::Profile plainProfile() {
+    vxtv::Profile profile;
+    profile.identity = {"Model 2", "TAG-2", 5};
+    profile.features = {{"com.example/number", 6}, {"com.example/switch", true}};
+    profile.settings = {{"db/int", 0}, {"db/bool", false}, {"db/string", std::string()}};
+    return profile;
+}
+
+/// The television that the platform of this process finds. It is looked for once, at the first call, so that
+/// all tests of the process share it.
+class SharedTelevision {
+ public:
+    SharedTelevision() {
+        auto created = vxtv::createTelevision(place_ / "tv", plainProfile());
+        if (!created) {
+            throw std::runtime_error(created.error().sentence);
+        }
+        television_.emplace(std::move(*created));
+        setenv(vxtv::kTelevisionVariable, television_->folder().root().c_str(), 1);
+    }
+
+    vxtv::Television& operator*() { return *television_; }
+
+ private:
+    vxtest::TemporaryDirectory place_;
+    std::optional<vxtv::Television> television_;
+};
+
+class VirtualWorld : public World {
+ public:
+    VirtualWorld() {
+        faults().clear();
+        log_ = vxtest::readFile(logFile()).size();
+    }
+
+    std::string model() const override { return plainProfile().identity.model; }
+    std::string productTag() const override { return plainProfile().identity.productTag; }
+    int tunerType() const override { return plainProfile().identity.tunerType; }
+    std::string intFeature() const override { return "com.example/number"; }
+    int intFeatureValue() const override { return 6; }
+    std::string boolFeature() const override { return "com.example/switch"; }
+    bool boolFeatureValue() const override { return true; }
+    std::string intKey() const override { return "db/int"; }
+    std::string boolKey() const override { return "db/bool"; }
+    std::string stringKey() const override { return "db/string"; }
+
+    void failOnce(const std::string& call, int status, int nth) override {
+        vxtv::Fault fault;
+        fault.call = call;
+        fault.nth = nth;
+        fault.status = status;
+        if (const auto added = faults().add(fault); !added) {
+            throw std::runtime_error(added.error().sentence);
+        }
+    }
+
+    int logLinesWith(const std::string& text) const override {
+        std::istringstream lines(vxtest::readFile(logFile()).substr(log_));
+        int found = 0;
+        for (std::string line; std::getline(lines, line);) {
+            found += line.find(text) != std::string::npos ? 1 : 0;
+        }
+        return found;
+    }
+
+ private:
+    static vxtv::Television& television() {
+        static SharedTelevision shared;
+        return *shared;
+    }
+    static vxtv::FaultPlan faults() { return television().faults(); }
+    static std::filesystem::path logFile() { return television().folder().dlog(); }
+
+    std::size_t log_ = 0;  ///< what earlier tests of the process had written
+};
+
+}  // namespace
+
+std::unique_ptr<World> World::make() {
+    return std::make_unique<VirtualWorld>();
+}
+
+}  // namespace vxcontract

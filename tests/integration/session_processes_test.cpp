@@ -1,0 +1,65 @@
+#include <csignal>
+
+#include "tests/integration/session_test.h"
+
+namespace vxtest {
+namespace {
+
+/// Each test runs in the namespaces this machine allows by itself, and on the real paths. That every process
+/// is gone shows in the end of standard output, which all of them hold open.
+class SessionProcesses : public SessionTest, public testing::WithParamInterface<const char*> {
+ protected:
+    Program inside(const std::string& script) const {
+        auto program = inTelevision(television.root(), {"sh", "-c", script}, {"--isolation", GetParam()});
+        program.timeLimit = std::chrono::seconds(20);
+        return program;
+    }
+};
+
+TEST_P(SessionProcesses, backgroundProcessEndsWithTheCommand) {
+    const auto finished = run(inside("sleep 1000 & echo started"));
+    EXPECT_FALSE(finished.timedOut);
+    EXPECT_EQ(finished.status, 0) << finished.errors;
+    EXPECT_EQ(finished.output, "started\n");
+}
+
+TEST_P(SessionProcesses, orphanInASessionOfItsOwnEndsWithTheCommand) {
+    const auto finished = run(inside("(setsid sh -c 'sleep 1000; :' &) ; trap '' HUP TERM; exit 3"));
+    EXPECT_FALSE(finished.timedOut);
+    EXPECT_EQ(finished.status, 3) << finished.errors;
+}
+
+TEST_P(SessionProcesses, killingVxtvEndsAllOfThem) {
+    RunningProcess session(inside("setsid sleep 1000 & echo up; sleep 1000"));
+    ASSERT_TRUE(session.waitForOutput("up"));
+    session.signal(SIGKILL);
+    const auto finished = session.wait();
+    EXPECT_FALSE(finished.timedOut);
+    EXPECT_EQ(finished.status, 128 + SIGKILL);
+}
+
+TEST_P(SessionProcesses, signalsReachTheCommand) {
+    for (const auto& [number, name] : {std::pair{SIGINT, "INT"}, {SIGTERM, "TERM"}, {SIGHUP, "HUP"}}) {
+        RunningProcess session(inside("trap 'echo got; exit 9' " + std::string(name) +
+                                      "; echo up; while :; do sleep 1000 & wait; done"));
+        ASSERT_TRUE(session.waitForOutput("up"));
+        session.signal(number);
+        const auto finished = session.wait();
+        EXPECT_EQ(finished.output, "up\ngot\n") << name;
+        EXPECT_EQ(finished.status, 9) << name;
+    }
+}
+
+TEST_P(SessionProcesses, orphansAreReaped) {
+    // A zombie keeps its place in /proc until somebody asks for its status.
+    const auto finished =
+        run(inside("orphan=$(sh -c 'true & echo $!; exec true'); while test -e /proc/$orphan; do :; done"));
+    EXPECT_FALSE(finished.timedOut);
+    EXPECT_EQ(finished.status, 0) << finished.errors;
+}
+
+INSTANTIATE_TEST_SUITE_P(Isolation, SessionProcesses, testing::Values("auto", "user", "real"),
+                         [](const auto& tested) { return std::string(tested.param); });
+
+}  // namespace
+}  // namespace vxtest

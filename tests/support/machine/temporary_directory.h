@@ -1,0 +1,24 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace vxtest {
+
+/// A new, empty directory below /tmp that is removed, with all that is in it, at the end of the object's
+/// life. Ends the program when the system gives none: there is no test without it.
+class TemporaryDirectory {
+ public:
+    TemporaryDirectory();
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+    ~TemporaryDirectory();
+
+    const std::filesystem::path& path() const { return path_; }
+    std::filesystem::path operator/(const std::filesystem::path& inside) const { return path_ / inside; }
+
+ private:
+    std::filesystem::path path_;
+};
+
+}  // namespace vxtest

@@ -1,0 +1,168 @@
+#include "virtual_tv/session/mounts.h"
+
+#include <fcntl.h>
+#include <fmt/core.h>
+#include <sys/mount.h>
+#include <sys/statvfs.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <system_error>
+
+#include "virtual_tv/session/covered.h"
+#include "virtual_tv/session/descriptor.h"
+#include "virtual_tv/session/exposure.h"
+
+namespace vxtv {
+
+namespace {
+
+const std::filesystem::path kSticksSeenAt = "/" / Folder(std::filesystem::path()).media();
+
+std::vector<std::filesystem::path> coveredPaths() {
+    std::vector<std::filesystem::path> paths;
+    for (const auto& root : coveredRoots()) paths.push_back(root.seenAs);
+    return paths;
+}
+
+/// Whether a need has to give way to what the television has at its path.
+Result<bool> isHidden(const Folder& folder, const Need& need, const EntryRecord& record) {
+    const auto inside = pathInFolder(need.path);
+    if (inside.empty() || record.holds(inside)) return false;
+    const auto own = folder.root() / inside;
+    std::error_code error;
+    const auto type = std::filesystem::symlink_status(own, error).type();
+    if (type == std::filesystem::file_type::not_found) return false;
+    if (!need.required) return true;
+    if (type == std::filesystem::file_type::directory && std::filesystem::is_empty(own, error)) return false;
+    return failure(
+        ErrorCode::AlreadyExists,
+        fmt::format("the television has a '{0}' of its own ({1}), which would hide that of this machine; "
+                    "move one of the two",
+                    need.path.string(), own.string()));
+}
+
+/// Whether a stick's folder, seen in /media, shows or hides the need already.
+Result<bool> isOnStick(const std::vector<Stick>& sticks, const Need& need) {
+    for (const auto& stick : sticks) {
+        const auto seenAs = kSticksSeenAt / stick.name;
+        if (need.path != seenAs && !isBelow(need.path, seenAs)) continue;
+        if (!need.required || stick.hostFolder == seenAs) return true;
+        return failure(
+            ErrorCode::BadArgument,
+            fmt::format("the stick '{}' would hide '{}', which is needed; give the stick another name",
+                        stick.name, need.path.string()));
+    }
+    return false;
+}
+
+Result<std::vector<std::filesystem::path>> visibleNeeds(const Folder& folder,
+                                                        const std::vector<Stick>& sticks,
+                                                        const std::vector<Need>& needs,
+                                                        const EntryRecord& record) {
+    std::vector<std::filesystem::path> paths;
+    for (const auto& need : needs) {
+        const auto onStick = isOnStick(sticks, need);
+        if (!onStick) return tl::make_unexpected(onStick.error());
+        const auto hidden = isHidden(folder, need, record);
+        if (!hidden) return tl::make_unexpected(hidden.error());
+        if (!*onStick && !*hidden) paths.push_back(need.path);
+    }
+    return paths;
+}
+
+tl::unexpected<Error> cannotBind(const Bind& bind) {
+    return failure(ErrorCode::NoIsolation,
+                   fmt::format("cannot show '{}' as '{}': {}; see that both are folders you may enter",
+                               bind.source.string(), bind.target.string(), reason()));
+}
+
+/// A remount has to repeat what the mount already forbids; a user namespace may not allow it again.
+unsigned long keptFlags(const std::filesystem::path& mounted) {
+    struct Kept {
+        unsigned long asStatus;
+        unsigned long asMount;
+    };
+    constexpr std::array kKept = {Kept{ST_NOSUID, MS_NOSUID},         Kept{ST_NODEV, MS_NODEV},
+                                  Kept{ST_NOEXEC, MS_NOEXEC},         Kept{ST_NOATIME, MS_NOATIME},
+                                  Kept{ST_NODIRATIME, MS_NODIRATIME}, Kept{ST_RELATIME, MS_RELATIME}};
+    struct statvfs status {};
+    unsigned long flags = 0;
+    if (statvfs(mounted.c_str(), &status) != 0) return flags;
+    for (const auto& kept : kKept) {
+        if ((status.f_flag & kept.asStatus) != 0) flags |= kept.asMount;
+    }
+    return flags;
+}
+
+bool isBound(const Descriptor& source, const Bind& bind) {
+    const auto opened = fmt::format("/proc/self/fd/{}", source.get());
+    // A user namespace may copy a mount only together with those below it.
+    if (mount(opened.c_str(), bind.target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) != 0) return false;
+    if (!bind.readOnly) return true;
+    const auto flags = MS_REMOUNT | MS_BIND | MS_RDONLY | keptFlags(bind.target);
+    return mount(nullptr, bind.target.c_str(), nullptr, flags, nullptr) == 0;
+}
+
+Result<std::vector<Descriptor>> openSources(const std::vector<Bind>& binds) {
+    std::vector<Descriptor> sources;
+    for (const auto& bind : binds) {
+        sources.emplace_back(open(bind.source.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        if (!sources.back()) return cannotBind(bind);
+    }
+    return sources;
+}
+
+}  // namespace
+
+Result<std::vector<Bind>> prepareBinds(const Folder& folder, const std::vector<Stick>& sticks,
+                                       const std::vector<Need>& needs, const EntryRecord& record) {
+    const auto visible = visibleNeeds(folder, sticks, needs, record);
+    if (!visible) return tl::make_unexpected(visible.error());
+    std::vector<Bind> binds;
+    for (const auto& directory : {folder.opt(), folder.tmp(), folder.media()}) {
+        binds.push_back({directory, "/" / directory.filename()});
+    }
+    const auto mountOn = [&](const std::filesystem::path& source, const std::filesystem::path& target,
+                             bool readOnly) {
+        binds.push_back({source, target, readOnly});
+        return record.makeDirectory(pathInFolder(target));
+    };
+    for (const auto& stick : sticks) {
+        const auto made = mountOn(stick.hostFolder, kSticksSeenAt / stick.name, stick.readOnly);
+        if (!made) return tl::make_unexpected(made.error());
+    }
+    for (const auto& path : pathsToExpose(*visible, coveredPaths())) {
+        const auto made = mountOn(path, path, false);
+        if (!made) return tl::make_unexpected(made.error());
+    }
+    return binds;
+}
+
+Result<void> doBinds(const std::vector<Bind>& binds) {
+    return doBindsOverMemory({}, binds);
+}
+
+Result<void> doBindsOverMemory(const std::vector<std::filesystem::path>& memoryRoots,
+                               const std::vector<Bind>& binds) {
+    const auto sources = openSources(binds);
+    if (!sources) return tl::make_unexpected(sources.error());
+    for (const auto& root : memoryRoots) {
+        if (mount("tmpfs", root.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, "mode=1777") != 0) {
+            return failure(ErrorCode::NoIsolation,
+                           fmt::format("cannot mount an empty folder at '{}': {}; see that "
+                                       "the folder exists",
+                                       root.string(), reason()));
+        }
+    }
+    std::error_code error;
+    for (std::size_t i = 0; i < binds.size(); ++i) {
+        if (!memoryRoots.empty()) std::filesystem::create_directories(binds[i].target, error);
+        if (!isBound((*sources)[i], binds[i])) return cannotBind(binds[i]);
+    }
+    return {};
+}
+
+}  // namespace vxtv

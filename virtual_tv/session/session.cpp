@@ -1,0 +1,115 @@
+#include "virtual_tv/session/session.h"
+
+#include <fmt/core.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <system_error>
+
+#include "virtual_tv/session/covered.h"
+#include "virtual_tv/session/exposure.h"
+#include "virtual_tv/session/program.h"
+#include "virtual_tv/session/real_paths.h"
+#include "virtual_tv/television/database.h"
+#include "virtual_tv/television/television.h"
+
+namespace vxtv {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+Result<Folder> findTelevision(const fs::path& path) {
+    const auto folder = absoluteFolder(path);
+    return Database::identify(Folder(folder).database()).and_then([&]() -> Result<Folder> {
+        std::error_code error;
+        const auto real = fs::canonical(folder, error);
+        if (!error) return Folder(real);
+        return failure(ErrorCode::Io,
+                       fmt::format("the television '{}' cannot be entered: {}; see that you may read it",
+                                   folder.string(), error.message()));
+    });
+}
+
+/// The very directory of before, if it is still seen at its path.
+void returnTo(const fs::path& directory) {
+    struct stat before {};
+    struct stat now {};
+    const bool isSeen = stat(".", &before) == 0 && stat(directory.c_str(), &now) == 0 &&
+                        before.st_dev == now.st_dev && before.st_ino == now.st_ino;
+    if (isSeen && chdir(directory.c_str()) == 0) return;
+    if (chdir("/") != 0) _exit(1);
+}
+
+/// The processes of the session instead of the machine's. Some containers forbid it, and the session works
+/// without.
+void showOwnProcesses() {
+    mount("proc", "/proc", "proc", MS_NOSUID | MS_NODEV | MS_NOEXEC, nullptr);
+}
+
+}  // namespace
+
+Session::Session(Folder folder, std::vector<Stick> sticks, Isolation isolation, bool interactive,
+                 SessionLock lock)
+    : folder_(std::move(folder)),
+      record_(folder_),
+      sticks_(std::move(sticks)),
+      isolation_(isolation),
+      interactive_(interactive),
+      lock_(std::move(lock)) {}
+
+Session::~Session() {
+    lock_.release([&] { record_.removeAll(); });
+}
+
+Result<Session> Session::open(const SessionWish& wish) {
+    auto folder = findTelevision(wish.television);
+    if (!folder) return tl::make_unexpected(folder.error());
+    auto sticks = parseSticks(wish.sticks);
+    if (!sticks) return tl::make_unexpected(sticks.error());
+    const auto isolation = chooseIsolation(wish.isolation);
+    if (!isolation) return tl::make_unexpected(isolation.error());
+    auto lock = SessionLock::acquire(*folder, [&] { EntryRecord(*folder).removeAll(); });
+    if (!lock) return tl::make_unexpected(lock.error());
+    return Session(std::move(*folder), std::move(*sticks), *isolation, wish.interactive, std::move(*lock));
+}
+
+Result<Outcome> Session::run(const std::vector<std::string>& command) const {
+    Job job{command, {{kTelevisionVariable, folder_.root().string()}}, isolation_, {}, interactive_};
+    if (isolation_ == Isolation::RealPaths) {
+        const auto paths = RealPaths::take(folder_, sticks_, record_);
+        if (!paths) return tl::make_unexpected(paths.error());
+        job.prepare = [] { return Result<void>(); };
+        return supervise(job);
+    }
+    const auto binds = prepareBinds(folder_, sticks_, needsOf(command.front()), record_);
+    if (!binds) return tl::make_unexpected(binds.error());
+    std::error_code deleted;
+    job.prepare = [&binds, directory = fs::current_path(deleted)]() -> Result<void> {
+        auto done = doBinds(*binds);
+        if (done) {
+            showOwnProcesses();
+            returnTo(directory);
+        }
+        return done;
+    };
+    return supervise(job);
+}
+
+std::vector<Need> Session::needsOf(const std::string& program) const {
+    std::vector<Need> needs = {{ownTree(), true}, {folder_.root(), true}};
+    std::error_code error;
+    const auto directory = fs::current_path(error);
+    if (!error) needs.push_back({directory, false});
+    const auto file = findProgram(program);
+    if (!file) return needs;
+    for (const auto& name : bothNames(*file)) {
+        const auto inside = pathInFolder(name);
+        const bool isTelevisions = !inside.empty() && fs::exists(folder_.root() / inside, error);
+        if (!isTelevisions) needs.push_back({name.parent_path(), false});
+    }
+    return needs;
+}
+
+}  // namespace vxtv

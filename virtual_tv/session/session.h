@@ -1,0 +1,69 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "virtual_tv/session/entry_record.h"
+#include "virtual_tv/session/isolation.h"
+#include "virtual_tv/session/mounts.h"
+#include "virtual_tv/session/session_lock.h"
+#include "virtual_tv/session/stick.h"
+#include "virtual_tv/session/supervisor.h"
+#include "virtual_tv/television/error.h"
+#include "virtual_tv/television/folder.h"
+
+namespace vxtv {
+
+/// What a session is asked for.
+struct SessionWish {
+    std::filesystem::path television;    ///< its folder
+    std::vector<std::string> sticks;     ///< each HOSTDIR or HOSTDIR:NAME
+    std::optional<Isolation> isolation;  ///< nothing: the first way that this machine allows
+    bool interactive = false;            ///< the command is a shell and gets the terminal to itself
+};
+
+/// A command's stay in a television.
+///
+/// Life cycle:
+///  1. `open` checks the television and the sticks, finds a way to isolate, and takes the session lock. If no
+///     other session runs, it first takes out what a killed one left in the television.
+///  2. `run` makes the mount points, forks the session's first process into its namespaces, which mounts the
+///     television over /opt, /tmp and /media and what that covers back to its place, and starts the command.
+///     When the command has ended, all processes of the session are ended, and the mounts go with them.
+///  3. The destructor takes the mount points out again if this was the last session, and gives the lock back.
+/// If the process is killed meanwhile, the kernel ends the session's processes and step 1 of the next session
+/// does what is left of step 3.
+///
+/// Several sessions of one television may run at a time, except on the machine's own paths. Only one thread
+/// may run in the process.
+class Session {
+ public:
+    /// On failure NotATelevision, BadArgument (a stick), NoIsolation or Io; nothing is left behind.
+    static Result<Session> open(const SessionWish& wish);
+    Session(Session&&) = default;
+    Session& operator=(Session&&) = delete;
+    ~Session();
+
+    /// The way that was taken.
+    Isolation isolation() const { return isolation_; }
+
+    /// Runs the command and waits for its end. It finds the television's folder in VXTV_TELEVISION, and is in
+    /// the caller's working directory if the session sees it, else in "/".
+    Result<Outcome> run(const std::vector<std::string>& command) const;
+
+ private:
+    Session(Folder folder, std::vector<Stick> sticks, Isolation isolation, bool interactive,
+            SessionLock lock);
+    std::vector<Need> needsOf(const std::string& program) const;
+
+    Folder folder_;
+    EntryRecord record_;
+    std::vector<Stick> sticks_;
+    Isolation isolation_;
+    bool interactive_;
+    SessionLock lock_;
+};
+
+}  // namespace vxtv

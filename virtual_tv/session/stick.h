@@ -1,0 +1,27 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "virtual_tv/television/error.h"
+
+namespace vxtv {
+
+/// A folder of this machine that plays a USB stick in the television.
+struct Stick {
+    std::filesystem::path hostFolder;  ///< absolute, real
+    std::string name;                  ///< it is seen as /media/NAME
+    bool readOnly = false;             ///< nobody may write to the folder: a write-protected stick
+};
+
+/// Reads HOSTDIR or HOSTDIR:NAME; without a name the stick is called `usb`. What follows the last colon is
+/// the name unless it holds a slash.
+/// On failure (BadArgument) the sentence says whether the folder or the name is wrong.
+Result<Stick> parseStick(std::string_view text);
+
+/// The same for several, of which no two may have one name.
+Result<std::vector<Stick>> parseSticks(const std::vector<std::string>& texts);
+
+}  // namespace vxtv
