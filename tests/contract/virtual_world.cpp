@@ -44,7 +44,7 @@ class VirtualWorld : public World {
  public:
     VirtualWorld() {
         faults().clear();
-        log_ = vxtest::readFile(logFile()).size();
+        log_ = logText().size();
     }
 
     std::string model() const override { return plainProfile().identity.model; }
@@ -69,7 +69,7 @@ class VirtualWorld : public World {
     }
 
     int logLinesWith(const std::string& text) const override {
-        std::istringstream lines(vxtest::readFile(logFile()).substr(log_));
+        std::istringstream lines(logText().substr(log_));
         int found = 0;
         for (std::string line; std::getline(lines, line);) {
             found += line.find(text) != std::string::npos ? 1 : 0;
@@ -83,7 +83,11 @@ class VirtualWorld : public World {
         return *shared;
     }
     static vxtv::FaultPlan faults() { return television().faults(); }
-    static std::filesystem::path logFile() { return television().folder().dlog(); }
+    /// What the television has logged; it makes its log with the first line.
+    static std::string logText() {
+        const std::filesystem::path file = television().folder().dlog();
+        return std::filesystem::exists(file) ? vxtest::readFile(file) : "";
+    }
 
     std::size_t log_ = 0;  ///< what earlier tests of the process had written
 };

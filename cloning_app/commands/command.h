@@ -1,0 +1,22 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <memory>
+
+#include "cloning_app/run/clone_run.h"
+
+namespace vxclone {
+
+/// What the parsed command line asks for; the result is the exit status.
+using Action = std::function<int()>;
+
+/// Each adds its verb to the application; parsing the verb sets `chosen`, which main then runs.
+void addBackupCommand(CLI::App& app, Action& chosen);
+void addRestoreCommand(CLI::App& app, Action& chosen);
+
+/// Runs a clone with this television's library, storage and standard streams, and stop signals heeded.
+/// Result: the exit status.
+int runCommand(Direction direction, bool json, const std::function<Result<Report>(const CloneContext&)>& run);
+
+}  // namespace vxclone

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "common/error.h"
+
+namespace vxclone {
+
+/// Why vxclone could not do what was asked. The catalogue in errors.cpp gives each its exit status and its
+/// name for programs; neither changes once it has been published.
+enum class ErrorCode {
+    CategoryFailed,    ///< the run ended, a category failed
+    BadArguments,      ///< the command line makes no sense
+    UnknownCategory,   ///< `--only` names something that is no category
+    MountPoint,        ///< the folder is the stick itself, which cannot be replaced as a whole
+    NotAPackage,       ///< the folder is something else
+    UnsafeEntry,       ///< a link, a device or the like stands in the package
+    TooLarge,          ///< the package is larger than any package is
+    SettingsDamaged,   ///< the package's settings file cannot be understood
+    Unreadable,        ///< the package cannot be read
+    StickMissing,      ///< nothing is where the stick should be
+    StickReadOnly,     ///< the stick refuses to be written
+    StickFull,         ///< the stick has no room for the package
+    StickLimit,        ///< the stick's file system cannot hold such a file or name
+    StickIo,           ///< the stick failed in another way
+    TelevisionFull,    ///< the television's disk has no room
+    TelevisionIo,      ///< the television's disk or settings store failed
+    TelevisionBusy,    ///< another vxclone works on this television
+    SettingsNotSaved,  ///< a backup ended without a good settings file
+    HungUp,            ///< the terminal went away
+    Interrupted,       ///< the user stopped it
+    Terminated,        ///< another process stopped it
+    Internal           ///< a fault of the library or of vxclone
+};
+
+using Error = vxcommon::Error<ErrorCode>;
+
+template <class Value>
+using Result = vxcommon::Result<Value, ErrorCode>;
+
+using vxcommon::failure;
+
+inline constexpr int kExitOk = 0;
+
+/// The exit status of a vxclone that ends with this error.
+int exitStatusOf(ErrorCode code);
+
+/// The error's name in the lines of `--json`.
+std::string_view nameOf(ErrorCode code);
+
+/// What an operation worked on: it decides who is named as the cause and what is advised.
+enum class Place { Stick, Television };
+
+/// The error for a failed read or write of `path`; `errorNumber` is the system's reason (errno).
+Error readError(Place place, std::string_view path, int errorNumber);
+Error writeError(Place place, std::string_view path, int errorNumber);
+
+/// The error for a run that a signal stopped.
+Error stopError(int signal);
+
+}  // namespace vxclone

@@ -1,0 +1,83 @@
+#include "cloning_app/package/clone_root.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <utility>
+
+#include "cloning_app/package/disk_space.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr mode_t kFolderMode = 0755;
+
+/// Makes the folder and those above it. Result: 0, or the system's reason (errno).
+int makeFolders(const std::filesystem::path& path) {
+    if (mkdir(path.c_str(), kFolderMode) == 0 || errno == EEXIST) {
+        return 0;
+    }
+    if (errno != ENOENT || !path.has_parent_path() || path.parent_path() == path) {
+        return errno;
+    }
+    if (const int reason = makeFolders(path.parent_path()); reason != 0) {
+        return reason;
+    }
+    return mkdir(path.c_str(), kFolderMode) == 0 || errno == EEXIST ? 0 : errno;
+}
+
+std::filesystem::path withoutLastSlash(const std::filesystem::path& path) {
+    return path.filename().empty() ? path.parent_path() : path;
+}
+
+}  // namespace
+
+CloneRoot::CloneRoot(Descriptor folder, std::string path)
+    : folder_(std::move(folder)), path_(std::move(path)) {}
+
+Result<CloneRoot> CloneRoot::open(const std::filesystem::path& wanted) {
+    const std::filesystem::path path = withoutLastSlash(wanted);
+    if (const int reason = makeFolders(path); reason != 0) {
+        return tl::make_unexpected(writeError(Place::Television, path.string(), reason));
+    }
+    Descriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!folder.valid()) {
+        return tl::make_unexpected(readError(Place::Television, path.string(), errno));
+    }
+    if (flock(folder.get(), LOCK_EX | LOCK_NB) != 0) {
+        return failure(ErrorCode::TelevisionBusy,
+                       "another vxclone works on this television; wait for its end");
+    }
+    return CloneRoot(std::move(folder), path.string());
+}
+
+Result<void> CloneRoot::empty() {
+    if (const int reason = removeContents(folder_.get()); reason != 0) {
+        return tl::make_unexpected(writeError(Place::Television, path_, reason));
+    }
+    return {};
+}
+
+Result<TreeSize> CloneRoot::fillFrom(const Tree& from, const TreeLimits& limits, const StopFlag& stop) {
+    const auto needed = measureTree(from, limits);
+    if (!needed) {
+        return needed;
+    }
+    const std::uint64_t held = measureTree(tree(), limits).value_or(TreeSize{}).bytes;
+    if (const auto space = checkSpace(tree(), *needed, held); !space) {
+        return tl::make_unexpected(space.error());
+    }
+    if (const auto emptied = empty(); !emptied) {
+        return tl::make_unexpected(emptied.error());
+    }
+    auto copied = copyTree(from, tree(), limits, Flush::No, realDiskCalls(), stop);
+    if (!copied) {
+        removeContents(folder_.get());
+    }
+    return copied;
+}
+
+}  // namespace vxclone

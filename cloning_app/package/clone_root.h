@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+
+#include "cloning_app/package/tree_copy.h"
+
+namespace vxclone {
+
+/// The television's side of a package: the folder that the library writes to and reads from. While this
+/// object lives, no other vxclone works on it.
+class CloneRoot {
+ public:
+    /// Makes the folder and the folders above it where they are missing, and takes it for this process.
+    /// Errors: `TelevisionBusy`, or the television's disk says no.
+    static Result<CloneRoot> open(const std::filesystem::path& path);
+
+    Tree tree() const { return {folder_.get(), path_, Place::Television}; }
+
+    /// Replaces what is there by the package `from`. On failure, or once `stop` is raised, the folder is left
+    /// empty.
+    Result<TreeSize> fillFrom(const Tree& from, const TreeLimits& limits, const StopFlag& stop);
+
+ private:
+    CloneRoot(Descriptor folder, std::string path);
+    Result<void> empty();
+
+    Descriptor folder_;
+    std::string path_;
+};
+
+}  // namespace vxclone

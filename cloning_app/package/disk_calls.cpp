@@ -1,0 +1,35 @@
+#include "cloning_app/package/disk_calls.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+namespace vxclone {
+
+namespace {
+
+constexpr mode_t kFolderMode = 0777;
+
+int flushOrFlushAll(int descriptor) {
+    if (fsync(descriptor) == 0) {
+        return 0;
+    }
+    return errno == EINVAL ? syncfs(descriptor) : -1;
+}
+
+}  // namespace
+
+DiskCalls realDiskCalls() {
+    return {
+        [](int descriptor, const void* data, std::size_t size) { return ::write(descriptor, data, size); },
+        flushOrFlushAll,
+        [](int directory, const char* from, const char* to, unsigned flags) {
+            return renameat2(directory, from, directory, to, flags);
+        },
+        [](int directory, const char* name) { return mkdirat(directory, name, kFolderMode); }};
+}
+
+}  // namespace vxclone

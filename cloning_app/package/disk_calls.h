@@ -1,0 +1,26 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <functional>
+
+namespace vxclone {
+
+/// The system calls that put a package on a disk, as the system gives them: a caller that wants to see what
+/// happens when one of them fails hands in its own. Each sets errno on failure, as the originals do.
+struct DiskCalls {
+    /// write(2)
+    std::function<ssize_t(int descriptor, const void* data, std::size_t size)> write;
+    /// fsync(2); a folder on a file system that cannot flush one folder flushes the whole file system.
+    std::function<int(int descriptor)> flush;
+    /// renameat2(2), both names in the folder `directory`
+    std::function<int(int directory, const char* from, const char* to, unsigned flags)> rename;
+    /// mkdirat(2), with the mode that the umask leaves
+    std::function<int(int directory, const char* name)> makeFolder;
+};
+
+/// The real ones.
+DiskCalls realDiskCalls();
+
+}  // namespace vxclone

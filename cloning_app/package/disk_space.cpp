@@ -1,0 +1,107 @@
+#include "cloning_app/package/disk_space.h"
+
+#include <fmt/format.h>
+#include <linux/magic.h>
+#include <sys/statvfs.h>
+#include <sys/vfs.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <limits>
+
+namespace vxclone {
+
+namespace {
+
+constexpr std::uint64_t kAnySize = std::numeric_limits<std::uint64_t>::max();
+constexpr std::string_view kFatRefuses = "\"*/:<>?\\|";
+constexpr long kExfatMagic = 0x2011BAB0;
+
+struct TypedRules {
+    long type = 0;
+    FileSystemRules rules = {};
+};
+
+constexpr std::array kRules = {
+    TypedRules{MSDOS_SUPER_MAGIC, {(std::uint64_t{4} << 30U) - 1, kFatRefuses, "FAT"}},
+    TypedRules{kExfatMagic, {kAnySize, kFatRefuses, "exFAT"}},
+};
+constexpr FileSystemRules kNoRules = {kAnySize, "", ""};
+
+bool refuses(const FileSystemRules& rules, std::string_view name) {
+    const auto refused = [&rules](char character) {
+        return static_cast<unsigned char>(character) < 0x20U ||
+               rules.refusedCharacters.find(character) != std::string_view::npos;
+    };
+    return name.empty() || name.back() == '.' || name.back() == ' ' ||
+           std::any_of(name.begin(), name.end(), refused);
+}
+
+}  // namespace
+
+const FileSystemRules& rulesOf(long fileSystemType) {
+    for (const TypedRules& typed : kRules) {
+        if (typed.type == fileSystemType) {
+            return typed.rules;
+        }
+    }
+    return kNoRules;
+}
+
+const FileSystemRules& rulesAt(int directory) {
+    struct statfs facts {};
+    return fstatfs(directory, &facts) == 0 ? rulesOf(static_cast<long>(facts.f_type)) : kNoRules;
+}
+
+std::string problemWith(const FileSystemRules& rules, std::string_view name, std::uint64_t bytes) {
+    if (rules.name.empty()) {
+        return {};
+    }
+    if (bytes > rules.largestFile) {
+        return fmt::format(
+            "is larger than 4 GiB, which a {} stick cannot hold; take a stick formatted as exFAT",
+            rules.name);
+    }
+    if (refuses(rules, name)) {
+        return fmt::format("has a name that a {} stick cannot hold; take a stick with another file system",
+                           rules.name);
+    }
+    return {};
+}
+
+Result<void> checkSpace(const Tree& folder, const TreeSize& needed, std::uint64_t reclaimed) {
+    struct statvfs facts {};
+    if (fstatvfs(folder.descriptor, &facts) != 0) {
+        return tl::make_unexpected(readError(folder.place, folder.path, errno));
+    }
+    const std::uint64_t block = facts.f_frsize;
+    const std::uint64_t available = facts.f_bavail * block + reclaimed;
+    const std::uint64_t wanted = needed.bytes + needed.entries * block;
+    if (facts.f_blocks == 0 || wanted <= available) {
+        return {};
+    }
+    const bool stick = folder.place == Place::Stick;
+    return failure(stick ? ErrorCode::StickFull : ErrorCode::TelevisionFull,
+                   fmt::format("the package needs {}, the {} has {} free; free some space{}",
+                               sizeText(wanted), stick ? "stick" : "television's disk", sizeText(available),
+                               stick ? " or take another stick" : " on the television"));
+}
+
+std::string countText(std::uint64_t count, std::string_view thing) {
+    return fmt::format("{} {}{}", count, thing, count == 1 ? "" : "s");
+}
+
+std::string sizeText(std::uint64_t bytes) {
+    constexpr std::array kUnits = {"bytes", "kB", "MB", "GB"};
+    auto value = static_cast<double>(bytes);
+    std::size_t unit = 0;
+    while (value >= 1000.0 && unit + 1 < kUnits.size()) {
+        value /= 1000.0;
+        ++unit;
+    }
+    return unit == 0 ? fmt::format("{} {}", bytes, kUnits.front())
+                     : fmt::format("{:.1f} {}", value, kUnits.at(unit));
+}
+
+}  // namespace vxclone

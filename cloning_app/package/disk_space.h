@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "cloning_app/package/tree_copy.h"
+
+namespace vxclone {
+
+/// What the file system under a folder refuses to hold.
+struct FileSystemRules {
+    std::uint64_t largestFile = 0;       ///< in bytes
+    std::string_view refusedCharacters;  ///< besides control characters, which such a system refuses too
+    std::string_view name;               ///< for sentences; empty where nothing is refused
+};
+
+/// The rules of the file system with this type number (`f_type` of statfs).
+const FileSystemRules& rulesOf(long fileSystemType);
+
+/// The rules of the file system that the open folder lies on.
+const FileSystemRules& rulesAt(int directory);
+
+/// Why the file system cannot hold the entry; empty when it can.
+std::string problemWith(const FileSystemRules& rules, std::string_view name, std::uint64_t bytes);
+
+/// Checks that a tree of this size fits where the folder lies, `reclaimed` bytes being freed before.
+/// Errors: `StickFull` or `TelevisionFull`, naming both sizes.
+Result<void> checkSpace(const Tree& folder, const TreeSize& needed, std::uint64_t reclaimed);
+
+/// A number of things for a person, such as "1 file" or "2 files".
+std::string countText(std::uint64_t count, std::string_view thing);
+
+/// A number of bytes for a person, such as "1.4 MB".
+std::string sizeText(std::uint64_t bytes);
+
+}  // namespace vxclone

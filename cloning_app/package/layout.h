@@ -1,0 +1,38 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+namespace vxclone {
+
+/// Where the library writes a package and reads one.
+inline constexpr std::string_view kCloneRoot = "/opt/usr/apps/org.vorta.vxhotel-cloning/data/Clone/";
+
+inline constexpr const char* kSettingsFolder = "vconf";
+inline constexpr const char* kSettingsFileName = "Vconf.json";
+inline constexpr std::string_view kSettingsFile = "vconf/Vconf.json";
+
+/// The names of the library's own entries in a package. Services may put others beside them.
+inline constexpr std::array<std::string_view, 9> kKnownEntries = {"ProductCloneInfo.txt",
+                                                                  "validate.txt",
+                                                                  kSettingsFolder,
+                                                                  "logo",
+                                                                  "VXMBRLogo",
+                                                                  "VXHotel",
+                                                                  "tvtimer",
+                                                                  "tvs-chms",
+                                                                  "org.vorta.homedatacontrol-service"};
+
+/// Whether an entry of this name makes a folder a clone package.
+bool isKnownEntry(std::string_view name);
+
+/// Whether it is a file that a desktop system leaves on every stick: it is never part of a package.
+bool isSidecar(std::string_view name);
+
+/// The names, beside the package's folder, of a package that is being written and of one that is being
+/// replaced.
+std::string newSiblingOf(std::string_view folderName);
+std::string oldSiblingOf(std::string_view folderName);
+
+}  // namespace vxclone

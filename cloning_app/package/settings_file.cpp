@@ -1,0 +1,131 @@
+#include "cloning_app/package/settings_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <limits>
+#include <nlohmann/json.hpp>
+
+#include "cloning_app/package/layout.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr int kNoFollow = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+
+std::string settingsPath(const Tree& package) {
+    return package.path + "/" + std::string(kSettingsFile);
+}
+
+tl::unexpected<Error> damaged(const Tree& package, const std::string& why) {
+    return failure(ErrorCode::SettingsDamaged, vxcommon::printable(settingsPath(package)) + " " + why +
+                                                   "; make the package again with vxclone backup");
+}
+
+/// The descriptor is invalid when there is no such file.
+Result<Descriptor> openSettings(const Tree& package) {
+    const Descriptor folder(openat(package.descriptor, kSettingsFolder, kNoFollow | O_DIRECTORY));
+    if (!folder.valid() && errno == ENOENT) {
+        return Descriptor();
+    }
+    Descriptor file(folder.valid() ? openat(folder.get(), kSettingsFileName, kNoFollow) : -1);
+    if (!file.valid() && errno != ENOENT) {
+        return tl::make_unexpected(readError(package.place, settingsPath(package), errno));
+    }
+    return file;
+}
+
+Result<std::string> readWhole(const Tree& package, int file) {
+    struct stat facts {};
+    if (fstat(file, &facts) != 0) {
+        return tl::make_unexpected(readError(package.place, settingsPath(package), errno));
+    }
+    if (!S_ISREG(facts.st_mode)) {
+        return damaged(package, "is not a file");
+    }
+    std::string text(kMostSettingsBytes + 1, '\0');
+    std::size_t size = 0;
+    while (size < text.size()) {
+        const ssize_t got = read(file, text.data() + size, text.size() - size);
+        if (got < 0 && errno != EINTR) {
+            return tl::make_unexpected(readError(package.place, settingsPath(package), errno));
+        }
+        if (got == 0) {
+            break;
+        }
+        size += got < 0 ? 0 : static_cast<std::size_t>(got);
+    }
+    if (size > kMostSettingsBytes) {
+        return damaged(package, "is larger than 16 MiB");
+    }
+    text.resize(size);
+    return text;
+}
+
+/// The number that the library takes the value for; none where it would take none.
+std::optional<int> numberIn(const Json& value) {
+    if (value.is_null()) {
+        return 0;
+    }
+    if (value.is_boolean()) {
+        return value.get<bool>() ? 1 : 0;
+    }
+    const bool inRange = value.is_number() && value.get<double>() >= std::numeric_limits<int>::min() &&
+                         value.get<double>() <= std::numeric_limits<int>::max();
+    return inRange ? std::optional<int>(value.get<int>()) : std::nullopt;
+}
+
+Setting settingFrom(const std::string& key, const Json& typed) {
+    Setting setting{key, {}};
+    if (!typed.is_object() || typed.size() != 1) {
+        return setting;
+    }
+    const std::string& type = typed.begin().key();
+    const Json& value = typed.begin().value();
+    const auto number = numberIn(value);
+    if (type == "int" && number) {
+        setting.value = Setting::Int{*number};
+    } else if (type == "bool" && number) {
+        setting.value = Setting::Bool{*number != 0};
+    } else if (type == "string" && value.is_null()) {
+        setting.value = std::string();
+    } else if (type == "string" && value.is_string()) {
+        // The store takes a string up to its first NUL.
+        const auto& text = value.get_ref<const std::string&>();
+        setting.value = text.substr(0, text.find('\0'));
+    }
+    return setting;
+}
+
+}  // namespace
+
+Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package) {
+    const auto file = openSettings(package);
+    if (!file) {
+        return tl::make_unexpected(file.error());
+    }
+    if (!file->valid()) {
+        return std::optional<std::vector<Setting>>();
+    }
+    const auto text = readWhole(package, file->get());
+    if (!text) {
+        return tl::make_unexpected(text.error());
+    }
+    const Json document = Json::parse(*text, nullptr, false);
+    if (document.is_discarded() || !document.is_object()) {
+        return damaged(package, "is damaged: it is no list of settings");
+    }
+    std::vector<Setting> settings;
+    for (const auto& [key, typed] : document.items()) {
+        settings.push_back(settingFrom(key, typed));
+    }
+    return std::optional(std::move(settings));
+}
+
+}  // namespace vxclone

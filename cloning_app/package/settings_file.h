@@ -1,0 +1,31 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "cloning_app/package/tree_walk.h"
+
+namespace vxclone {
+
+/// One setting of a package. The value is none where the file gives it a type or a value that no setting has.
+struct Setting {
+    struct Int {
+        int value;
+    };
+    struct Bool {
+        bool value;
+    };
+    std::string key;
+    std::variant<std::monostate, Int, Bool, std::string> value;
+};
+
+/// The largest settings file that is read.
+inline constexpr std::size_t kMostSettingsBytes = std::size_t{16} << 20U;
+
+/// Reads the settings file of the package. Result: its settings in the order of their keys, or none when the
+/// package holds no such file. Errors: `SettingsDamaged`, or the file cannot be read.
+Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package);
+
+}  // namespace vxclone

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "cloning_app/package/disk_calls.h"
+#include "cloning_app/package/tree_walk.h"
+
+namespace vxclone {
+
+/// The folder on the stick that the user named: where a backup goes and a restore comes from.
+///
+/// A backup is written beside the folder and takes its place in one step, so that the folder holds the old
+/// package or the new one, whole, whatever happens in between. What a backup that was cut off leaves beside
+/// the folder is recognised and put right by `recover`.
+class StickTarget {
+ public:
+    /// Finds the place of `folder`, which itself need not exist; nothing is changed. Errors: no place for
+    /// it (`StickMissing`), or it is a mount point (`MountPoint`) and so cannot be replaced.
+    static Result<StickTarget> open(const std::filesystem::path& folder, DiskCalls calls = realDiskCalls());
+
+    const std::string& path() const { return path_; }
+
+    /// Puts right what an interrupted backup left. Result: the sentence that says so, or none when there was
+    /// nothing to do. Leftovers that cannot be removed do no harm and stay.
+    Result<std::optional<std::string>> recover();
+
+    /// Whether a backup may take the folder's place: it is missing, empty, or a clone package. Errors:
+    /// `NotAPackage`, so that nobody's pictures are replaced.
+    Result<void> checkReplaceable() const;
+
+    /// The folder, open for reading, when it is a clone package. Errors: `NotAPackage`, `Unreadable`.
+    Result<Descriptor> openPackage() const;
+
+ private:
+    friend class Replacement;
+    StickTarget(Descriptor parent, std::string parentPath, std::string name, DiskCalls calls);
+
+    bool exists(const std::string& name) const;
+    bool isFolder(const std::string& name) const;
+    Result<Descriptor> openFolder() const;
+    Result<bool> holdsKnownEntry(int directory, bool& empty) const;
+
+    Descriptor parent_;
+    std::string name_;
+    std::string path_;
+    std::string newName_;
+    std::string oldName_;
+    DiskCalls calls_;
+};
+
+/// A package on its way to the stick: an empty folder beside the target, to be filled and then put in the
+/// target's place. Unless it was committed, its end removes it and the target is as it was. The target must
+/// outlive it.
+class Replacement {
+ public:
+    /// Makes the empty folder. Errors: the stick cannot be written.
+    static Result<Replacement> begin(StickTarget& target);
+    Replacement(Replacement&& other) noexcept;
+    Replacement& operator=(Replacement&&) = delete;
+    Replacement(const Replacement&) = delete;
+    Replacement& operator=(const Replacement&) = delete;
+    ~Replacement();
+
+    Tree tree() const;
+    /// Lets the filled and flushed folder take the target's place, flushes that, and removes the old
+    /// package. On failure the target is as it was; only where the old package cannot be removed, or that
+    /// removal not be flushed, does the target hold the new one, and the error says so.
+    Result<void> commit();
+
+ private:
+    Replacement(StickTarget& target, Descriptor folder);
+    /// Flushes the move; where that fails, `undo` moves back.
+    Result<void> settle(const std::function<int()>& undo);
+    Result<void> removePrevious(const std::string& name);
+    Result<void> swapInTwoSteps();
+    int rename(const std::string& from, const std::string& to, unsigned flags = 0);
+    tl::unexpected<Error> failed(int errorNumber) const;
+
+    StickTarget* target_;
+    Descriptor folder_;
+};
+
+}  // namespace vxclone

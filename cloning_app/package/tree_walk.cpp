@@ -1,0 +1,217 @@
+#include "cloning_app/package/tree_walk.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <limits>
+#include <memory>
+
+#include "cloning_app/package/layout.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+constexpr int kOpenFile = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+/// Deeper trees are left in place rather than followed with one descriptor a level.
+constexpr int kRemovalDepth = 200;
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
+
+OpenFolder listingOf(int directory) {
+    const int again = openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (again < 0) {
+        return nullptr;
+    }
+    OpenFolder folder(fdopendir(again));
+    if (!folder) {
+        close(again);
+    }
+    return folder;
+}
+
+/// The names in a folder, or the system's reason (errno).
+tl::expected<std::vector<std::string>, int> listNames(int directory, std::size_t most) {
+    const OpenFolder folder = listingOf(directory);
+    if (!folder) {
+        return tl::make_unexpected(errno);
+    }
+    std::vector<std::string> names;
+    errno = 0;
+    while (const dirent* const entry = readdir(folder.get())) {
+        std::string name = entry->d_name;
+        if (name != "." && name != "..") {
+            names.push_back(std::move(name));
+        }
+        if (names.size() > most) {
+            return tl::make_unexpected(E2BIG);
+        }
+        errno = 0;
+    }
+    if (errno != 0) {
+        return tl::make_unexpected(errno);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+class Walk {
+ public:
+    Walk(Place place, const TreeLimits& limits, TreeVisitor& visitor)
+        : place_(place), limits_(limits), visitor_(visitor) {}
+
+    Result<void> folder(int directory, const std::string& path, std::size_t depth) {
+        const auto names = namesIn({directory, path, place_}, limits_.entries);
+        if (!names) {
+            return tl::make_unexpected(names.error());
+        }
+        for (const std::string& name : *names) {
+            if (place_ == Place::Stick && isSidecar(name)) {
+                continue;
+            }
+            if (auto visited = visit(directory, name, path + "/" + name, depth); !visited) {
+                return visited;
+            }
+        }
+        return {};
+    }
+
+ private:
+    Result<void> visit(int directory, const std::string& name, std::string path, std::size_t depth) {
+        if (++entries_ > limits_.entries || depth > limits_.depth || name.size() > limits_.nameBytes) {
+            return tooLarge(path, "holds more, deeper or longer names than a package does");
+        }
+        struct stat facts {};
+        if (fstatat(directory, name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0) {
+            return tl::make_unexpected(readError(place_, path, errno));
+        }
+        if (S_ISDIR(facts.st_mode)) {
+            return visitFolder(directory, name, std::move(path), depth);
+        }
+        if (S_ISREG(facts.st_mode)) {
+            return visitFile(directory, name, std::move(path));
+        }
+        return unsafe(path);
+    }
+
+    Result<void> visitFolder(int directory, const std::string& name, std::string path, std::size_t depth) {
+        const Descriptor opened(openat(directory, name.c_str(), kOpenFolder));
+        if (!opened.valid()) {
+            return tl::make_unexpected(readError(place_, path, errno));
+        }
+        if (auto entered = visitor_.enterFolder({name, path, 0}); !entered) {
+            return entered;
+        }
+        if (auto walked = folder(opened.get(), path, depth + 1); !walked) {
+            return walked;
+        }
+        return visitor_.leaveFolder();
+    }
+
+    Result<void> visitFile(int directory, const std::string& name, std::string path) {
+        const Descriptor opened(openat(directory, name.c_str(), kOpenFile));
+        struct stat facts {};
+        if (!opened.valid() || fstat(opened.get(), &facts) != 0) {
+            return tl::make_unexpected(readError(place_, path, errno));
+        }
+        if (!S_ISREG(facts.st_mode)) {
+            return unsafe(path);
+        }
+        const auto bytes = static_cast<std::uint64_t>(facts.st_size);
+        bytes_ += bytes;
+        if (bytes > limits_.fileBytes || bytes_ > limits_.totalBytes) {
+            return tooLarge(path, "is larger than a package is");
+        }
+        return visitor_.file({name, std::move(path), bytes}, opened.get());
+    }
+
+    static tl::unexpected<Error> unsafe(const std::string& path) {
+        return failure(ErrorCode::UnsafeEntry, vxcommon::printable(path) +
+                                                   " is a link or a special file, which no package holds; "
+                                                   "make the package again with vxclone backup");
+    }
+
+    static tl::unexpected<Error> tooLarge(const std::string& path, const std::string& why) {
+        return failure(ErrorCode::TooLarge,
+                       vxcommon::printable(path) + " " + why + "; choose the folder of a clone package");
+    }
+
+    Place place_;
+    const TreeLimits& limits_;
+    TreeVisitor& visitor_;
+    std::size_t entries_ = 0;
+    std::uint64_t bytes_ = 0;
+};
+
+int removeContentsWithin(int directory, int depth);
+
+int removeTreeWithin(int directory, const std::string& name, int depth) {
+    if (unlinkat(directory, name.c_str(), 0) == 0 || errno == ENOENT) {
+        return 0;
+    }
+    if (errno != EISDIR && errno != EPERM) {
+        return errno;
+    }
+    const int reason = errno;
+    const Descriptor folder(openat(directory, name.c_str(), kOpenFolder));
+    if (!folder.valid()) {
+        return errno == ENOTDIR ? reason : errno;
+    }
+    if (const int failed = removeContentsWithin(folder.get(), depth + 1); failed != 0) {
+        return failed;
+    }
+    return unlinkat(directory, name.c_str(), AT_REMOVEDIR) == 0 ? 0 : errno;
+}
+
+int removeContentsWithin(int directory, int depth) {
+    if (depth > kRemovalDepth) {
+        return ELOOP;
+    }
+    const auto names = listNames(directory, std::numeric_limits<std::size_t>::max());
+    if (!names) {
+        return names.error();
+    }
+    int firstFailure = 0;
+    for (const std::string& name : *names) {
+        const int failed = removeTreeWithin(directory, name, depth);
+        firstFailure = firstFailure == 0 ? failed : firstFailure;
+    }
+    return firstFailure;
+}
+
+}  // namespace
+
+Result<std::vector<std::string>> namesIn(const Tree& folder, std::size_t most) {
+    auto names = listNames(folder.descriptor, most);
+    if (names) {
+        return std::move(*names);
+    }
+    if (names.error() == E2BIG) {
+        return failure(ErrorCode::TooLarge, vxcommon::printable(folder.path) + " holds more than " +
+                                                std::to_string(most) +
+                                                " entries; choose the folder of a clone package");
+    }
+    return tl::make_unexpected(readError(folder.place, folder.path, names.error()));
+}
+
+Result<void> walkTree(const Tree& tree, const TreeLimits& limits, TreeVisitor& visitor) {
+    return Walk(tree.place, limits, visitor).folder(tree.descriptor, tree.path, 1);
+}
+
+int removeTree(int directory, const std::string& name) {
+    return removeTreeWithin(directory, name, 0);
+}
+
+int removeContents(int directory) {
+    return removeContentsWithin(directory, 0);
+}
+
+}  // namespace vxclone

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "cloning_app/errors.h"
+#include "cloning_app/package/descriptor.h"
+
+namespace vxclone {
+
+/// What no package exceeds. A folder that does is refused: it is not a package or was made to harm.
+struct TreeLimits {
+    std::size_t entries = 10'000;
+    std::size_t depth = 8;  ///< the entries of the folder itself are at depth 1
+    std::uint64_t fileBytes = std::uint64_t{4} << 30U;
+    std::uint64_t totalBytes = std::uint64_t{8} << 30U;
+    std::size_t nameBytes = 255;
+};
+
+/// A folder to read or fill: its descriptor stays the caller's.
+struct Tree {
+    int descriptor;
+    std::string path;  ///< for sentences
+    Place place;
+};
+
+/// An entry that the walk has come to.
+struct TreeEntry {
+    const std::string& name;
+    std::string path;  ///< for sentences
+    std::uint64_t bytes;
+};
+
+/// What is done at each entry of a walk. The first failure ends the walk.
+class TreeVisitor {
+ public:
+    virtual ~TreeVisitor() = default;
+    /// A regular file, open for reading at its start; the descriptor stays the walk's.
+    virtual Result<void> file(const TreeEntry& entry, int descriptor) = 0;
+    /// Before and after the entries of a folder.
+    virtual Result<void> enterFolder(const TreeEntry& entry) = 0;
+    virtual Result<void> leaveFolder() = 0;
+};
+
+/// Visits everything under the folder, sorted by name within each folder. Only regular files and folders are
+/// let through, opened without following links; sidecar files of a stick are passed over. Errors: anything
+/// else in the tree, a limit exceeded, a read that failed, or the visitor's own.
+Result<void> walkTree(const Tree& tree, const TreeLimits& limits, TreeVisitor& visitor);
+
+/// The names in the folder without "." and "..", sorted. Errors: more names than `most`.
+Result<std::vector<std::string>> namesIn(const Tree& folder, std::size_t most);
+
+/// Removes the entry and everything under it; links are removed, not followed. An entry that is not there
+/// counts as removed. Result: 0, or the system's reason (errno).
+int removeTree(int directory, const std::string& name);
+
+/// Removes everything in the folder, not the folder. Result: 0, or the system's reason (errno).
+int removeContents(int directory);
+
+}  // namespace vxclone

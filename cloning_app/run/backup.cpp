@@ -1,0 +1,110 @@
+#include <fmt/format.h>
+
+#include "cloning_app/package/clone_root.h"
+#include "cloning_app/package/disk_space.h"
+#include "cloning_app/package/layout.h"
+#include "cloning_app/package/settings_file.h"
+#include "cloning_app/run/run_parts.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+/// The library says nothing of the settings file, and writes an empty one on a full disk.
+Result<Row> judgeSettings(const Tree& root) {
+    const auto settings = readSettings(root);
+    if (settings && *settings) {
+        return Row{VXCLONE_VCONF_DATA, Verdict::Done, "saved, " + countText((*settings)->size(), "setting")};
+    }
+    return failure(
+        ErrorCode::SettingsNotSaved,
+        fmt::format("the backup left no good {}: the television's disk may be full; free some space on "
+                    "it and back up again",
+                    kSettingsFile));
+}
+
+/// Copies the finished backup beside the target and lets it take the target's place.
+Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Replacement& replacement) {
+    const Tree stick = replacement.tree();
+    const FileSystemRules& rules = rulesAt(stick.descriptor);
+    const auto rule = [&rules](const TreeEntry& entry) {
+        return problemWith(rules, entry.name, entry.bytes);
+    };
+    const auto needed = measureTree(root, TreeLimits{}, rule);
+    if (!needed) {
+        return needed;
+    }
+    if (const auto space = checkSpace(stick, *needed, 0); !space) {
+        return tl::make_unexpected(space.error());
+    }
+    auto copied = copyTree(root, stick, TreeLimits{}, Flush::Yes, context.disk, context.stop);
+    if (!copied) {
+        return copied;
+    }
+    if (const auto committed = replacement.commit(); !committed) {
+        return tl::make_unexpected(committed.error());
+    }
+    return copied;
+}
+
+Report makeReport(const ResultList& results, const Row& settings, const TreeSize& size,
+                  const std::string& path) {
+    Report report{Direction::Backup,
+                  tableRows(Direction::Backup, allCategories(), results.outcomes(), settings), 0,
+                  unknownLineSentences(results)};
+    report.exitStatus = exitStatusFor(report.rows, results);
+    report.closing.push_back(fmt::format("Backup in {}: {}, {}.", vxcommon::printable(path),
+                                         countText(size.files, "file"), sizeText(size.bytes)));
+    if (report.exitStatus == kExitOk) {
+        report.closing.emplace_back("Safe to remove the stick.");
+    } else {
+        report.closing.push_back(fmt::format(
+            "The backup is incomplete (failed: {}); the rest is on the stick, which may be removed.",
+            failedNames(report.rows)));
+    }
+    return report;
+}
+
+}  // namespace
+
+Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder) {
+    auto target = openTarget(context, folder);
+    if (!target) {
+        return tl::make_unexpected(target.error());
+    }
+    if (const auto replaceable = target->checkReplaceable(); !replaceable) {
+        return tl::make_unexpected(replaceable.error());
+    }
+    auto replacement = Replacement::begin(*target);
+    if (!replacement) {
+        return tl::make_unexpected(replacement.error());
+    }
+    const auto root = CloneRoot::open(context.cloneRoot);
+    if (!root) {
+        return tl::make_unexpected(root.error());
+    }
+    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
+        return tl::make_unexpected(reset.error());
+    }
+    const auto results = runAndFollow(context, Direction::Backup, [&] { return context.engine.backUp(); });
+    if (!results) {
+        return tl::make_unexpected(results.error());
+    }
+    if (context.stop.raised()) {
+        return tl::make_unexpected(stopError(context.stop.signal()));
+    }
+    const auto settings = judgeSettings(root->tree());
+    if (!settings) {
+        return tl::make_unexpected(settings.error());
+    }
+    context.view.category(*settings);
+    context.view.notice("Writing the package to " + vxcommon::printable(target->path()) + ".");
+    const auto carried = carryToStick(context, root->tree(), *replacement);
+    if (!carried) {
+        return tl::make_unexpected(carried.error());
+    }
+    return makeReport(*results, *settings, *carried, target->path());
+}
+
+}  // namespace vxclone

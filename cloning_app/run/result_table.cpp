@@ -1,0 +1,111 @@
+#include "cloning_app/run/result_table.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vxclone {
+
+namespace {
+
+using vxcommon::Colour;
+
+struct VerdictFacts {
+    std::string_view name;
+    std::string_view words;
+    Colour colour;
+};
+
+constexpr std::array kVerdicts = {
+    VerdictFacts{"success", "done", Colour::Good},
+    VerdictFacts{"failed", "failed", Colour::Bad},
+    VerdictFacts{"not-evaluated", "not evaluated", Colour::Dim},
+    VerdictFacts{"not-reported", "not reported", Colour::Dim},
+    VerdictFacts{"not-in-backup", "not part of a backup", Colour::Dim},
+    VerdictFacts{"not-chosen", "not chosen", Colour::Dim},
+    VerdictFacts{"not-possible", "not possible", Colour::Dim},
+};
+
+const VerdictFacts& factsOf(Verdict verdict) {
+    return kVerdicts.at(static_cast<std::size_t>(verdict));
+}
+
+Verdict verdictWithoutReport(Handling handling) {
+    switch (handling) {
+        case Handling::NotInBackup:
+            return Verdict::NotInBackup;
+        case Handling::NotPossible:
+            return Verdict::NotPossible;
+        default:
+            return Verdict::NotReported;
+    }
+}
+
+void appendReported(std::vector<Row>& rows, VXClone category, Direction direction,
+                    const std::vector<Outcome>& outcomes) {
+    const std::size_t before = rows.size();
+    for (const Outcome& outcome : outcomes) {
+        if (outcome.category == category) {
+            rows.push_back(rowOf(outcome, direction));
+        }
+    }
+    if (rows.size() == before) {
+        rows.push_back({category, verdictWithoutReport(handlingOf(categoryOf(category), direction)), ""});
+    }
+}
+
+}  // namespace
+
+std::string_view nameOf(Verdict verdict) {
+    return factsOf(verdict).name;
+}
+std::string_view wordsOf(Verdict verdict) {
+    return factsOf(verdict).words;
+}
+Colour colourOf(Verdict verdict) {
+    return factsOf(verdict).colour;
+}
+
+std::string textOf(const Row& row) {
+    return row.detail.empty() ? std::string(wordsOf(row.verdict))
+                              : std::string(wordsOf(row.verdict)) + ": " + row.detail;
+}
+
+Row rowOf(const Outcome& outcome, Direction direction) {
+    if (handlingOf(categoryOf(outcome.category), direction) == Handling::NotEvaluated) {
+        return {outcome.category, Verdict::NotEvaluated, ""};
+    }
+    return {outcome.category, outcome.success ? Verdict::Done : Verdict::Failed, ""};
+}
+
+std::vector<Row> tableRows(Direction direction, const std::vector<VXClone>& chosen,
+                           const std::vector<Outcome>& outcomes, const Row& settings) {
+    std::vector<Row> rows;
+    for (const Category& category : categories()) {
+        if (std::find(chosen.begin(), chosen.end(), category.value) == chosen.end()) {
+            rows.push_back({category.value, Verdict::NotChosen, ""});
+        } else if (handlingOf(category, direction) == Handling::ReadBack) {
+            rows.push_back(settings);
+        } else {
+            appendReported(rows, category.value, direction, outcomes);
+        }
+    }
+    return rows;
+}
+
+bool anyFailed(const std::vector<Row>& rows) {
+    return std::any_of(rows.begin(), rows.end(),
+                       [](const Row& row) { return row.verdict == Verdict::Failed; });
+}
+
+std::string renderTable(const std::vector<Row>& rows, bool coloured) {
+    vxcommon::TerminalTable table({"category", "", "result"});
+    for (const Row& row : rows) {
+        const Category& category = categoryOf(row.category);
+        table.addRow({{std::string(category.name), Colour::Plain},
+                      {std::string(category.words), Colour::Dim},
+                      {textOf(row), colourOf(row.verdict)}});
+    }
+    return table.render(coloured);
+}
+
+}  // namespace vxclone

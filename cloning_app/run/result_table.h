@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cloning_app/run/result_list.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+/// What became of a category.
+enum class Verdict { Done, Failed, NotEvaluated, NotReported, NotInBackup, NotChosen, NotPossible };
+
+/// One line of the table at the end of a run.
+struct Row {
+    VXClone category;
+    Verdict verdict;
+    std::string detail;  ///< may be empty
+};
+
+/// The verdict in JSON, for people, and its colour.
+std::string_view nameOf(Verdict verdict);
+std::string_view wordsOf(Verdict verdict);
+vxcommon::Colour colourOf(Verdict verdict);
+
+/// What the row says of its category: the verdict in words and the detail.
+std::string textOf(const Row& row);
+
+/// The row for an outcome that the library reported.
+Row rowOf(const Outcome& outcome, Direction direction);
+
+/// The rows of all 15 categories in the library's order; a category that reported several times has several.
+/// `settings` is vxclone's own finding on the settings keys.
+std::vector<Row> tableRows(Direction direction, const std::vector<VXClone>& chosen,
+                           const std::vector<Outcome>& outcomes, const Row& settings);
+
+/// Whether a category failed that is known to be evaluated.
+bool anyFailed(const std::vector<Row>& rows);
+
+std::string renderTable(const std::vector<Row>& rows, bool coloured);
+
+}  // namespace vxclone

@@ -1,0 +1,94 @@
+#include "cloning_app/run/run_parts.h"
+
+#include <algorithm>
+#include <system_error>
+
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+/// Whether one of the two lies in the other, or they are the same.
+bool overlap(const std::filesystem::path& one, const std::filesystem::path& other) {
+    const auto [oneEnd, otherEnd] = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
+    return oneEnd == one.end() || otherEnd == other.end();
+}
+
+std::filesystem::path canonicalFolder(const std::filesystem::path& path) {
+    std::error_code none;
+    std::filesystem::path result = std::filesystem::weakly_canonical(path, none);
+    return result.filename().empty() ? result.parent_path() : result;
+}
+
+}  // namespace
+
+Result<StickTarget> openTarget(const CloneContext& context, const std::filesystem::path& folder) {
+    auto target = StickTarget::open(folder, context.disk);
+    if (!target) {
+        return target;
+    }
+    if (overlap(canonicalFolder(target->path()), canonicalFolder(context.cloneRoot))) {
+        return failure(ErrorCode::BadArguments, vxcommon::printable(target->path()) +
+                                                    " is the television's own clone folder; "
+                                                    "name a folder on the stick");
+    }
+    const auto recovered = target->recover();
+    if (!recovered) {
+        return tl::make_unexpected(recovered.error());
+    }
+    if (*recovered) {
+        context.view.notice(**recovered);
+    }
+    return target;
+}
+
+Result<ResultList> runAndFollow(const CloneContext& context, Direction direction,
+                                const std::function<Result<void>()>& run) {
+    Follower follower(direction, context.view, context.stop);
+    const auto ended = run();
+    ResultList results = follower.finish();
+    if (!ended) {
+        return tl::make_unexpected(ended.error());
+    }
+    return results;
+}
+
+std::string failedNames(const std::vector<Row>& rows) {
+    std::vector<std::string_view> names;
+    for (const Row& row : rows) {
+        const std::string_view name = categoryOf(row.category).name;
+        if (row.verdict == Verdict::Failed && (names.empty() || names.back() != name)) {
+            names.push_back(name);
+        }
+    }
+    std::string text;
+    for (const std::string_view name : names) {
+        text += (text.empty() ? "" : ", ") + std::string(name);
+    }
+    return text;
+}
+
+int exitStatusFor(const std::vector<Row>& rows, const ResultList& results) {
+    const bool failed = anyFailed(rows) || !results.unknownLines().empty();
+    return failed ? exitStatusOf(ErrorCode::CategoryFailed) : kExitOk;
+}
+
+std::vector<std::string> unknownLineSentences(const ResultList& results) {
+    std::vector<std::string> sentences;
+    for (const std::string& line : results.unknownLines()) {
+        sentences.push_back("The library reported something unknown: " + vxcommon::printable(line));
+    }
+    return sentences;
+}
+
+int conclude(const Result<Report>& result, ProgressView& view) {
+    if (!result) {
+        view.failed(result.error());
+        return exitStatusOf(result.error().code);
+    }
+    view.done(*result);
+    return result->exitStatus;
+}
+
+}  // namespace vxclone

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "cloning_app/package/stick_target.h"
+#include "cloning_app/run/clone_run.h"
+#include "cloning_app/run/follower.h"
+
+namespace vxclone {
+
+/// Finds the folder that the user named and puts right what an interrupted backup left there. Errors: those
+/// of `StickTarget`, or the folder is the television's own (`BadArguments`).
+Result<StickTarget> openTarget(const CloneContext& context, const std::filesystem::path& folder);
+
+/// Lets the engine work and follows it. Result: what it reported.
+Result<ResultList> runAndFollow(const CloneContext& context, Direction direction,
+                                const std::function<Result<void>()>& run);
+
+/// The names of the failed categories, each once: "channels, apps".
+std::string failedNames(const std::vector<Row>& rows);
+
+/// The report's exit status for these rows and lines.
+int exitStatusFor(const std::vector<Row>& rows, const ResultList& results);
+
+/// A sentence for each line of the result list that vxclone does not know.
+std::vector<std::string> unknownLineSentences(const ResultList& results);
+
+}  // namespace vxclone

@@ -1,0 +1,206 @@
+// The main job: what one television holds arrives on another, by the programs that a person uses.
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "tests/integration/session_test.h"
+
+namespace vxtest {
+namespace {
+
+using nlohmann::json;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+/// Two televisions of one model with different settings, and a stick.
+class CloneTest : public testing::Test {
+ protected:
+    CloneTest() {
+        vxtv({"create", first, "--profile", "room-101"});
+        vxtv({"create", second, "--profile", "room-102"});
+        std::filesystem::create_directory(place / "stick");
+    }
+
+    Finished vxtv(std::vector<std::string> arguments, int expected = 0) const {
+        arguments.insert(arguments.begin(), vxtvProgram().string());
+        Program program;
+        program.command = std::move(arguments);
+        const Finished finished = run(program);
+        EXPECT_EQ(finished.status, expected) << finished.output << finished.errors;
+        return finished;
+    }
+
+    Finished vxclone(const std::string& television, std::vector<std::string> arguments) const {
+        std::vector<std::string> command = {
+            vxtvProgram().string(),   "run", television, "--quiet", "--stick", stick, "--",
+            vxcloneProgram().string()};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        Program program;
+        program.command = std::move(command);
+        return run(program);
+    }
+
+    /// How the two televisions differ in their settings: key and both values.
+    json differences() const {
+        Program program;
+        program.command = {vxtvProgram().string(), "compare", first, second, "--json"};
+        const Finished finished = run(program);
+        return json::parse(finished.output);
+    }
+
+    std::string get(const std::string& television, const std::string& key) const {
+        std::string value = vxtv({"get", television, key}).output;
+        value.pop_back();
+        return value;
+    }
+
+    FileTree package() const { return snapshot(place / "stick/clone"); }
+
+    TemporaryDirectory place;
+    const std::string first = (place / "first").string();
+    const std::string second = (place / "second").string();
+    const std::string stick = (place / "stick").string();
+};
+
+constexpr const char* kWelcome = "db/vxhotel/hotelmenu/welcomemessage";
+constexpr const char* kProxy = "db/menu/network/server_network_settings/ProxyOn";
+constexpr const char* kVolume = "db/vxmenu/system/Alarm/Volume";
+
+TEST_F(CloneTest, settingsOfOneTelevisionArriveOnAnother) {
+    vxtv({"set", first, kWelcome, "Bonjour \"\u00e0 tous\"\nand welcome"});
+    vxtv({"set", first, kProxy, "1"});
+    vxtv({"set", second, kProxy, "0"});
+    vxtv({"set", first, kVolume, "17"});
+    vxtv({"set", second, kVolume, "3"});
+
+    const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
+    ASSERT_EQ(backup.status, 0) << backup.output << backup.errors;
+    EXPECT_THAT(backup.output, HasSubstr("Safe to remove the stick."));
+    const Finished restore = vxclone(second, {"restore", "/media/usb/clone"});
+    ASSERT_EQ(restore.status, 0) << restore.output << restore.errors;
+
+    EXPECT_EQ(get(second, kWelcome), "Bonjour \"\u00e0 tous\"\nand welcome");
+    EXPECT_EQ(get(second, kProxy), get(first, kProxy));
+    EXPECT_EQ(get(second, kVolume), "17");
+    EXPECT_EQ(get(second, "db/hotel/clone_progress"), "100");
+}
+
+TEST_F(CloneTest, compareSaysThatTheSettingsAreTheSameAfterwardsAndNotBefore) {
+    const Finished before = vxtv({"compare", first, second}, 1);
+    EXPECT_THAT(before.output, HasSubstr(kWelcome));
+    vxclone(first, {"backup", "/media/usb/clone"});
+    vxclone(second, {"restore", "/media/usb/clone"});
+    Program program;
+    program.command = {vxtvProgram().string(), "compare", first, second};
+    EXPECT_THAT(run(program).output, Not(HasSubstr(kWelcome)));
+}
+
+TEST_F(CloneTest, packageHoldsTheSettingsSnapshotOnly) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    std::vector<std::string> names;
+    for (const auto& [name, content] : package()) {
+        names.push_back(name);
+    }
+    EXPECT_THAT(names, testing::UnorderedElementsAre("vconf/", "vconf/Vconf.json"));
+    EXPECT_EQ(json::parse(package().at("vconf/Vconf.json")).size(), 54U);
+    EXPECT_THAT(snapshot(place / "stick"), Not(Contains(testing::Key(HasSubstr(".vxclone")))));
+}
+
+TEST_F(CloneTest, secondBackupReplacesThePackage) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    const FileTree before = package();
+    ASSERT_EQ(vxclone(second, {"backup", "/media/usb/clone"}).status, 0);
+    EXPECT_NE(package(), before);
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    EXPECT_EQ(package(), before);
+}
+
+TEST_F(CloneTest, partialRestoreLoadsTheChosenCategoryAndIsNoFailure) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    const Finished restore = vxclone(second, {"restore", "/media/usb/clone", "--only", "settings-keys"});
+    EXPECT_EQ(restore.status, 0) << restore.output << restore.errors;
+    EXPECT_EQ(get(second, kWelcome), get(first, kWelcome));
+}
+
+TEST_F(CloneTest, restoreWithoutTheSettingsCategoryLeavesThem) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    const std::string before = get(second, kWelcome);
+    EXPECT_EQ(vxclone(second, {"restore", "/media/usb/clone", "--only", "av,apps"}).status, 0);
+    EXPECT_EQ(get(second, kWelcome), before);
+}
+
+TEST_F(CloneTest, settingThatTheTelevisionRefusesIsReportedAndFailsTheRestore) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    vxtv({"set", first, kWelcome, "other than the second's"});
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    // The first two empty the result list, the third is the first setting.
+    vxtv({"fault", second, "add", "vconf_set_str", "--nth", "3", "--status", "-1"});
+    const Finished restore = vxclone(second, {"restore", "/media/usb/clone"});
+    EXPECT_EQ(restore.status, 1) << restore.output << restore.errors;
+    EXPECT_THAT(restore.output + restore.errors, HasSubstr(kWelcome));
+}
+
+TEST_F(CloneTest, keyThatCannotBeReadIsMissingFromThePackageAndResetOnTheOther) {
+    vxtv({"fault", first, "add", "vconf_get_bool", "--status", "-1"});
+    vxclone(first, {"backup", "/media/usb/clone"});
+    EXPECT_EQ(json::parse(package().at("vconf/Vconf.json")).count("db/hotel/dooreye"), 0U);
+    vxtv({"set", second, "db/hotel/dooreye", "1"});
+    vxclone(second, {"restore", "/media/usb/clone"});
+    EXPECT_EQ(get(second, "db/hotel/dooreye"), "false");
+}
+
+TEST_F(CloneTest, restoreOfAMissingPackageChangesNothing) {
+    const std::string before = vxtv({"settings", second}).output;
+    const Finished restore = vxclone(second, {"restore", "/media/usb/nothing"});
+    EXPECT_EQ(restore.status, 3);
+    EXPECT_THAT(restore.errors, HasSubstr("/media/usb/nothing"));
+    EXPECT_EQ(vxtv({"settings", second}).output, before);
+}
+
+TEST_F(CloneTest, backupOfATelevisionWithoutRoomLeavesTheStickAsItWas) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    const FileTree before = snapshot(place / "stick");
+    std::filesystem::remove_all(place / "first/opt/usr/apps/org.vorta.vxhotel-cloning");
+    writeFile(place / "first/opt/usr/apps/org.vorta.vxhotel-cloning", "in the way");
+    const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
+    EXPECT_NE(backup.status, 0);
+    EXPECT_THAT(backup.errors, Not(IsEmpty()));
+    EXPECT_EQ(snapshot(place / "stick"), before);
+}
+
+TEST_F(CloneTest, jsonOutputIsOneObjectALine) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    const Finished restore = vxclone(second, {"restore", "/media/usb/clone", "--json"});
+    ASSERT_EQ(restore.status, 0) << restore.output << restore.errors;
+    std::istringstream lines(restore.output);
+    std::vector<json> objects;
+    for (std::string line; std::getline(lines, line);) {
+        objects.push_back(json::parse(line));
+    }
+    ASSERT_FALSE(objects.empty());
+    EXPECT_EQ(objects.back().at("event"), "done");
+    EXPECT_EQ(objects.back().at("exit"), 0);
+    int percent = 0;
+    for (const json& object : objects) {
+        if (object.at("event") == "progress") {
+            EXPECT_GE(object.at("percent").get<int>(), percent);
+            percent = object.at("percent").get<int>();
+        }
+    }
+    EXPECT_EQ(percent, 100);
+}
+
+TEST_F(CloneTest, wholeCloneIsInTheCallLogOfTheTelevision) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    const std::string calls = vxtv({"calls", first}).output;
+    EXPECT_THAT(calls, HasSubstr("tvtimer_init"));
+    EXPECT_THAT(calls, HasSubstr(kWelcome));
+    const std::string log = vxtv({"log", first}).output;
+    EXPECT_THAT(log, HasSubstr("Clone_BackUP status"));
+    EXPECT_THAT(log, HasSubstr("cloneapi"));
+}
+
+}  // namespace
+}  // namespace vxtest

@@ -1,0 +1,61 @@
+#include "cloning_app/run/category.h"
+
+#include <gmock/gmock.h>
+
+namespace vxclone {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+TEST(Category, indexInTheTableIsTheValue) {
+    for (std::size_t index = 0; index < categories().size(); ++index) {
+        EXPECT_EQ(static_cast<std::size_t>(categories()[index].value), index);
+    }
+}
+
+TEST(Category, parseOfNamesIsInLibraryOrderEachOnce) {
+    const auto list = parseCategories("apps,channels,factory,channels");
+    ASSERT_TRUE(list);
+    EXPECT_THAT(*list, ElementsAre(VXCLONE_FACTORY_SETTINGS, VXCLONE_BROADCAST_TVS,
+                                   VXCLONE_VXHOTEL_FIRSTSCREEN_DATA));
+}
+
+TEST(Category, parseOfEnumeratorsIsTheSameAsOfNames) {
+    for (const Category& category : categories()) {
+        const auto byName = parseCategories(category.name);
+        const auto byEnumerator = parseCategories(category.enumerator);
+        ASSERT_TRUE(byName && byEnumerator) << category.name;
+        EXPECT_EQ(*byName, *byEnumerator);
+        EXPECT_THAT(*byName, ElementsAre(category.value));
+    }
+}
+
+TEST(Category, parseOfUnknownNameIsRefusedNamingItAndAllThatThereAre) {
+    for (const char* const list :
+         {"channels,chanels", "", "channels,", ",channels", "Channels", "channels "}) {
+        const auto parsed = parseCategories(list);
+        ASSERT_FALSE(parsed) << list;
+        EXPECT_EQ(parsed.error().code, ErrorCode::UnknownCategory);
+        for (const Category& category : categories()) {
+            EXPECT_THAT(parsed.error().sentence, HasSubstr(std::string(category.name)));
+        }
+    }
+    EXPECT_THAT(parseCategories("chanels").error().sentence, HasSubstr("\"chanels\""));
+}
+
+TEST(Category, parseOfNameWithControlCharactersDoesNotPrintThem) {
+    EXPECT_THAT(parseCategories("a\x1b[2J").error().sentence, HasSubstr("a\\x1b[2J"));
+}
+
+TEST(Category, backupLeavesOutTheFourThatItNeverRuns) {
+    for (const Category& category : categories()) {
+        const bool leftOut =
+            category.value == VXCLONE_BROADCAST_IPG_DATA || category.value == VXCLONE_HOSPITALITY_LOGO ||
+            category.value == VXCLONE_VXHOTEL_MBR_LOGO || category.value == VXCLONE_VXHOTEL_AMBIENT_APP_DATA;
+        EXPECT_EQ(handlingOf(category, Direction::Backup) == Handling::NotInBackup, leftOut) << category.name;
+    }
+}
+
+}  // namespace
+}  // namespace vxclone

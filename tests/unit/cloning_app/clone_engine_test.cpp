@@ -1,0 +1,52 @@
+#include "cloning_app/run/clone_engine.h"
+
+#include <gmock/gmock.h>
+
+#include <stdexcept>
+#include <system_error>
+
+namespace vxclone {
+namespace {
+
+using testing::HasSubstr;
+
+std::system_error notJoinable() {
+    return std::system_error(std::make_error_code(std::errc::invalid_argument));
+}
+
+TEST(CloneEngine, callThatReturnsNotZeroIsGood) {
+    EXPECT_TRUE(callLibrary([] { return 1; }, false));
+}
+
+TEST(CloneEngine, callThatReturnsZeroIsAnError) {
+    const auto called = callLibrary([] { return 0; }, false);
+    ASSERT_FALSE(called);
+    EXPECT_EQ(called.error().code, ErrorCode::Internal);
+}
+
+TEST(CloneEngine, restoreWithoutAppsThatEndsByThrowingIsGood) {
+    EXPECT_TRUE(callLibrary([]() -> int { throw notJoinable(); }, true));
+}
+
+TEST(CloneEngine, sameExceptionOfAnotherCallIsAnError) {
+    const auto called = callLibrary([]() -> int { throw notJoinable(); }, false);
+    ASSERT_FALSE(called);
+    EXPECT_EQ(called.error().code, ErrorCode::Internal);
+}
+
+TEST(CloneEngine, threadThatCouldNotStartIsAnErrorEvenWithoutApps) {
+    const auto shortOfThreads = []() -> int {
+        throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
+    };
+    EXPECT_FALSE(callLibrary(shortOfThreads, true));
+}
+
+TEST(CloneEngine, anyOtherExceptionIsAnErrorWithItsText) {
+    const auto called = callLibrary([]() -> int { throw std::runtime_error("no such thing"); }, true);
+    ASSERT_FALSE(called);
+    EXPECT_THAT(called.error().sentence, HasSubstr("no such thing"));
+    EXPECT_FALSE(callLibrary([]() -> int { throw 1; }, true));
+}
+
+}  // namespace
+}  // namespace vxclone

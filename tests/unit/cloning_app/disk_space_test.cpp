@@ -1,0 +1,63 @@
+#include "cloning_app/package/disk_space.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <linux/magic.h>
+
+#include "tests/unit/cloning_app/test_folder.h"
+
+namespace vxclone {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr std::uint64_t kFourGiB = std::uint64_t{4} << 30U;
+
+TEST(DiskSpace, fatStickHoldsFilesBelowFourGiB) {
+    const FileSystemRules& fat = rulesOf(MSDOS_SUPER_MAGIC);
+    EXPECT_THAT(problemWith(fat, "movie", kFourGiB - 1), IsEmpty());
+    EXPECT_THAT(problemWith(fat, "movie", kFourGiB), HasSubstr("FAT"));
+}
+
+TEST(DiskSpace, fatStickRefusesNamesThatItCannotHold) {
+    const FileSystemRules& fat = rulesOf(MSDOS_SUPER_MAGIC);
+    for (const char* const name :
+         {"a:b", "a?", "a*", "a|b", "a<b", "a>b", "a\"b", "a\\b", "a\nb", "dot.", "blank "}) {
+        EXPECT_THAT(problemWith(fat, name, 1), HasSubstr("name")) << name;
+    }
+    EXPECT_THAT(problemWith(fat, "org.vorta.homedatacontrol-service", 1), IsEmpty());
+}
+
+TEST(DiskSpace, otherFileSystemsRefuseNothing) {
+    EXPECT_THAT(problemWith(rulesOf(TMPFS_MAGIC), "a:b", kFourGiB), IsEmpty());
+}
+
+TEST(DiskSpace, treeThatFitsPasses) {
+    const TestFolder folder;
+    const Descriptor opened(open(folder.path().c_str(), O_RDONLY | O_DIRECTORY));
+    EXPECT_TRUE(checkSpace({opened.get(), "stick", Place::Stick}, {1, 1, 1}, 0));
+}
+
+TEST(DiskSpace, treeThatDoesNotFitIsRefusedNamingBothSizes) {
+    const TestFolder folder;
+    const Descriptor opened(open(folder.path().c_str(), O_RDONLY | O_DIRECTORY));
+    constexpr std::uint64_t kMoreThanAnyDisk = std::uint64_t{1} << 60U;
+    const TreeSize size{1, 1, kMoreThanAnyDisk};
+    const auto stick = checkSpace({opened.get(), "stick", Place::Stick}, size, 0);
+    ASSERT_FALSE(stick);
+    EXPECT_EQ(stick.error().code, ErrorCode::StickFull);
+    EXPECT_THAT(stick.error().sentence, HasSubstr(sizeText(kMoreThanAnyDisk)));
+    EXPECT_EQ(checkSpace({opened.get(), "tv", Place::Television}, size, 0).error().code,
+              ErrorCode::TelevisionFull);
+    EXPECT_TRUE(checkSpace({opened.get(), "tv", Place::Television}, size, 2 * kMoreThanAnyDisk));
+}
+
+TEST(DiskSpace, sizeTextHasTheUnitThatFits) {
+    EXPECT_EQ(sizeText(999), "999 bytes");
+    EXPECT_EQ(sizeText(1'400'000), "1.4 MB");
+    EXPECT_EQ(sizeText(12'000'000'000'000), "12000.0 GB");
+}
+
+}  // namespace
+}  // namespace vxclone

@@ -1,0 +1,46 @@
+#include "cloning_app/errors.h"
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <csignal>
+#include <set>
+
+namespace vxclone {
+namespace {
+
+using testing::HasSubstr;
+
+TEST(Errors, everyCodeHasANameOfItsOwnAndAStatusThatIsNotZero) {
+    std::set<std::string_view> names;
+    for (int code = 0; code <= static_cast<int>(ErrorCode::Internal); ++code) {
+        const auto value = static_cast<ErrorCode>(code);
+        EXPECT_TRUE(names.insert(nameOf(value)).second) << nameOf(value);
+        EXPECT_NE(exitStatusOf(value), 0);
+    }
+}
+
+TEST(Errors, writeErrorOnStickNamesCauseAndNextStep) {
+    const Error full = writeError(Place::Stick, "/media/usb/clone/a", ENOSPC);
+    EXPECT_EQ(full.code, ErrorCode::StickFull);
+    EXPECT_THAT(full.sentence,
+                HasSubstr("/media/usb/clone/a: No space left on device; free some space on the stick"));
+    EXPECT_EQ(writeError(Place::Stick, "x", EROFS).code, ErrorCode::StickReadOnly);
+    EXPECT_EQ(writeError(Place::Stick, "x", EFBIG).code, ErrorCode::StickLimit);
+    EXPECT_EQ(writeError(Place::Stick, "x", EIO).code, ErrorCode::StickIo);
+}
+
+TEST(Errors, writeErrorOnTelevisionIsTheTelevisionsOwn) {
+    EXPECT_EQ(writeError(Place::Television, "x", ENOSPC).code, ErrorCode::TelevisionFull);
+    EXPECT_EQ(writeError(Place::Television, "x", EROFS).code, ErrorCode::TelevisionIo);
+    EXPECT_EQ(exitStatusOf(ErrorCode::TelevisionFull), 6);
+}
+
+TEST(Errors, stopEndsWithTheSignalsStatus) {
+    EXPECT_EQ(exitStatusOf(stopError(SIGINT).code), 130);
+    EXPECT_EQ(exitStatusOf(stopError(SIGTERM).code), 143);
+    EXPECT_EQ(exitStatusOf(stopError(SIGHUP).code), 129);
+}
+
+}  // namespace
+}  // namespace vxclone

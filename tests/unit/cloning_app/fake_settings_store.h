@@ -1,0 +1,33 @@
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <variant>
+
+/// The settings store of these tests, behind the platform's own six functions. Any thread.
+class FakeSettingsStore {
+ public:
+    struct Bool {
+        bool value;
+    };
+    using Value = std::variant<int, Bool, std::string>;
+
+    /// The one store of the process.
+    static FakeSettingsStore& instance();
+
+    /// A television as it leaves the factory: the two keys of a run, nothing else.
+    void reset();
+    void set(const std::string& key, Value value);
+    std::optional<Value> get(const std::string& key);
+    /// From now on writing the key fails.
+    void refuseWriting(const std::string& key);
+    bool write(const std::string& key, Value value);
+
+ private:
+    std::mutex mutex_;
+    std::map<std::string, Value> values_;
+    std::set<std::string> refused_;
+};

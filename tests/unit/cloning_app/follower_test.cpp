@@ -1,0 +1,129 @@
+#include "cloning_app/run/follower.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+#include <csignal>
+#include <future>
+
+#include "cloning_app/run/settings_store.h"
+#include "tests/unit/cloning_app/fake_settings_store.h"
+#include "tests/unit/cloning_app/recording_view.h"
+
+namespace vxclone {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr std::chrono::seconds kPatience{20};
+
+/// Tells when it has been ticked and shown something.
+struct WaitedForView : RecordingView {
+    void tick() override {
+        RecordingView::tick();
+        if (!told && !percents.empty() && !rows.empty()) {
+            told = true;
+            shown.set_value();
+        }
+    }
+    std::promise<void> shown;
+    bool told = false;
+};
+
+class FollowerTest : public testing::Test {
+ protected:
+    FollowerTest() { store_.reset(); }
+
+    void report(const std::string& results, int percent) {
+        store_.set(kResultKey, results);
+        store_.set(kProgressKey, percent);
+    }
+
+    FakeSettingsStore& store_ = FakeSettingsStore::instance();
+    RecordingView view_;
+    StopFlag stop_;
+};
+
+TEST_F(FollowerTest, resetForRestoreClearsWhatTheLastRunLeft) {
+    ASSERT_TRUE(resetRunKeys(Direction::Restore));
+    Follower follower(Direction::Restore, view_, stop_);
+    EXPECT_THAT(follower.finish().outcomes(), IsEmpty());
+    EXPECT_THAT(view_.percents, IsEmpty());
+    EXPECT_EQ(std::get<int>(*store_.get(kProgressKey)), 0);
+}
+
+TEST_F(FollowerTest, resetForBackupLeavesTheProgressOfTheLastRestore) {
+    ASSERT_TRUE(resetRunKeys(Direction::Backup));
+    EXPECT_EQ(std::get<int>(*store_.get(kProgressKey)), 100);
+    EXPECT_EQ(std::get<std::string>(*store_.get(kResultKey)), "");
+}
+
+TEST_F(FollowerTest, resetThatTheStoreRefusesIsAnError) {
+    store_.refuseWriting(kProgressKey);
+    EXPECT_TRUE(resetRunKeys(Direction::Backup));
+    const auto progress = resetRunKeys(Direction::Restore);
+    ASSERT_FALSE(progress);
+    EXPECT_EQ(progress.error().code, ErrorCode::TelevisionIo);
+    EXPECT_THAT(progress.error().sentence, HasSubstr(kProgressKey));
+    store_.refuseWriting(kResultKey);
+    EXPECT_FALSE(resetRunKeys(Direction::Backup));
+}
+
+TEST_F(FollowerTest, lastOutcomeIsReadAfterTheRun) {
+    ASSERT_TRUE(resetRunKeys(Direction::Restore));
+    Follower follower(Direction::Restore, view_, stop_);
+    report("VXCLONE_AV_SETTINGS-SUCCESS\n", 100);
+    const ResultList results = follower.finish();
+    ASSERT_EQ(results.outcomes().size(), 1U);
+    ASSERT_EQ(view_.rows.size(), 1U);
+    EXPECT_EQ(view_.rows[0].category, VXCLONE_AV_SETTINGS);
+    EXPECT_EQ(view_.rows[0].verdict, Verdict::Done);
+    EXPECT_THAT(view_.percents, ElementsAre(100));
+}
+
+TEST_F(FollowerTest, outcomeDuringTheRunIsShownBeforeItsEnd) {
+    ASSERT_TRUE(resetRunKeys(Direction::Restore));
+    WaitedForView view;
+    auto shown = view.shown.get_future();
+    Follower follower(Direction::Restore, view, stop_);
+    report("VXCLONE_AV_SETTINGS-FAIL\n", 13);
+    ASSERT_EQ(shown.wait_for(kPatience), std::future_status::ready);
+    follower.finish();
+    EXPECT_THAT(view.percents, ElementsAre(13));
+    EXPECT_EQ(view.rows.at(0).verdict, Verdict::Failed);
+}
+
+TEST_F(FollowerTest, percentThatFallsOrExceedsTheWholeIsNotShown) {
+    ASSERT_TRUE(resetRunKeys(Direction::Restore));
+    WaitedForView view;
+    auto shown = view.shown.get_future();
+    Follower follower(Direction::Restore, view, stop_);
+    report("VXCLONE_AV_SETTINGS-FAIL\n", 150);
+    ASSERT_EQ(shown.wait_for(kPatience), std::future_status::ready);
+    report("VXCLONE_AV_SETTINGS-FAIL\n", 20);
+    follower.finish();
+    EXPECT_THAT(view.percents, ElementsAre(100));
+}
+
+TEST_F(FollowerTest, backupShowsNoPercent) {
+    ASSERT_TRUE(resetRunKeys(Direction::Backup));
+    Follower follower(Direction::Backup, view_, stop_);
+    report("VXCLONE_FACTORY_SETTINGS-FAIL\n", 50);
+    follower.finish();
+    EXPECT_THAT(view_.percents, IsEmpty());
+    EXPECT_EQ(view_.rows.at(0).verdict, Verdict::NotEvaluated);
+}
+
+TEST_F(FollowerTest, stopDuringTheRunIsAnsweredOnce) {
+    ASSERT_TRUE(resetRunKeys(Direction::Backup));
+    stop_.raise(SIGINT);
+    Follower follower(Direction::Backup, view_, stop_);
+    follower.finish();
+    ASSERT_EQ(view_.notices.size(), 1U);
+    EXPECT_THAT(view_.notices[0], HasSubstr("cannot be interrupted"));
+}
+
+}  // namespace
+}  // namespace vxclone

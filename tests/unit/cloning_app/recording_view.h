@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cloning_app/run/progress_view.h"
+
+/// Keeps everything that a run shows.
+struct RecordingView : vxclone::ProgressView {
+    void percent(int value) override { percents.push_back(value); }
+    void category(const vxclone::Row& row) override { rows.push_back(row); }
+    void tick() override { ++ticks; }
+    void notice(const std::string& sentence) override { notices.push_back(sentence); }
+    void done(const vxclone::Report& report) override { ended = report; }
+    void failed(const vxclone::Error& error) override { failure = error; }
+
+    std::vector<int> percents;
+    std::vector<vxclone::Row> rows;
+    int ticks = 0;
+    std::vector<std::string> notices;
+    std::optional<vxclone::Report> ended;
+    std::optional<vxclone::Error> failure;
+};

@@ -1,0 +1,285 @@
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <csignal>
+
+#include "cloning_app/run/clone_run.h"
+#include "tests/unit/cloning_app/fake_engine.h"
+#include "tests/unit/cloning_app/fake_settings_store.h"
+#include "tests/unit/cloning_app/own_mounts.h"
+#include "tests/unit/cloning_app/recording_view.h"
+#include "tests/unit/cloning_app/test_folder.h"
+
+namespace vxclone {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+class RunBackupTest : public testing::Test {
+ protected:
+    RunBackupTest() {
+        FakeSettingsStore::instance().reset();
+        std::filesystem::create_directory(stick_);
+        engine_.work = [this] {
+            for (const auto& entry : std::filesystem::directory_iterator(root_)) {
+                std::filesystem::remove_all(entry);
+            }
+            writeGoodBackup();
+            FakeEngine::report("VXCLONE_FACTORY_SETTINGS-FAIL\nVXCLONE_AV_SETTINGS-SUCCESS\n", 0);
+        };
+    }
+
+    void writeGoodBackup() {
+        writeFile(root_ / "vconf/Vconf.json", R"({"a":{"int":1},"b":{"string":"x"}})");
+        writeFile(root_ / "avoc.db", std::string(1000, 'a'));
+    }
+
+    Result<Report> backUp(const std::string& folder = "clone") {
+        return runBackup({engine_, view_, stop_, root_, disk_}, stick_ / folder);
+    }
+
+    /// The backup fails with the code, and the stick is as it was.
+    void expectRefused(ErrorCode code) {
+        const auto before = contentOf(stick_);
+        const auto report = backUp();
+        ASSERT_FALSE(report);
+        EXPECT_EQ(report.error().code, code) << report.error().sentence;
+        EXPECT_EQ(contentOf(stick_), before);
+    }
+
+    const Row& rowFor(const Report& report, VXClone category) {
+        for (const Row& row : report.rows) {
+            if (row.category == category) {
+                return row;
+            }
+        }
+        ADD_FAILURE() << "no row";
+        return report.rows.front();
+    }
+
+    TestFolder folder_;
+    const std::filesystem::path stick_ = folder_ / "stick";
+    const std::filesystem::path root_ = folder_ / "opt/usr/apps/app/data/Clone";
+    FakeEngine engine_;
+    RecordingView view_;
+    StopFlag stop_;
+    DiskCalls disk_ = realDiskCalls();
+};
+
+TEST_F(RunBackupTest, goodBackupIsOnTheStickAndSafeToRemove) {
+    const auto report = backUp();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_THAT(report->closing, Contains(HasSubstr("clone: 2 files, 1.0 kB.")));
+    EXPECT_THAT(report->closing, Contains("Safe to remove the stick."));
+    EXPECT_EQ(contentOf(stick_ / "clone"), contentOf(root_));
+    EXPECT_EQ(rowFor(*report, VXCLONE_AV_SETTINGS).verdict, Verdict::Done);
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "saved, 2 settings");
+}
+
+TEST_F(RunBackupTest, missingCloneRootIsMadeWithItsParents) {
+    engine_.work = [this] {
+        EXPECT_TRUE(std::filesystem::is_directory(root_));
+        writeGoodBackup();
+    };
+    EXPECT_TRUE(backUp());
+}
+
+TEST_F(RunBackupTest, secondBackupReplacesTheFirstAsAWhole) {
+    ASSERT_TRUE(backUp());
+    writeFile(stick_ / "clone/stale", "x");
+    ASSERT_TRUE(backUp("clone/"));
+    EXPECT_EQ(contentOf(stick_ / "clone"), contentOf(root_));
+    EXPECT_EQ(contentOf(stick_).size(), contentOf(root_).size() + 1);
+}
+
+TEST_F(RunBackupTest, failedCategoryEndsWithOneAndDoesNotClaimSuccess) {
+    engine_.work = [this] {
+        writeGoodBackup();
+        FakeEngine::report("VXCLONE_VXHOTEL_FIRSTSCREEN_DATA-FAIL\n", 0);
+    };
+    const auto report = backUp();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_THAT(report->closing, Not(Contains("Safe to remove the stick.")));
+    EXPECT_THAT(report->closing, Contains(HasSubstr("failed: apps")));
+}
+
+TEST_F(RunBackupTest, unknownReportCountsAsAFailure) {
+    engine_.work = [this] {
+        writeGoodBackup();
+        FakeEngine::report("VXCLONE_NEW-SUCCESS\n", 0);
+    };
+    const auto report = backUp();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_THAT(report->closing, Contains(HasSubstr("VXCLONE_NEW-SUCCESS")));
+}
+
+TEST_F(RunBackupTest, settingsFileMissingEmptyOrNoObjectKeepsTheOldPackage) {
+    ASSERT_TRUE(backUp());
+    for (const char* const text : {"", "null", "{\"a\""}) {
+        engine_.work = [this, text] { writeFile(root_ / "vconf/Vconf.json", text); };
+        expectRefused(ErrorCode::SettingsNotSaved);
+    }
+    engine_.work = [this] { std::filesystem::remove_all(root_ / "vconf"); };
+    expectRefused(ErrorCode::SettingsNotSaved);
+}
+
+TEST_F(RunBackupTest, folderWithOtherFilesIsLeftAloneBeforeTheRun) {
+    writeFile(stick_ / "clone/photo.jpg", "x");
+    expectRefused(ErrorCode::NotAPackage);
+    EXPECT_EQ(engine_.runs, 0);
+}
+
+TEST_F(RunBackupTest, televisionsOwnFolderIsRefused) {
+    for (const auto& folder : {root_, root_ / "sub", root_.parent_path()}) {
+        std::filesystem::create_directories(root_);
+        const auto report = runBackup({engine_, view_, stop_, root_, disk_}, folder);
+        ASSERT_FALSE(report) << folder;
+        EXPECT_EQ(report.error().code, ErrorCode::BadArguments);
+    }
+    EXPECT_EQ(engine_.runs, 0);
+}
+
+TEST_F(RunBackupTest, engineThatBreaksOffLeavesTheStickAlone) {
+    ASSERT_TRUE(backUp());
+    engine_.end = failure(ErrorCode::Internal, "broke off");
+    expectRefused(ErrorCode::Internal);
+}
+
+TEST_F(RunBackupTest, linkLeftByAServiceIsNotCarriedToTheStick) {
+    ASSERT_TRUE(backUp());
+    engine_.work = [this] {
+        writeGoodBackup();
+        std::filesystem::create_symlink("/etc/passwd", root_ / "link");
+    };
+    expectRefused(ErrorCode::UnsafeEntry);
+}
+
+TEST_F(RunBackupTest, stopDuringTheRunEndsAfterItWithoutTouchingTheStick) {
+    ASSERT_TRUE(backUp());
+    engine_.work = [this] {
+        writeGoodBackup();
+        writeFile(root_ / "newer", "x");
+        stop_.raise(SIGINT);
+    };
+    expectRefused(ErrorCode::Interrupted);
+    EXPECT_THAT(view_.notices, Contains(HasSubstr("cannot be interrupted")));
+}
+
+TEST_F(RunBackupTest, stopWhileCopyingLeavesTheOldPackage) {
+    ASSERT_TRUE(backUp());
+    disk_.write = [this](int descriptor, const void* data, std::size_t size) {
+        stop_.raise(SIGTERM);
+        return write(descriptor, data, size);
+    };
+    expectRefused(ErrorCode::Terminated);
+}
+
+TEST_F(RunBackupTest, fullStickWhileCopyingLeavesTheOldPackage) {
+    ASSERT_TRUE(backUp());
+    disk_.write = [](int /*descriptor*/, const void* /*data*/, std::size_t /*size*/) -> ssize_t {
+        errno = ENOSPC;
+        return -1;
+    };
+    expectRefused(ErrorCode::StickFull);
+}
+
+TEST_F(RunBackupTest, stickWithTooLittleRoomKeepsTheOldPackage) {
+    const bool allowed = withOwnMounts([this] {
+        ASSERT_EQ(mount("tmpfs", stick_.c_str(), "tmpfs", 0, "size=128k"), 0);
+        ASSERT_TRUE(backUp());
+        engine_.work = [this] {
+            writeGoodBackup();
+            writeFile(root_ / "avoc.db", std::string(300'000, 'a'));
+        };
+        expectRefused(ErrorCode::StickFull);
+    });
+    if (!allowed) {
+        GTEST_SKIP() << "mounting is not allowed here";
+    }
+}
+
+TEST_F(RunBackupTest, anyDiskCallFailingIsAnErrorWithAWholePackageOnTheStick) {
+    ASSERT_TRUE(backUp());
+    const auto first = contentOf(stick_);
+    std::filesystem::copy(stick_, folder_ / "saved", std::filesystem::copy_options::recursive);
+    engine_.work = [this] {
+        writeGoodBackup();
+        writeFile(root_ / "newer", "x");
+    };
+    for (int nth = 1;; ++nth) {
+        ASSERT_LT(nth, 100);
+        std::filesystem::remove_all(stick_);
+        std::filesystem::copy(folder_ / "saved", stick_, std::filesystem::copy_options::recursive);
+        int calls = 0;
+        const auto strikes = [&calls, nth] {
+            errno = EIO;
+            return ++calls == nth;
+        };
+        const DiskCalls real = realDiskCalls();
+        disk_.write = [=](int descriptor, const void* data, std::size_t size) -> ssize_t {
+            return strikes() ? -1 : real.write(descriptor, data, size);
+        };
+        disk_.flush = [=](int descriptor) { return strikes() ? -1 : real.flush(descriptor); };
+        disk_.rename = [=](int directory, const char* from, const char* to, unsigned flags) {
+            return strikes() ? -1 : real.rename(directory, from, to, flags);
+        };
+        disk_.makeFolder = [=](int directory, const char* name) {
+            return strikes() ? -1 : real.makeFolder(directory, name);
+        };
+        const auto report = backUp();
+        if (report) {
+            EXPECT_GT(nth, 8);
+            break;
+        }
+        EXPECT_EQ(report.error().code, ErrorCode::StickIo);
+        const bool isNew = std::filesystem::exists(stick_ / "clone/newer");
+        EXPECT_TRUE(!isNew || contentOf(stick_ / "clone") == contentOf(root_)) << nth;
+        EXPECT_EQ(contentOf(stick_) == first, !isNew) << nth;
+        EXPECT_EQ(isNew, report.error().sentence.find("the new package is in") == 0)
+            << report.error().sentence;
+    }
+}
+
+TEST_F(RunBackupTest, storeThatRefusesTheResultKeyStopsBeforeTheRun) {
+    FakeSettingsStore::instance().refuseWriting(kResultKey);
+    expectRefused(ErrorCode::TelevisionIo);
+    EXPECT_EQ(engine_.runs, 0);
+}
+
+TEST_F(RunBackupTest, leftoversOfAnInterruptedBackupAreSaidAndGone) {
+    writeFile(stick_ / ".clone.vxclone-old/vconf/Vconf.json", "{}");
+    writeFile(stick_ / ".clone.vxclone-new/part", "x");
+    ASSERT_TRUE(backUp());
+    EXPECT_THAT(view_.notices, Contains(HasSubstr("is back")));
+    EXPECT_EQ(contentOf(stick_ / "clone"), contentOf(root_));
+    EXPECT_EQ(contentOf(stick_).size(), contentOf(root_).size() + 1);
+}
+
+TEST_F(RunBackupTest, secondVxcloneIsRefusedWhileOneWorks) {
+    engine_.work = [this] {
+        writeGoodBackup();
+        FakeEngine other;
+        RecordingView view;
+        const auto report = runBackup({other, view, stop_, root_, disk_}, stick_ / "other");
+        ASSERT_FALSE(report);
+        EXPECT_EQ(report.error().code, ErrorCode::TelevisionBusy);
+        EXPECT_EQ(other.runs, 0);
+    };
+    EXPECT_TRUE(backUp());
+    EXPECT_FALSE(std::filesystem::exists(stick_ / "other"));
+}
+
+TEST_F(RunBackupTest, conclusionIsTheExitStatus) {
+    EXPECT_EQ(conclude(backUp(), view_), 0);
+    EXPECT_TRUE(view_.ended.has_value());
+    EXPECT_EQ(conclude(failure(ErrorCode::StickFull, "full"), view_), 6);
+    EXPECT_EQ(view_.failure->sentence, "full");
+}
+
+}  // namespace
+}  // namespace vxclone

@@ -1,0 +1,202 @@
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <csignal>
+
+#include "cloning_app/run/clone_run.h"
+#include "tests/unit/cloning_app/fake_engine.h"
+#include "tests/unit/cloning_app/fake_settings_store.h"
+#include "tests/unit/cloning_app/recording_view.h"
+#include "tests/unit/cloning_app/test_folder.h"
+
+namespace vxclone {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+
+class RunRestoreTest : public testing::Test {
+ protected:
+    RunRestoreTest() {
+        FakeSettingsStore::instance().reset();
+        writeFile(root_ / "stale", "x");
+        writeFile(package_ / "vconf/Vconf.json", R"({"a":{"int":1},"b":{"string":"x"}})");
+        writeFile(package_ / "avoc.db", "a");
+        engine_.work = [] {
+            FakeSettingsStore::instance().set("a", 1);
+            FakeSettingsStore::instance().set("b", std::string("x"));
+            FakeEngine::report("VXCLONE_FACTORY_SETTINGS-FAIL\nVXCLONE_AV_SETTINGS-SUCCESS\n", 100);
+        };
+    }
+
+    Result<Report> restore(const std::vector<VXClone>& list = allCategories()) {
+        return runRestore({engine_, view_, stop_, root_}, package_, list);
+    }
+
+    /// The restore is refused with the code; stick, clone folder and television are as they were.
+    void expectRefused(ErrorCode code) {
+        const auto before = contentOf(folder_.path());
+        const auto report = restore();
+        ASSERT_FALSE(report);
+        EXPECT_EQ(report.error().code, code) << report.error().sentence;
+        EXPECT_EQ(engine_.runs, 0);
+        EXPECT_EQ(contentOf(folder_.path()), before);
+    }
+
+    const Row& rowFor(const Report& report, VXClone category) {
+        for (const Row& row : report.rows) {
+            if (row.category == category) {
+                return row;
+            }
+        }
+        ADD_FAILURE() << "no row";
+        return report.rows.front();
+    }
+
+    TestFolder folder_;
+    const std::filesystem::path package_ = folder_ / "stick/clone";
+    const std::filesystem::path root_ = folder_ / "Clone";
+    FakeEngine engine_;
+    RecordingView view_;
+    StopFlag stop_;
+};
+
+TEST_F(RunRestoreTest, goodPackageReplacesTheCloneFolderAndIsReadBack) {
+    const auto report = restore();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_EQ(contentOf(root_), contentOf(package_));
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "applied, 2 settings");
+    EXPECT_EQ(engine_.list, allCategories());
+    EXPECT_THAT(view_.percents, testing::ElementsAre(100));
+}
+
+TEST_F(RunRestoreTest, settingsThatTheTelevisionDoesNotHoldAreAFailureThatNamesThem) {
+    engine_.work = [] { FakeSettingsStore::instance().set("a", 1); };
+    const auto report = restore();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 1);
+    const Row& row = rowFor(*report, VXCLONE_VCONF_DATA);
+    EXPECT_EQ(row.verdict, Verdict::Failed);
+    EXPECT_EQ(row.detail, "1 of 2 applied; not b");
+}
+
+TEST_F(RunRestoreTest, manySettingsNotAppliedAreCounted) {
+    writeFile(package_ / "vconf/Vconf.json",
+              R"({"a":{"int":1},"c":{"int":1},"d":{"int":1},"e":{"int":1},"f":{"int":1},"g":{"int":1}})");
+    const auto report = restore();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "1 of 6 applied; not c d e and 2 more");
+}
+
+TEST_F(RunRestoreTest, chosenCategoriesLeaveTheOthersAndTheSettingsUnread) {
+    engine_.work = [] { FakeEngine::report("VXCLONE_BROADCAST_TVS-SUCCESS\n", 100); };
+    const auto report = restore({VXCLONE_BROADCAST_TVS});
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_EQ(engine_.list, std::vector<VXClone>{VXCLONE_BROADCAST_TVS});
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).verdict, Verdict::NotChosen);
+    EXPECT_EQ(rowFor(*report, VXCLONE_BROADCAST_TVS).verdict, Verdict::Done);
+}
+
+TEST_F(RunRestoreTest, failureForWantOfAnEntrySaysSo) {
+    engine_.work = [] {
+        FakeEngine::report("VXCLONE_HOSPITALITY_LOGO-FAIL\nVXCLONE_WAS_API_DATA-FAIL\n", 100);
+    };
+    const auto report = restore({VXCLONE_WAS_API_DATA, VXCLONE_HOSPITALITY_LOGO});
+    ASSERT_TRUE(report);
+    EXPECT_EQ(rowFor(*report, VXCLONE_HOSPITALITY_LOGO).detail, "the package holds no logo");
+    EXPECT_EQ(rowFor(*report, VXCLONE_WAS_API_DATA).detail, "");
+    EXPECT_THAT(report->closing, Contains(HasSubstr("failed: was, boot-logo")));
+}
+
+TEST_F(RunRestoreTest, packageWithoutSettingsFailsOnlyThese) {
+    std::filesystem::remove_all(package_ / "vconf");
+    writeFile(package_ / "tvtimer/timer.db", "x");
+    const auto report = restore();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).verdict, Verdict::Failed);
+    EXPECT_EQ(report->exitStatus, 1);
+}
+
+TEST_F(RunRestoreTest, folderThatIsNoPackageChangesNothing) {
+    std::filesystem::remove_all(package_ / "vconf");
+    expectRefused(ErrorCode::NotAPackage);
+}
+
+TEST_F(RunRestoreTest, missingFolderChangesNothing) {
+    std::filesystem::remove_all(package_);
+    expectRefused(ErrorCode::NotAPackage);
+    std::filesystem::remove_all(package_.parent_path());
+    expectRefused(ErrorCode::StickMissing);
+}
+
+TEST_F(RunRestoreTest, damagedSettingsChangeNothing) {
+    writeFile(package_ / "vconf/Vconf.json", "{\"a\":");
+    expectRefused(ErrorCode::SettingsDamaged);
+}
+
+TEST_F(RunRestoreTest, damagedSettingsThatAreNotChosenDoNotMatter) {
+    writeFile(package_ / "vconf/Vconf.json", "{\"a\":");
+    EXPECT_TRUE(restore({VXCLONE_AV_SETTINGS}));
+}
+
+TEST_F(RunRestoreTest, linkOrFifoInThePackageChangesNothing) {
+    std::filesystem::create_symlink("/etc/passwd", package_ / "logo");
+    expectRefused(ErrorCode::UnsafeEntry);
+    std::filesystem::remove(package_ / "logo");
+    ASSERT_EQ(mkfifo((package_ / "zzz").c_str(), 0600), 0);
+    const auto report = restore();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::UnsafeEntry);
+}
+
+TEST_F(RunRestoreTest, televisionsOwnFolderIsRefusedAndKept) {
+    writeFile(root_ / "vconf/Vconf.json", "{}");
+    const auto report = runRestore({engine_, view_, stop_, root_}, root_, allCategories());
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::BadArguments);
+    EXPECT_TRUE(std::filesystem::exists(root_ / "vconf/Vconf.json"));
+}
+
+TEST_F(RunRestoreTest, stopBeforeTheRunLeavesNoHalfPackage) {
+    stop_.raise(SIGINT);
+    const auto report = restore();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::Interrupted);
+    EXPECT_EQ(engine_.runs, 0);
+    EXPECT_TRUE(std::filesystem::is_empty(root_));
+}
+
+TEST_F(RunRestoreTest, stopDuringTheRunEndsWithTheSignalAfterTheTable) {
+    const auto work = engine_.work;
+    engine_.work = [this, work] {
+        work();
+        stop_.raise(SIGTERM);
+    };
+    const auto report = restore();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 143);
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).verdict, Verdict::Done);
+}
+
+TEST_F(RunRestoreTest, storeThatRefusesTheProgressKeyChangesNothing) {
+    FakeSettingsStore::instance().refuseWriting(kProgressKey);
+    expectRefused(ErrorCode::TelevisionIo);
+}
+
+TEST_F(RunRestoreTest, engineThatBreaksOffIsAnError) {
+    engine_.end = failure(ErrorCode::Internal, "broke off");
+    const auto report = restore();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::Internal);
+}
+
+TEST_F(RunRestoreTest, unknownEntriesAreCarriedAlong) {
+    writeFile(package_ / "of-a-service/deep/file", "x");
+    ASSERT_TRUE(restore());
+    EXPECT_EQ(readFile(root_ / "of-a-service/deep/file"), "x");
+}
+
+}  // namespace
+}  // namespace vxclone
