@@ -13,7 +13,9 @@ std::string described(const LogLine& line) {
         {DLOG_DEBUG, "D"}, {DLOG_INFO, "I"}, {DLOG_ERROR, "E"}, {DLOG_FATAL, "F"}};
     constexpr std::string_view kColourStart = "\x1b[0;";
     const bool coloured = line.colour.rfind(kColourStart, 0) == 0 && line.colour.back() == 'm';
-    const std::string number = coloured ? line.colour.substr(kColourStart.size(), line.colour.size() - kColourStart.size() - 1) : "?";
+    const std::string number =
+        coloured ? line.colour.substr(kColourStart.size(), line.colour.size() - kColourStart.size() - 1)
+                 : "?";
     return letters.at(line.priority) + "/" + number + " " + line.function + ": " + line.message;
 }
 

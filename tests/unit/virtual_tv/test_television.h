@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "virtual_tv/television/creation.h"
+#include "virtual_tv/television/television.h"
+
+namespace vxtv::test {
+
+/// A folder of the test's own, gone with it.
+class TestFolder {
+ public:
+    TestFolder();
+    ~TestFolder();
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+    const std::filesystem::path& path() const { return path_; }
+
+ private:
+    std::filesystem::path path_;
+};
+
+/// A small profile: an int `volume` 12, a bool `dooreye` false, a string `welcome` "hello", and the status
+/// key `progress` 0; one feature of each type; no pictures.
+Profile smallProfile();
+
+/// Makes a television of the small profile at the place; the test stops when that fails.
+Television makeTelevision(const std::filesystem::path& place);
+
+/// Runs `work` in a child process. Result: the child's exit status, or minus the signal that ended it. 0
+/// means that `work` returned true.
+int inChild(const std::function<bool()>& work);
+
+void writeFile(const std::filesystem::path& path, const std::string& content);
+std::string readFile(const std::filesystem::path& path);
+
+}  // namespace vxtv::test

@@ -1,0 +1,86 @@
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "common/terminal_table.h"
+#include "virtual_tv/commands/command.h"
+#include "virtual_tv/commands/output.h"
+#include "virtual_tv/television/television.h"
+
+namespace vxtv {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct Options {
+    std::string folder;
+    bool clear = false;
+    bool json = false;
+};
+
+std::string compact(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+std::vector<vxcommon::Cell> rowOf(const CallRecord& record) {
+    constexpr std::int64_t kUsPerSecond = 1000000;
+    return {{fmt::format("{}.{:06}", record.timeUs / kUsPerSecond, record.timeUs % kUsPerSecond)},
+            {std::to_string(record.process)},
+            {std::to_string(record.thread)},
+            {record.call},
+            {compact(record.arguments)},
+            {compact(record.result)},
+            {record.fault ? std::to_string(*record.fault) : "", vxcommon::Colour::Bad}};
+}
+
+int show(const CallLog& log, bool json) {
+    vxcommon::TerminalTable table({"TIME", "PROCESS", "THREAD", "CALL", "ARGUMENTS", "RESULT", "FAULT"});
+    std::size_t count = 0;
+    const Result<int> unreadable = log.read([&](const CallRecord& record) {
+        ++count;
+        if (json) {
+            print(toJsonLine(record) + "\n");
+        } else {
+            table.addRow(rowOf(record));
+        }
+    });
+    if (!unreadable) {
+        return complain(unreadable.error());
+    }
+    if (!json) {
+        print(count != 0 ? table.render(vxcommon::wantsColour(STDOUT_FILENO)) : "no calls\n");
+    }
+    if (*unreadable != 0) {
+        std::fprintf(stderr, "vxtv: %d line%s of the call log could not be read and %s left out\n",
+                     *unreadable, *unreadable == 1 ? "" : "s", *unreadable == 1 ? "is" : "are");
+    }
+    return finishOutput();
+}
+
+int run(const Options& options) {
+    const Result<Television> television = Television::open(options.folder);
+    if (!television) {
+        return complain(television.error());
+    }
+    if (!options.clear) {
+        return show(television->calls(), options.json);
+    }
+    const Result<void> cleared = television->calls().clear();
+    return cleared ? kExitOk : complain(cleared.error());
+}
+
+}  // namespace
+
+void addCallsCommand(CLI::App& app, Action& chosen) {
+    auto* const verb = app.add_subcommand("calls", "List the platform calls that were made");
+    const auto options = std::make_shared<Options>();
+    verb->add_option("DIR", options->folder, "The television")->required();
+    auto* const json = verb->add_flag("--json", options->json, "For programs: one object a line");
+    verb->add_flag("--clear", options->clear, "Forget them instead")->excludes(json);
+    verb->callback([options, &chosen] { chosen = [options] { return run(*options); }; });
+}
+
+}  // namespace vxtv

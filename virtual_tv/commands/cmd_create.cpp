@@ -1,0 +1,46 @@
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <memory>
+
+#include "virtual_tv/commands/command.h"
+#include "virtual_tv/commands/output.h"
+#include "virtual_tv/television/creation.h"
+#include "virtual_tv/television/profile_shelf.h"
+
+namespace vxtv {
+
+namespace {
+
+struct Options {
+    std::string folder;
+    std::string profile;
+};
+
+int create(const Options& options) {
+    const auto profile = ProfileShelf::ofThisProgram().find(options.profile).and_then(readProfile);
+    if (!profile) {
+        return complain(profile.error());
+    }
+    const Result<Television> television = createTelevision(options.folder, *profile);
+    if (!television) {
+        return complain(television.error());
+    }
+    print(fmt::format("made the television {} ({})\n", options.folder, profile->identity.model));
+    return finishOutput();
+}
+
+}  // namespace
+
+void addCreateCommand(CLI::App& app, Action& chosen) {
+    auto* const verb = app.add_subcommand("create", "Make a television in a new folder");
+    const auto options = std::make_shared<Options>();
+    verb->add_option("DIR", options->folder, "The folder to make; its parent must exist")->required();
+    verb->add_option("--profile", options->profile, "A shipped profile's name, or a profile's .json file")
+        ->option_text("NAME|FILE")
+        ->required();
+    verb->footer(fmt::format("Shipped profiles: {}", fmt::join(ProfileShelf::ofThisProgram().names(), ", ")));
+    verb->callback([options, &chosen] { chosen = [options] { return create(*options); }; });
+}
+
+}  // namespace vxtv

@@ -1,0 +1,131 @@
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <memory>
+
+#include "common/terminal_table.h"
+#include "virtual_tv/commands/command.h"
+#include "virtual_tv/commands/output.h"
+#include "virtual_tv/television/contract_calls.h"
+#include "virtual_tv/television/television.h"
+
+namespace vxtv {
+
+namespace {
+
+struct Options {
+    std::string folder;
+    Fault fault;
+    bool json = false;
+};
+
+int add(const Options& options) {
+    const auto id = Television::open(options.folder).and_then([&options](const Television& television) {
+        return television.faults().add(options.fault);
+    });
+    if (!id) {
+        return complain(id.error());
+    }
+    print(fmt::format("added fault {} on {}\n", *id, options.fault.call));
+    return finishOutput();
+}
+
+int clear(const Options& options) {
+    const auto count = Television::open(options.folder).and_then([](const Television& television) {
+        return television.faults().clear();
+    });
+    if (!count) {
+        return complain(count.error());
+    }
+    print(fmt::format("removed {} fault{}\n", *count, *count == 1 ? "" : "s"));
+    return finishOutput();
+}
+
+std::string orDash(const std::optional<int>& value) {
+    return value ? std::to_string(*value) : "-";
+}
+
+void printTable(const std::vector<Fault>& faults) {
+    vxcommon::TerminalTable table({"ID", "CALL", "ACTS ON", "STATUS", "DELAY MS", "SEEN"});
+    for (const Fault& fault : faults) {
+        table.addRow({{std::to_string(fault.id)},
+                      {fault.call},
+                      {fmt::format("call {}{}", fault.nth, fault.fromThenOn ? " and later" : "")},
+                      {orDash(fault.status)},
+                      {orDash(fault.delayMs)},
+                      {std::to_string(fault.seen)}});
+    }
+    print(faults.empty() ? "no faults\n" : table.render(vxcommon::wantsColour(STDOUT_FILENO)));
+}
+
+nlohmann::ordered_json toJson(const std::optional<int>& value) {
+    return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json(nullptr);
+}
+
+int list(const Options& options) {
+    const auto faults = Television::open(options.folder).and_then([](const Television& television) {
+        return television.faults().list();
+    });
+    if (!faults) {
+        return complain(faults.error());
+    }
+    if (!options.json) {
+        printTable(*faults);
+        return finishOutput();
+    }
+    auto document = nlohmann::ordered_json::array();
+    for (const Fault& fault : *faults) {
+        document.push_back({{"id", fault.id},
+                            {"call", fault.call},
+                            {"nth", fault.nth},
+                            {"fromThenOn", fault.fromThenOn},
+                            {"status", toJson(fault.status)},
+                            {"delayMs", toJson(fault.delayMs)},
+                            {"seen", fault.seen}});
+    }
+    printJson(document);
+    return finishOutput();
+}
+
+std::string callNames() {
+    std::string text = "Calls:";
+    for (const auto& call : detail::kContractCalls) {
+        text += fmt::format("\n  {}{}", call.name, call.kind == CallKind::NeverFails ? "  (delay only)" : "");
+    }
+    return text;
+}
+
+void addAdd(CLI::App& fault, const std::shared_ptr<Options>& options, Action& chosen) {
+    auto* const verb = fault.add_subcommand("add", "Make a platform call fail, or late");
+    verb->add_option("CALL", options->fault.call, "The call, such as vconf_set_int")->required();
+    verb->add_option("--nth", options->fault.nth, "Act on this call, counted from now (default 1)")
+        ->option_text("N");
+    verb->add_flag("--from-then-on", options->fault.fromThenOn, "Act on every later call, too");
+    verb->add_option(
+            "--status", options->fault.status,
+            "What the call returns instead of doing its work (a bool call: whether it is not 0; a call "
+            "that returns a pointer: null, whatever the status)")
+        ->option_text("S");
+    verb->add_option("--delay", options->fault.delayMs, "How long the call waits first")->option_text("MS");
+    verb->footer(callNames());
+    verb->callback([options, &chosen] { chosen = [options] { return add(*options); }; });
+}
+
+}  // namespace
+
+void addFaultCommand(CLI::App& app, Action& chosen) {
+    auto* const verb = app.add_subcommand("fault", "Plan how platform calls fail");
+    const auto options = std::make_shared<Options>();
+    verb->add_option("DIR", options->folder, "The television")->required();
+    verb->require_subcommand(1);
+    addAdd(*verb, options, chosen);
+    auto* const listing = verb->add_subcommand("list", "Show the plan and how often each call was seen");
+    listing->add_flag("--json", options->json, "For programs");
+    listing->callback([options, &chosen] { chosen = [options] { return list(*options); }; });
+    verb->add_subcommand("clear", "Remove all faults")->callback([options, &chosen] {
+        chosen = [options] { return clear(*options); };
+    });
+    verb->footer("The calls are listed by: vxtv fault DIR add --help");
+}
+
+}  // namespace vxtv

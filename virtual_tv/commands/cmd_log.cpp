@@ -1,0 +1,122 @@
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/inotify.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
+#include "common/terminal_table.h"
+#include "virtual_tv/commands/command.h"
+#include "virtual_tv/commands/output.h"
+#include "virtual_tv/television/television.h"
+
+namespace vxtv {
+
+namespace {
+
+struct Options {
+    std::string folder;
+    bool follow = false;
+};
+
+class Descriptor {
+ public:
+    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+    ~Descriptor() {
+        if (descriptor_ >= 0) {
+            close(descriptor_);
+        }
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int get() const { return descriptor_; }
+
+ private:
+    int descriptor_;
+};
+
+tl::unexpected<Error> cannot(const char* what, const std::filesystem::path& path) {
+    return failure(ErrorCode::Io,
+                   fmt::format("{} cannot be {}: {}", path.string(), what, std::strerror(errno)));
+}
+
+/// Writes what the file holds from where it was read last to its end, whole lines.
+class LinePrinter {
+ public:
+    void copy(int file) {
+        struct stat status {};
+        if (fstat(file, &status) == 0 && status.st_size < lseek(file, 0, SEEK_CUR)) {
+            lseek(file, 0, SEEK_SET);  // it was emptied
+        }
+        std::array<char, 64 * 1024> piece{};
+        for (ssize_t count = 0; (count = read(file, piece.data(), piece.size())) > 0;) {
+            pending_.append(piece.data(), static_cast<std::size_t>(count));
+            printWholeLines();
+        }
+    }
+
+ private:
+    void printWholeLines() {
+        const std::size_t end = pending_.rfind('\n') + 1;
+        if (end != 0) {
+            print(terminal_ ? forTerminal(pending_.substr(0, end), coloured_) : pending_.substr(0, end));
+            pending_.erase(0, end);
+        }
+    }
+
+    const bool terminal_ = vxcommon::isTerminal(STDOUT_FILENO);
+    const bool coloured_ = vxcommon::wantsColour(STDOUT_FILENO);
+    std::string pending_;
+};
+
+Result<void> waitForChange(int watcher, const std::filesystem::path& path) {
+    alignas(inotify_event) std::array<char, 4096> events{};
+    if (read(watcher, events.data(), events.size()) < 0 && errno != EINTR) {
+        return cannot("followed", path);
+    }
+    return {};
+}
+
+Result<void> showLog(const std::filesystem::path& path, bool follow) {
+    // The first message makes the file; who follows the log may come before it.
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | (follow ? O_CREAT : 0), 0600));
+    if (file.get() < 0) {
+        return !follow && errno == ENOENT ? Result<void>() : cannot("read", path);
+    }
+    const Descriptor watcher(inotify_init1(IN_CLOEXEC));
+    if (follow && inotify_add_watch(watcher.get(), path.c_str(), IN_MODIFY) < 0) {
+        return cannot("followed", path);
+    }
+    LinePrinter printer;
+    printer.copy(file.get());
+    Result<void> waited;
+    while (follow && waited && finishOutput() == kExitOk) {
+        waited = waitForChange(watcher.get(), path);
+        printer.copy(file.get());
+    }
+    return waited;
+}
+
+int run(const Options& options) {
+    const Result<void> shown =
+        Television::open(options.folder).and_then([&options](const Television& television) {
+            return showLog(television.folder().dlog(), options.follow);
+        });
+    return shown ? finishOutput() : complain(shown.error());
+}
+
+}  // namespace
+
+void addLogCommand(CLI::App& app, Action& chosen) {
+    auto* const verb = app.add_subcommand("log", "Show the television's log");
+    const auto options = std::make_shared<Options>();
+    verb->add_option("DIR", options->folder, "The television")->required();
+    verb->add_flag("--follow,-f", options->follow, "Go on showing new lines until interrupted");
+    verb->callback([options, &chosen] { chosen = [options] { return run(*options); }; });
+}
+
+}  // namespace vxtv

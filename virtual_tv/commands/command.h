@@ -1,0 +1,35 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+
+#include "virtual_tv/television/error.h"
+
+namespace vxtv {
+
+/// Exit statuses of vxtv. `run` and `shell` end with their command's own status instead.
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitDiffers = 1;  ///< `compare` found a difference
+inline constexpr int kExitFailed = 2;   ///< the sentence is on standard error
+
+/// What the parsed command line asks for; the result is the exit status.
+using Action = std::function<int()>;
+
+/// Each adds its verb to the application; parsing the verb sets `chosen`, which main then runs.
+void addCreateCommand(CLI::App& app, Action& chosen);
+void addDestroyCommand(CLI::App& app, Action& chosen);
+void addRunCommand(CLI::App& app, Action& chosen);
+void addShellCommand(CLI::App& app, Action& chosen);
+void addGetCommand(CLI::App& app, Action& chosen);
+void addSetCommand(CLI::App& app, Action& chosen);
+void addSettingsCommand(CLI::App& app, Action& chosen);
+void addInfoCommand(CLI::App& app, Action& chosen);
+void addCompareCommand(CLI::App& app, Action& chosen);
+void addFaultCommand(CLI::App& app, Action& chosen);
+void addCallsCommand(CLI::App& app, Action& chosen);
+void addLogCommand(CLI::App& app, Action& chosen);
+
+/// Prints "vxtv: " and the sentence on standard error. Result: kExitFailed.
+int complain(const Error& error);
+
+}  // namespace vxtv

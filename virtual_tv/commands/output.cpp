@@ -1,0 +1,62 @@
+#include "virtual_tv/commands/output.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "common/terminal_table.h"
+#include "virtual_tv/commands/command.h"
+
+namespace vxtv {
+
+namespace {
+
+/// The length of the colour code at the start of the text (ESC [ digits and semicolons m), or 0.
+std::size_t colourCodeLength(std::string_view text) {
+    if (text.substr(0, 2) != "\x1b[") {
+        return 0;
+    }
+    const std::size_t end = text.find_first_not_of("0123456789;", 2);
+    return end != std::string_view::npos && text[end] == 'm' ? end + 1 : 0;
+}
+
+}  // namespace
+
+nlohmann::ordered_json toJson(const SettingValue& value) {
+    return std::visit([](const auto& alternative) { return nlohmann::ordered_json(alternative); }, value);
+}
+
+void print(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
+void printJson(const nlohmann::ordered_json& document) {
+    constexpr int kIndent = 2;
+    print(document.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+}
+
+std::string forTerminal(std::string_view text, bool keepColours) {
+    std::string result;
+    while (!text.empty()) {
+        const std::size_t code = colourCodeLength(text);
+        const std::size_t length = std::max<std::size_t>(code, 1);
+        const std::string_view piece = text.substr(0, length);
+        if (code == 0) {
+            result += piece == "\n" ? std::string(piece) : vxcommon::printable(piece);
+        } else if (keepColours) {
+            result += piece;
+        }
+        text.remove_prefix(length);
+    }
+    return result;
+}
+
+int finishOutput() {
+    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
+        return kExitOk;
+    }
+    return complain({ErrorCode::Io, std::string("the output could not be written: ") + std::strerror(errno)});
+}
+
+}  // namespace vxtv

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+#include "virtual_tv/television/settings_store.h"
+
+namespace vxtv {
+
+/// A value in JSON's own type.
+nlohmann::ordered_json toJson(const SettingValue& value);
+
+/// Writes the text on standard output.
+void print(std::string_view text);
+
+/// Writes the document on standard output, indented; what is no UTF-8 is replaced.
+void printJson(const nlohmann::ordered_json& document);
+
+/// The text without anything that steers a terminal but line feeds and, when `keepColours`, colour codes.
+std::string forTerminal(std::string_view text, bool keepColours);
+
+/// Writes out what standard output still holds. Result: kExitOk, or kExitFailed with a sentence on standard
+/// error when not all of it could be written, as on a full disk.
+int finishOutput();
+
+}  // namespace vxtv

@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+#include "virtual_tv/platform/process_television.h"
+#include "virtual_tv/television/contract_calls.h"
+#include "virtual_tv/television/television.h"
+
+namespace vxtv {
+
+/// One argument of a platform call as the call log shows it.
+struct Argument {
+    enum class Kind { Number, Name, Secret };
+    const char* name;
+    Kind kind;
+    std::int64_t number = 0;
+    std::optional<std::string_view> text;  ///< nothing for a null
+};
+
+Argument number(const char* name, std::int64_t value);
+/// A text that tells what the call is about: a key, a path, a port.
+Argument named(const char* name, const char* text);
+Argument named(const char* name, const std::string& text);
+/// A text that may be somebody's PIN: its length is logged.
+Argument secret(const char* name, const char* text);
+
+using Arguments = std::initializer_list<Argument>;
+
+/// A platform call on its way through the television's fault plan and call log.
+class Passage {
+ public:
+    /// Counts the call in the fault plan of this process's television, and waits as long as that wants.
+    Passage(KnownCall call, Arguments arguments);
+
+    /// Null when there is no television.
+    Television* television() const { return television_; }
+    /// What the call has to return instead of doing its work.
+    const std::optional<int>& imposedStatus() const { return imposedStatus_; }
+    /// Writes the call to the log.
+    void log(nlohmann::ordered_json result);
+
+ private:
+    KnownCall call_;
+    Arguments arguments_;
+    Television* television_;
+    std::optional<std::int64_t> fault_;
+    std::optional<int> imposedStatus_;
+};
+
+/// A status in the type that the call returns: a bool is true for any but 0; for what is no number, a status
+/// means failure.
+template <class Value>
+Value fromStatus(int status, const Value& failed) {
+    if constexpr (std::is_same_v<Value, bool>) {
+        return status != 0;
+    } else if constexpr (std::is_same_v<Value, int>) {
+        return status;
+    } else {
+        return failed;
+    }
+}
+
+/// A result as the call log shows it: of a string that may be secret its length, of an object that it is one.
+template <class Value>
+nlohmann::ordered_json toLog(const Value& value) {
+    if constexpr (std::is_same_v<Value, char*>) {
+        return value != nullptr ? nlohmann::ordered_json{{"length", std::string_view(value).size()}}
+                                : nullptr;
+    } else if constexpr (std::is_pointer_v<Value>) {
+        return value != nullptr ? nlohmann::ordered_json("object") : nullptr;
+    } else if constexpr (std::is_arithmetic_v<Value> || std::is_same_v<Value, std::string>) {
+        return value;
+    } else {
+        return "object";
+    }
+}
+
+/// Answers a platform call: the fault plan first, then `work(television)`, then the call log. No exception
+/// leaves it. Result: what the work returns; `failed` without a television or when memory is short.
+template <class Value, class Work>
+Value answer(KnownCall call, Arguments arguments, Value failed, Work work) noexcept {
+    try {
+        Passage passage(call, arguments);
+        if (passage.television() == nullptr) {
+            return failed;
+        }
+        const std::optional<int>& imposed = passage.imposedStatus();
+        Value result = imposed ? fromStatus(*imposed, failed) : Value(work(*passage.television()));
+        passage.log(toLog(result));
+        return result;
+    } catch (...) {
+        return failed;
+    }
+}
+
+/// Answers a call of a service that this television does not have.
+template <class Value>
+Value absent(KnownCall call, Arguments arguments, Value failed) noexcept {
+    return answer(call, arguments, failed, [&failed](Television&) { return failed; });
+}
+
+}  // namespace vxtv

@@ -1,0 +1,161 @@
+#include "virtual_tv/television/creation.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <stdio.h>
+#include <stdlib.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <system_error>
+
+#include "virtual_tv/television/picture_areas.h"
+
+namespace vxtv {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+tl::unexpected<Error> cannotMake(const fs::path& path, const std::error_code& error) {
+    const bool full = error == std::errc::no_space_on_device || error.value() == EDQUOT;
+    return failure(full ? ErrorCode::NoSpace : ErrorCode::Io,
+                   fmt::format("the television {} cannot be made: {}; {}", path.string(), error.message(),
+                               full ? "make room on the disk and try again"
+                                    : "check that its parent folder may be written"));
+}
+
+tl::unexpected<Error> alreadyExists(const fs::path& path) {
+    return failure(
+        ErrorCode::AlreadyExists,
+        fmt::format("{} already exists; choose another folder, or remove it first", path.string()));
+}
+
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+/// A folder that goes when nobody keeps it.
+class ScratchFolder {
+ public:
+    explicit ScratchFolder(const fs::path& target)
+        : path_((target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string()) {
+        made_ = mkdtemp(path_.data()) != nullptr;
+    }
+    ~ScratchFolder() {
+        std::error_code ignored;
+        if (made_) {
+            fs::remove_all(path_, ignored);
+        }
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    bool made() const { return made_; }
+    fs::path path() const { return path_; }
+
+    /// Gives the folder its final name, which nothing else may have. Result: whether it did; errno says why.
+    bool keepAs(const fs::path& target) {
+        made_ = !renameToNew(target);
+        return !made_;
+    }
+
+ private:
+    bool renameToNew(const fs::path& target) const {
+        if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+            return true;
+        }
+        // Some file systems cannot promise it; there a plain rename may replace an empty folder, at worst.
+        return errno == EINVAL && rename(path_.c_str(), target.c_str()) == 0;
+    }
+
+    std::string path_;
+    bool made_ = false;
+};
+
+void makeFolders(const Folder& folder) {
+    for (const fs::path& path : {folder.tmp(), folder.media(), folder.calls().parent_path(), folder.run(),
+                                 placeOf(folder, kCloningDataPath)}) {
+        fs::create_directories(path);
+    }
+    fs::permissions(folder.tmp(), fs::perms::all | fs::perms::sticky_bit);
+    for (const PictureArea& area : kPictureAreas) {
+        fs::create_directories(placeOf(folder, area.path));
+    }
+}
+
+void copyPictures(const Folder& folder, const std::vector<Picture>& pictures) {
+    for (const PictureArea& area : kPictureAreas) {
+        for (const Picture& picture : pictures) {
+            if (picture.area == area.name) {
+                const fs::path place = placeOf(folder, area.path) / picture.name;
+                fs::copy_file(picture.source, place);
+                fs::permissions(place, fs::perms::owner_write, fs::perm_options::add);
+            }
+        }
+    }
+}
+
+Result<void> fillDatabase(const Folder& folder, const Profile& profile) {
+    const Result<std::unique_ptr<Database>> database = Database::create(folder.database());
+    if (!database) {
+        return tl::make_unexpected(database.error());
+    }
+    return (*database)->write([&profile](SQLite::Database& connection) -> Result<void> {
+        SettingsStore::create(connection, profile.settings);
+        SystemInformation::create(connection, profile.identity, profile.features);
+        FaultPlan::create(connection);
+        return {};
+    });
+}
+
+Result<void> fill(const fs::path& target, const Folder& folder, const Profile& profile) {
+    try {
+        makeFolders(folder);
+        copyPictures(folder, profile.pictures);
+    } catch (const fs::filesystem_error& error) {
+        return cannotMake(target, error.code());
+    }
+    return fillDatabase(folder, profile);
+}
+
+Result<void> checkPlace(const fs::path& path) {
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(path, error);
+    if (fs::exists(status)) {
+        return alreadyExists(path);
+    }
+    if (!fs::is_directory(path.parent_path(), error)) {
+        return failure(ErrorCode::BadArgument,
+                       fmt::format("the television {} cannot be made: there is no folder {}; make that first",
+                                   path.string(), path.parent_path().string()));
+    }
+    return status.type() == fs::file_type::not_found ? Result<void>() : Result<void>(cannotMake(path, error));
+}
+
+}  // namespace
+
+Result<Television> createTelevision(const fs::path& path, const Profile& profile) {
+    if (path.empty()) {
+        return failure(ErrorCode::BadArgument, "no folder was named; give the path of the new television");
+    }
+    const fs::path target = absoluteFolder(path);
+    if (const Result<void> place = checkPlace(target); !place) {
+        return tl::make_unexpected(place.error());
+    }
+    ScratchFolder scratch(target);
+    if (!scratch.made()) {
+        return cannotMake(target, lastError());
+    }
+    if (const Result<void> filled = fill(target, Folder(scratch.path()), profile); !filled) {
+        return tl::make_unexpected(filled.error());
+    }
+    if (!scratch.keepAs(target)) {
+        return errno == EEXIST || errno == ENOTEMPTY ? alreadyExists(target)
+                                                     : cannotMake(target, lastError());
+    }
+    return Television::open(target);
+}
+
+}  // namespace vxtv

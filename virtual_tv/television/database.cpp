@@ -1,0 +1,211 @@
+#include "virtual_tv/television/database.h"
+
+#include <fmt/format.h>
+#include <sqlite3.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+#include <optional>
+#include <string_view>
+
+namespace vxtv {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::uint32_t kApplicationId = 0x76785456;  // "vxTV"
+constexpr std::uint32_t kVersion = 1;
+constexpr int kBusyTimeoutMs = 5000;
+
+// The file header of the SQLite format: magic text, then big-endian numbers at fixed places.
+constexpr std::size_t kHeaderSize = 100;
+constexpr std::string_view kHeaderMagic("SQLite format 3\0", 16);
+constexpr std::size_t kVersionOffset = 60;
+constexpr std::size_t kApplicationIdOffset = 68;
+using Header = std::array<char, kHeaderSize>;
+
+std::uint32_t numberAt(const Header& header, std::size_t offset) {
+    std::uint32_t number = 0;
+    for (std::size_t i = offset; i < offset + 4; ++i) {
+        number = (number << 8U) | static_cast<unsigned char>(header.at(i));
+    }
+    return number;
+}
+
+tl::unexpected<Error> damaged(const fs::path& file, std::string_view why) {
+    return failure(
+        ErrorCode::Damaged,
+        fmt::format("{} is damaged ({}); destroy this television and create it again", file.string(), why));
+}
+
+/// The header, or nothing when the file cannot be opened (errno says why) or is too short.
+std::optional<Header> readHeader(const fs::path& file) {
+    errno = 0;
+    std::ifstream stream(file, std::ios::binary);
+    Header header{};
+    return stream.read(header.data(), kHeaderSize) ? std::optional<Header>(header) : std::nullopt;
+}
+
+Result<void> judgeHeader(const fs::path& file, const Header& header) {
+    if (std::string_view(header.data(), kHeaderMagic.size()) != kHeaderMagic) {
+        return damaged(file, "it is no database");
+    }
+    if (numberAt(header, kApplicationIdOffset) != kApplicationId) {
+        return failure(ErrorCode::NotATelevision,
+                       fmt::format("{} is not a television: its tv.db belongs to another program; name a "
+                                   "folder made by `vxtv create`",
+                                   file.parent_path().string()));
+    }
+    const std::uint32_t version = numberAt(header, kVersionOffset);
+    if (version != kVersion) {
+        return failure(ErrorCode::OtherVersion,
+                       fmt::format("{} was made by another version of vxtv (data version {}, this one knows "
+                                   "{}); use that version, or destroy the television and create it again",
+                                   file.parent_path().string(), version, kVersion));
+    }
+    return {};
+}
+
+struct Failing {
+    int sqliteCode;
+    ErrorCode code;
+    const char* advice;
+};
+
+constexpr std::array kFailings = {
+    Failing{SQLITE_BUSY, ErrorCode::Busy, "another process holds it; end that process and try again"},
+    Failing{SQLITE_LOCKED, ErrorCode::Busy, "another process holds it; end that process and try again"},
+    Failing{SQLITE_FULL, ErrorCode::NoSpace, "make room on the disk and try again"},
+    Failing{SQLITE_CORRUPT, ErrorCode::Damaged, "destroy this television and create it again"},
+    Failing{SQLITE_NOTADB, ErrorCode::Damaged, "destroy this television and create it again"},
+    // Our statements are fixed: one that does not fit means that a table is not as it was made.
+    Failing{SQLITE_ERROR, ErrorCode::Damaged, "destroy this television and create it again"},
+};
+constexpr Failing kOtherFailing = {0, ErrorCode::Io,
+                                   "check that the folder may be written and its disk is sound"};
+
+Error errorOf(const fs::path& file, const SQLite::Exception& exception) {
+    const Failing* failing = &kOtherFailing;
+    for (const Failing& candidate : kFailings) {
+        if (candidate.sqliteCode == exception.getErrorCode()) {
+            failing = &candidate;
+        }
+    }
+    return {failing->code, fmt::format("{}: {}; {}", file.string(), exception.what(), failing->advice)};
+}
+
+}  // namespace
+
+Result<void> Database::identify(const fs::path& file) {
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(file, error);
+    if (!fs::is_regular_file(status)) {
+        if (error && status.type() != fs::file_type::not_found) {
+            return failure(ErrorCode::Io,
+                           fmt::format("{} cannot be looked at: {}", file.string(), error.message()));
+        }
+        const fs::path folder = file.parent_path();
+        if (fs::is_directory(folder, error)) {
+            return failure(
+                ErrorCode::NotATelevision,
+                fmt::format("{} is not a television: it holds no tv.db; name a folder made by `vxtv create`",
+                            folder.string()));
+        }
+        return failure(ErrorCode::NotATelevision,
+                       fmt::format("there is no television {0}; make it with: vxtv create {0} --profile NAME",
+                                   folder.string()));
+    }
+    const std::optional<Header> header = readHeader(file);
+    if (!header && errno == EACCES) {
+        return failure(ErrorCode::Io, fmt::format("{} cannot be opened: {}; check who may read it",
+                                                  file.string(), std::strerror(errno)));
+    }
+    return header ? judgeHeader(file, *header) : damaged(file, "it is too short");
+}
+
+bool Database::isOurs(const fs::path& file) {
+    std::error_code error;
+    const bool regular = fs::is_regular_file(fs::symlink_status(file, error));
+    const std::optional<Header> header = regular ? readHeader(file) : std::nullopt;
+    return header && numberAt(*header, kApplicationIdOffset) == kApplicationId;
+}
+
+Result<std::unique_ptr<Database>> Database::open(const fs::path& file) {
+    return identify(file).and_then([&file]() -> Result<std::unique_ptr<Database>> {
+        try {
+            return std::unique_ptr<Database>(new Database(file, SQLite::OPEN_READWRITE));
+        } catch (const SQLite::Exception& exception) {
+            return tl::make_unexpected(errorOf(file, exception));
+        }
+    });
+}
+
+Result<std::unique_ptr<Database>> Database::create(const fs::path& file) {
+    try {
+        auto database =
+            std::unique_ptr<Database>(new Database(file, SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE));
+        SQLite::Database& connection = *database->connection_;
+        connection.exec("PRAGMA journal_mode = WAL");
+        connection.exec(fmt::format("PRAGMA application_id = {}", kApplicationId));
+        connection.exec(fmt::format("PRAGMA user_version = {}", kVersion));
+        return database;
+    } catch (const SQLite::Exception& exception) {
+        return tl::make_unexpected(errorOf(file, exception));
+    }
+}
+
+Database::Database(const fs::path& file, int openFlags)
+    : file_(file),
+      owner_(getpid()),
+      connection_(std::make_unique<SQLite::Database>(file.string(), openFlags, kBusyTimeoutMs)) {
+    connection_->exec("PRAGMA synchronous = NORMAL");
+}
+
+Database::~Database() {
+    if (isForked()) {
+        // Closing it here would drop files that the parent still works with.
+        static_cast<void>(connection_.release());
+    }
+}
+
+bool Database::isForked() const {
+    return getpid() != owner_;
+}
+
+Error Database::forkedError() const {
+    return {ErrorCode::Io,
+            fmt::format("{} was opened before this process was forked; open it anew in a program "
+                        "that the child starts",
+                        file_.string())};
+}
+
+Error Database::describe(const SQLite::Exception& exception) const {
+    return errorOf(file_, exception);
+}
+
+Error Database::describe(const std::exception& exception) const {
+    return {ErrorCode::Io, fmt::format("{}: {}", file_.string(), exception.what())};
+}
+
+Database::WriteTransaction::WriteTransaction(SQLite::Database& connection) : connection_(connection) {
+    connection_.exec("BEGIN IMMEDIATE");
+}
+
+void Database::WriteTransaction::commit() {
+    connection_.exec("COMMIT");
+    open_ = false;
+}
+
+Database::WriteTransaction::~WriteTransaction() {
+    if (open_) {
+        // An error that ended the transaction already (a full disk) makes this one fail, which is fine.
+        connection_.tryExec("ROLLBACK");
+    }
+}
+
+}  // namespace vxtv

@@ -1,0 +1,103 @@
+#include "virtual_tv/television/destruction.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <stdio.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+
+#include "virtual_tv/television/database.h"
+#include "virtual_tv/television/folder.h"
+#include "virtual_tv/television/television.h"
+
+namespace vxtv {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Result<void> checkIsTelevision(const Folder& folder) {
+    std::error_code error;
+    if (fs::is_symlink(fs::symlink_status(folder.root(), error))) {
+        return failure(
+            ErrorCode::NotATelevision,
+            fmt::format("{} is a link, not a television; name the folder itself", folder.root().string()));
+    }
+    if (Database::isOurs(folder.database())) {
+        return {};
+    }
+    const Result<void> identified = Database::identify(folder.database());
+    if (!identified && identified.error().code != ErrorCode::Damaged) {
+        return identified;
+    }
+    return failure(
+        ErrorCode::NotATelevision,
+        fmt::format("{} cannot be told to be a television: its tv.db is damaged beyond that; remove "
+                    "the folder by hand if you are sure",
+                    folder.root().string()));
+}
+
+/// Keeps sessions out while it lives; sessions hold the same lock shared.
+class ExclusiveLock {
+ public:
+    explicit ExclusiveLock(const fs::path& file)
+        : descriptor_(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW)) {}
+    ~ExclusiveLock() {
+        if (descriptor_ >= 0) {
+            close(descriptor_);
+        }
+    }
+    ExclusiveLock(const ExclusiveLock&) = delete;
+    ExclusiveLock& operator=(const ExclusiveLock&) = delete;
+
+    /// Whether no session runs. A television in which none ever ran has no lock file.
+    bool take() const { return descriptor_ < 0 || flock(descriptor_, LOCK_EX | LOCK_NB) == 0; }
+
+ private:
+    int descriptor_;
+};
+
+/// Takes the folder out of sight in one step, so that nobody opens a television that is half gone.
+Result<fs::path> hide(const fs::path& root) {
+    const std::string name = fmt::format(".{}.destroyed.{}", root.filename().string(), getpid());
+    fs::path hidden = root.parent_path() / name;
+    if (rename(root.c_str(), hidden.c_str()) != 0) {
+        return failure(ErrorCode::Io,
+                       fmt::format("{} cannot be removed: {}; check that its parent folder may be written",
+                                   root.string(), std::strerror(errno)));
+    }
+    return hidden;
+}
+
+}  // namespace
+
+Result<void> destroyTelevision(const fs::path& path) {
+    const Folder folder(absoluteFolder(path));
+    if (const Result<void> checked = checkIsTelevision(folder); !checked) {
+        return checked;
+    }
+    const ExclusiveLock lock(folder.sessionLock());
+    if (!lock.take()) {
+        return failure(ErrorCode::Busy,
+                       fmt::format("a session runs in {}; end it and try again", folder.root().string()));
+    }
+    const Result<fs::path> hidden = hide(folder.root());
+    if (!hidden) {
+        return tl::make_unexpected(hidden.error());
+    }
+    std::error_code error;
+    fs::remove_all(*hidden, error);
+    if (error) {
+        return failure(ErrorCode::Io,
+                       fmt::format("{} is gone, but not all of it could be removed: {}; remove {} by "
+                                   "hand",
+                                   folder.root().string(), error.message(), hidden->string()));
+    }
+    return {};
+}
+
+}  // namespace vxtv

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "common/error.h"
+
+namespace vxtv {
+
+/// Why an operation on a virtual television failed.
+enum class ErrorCode {
+    AlreadyExists,   ///< something is already where the television should go
+    NotATelevision,  ///< the folder is not one, or not there
+    Damaged,         ///< the television's own data cannot be read
+    OtherVersion,    ///< made by a version whose data this one does not know
+    Busy,            ///< another process holds it, for longer than we wait
+    NoSpace,         ///< the disk is full
+    Io,              ///< the file system said no in another way
+    UnknownProfile,  ///< no profile of that name
+    BadProfile,      ///< the profile's content is wrong
+    UnknownKey,      ///< no such setting
+    WrongType,       ///< the setting has another type
+    OutOfRange,      ///< the value does not fit the type
+    UnknownCall,     ///< no such platform call
+    BadArgument,     ///< anything else the user typed wrong
+    NoIsolation,     ///< no way to put a command inside the television
+    CannotRun        ///< the command could not be started
+};
+
+using Error = vxcommon::Error<ErrorCode>;
+
+template <class Value>
+using Result = vxcommon::Result<Value, ErrorCode>;
+
+using vxcommon::failure;
+
+}  // namespace vxtv

@@ -1,0 +1,9 @@
+#include "virtual_tv/television/picture_areas.h"
+
+namespace vxtv {
+
+std::filesystem::path placeOf(const Folder& folder, std::string_view pathInTelevision) {
+    return folder.opt() / std::filesystem::path(pathInTelevision).lexically_relative("/opt");
+}
+
+}  // namespace vxtv

@@ -1,0 +1,273 @@
+#include "virtual_tv/television/profile.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <initializer_list>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "virtual_tv/television/picture_areas.h"
+
+namespace vxtv {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+namespace {
+
+constexpr std::uintmax_t kLargestProfile = 1 << 20;
+constexpr std::uintmax_t kLargestPicture = 16 << 20;
+
+/// Leaves the reading at the first thing that is wrong; caught where the reading began.
+struct Wrong {
+    std::string member;
+    std::string reason;
+};
+
+std::string within(const std::string& member, const std::string& name) {
+    return member.empty() ? name : fmt::format("{} > {}", member, name);
+}
+
+const Json& memberOf(const Json& object, const std::string& where, const std::string& name) {
+    const auto found = object.find(name);
+    if (found == object.end()) {
+        throw Wrong{within(where, name), "is missing"};
+    }
+    return *found;
+}
+
+void expectObject(const Json& value, const std::string& where) {
+    if (!value.is_object()) {
+        throw Wrong{where.empty() ? "the whole" : where,
+                    fmt::format("is a {}, not an object", value.type_name())};
+    }
+}
+
+void expectOnly(const Json& object, const std::string& where, std::initializer_list<std::string_view> known) {
+    expectObject(object, where);
+    for (const auto& [name, value] : object.items()) {
+        if (std::find(known.begin(), known.end(), name) == known.end()) {
+            throw Wrong{within(where, name), "is not a member that a profile has"};
+        }
+    }
+}
+
+void expectName(const std::string& name, const std::string& where) {
+    if (name.empty() || name.find('\0') != std::string::npos) {
+        throw Wrong{where, "has a name that is empty or holds a NUL"};
+    }
+}
+
+int intIn(const Json& value, const std::string& where) {
+    if (!value.is_number_integer()) {
+        throw Wrong{where, fmt::format("is {}, not a whole number",
+                                       value.is_number() ? "a fraction" : value.type_name())};
+    }
+    const bool tooLarge = value.is_number_unsigned() &&
+                          value.get<std::uint64_t>() > std::uint64_t{std::numeric_limits<int>::max()};
+    if (tooLarge || value.get<std::int64_t>() < std::numeric_limits<int>::min()) {
+        throw Wrong{where, fmt::format("is {}, which does not fit an int", value.dump())};
+    }
+    return value.get<int>();
+}
+
+bool boolIn(const Json& value, const std::string& where) {
+    if (!value.is_boolean()) {
+        throw Wrong{where, fmt::format("is a {}, not true or false", value.type_name())};
+    }
+    return value.get<bool>();
+}
+
+std::string stringIn(const Json& value, const std::string& where) {
+    if (!value.is_string()) {
+        throw Wrong{where, fmt::format("is a {}, not a string", value.type_name())};
+    }
+    const auto& text = value.get_ref<const std::string&>();
+    if (text.find('\0') != std::string::npos) {
+        throw Wrong{where, "holds a NUL"};
+    }
+    return text;
+}
+
+SettingValue settingValueIn(const Json& value, const std::string& where) {
+    expectOnly(value, where, {"int", "bool", "string"});
+    if (value.size() != 1) {
+        throw Wrong{where, "needs exactly one of int, bool and string"};
+    }
+    const std::string& type = value.begin().key();
+    const std::string member = within(where, type);
+    if (type == "int") {
+        return intIn(*value.begin(), member);
+    }
+    if (type == "bool") {
+        return boolIn(*value.begin(), member);
+    }
+    return stringIn(*value.begin(), member);
+}
+
+void readSettings(const Json& document, const std::string& where, bool isStatus,
+                  std::vector<Setting>& settings) {
+    const Json& object = memberOf(document, "", where);
+    expectObject(object, where);
+    for (const auto& [key, value] : object.items()) {
+        const std::string member = within(where, key);
+        expectName(key, member);
+        const bool twice = std::any_of(settings.begin(), settings.end(),
+                                       [&key = key](const Setting& setting) { return setting.key == key; });
+        if (twice) {
+            throw Wrong{member, "is a setting already"};
+        }
+        settings.push_back({key, settingValueIn(value, member), isStatus});
+    }
+}
+
+std::vector<Feature> readFeatures(const Json& document) {
+    const std::string where = "features";
+    const Json& object = memberOf(document, "", where);
+    expectObject(object, where);
+    std::vector<Feature> features;
+    for (const auto& [name, value] : object.items()) {
+        const std::string member = within(where, name);
+        expectName(name, member);
+        if (value.is_boolean()) {
+            features.push_back({name, value.get<bool>()});
+        } else {
+            features.push_back({name, intIn(value, member)});
+        }
+    }
+    return features;
+}
+
+bool isPlainFileName(const std::string& name) {
+    constexpr std::size_t kLongestName = 255;
+    return !name.empty() && name != "." && name != ".." && name.size() <= kLongestName &&
+           name.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
+}
+
+bool liesBelow(const fs::path& path, const fs::path& folder) {
+    return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
+}
+
+fs::path pictureFileIn(const Json& value, const std::string& where, const fs::path& profileFolder) {
+    const fs::path relative = stringIn(value, where);
+    std::error_code error;
+    const fs::path source = fs::canonical(profileFolder / relative, error);
+    if (error) {
+        throw Wrong{where, fmt::format("names the file {}, which cannot be found", relative.string())};
+    }
+    const fs::path folder = fs::canonical(profileFolder, error);
+    if (error || relative.is_absolute() || !liesBelow(source, folder)) {
+        throw Wrong{where, fmt::format("names the file {}, which lies outside the profile's folder",
+                                       relative.string())};
+    }
+    if (!fs::is_regular_file(source, error) || fs::file_size(source, error) > kLargestPicture) {
+        throw Wrong{where, fmt::format("names {}, which is no file of at most {} MiB", relative.string(),
+                                       kLargestPicture >> 20U)};
+    }
+    return source;
+}
+
+std::vector<Picture> readPictures(const Json& document, const fs::path& profileFolder) {
+    const std::string where = "pictures";
+    const Json& areas = memberOf(document, "", where);
+    expectOnly(areas, where, {kBootLogoArea.name, kHomeMenuArea.name, kMbrLogoArea.name});
+    std::vector<Picture> pictures;
+    for (const PictureArea& area : kPictureAreas) {
+        const std::string areaName(area.name);
+        const Json& files = memberOf(areas, where, areaName);
+        expectObject(files, within(where, areaName));
+        for (const auto& [name, source] : files.items()) {
+            const std::string member = within(within(where, areaName), name);
+            if (!isPlainFileName(name)) {
+                throw Wrong{member, "is not a plain file name"};
+            }
+            pictures.push_back({areaName, name, pictureFileIn(source, member, profileFolder)});
+        }
+    }
+    return pictures;
+}
+
+Profile profileIn(const Json& document, const fs::path& profileFolder) {
+    expectOnly(document, "",
+               {"model", "productTag", "tunerType", "features", "settings", "status", "pictures"});
+    Profile profile;
+    profile.identity.model = stringIn(memberOf(document, "", "model"), "model");
+    profile.identity.productTag = stringIn(memberOf(document, "", "productTag"), "productTag");
+    profile.identity.tunerType = intIn(memberOf(document, "", "tunerType"), "tunerType");
+    profile.features = readFeatures(document);
+    readSettings(document, "settings", false, profile.settings);
+    readSettings(document, "status", true, profile.settings);
+    profile.pictures = readPictures(document, profileFolder);
+    return profile;
+}
+
+/// Parses the text and refuses what the parser alone would let pass: a member that is given twice.
+Json parse(const std::string& text) {
+    std::vector<std::set<std::string>> seen;
+    const Json::parser_callback_t refuseTwins = [&seen](int, Json::parse_event_t event, Json& parsed) {
+        if (event == Json::parse_event_t::object_start) {
+            seen.emplace_back();
+        } else if (event == Json::parse_event_t::object_end) {
+            seen.pop_back();
+        } else if (event == Json::parse_event_t::key &&
+                   !seen.back().insert(parsed.get<std::string>()).second) {
+            throw Wrong{parsed.get<std::string>(), "is given twice"};
+        }
+        return true;
+    };
+    return Json::parse(text, refuseTwins);
+}
+
+Result<std::string> textOf(const fs::path& file) {
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (status.type() == fs::file_type::not_found) {
+        return failure(ErrorCode::UnknownProfile,
+                       fmt::format("there is no profile {}; give the path of a .json file", file.string()));
+    }
+    if (!fs::is_regular_file(status) || fs::file_size(file, error) > kLargestProfile) {
+        return failure(ErrorCode::BadProfile, fmt::format("{} is no file of at most {} KiB, as a profile is",
+                                                          file.string(), kLargestProfile >> 10U));
+    }
+    std::ifstream stream(file, std::ios::binary);
+    std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (!stream) {
+        return failure(ErrorCode::Io, fmt::format("the profile {} cannot be read: {}; check who may read it",
+                                                  file.string(), std::strerror(errno)));
+    }
+    return text;
+}
+
+tl::unexpected<Error> badProfile(const fs::path& file, std::string_view why) {
+    return failure(
+        ErrorCode::BadProfile,
+        fmt::format("the profile {} cannot be used: {}; correct it and try again", file.string(), why));
+}
+
+}  // namespace
+
+Result<Profile> readProfile(const fs::path& file) {
+    const Result<std::string> text = textOf(file);
+    if (!text) {
+        return tl::make_unexpected(text.error());
+    }
+    try {
+        return profileIn(parse(*text), fs::absolute(file).parent_path());
+    } catch (const Wrong& wrong) {
+        return badProfile(file, fmt::format("\"{}\" {}", wrong.member, wrong.reason));
+    } catch (const Json::parse_error& error) {
+        return badProfile(file, fmt::format("it is not JSON at byte {}", error.byte));
+    } catch (const std::exception& error) {
+        return badProfile(file, error.what());
+    }
+}
+
+}  // namespace vxtv

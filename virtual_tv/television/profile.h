@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "virtual_tv/television/error.h"
+#include "virtual_tv/television/settings_store.h"
+#include "virtual_tv/television/system_information.h"
+
+namespace vxtv {
+
+/// A picture that a new television gets.
+struct Picture {
+    std::string area;              ///< as in picture_areas.h
+    std::string name;              ///< the file's name in the television
+    std::filesystem::path source;  ///< an existing regular file
+};
+
+/// What a new television is made from. The format is described in profiles/README.md.
+struct Profile {
+    Identity identity;
+    std::vector<Feature> features;
+    std::vector<Setting> settings;  ///< status keys among them
+    std::vector<Picture> pictures;
+};
+
+/// Reads a profile strictly. Errors: UnknownProfile when there is no such file, Io when it cannot be read,
+/// BadProfile, whose sentence names the member and what is wrong with it.
+Result<Profile> readProfile(const std::filesystem::path& file);
+
+}  // namespace vxtv

@@ -1,0 +1,36 @@
+#include "virtual_tv/television/television.h"
+
+#include <fmt/format.h>
+
+#include <utility>
+
+namespace vxtv {
+
+namespace fs = std::filesystem;
+
+fs::path absoluteFolder(const fs::path& path) {
+    std::error_code error;
+    fs::path absolute = fs::absolute(path, error);
+    absolute = (error ? path : absolute).lexically_normal();
+    return absolute.has_filename() || !absolute.has_relative_path() ? absolute : absolute.parent_path();
+}
+
+Television::Television(Folder folder, std::unique_ptr<Database> database)
+    : folder_(std::move(folder)),
+      database_(std::move(database)),
+      calls_(std::make_unique<CallLog>(folder_.calls())),
+      dlog_(std::make_unique<DlogFile>(folder_.dlog())) {}
+
+Result<Television> Television::open(const fs::path& path) {
+    if (path.empty()) {
+        return failure(ErrorCode::NotATelevision, "no television was named; give the path of its folder");
+    }
+    Folder folder(absoluteFolder(path));
+    Result<std::unique_ptr<Database>> database = Database::open(folder.database());
+    if (!database) {
+        return tl::make_unexpected(database.error());
+    }
+    return Television(std::move(folder), std::move(*database));
+}
+
+}  // namespace vxtv

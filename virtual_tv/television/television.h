@@ -1,0 +1,45 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "virtual_tv/television/call_log.h"
+#include "virtual_tv/television/database.h"
+#include "virtual_tv/television/dlog_file.h"
+#include "virtual_tv/television/error.h"
+#include "virtual_tv/television/fault_plan.h"
+#include "virtual_tv/television/folder.h"
+#include "virtual_tv/television/settings_store.h"
+#include "virtual_tv/television/system_information.h"
+
+namespace vxtv {
+
+/// A virtual television that is in use by this process. Any number of processes may use it at once.
+///
+/// Ownership: the services work on the television and must not outlive it; moving it leaves them valid.
+/// Threads: everything but moving may be used from any thread.
+class Television {
+ public:
+    /// Errors: NotATelevision, Damaged, OtherVersion, Io. Nothing is changed.
+    static Result<Television> open(const std::filesystem::path& path);
+
+    const Folder& folder() const { return folder_; }
+    SettingsStore settings() const { return SettingsStore(*database_); }
+    SystemInformation systemInformation() const { return SystemInformation(*database_); }
+    FaultPlan faults() const { return FaultPlan(*database_); }
+    CallLog& calls() const { return *calls_; }
+    DlogFile& dlog() const { return *dlog_; }
+
+ private:
+    Television(Folder folder, std::unique_ptr<Database> database);
+
+    Folder folder_;
+    std::unique_ptr<Database> database_;
+    std::unique_ptr<CallLog> calls_;
+    std::unique_ptr<DlogFile> dlog_;
+};
+
+/// The path made absolute and free of "." and "..", and of a slash at its end.
+std::filesystem::path absoluteFolder(const std::filesystem::path& path);
+
+}  // namespace vxtv
