@@ -35,7 +35,7 @@ struct RestoreRow {
 int VXCloneHandler::BackupCloneData() {
     VX_TRACE();
     if (tvtimer_init() < 0) {
-        VX_LOG(Error, "failed to init tvtimer api");
+        VX_LOG(Error, VX_TEXT_NO_TIMERS);
     }
     m_ecloneType = kDirectionBackup;
     m_SetVConfString(kCloneResultKey, "");
@@ -74,7 +74,7 @@ int VXCloneHandler::BackupCloneData() {
 int VXCloneHandler::RestoreCloneData(const std::vector<VXClone>& list) {
     VX_TRACE();
     if (tvtimer_init() < 0) {
-        VX_LOG(Error, "failed to init tvtimer api ");
+        VX_LOG(Error, VX_TEXT_NO_TIMERS " ");
     }
     m_ecloneType = kDirectionRestore;
     m_SetVConfString(kCloneResultKey, "");

@@ -13,7 +13,9 @@ std::string described(const LogLine& line) {
         {DLOG_DEBUG, "D"}, {DLOG_INFO, "I"}, {DLOG_ERROR, "E"}, {DLOG_FATAL, "F"}};
     constexpr std::string_view kColourStart = "\x1b[0;";
     const bool coloured = line.colour.rfind(kColourStart, 0) == 0 && line.colour.back() == 'm';
-    const std::string number = coloured ? line.colour.substr(kColourStart.size(), line.colour.size() - kColourStart.size() - 1) : "?";
+    const std::string number =
+        coloured ? line.colour.substr(kColourStart.size(), line.colour.size() - kColourStart.size() - 1)
+                 : "?";
     return letters.at(line.priority) + "/" + number + " " + line.function + ": " + line.message;
 }
 
@@ -73,6 +75,21 @@ void ScriptedPlatform::setTunerType(int tunerType) {
 void ScriptedPlatform::setFeature(const std::string& name, int value) {
     const std::lock_guard lock(mutex_);
     state_.features[name] = value;
+}
+
+void ScriptedPlatform::setSecret(const std::string& name, std::string content) {
+    const std::lock_guard lock(mutex_);
+    state_.secrets[name] = std::move(content);
+}
+
+void ScriptedPlatform::setInstalledSecrets(std::map<std::string, std::string> secrets) {
+    const std::lock_guard lock(mutex_);
+    state_.installedSecrets = std::move(secrets);
+}
+
+int ScriptedPlatform::secretsHeld() const {
+    const std::lock_guard lock(mutex_);
+    return state_.secretsHeld;
 }
 
 void ScriptedPlatform::setDirectories(std::string bootLogo, std::string mbrLogo, std::string homeMenu) {
