@@ -21,15 +21,6 @@ bool hasNetworkSupport() {
     return system_info_get_custom_int(kNetworkSupportFeature, &value) == 0 && value != 0;
 }
 
-enum Condition { kAlways, kWithNetwork };
-
-/// How a restore loads one category.
-struct RestoreRow {
-    VXClone category;
-    bool (VXCloneHandler::*cloner)();
-    Condition condition;
-};
-
 }  // namespace
 
 int VXCloneHandler::BackupCloneData() {
@@ -71,6 +62,35 @@ int VXCloneHandler::BackupCloneData() {
     return 1;
 }
 
+/// How a restore loads one category.
+struct VXCloneHandler::RestoreRow {
+    VXClone category;
+    bool (VXCloneHandler::*cloner)();
+    bool needsNetwork;
+};
+
+const VXCloneHandler::RestoreRow* VXCloneHandler::m_FindRestoreRow(VXClone category) {
+    static constexpr RestoreRow kRows[] = {
+        {VXCLONE_FACTORY_SETTINGS, &VXCloneHandler::m_FactorySettingsClone, false},
+        {VXCLONE_AV_SETTINGS, &VXCloneHandler::m_AudioVideoSettingsClone, false},
+        {VXCLONE_HOME_INTERNAL_API_DATA, &VXCloneHandler::m_HomeDataControlClone, true},
+        {VXCLONE_WAS_API_DATA, &VXCloneHandler::m_WasAPIClone, true},
+        {VXCLONE_VCONF_DATA, &VXCloneHandler::m_VCONFDataClone, false},
+        {VXCLONE_BROADCAST_TVS, &VXCloneHandler::m_BroadcastTVSClone, false},
+        {VXCLONE_SETTINGS_DATA, &VXCloneHandler::m_SettingsDataClone, false},
+        {VXCLONE_BROADCAST_IPG_DATA, &VXCloneHandler::m_BroadcastIPGDataClone, false},
+        {VXCLONE_VXTV_TIMER_DATA, &VXCloneHandler::m_VXTVTimerDataClone, false},
+        {VXCLONE_HOSPITALITY_LOGO, &VXCloneHandler::m_HospitalityLogoClone, false},
+        {VXCLONE_VXHOTEL_HOMEAPP_DATA, &VXCloneHandler::m_VXHotelHomeAppDataClone, false},
+        {VXCLONE_VXHOTEL_MBR_LOGO, &VXCloneHandler::m_MBRLogoClone, false},
+        {VXCLONE_NTP_SETTINGS_DATA, &VXCloneHandler::m_NTP_Settings_Clone, false},
+    };
+    const auto* const row =
+        std::find_if(std::begin(kRows), std::end(kRows),
+                     [category](const RestoreRow& each) { return each.category == category; });
+    return row == std::end(kRows) ? nullptr : row;
+}
+
 int VXCloneHandler::RestoreCloneData(const std::vector<VXClone>& list) {
     VX_TRACE();
     if (tvtimer_init() < 0) {
@@ -95,33 +115,15 @@ int VXCloneHandler::RestoreCloneData(const std::vector<VXClone>& list) {
         });
     }
 
-    static constexpr RestoreRow kRestoreRows[] = {
-        {VXCLONE_FACTORY_SETTINGS, &VXCloneHandler::m_FactorySettingsClone, kAlways},
-        {VXCLONE_AV_SETTINGS, &VXCloneHandler::m_AudioVideoSettingsClone, kAlways},
-        {VXCLONE_HOME_INTERNAL_API_DATA, &VXCloneHandler::m_HomeDataControlClone, kWithNetwork},
-        {VXCLONE_WAS_API_DATA, &VXCloneHandler::m_WasAPIClone, kWithNetwork},
-        {VXCLONE_VCONF_DATA, &VXCloneHandler::m_VCONFDataClone, kAlways},
-        {VXCLONE_BROADCAST_TVS, &VXCloneHandler::m_BroadcastTVSClone, kAlways},
-        {VXCLONE_SETTINGS_DATA, &VXCloneHandler::m_SettingsDataClone, kAlways},
-        {VXCLONE_BROADCAST_IPG_DATA, &VXCloneHandler::m_BroadcastIPGDataClone, kAlways},
-        {VXCLONE_VXTV_TIMER_DATA, &VXCloneHandler::m_VXTVTimerDataClone, kAlways},
-        {VXCLONE_HOSPITALITY_LOGO, &VXCloneHandler::m_HospitalityLogoClone, kAlways},
-        {VXCLONE_VXHOTEL_HOMEAPP_DATA, &VXCloneHandler::m_VXHotelHomeAppDataClone, kAlways},
-        {VXCLONE_VXHOTEL_MBR_LOGO, &VXCloneHandler::m_MBRLogoClone, kAlways},
-        {VXCLONE_NTP_SETTINGS_DATA, &VXCloneHandler::m_NTP_Settings_Clone, kAlways},
-    };
-
     std::size_t handled = 0;
     for (const VXClone category : list) {
-        const auto row =
-            std::find_if(std::begin(kRestoreRows), std::end(kRestoreRows),
-                         [category](const RestoreRow& each) { return each.category == category; });
+        const RestoreRow* const row = m_FindRestoreRow(category);
         if (category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
             VX_LOG(Error, "Cloning App data , Already Handled~!!!");
-        } else if (row == std::end(kRestoreRows)) {
+        } else if (row == nullptr) {
             // The ambient application's data is among these on purpose: it has no restore.
             VX_LOG(Error, "Wrong data passed in eCloneData");
-        } else if (networkSupport || row->condition == kAlways) {
+        } else if (networkSupport || !row->needsNetwork) {
             (this->*row->cloner)();
         }
         ++handled;

@@ -44,6 +44,10 @@ class VXCloneHandler : public VXCloneInterface {
     bool m_MBRLogoClone();
     bool m_NTP_Settings_Clone();
 
+    struct RestoreRow;
+    /// Result: how a restore loads the category, or null for one that has no cloner of its own.
+    static const RestoreRow* m_FindRestoreRow(VXClone category);
+
     // Reporting.
 
     /// Publishes the percentage, as it is.

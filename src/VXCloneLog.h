@@ -19,7 +19,7 @@ class VXCloneLogTag {
     const char* c_str() const { return m_text.data(); }
 
  private:
-    std::array<char, 64> m_text;
+    std::array<char, 64> m_text{};
 };
 
 /// The part of the path behind the last slash.
