@@ -26,7 +26,7 @@ bool hasNetworkSupport() {
 int VXCloneHandler::BackupCloneData() {
     VX_TRACE();
     if (tvtimer_init() < 0) {
-        VX_LOG(Error, "failed to init tvtimer api");
+        VX_LOG(Error, VX_TEXT_NO_TIMERS);
     }
     m_ecloneType = kDirectionBackup;
     m_SetVConfString(kCloneResultKey, "");
@@ -94,7 +94,7 @@ const VXCloneHandler::RestoreRow* VXCloneHandler::m_FindRestoreRow(VXClone categ
 int VXCloneHandler::RestoreCloneData(const std::vector<VXClone>& list) {
     VX_TRACE();
     if (tvtimer_init() < 0) {
-        VX_LOG(Error, "failed to init tvtimer api ");
+        VX_LOG(Error, VX_TEXT_NO_TIMERS " ");
     }
     m_ecloneType = kDirectionRestore;
     m_SetVConfString(kCloneResultKey, "");

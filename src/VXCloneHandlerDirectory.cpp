@@ -3,24 +3,17 @@
 #include <sys/stat.h>
 
 #include <boost/filesystem.hpp>
-#include <boost/version.hpp>
 #include <fstream>
 
 #include "VXCloneHandler.h"
 #include "VXCloneKeys.h"
 #include "VXCloneLog.h"
 #include "VXClonePaths.h"
+#include "VXCloneResources.h"
 
 namespace fs = boost::filesystem;
 
 namespace {
-
-// Renamed by the library in 1.74.
-#if BOOST_VERSION >= 107400
-constexpr auto kOverwrite = fs::copy_options::overwrite_existing;
-#else
-constexpr auto kOverwrite = fs::copy_option::overwrite_if_exists;
-#endif
 
 /// Owner everything, group read and write, others read.
 constexpr auto kRestoredDirectoryMode = static_cast<fs::perms>(0764);
@@ -35,7 +28,7 @@ bool isDirectory(const std::string& path) {
 void copyEntry(const fs::path& entry, const fs::path& destination) {
     boost::system::error_code ignored;
     if (fs::is_regular_file(fs::status(entry, ignored))) {
-        fs::copy_file(entry, destination / entry.filename(), kOverwrite, ignored);
+        fs::copy_file(entry, destination / entry.filename(), kOverwriteExisting, ignored);
     }
 }
 

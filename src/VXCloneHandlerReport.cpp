@@ -2,12 +2,11 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdlib>
-#include <memory>
 
 #include "VXCloneHandler.h"
 #include "VXCloneKeys.h"
 #include "VXCloneLog.h"
+#include "VXCloneResources.h"
 #include "platform/vconf.h"
 
 namespace {
@@ -31,13 +30,6 @@ constexpr std::array kCategoryNames = {
     "VXCLONE_NTP_SETTINGS_DATA",
 };
 
-struct FreeString {
-    void operator()(char* text) const { std::free(text); }
-};
-
-/// A string of the settings store, ours to free; null when the store has none.
-using StoreString = std::unique_ptr<char, FreeString>;
-
 }  // namespace
 
 void VXCloneHandler::m_updateProgressVconf(int percent) {
@@ -54,7 +46,7 @@ std::string VXCloneHandler::m_GetVconfLogString(VXClone category) {
 
 bool VXCloneHandler::m_AppendCloneResultVConf(int status, VXClone category) {
     VX_LOG(Info, "");
-    const StoreString list(vconf_get_str(kCloneResultKey));
+    const VXCloneString list(vconf_get_str(kCloneResultKey));
     if (list == nullptr) {
         VX_LOGF(Error, "fail to get [%s]", kCloneResultKey);
         return false;
@@ -76,7 +68,7 @@ bool VXCloneHandler::m_SetVConfBool(const std::string& key, int value) {
 }
 
 bool VXCloneHandler::m_GetVConfString(std::string key, std::string& value) {
-    const StoreString text(vconf_get_str(key.c_str()));
+    const VXCloneString text(vconf_get_str(key.c_str()));
     value = text == nullptr ? "" : text.get();
     return text != nullptr;
 }

@@ -14,3 +14,11 @@ inline constexpr char kCloneResultKey[] = "db/hotel/clone_result";
 
 /// Feature, an int: whether the network-backed categories take part.
 inline constexpr char kNetworkSupportFeature[] = "com.kestrel/featureconf/network.network_support";
+
+/// Feature, a switch: whether a package's tuner number carries the regional variant.
+inline constexpr char kTunerSupportFeature[] =
+    "com.kestrel/featureconf/vx_hotel_cloning.product_clone_info.tuner_support";
+
+/// Entries of the secure storage.
+inline constexpr char kAesKeyEntry[] = "VX_CLONE_API_AES_KEY";
+inline constexpr char kAesIvEntry[] = "VX_CLONE_API_AES_IV";

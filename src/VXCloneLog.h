@@ -67,3 +67,4 @@ constexpr const char* VXCloneBaseName(const char* path) {
 // Messages that more than one operation logs.
 #define VX_TEXT_SYMBOLIC_LINK "%s is symbolic link"
 #define VX_TEXT_NETWORK_SKIPPED "Home data and was api will be skipped..."
+#define VX_TEXT_NO_TIMERS "failed to init tvtimer api"

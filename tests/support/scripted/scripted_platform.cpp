@@ -77,6 +77,21 @@ void ScriptedPlatform::setFeature(const std::string& name, int value) {
     state_.features[name] = value;
 }
 
+void ScriptedPlatform::setSecret(const std::string& name, std::string content) {
+    const std::lock_guard lock(mutex_);
+    state_.secrets[name] = std::move(content);
+}
+
+void ScriptedPlatform::setInstalledSecrets(std::map<std::string, std::string> secrets) {
+    const std::lock_guard lock(mutex_);
+    state_.installedSecrets = std::move(secrets);
+}
+
+int ScriptedPlatform::secretsHeld() const {
+    const std::lock_guard lock(mutex_);
+    return state_.secretsHeld;
+}
+
 void ScriptedPlatform::setDirectories(std::string bootLogo, std::string mbrLogo, std::string homeMenu) {
     const std::lock_guard lock(mutex_);
     state_.bootLogo = std::move(bootLogo);

@@ -61,6 +61,10 @@ class ScriptedPlatform {
     void setProductTag(std::string tag);
     void setTunerType(int tunerType);
     void setFeature(const std::string& name, int value);
+    /// Puts an entry into the secure storage, byte for byte.
+    void setSecret(const std::string& name, std::string content);
+    /// What an installation of a key file puts there.
+    void setInstalledSecrets(std::map<std::string, std::string> secrets);
     void setDirectories(std::string bootLogo, std::string mbrLogo, std::string homeMenu);
 
     // What the library did.
@@ -77,6 +81,8 @@ class ScriptedPlatform {
     std::vector<std::string> transcript() const;
     /// The log lines of all threads, each as `described`.
     std::vector<std::string> describedLog() const;
+    /// How many buffers of the secure storage have not been released.
+    int secretsHeld() const;
     bool hasSetting(const std::string& key) const;
     Setting setting(const std::string& key) const;
 
@@ -97,6 +103,9 @@ class ScriptedPlatform {
     struct State {
         std::map<std::string, Setting> settings;
         std::map<std::string, int> features;
+        std::map<std::string, std::string> secrets;
+        std::map<std::string, std::string> installedSecrets;
+        int secretsHeld = 0;  ///< buffers handed out and not released
         std::string model;
         std::string productTag;
         int tunerType = 0;

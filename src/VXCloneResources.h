@@ -1,0 +1,26 @@
+#pragma once
+
+#include <boost/filesystem.hpp>
+#include <boost/version.hpp>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+/// A string that the television handed out, ours to free; null when there is none.
+struct VXCloneFree {
+    void operator()(char* text) const { std::free(text); }
+};
+using VXCloneString = std::unique_ptr<char, VXCloneFree>;
+
+/// An open C stream.
+struct VXCloneClose {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using VXCloneFile = std::unique_ptr<std::FILE, VXCloneClose>;
+
+/// Copies over what is there. The option was renamed in Boost 1.74.
+#if BOOST_VERSION >= 107400
+inline constexpr auto kOverwriteExisting = boost::filesystem::copy_options::overwrite_existing;
+#else
+inline constexpr auto kOverwriteExisting = boost::filesystem::copy_option::overwrite_if_exists;
+#endif
