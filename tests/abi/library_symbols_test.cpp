@@ -98,11 +98,22 @@ const Symbols kContract = {
 
 /// The part of it that the library calls.
 const Symbols kNeeds = {
-    "__dlog_print",   "system_info_get_custom_int",
-    "tvtimer_init",   "vconf_get_bool",
-    "vconf_get_int",  "vconf_get_str",
-    "vconf_set_bool", "vconf_set_int",
+    "__dlog_print",
+    "ss_free_buffer",
+    "ss_init_credential",
+    "ss_read",
+    "system_info_get_custom_bool",
+    "system_info_get_custom_int",
+    "system_info_get_value_int",
+    "system_info_get_value_string",
+    "tvtimer_init",
+    "vconf_get_bool",
+    "vconf_get_int",
+    "vconf_get_str",
+    "vconf_set_bool",
+    "vconf_set_int",
     "vconf_set_str",
+    "wqd_install_from_file",
 };
 
 /// The classes whose destructor, table and type information come with the contract.
