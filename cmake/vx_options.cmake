@@ -15,8 +15,10 @@ endif()
 
 find_program(VX_CCACHE ccache)
 if(VX_CCACHE)
+  # Sources that use a precompiled header are cached only with these two told.
   set(CMAKE_C_COMPILER_LAUNCHER ${VX_CCACHE})
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${VX_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${VX_CCACHE})
 endif()
 
 add_library(vx_options INTERFACE)

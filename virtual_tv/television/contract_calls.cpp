@@ -3,8 +3,11 @@
 namespace vxtv {
 
 std::optional<CallKind> findCall(std::string_view name) {
-    const detail::ContractCall* call = detail::find(name);
-    return call != nullptr ? std::optional<CallKind>(call->kind) : std::nullopt;
+    const std::size_t place = detail::placeOf(name);
+    if (place == std::size(detail::kContractCalls)) {
+        return std::nullopt;
+    }
+    return detail::kContractCalls[place].kind;
 }
 
 }  // namespace vxtv

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <iterator>
 #include <optional>
 #include <string_view>
 
@@ -94,19 +96,19 @@ inline constexpr ContractCall kContractCalls[] = {
     {"wqd_install_from_file", CallKind::CanFail},
 };
 
-constexpr const ContractCall* find(std::string_view name) {
-    for (const ContractCall& call : kContractCalls) {
-        if (call.name == name) {
-            return &call;
-        }
+/// The place of the call in the table, or the table's size.
+constexpr std::size_t placeOf(std::string_view name) {
+    std::size_t place = 0;
+    while (place < std::size(kContractCalls) && kContractCalls[place].name.compare(name) != 0) {
+        ++place;
     }
-    return nullptr;
+    return place;
 }
 
 }  // namespace detail
 
 consteval KnownCall::KnownCall(const char* name) : name_(name) {
-    if (detail::find(name) == nullptr) {
+    if (detail::placeOf(name) == std::size(detail::kContractCalls)) {
         throw "the platform has no such call";
     }
 }
