@@ -1,9 +1,8 @@
 // The main job: what one television holds arrives on another, by the programs that a person uses.
 
-#include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "tests/integration/session_test.h"
+#include "tests/integration/clone_fixture.h"
 
 namespace vxtest {
 namespace {
@@ -14,57 +13,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
-/// Two televisions of one model with different settings, and a stick.
-class CloneTest : public testing::Test {
- protected:
-    CloneTest() {
-        vxtv({"create", first, "--profile", "room-101"});
-        vxtv({"create", second, "--profile", "room-102"});
-        std::filesystem::create_directory(place / "stick");
-    }
-
-    Finished vxtv(std::vector<std::string> arguments, int expected = 0) const {
-        arguments.insert(arguments.begin(), vxtvProgram().string());
-        Program program;
-        program.command = std::move(arguments);
-        const Finished finished = run(program);
-        EXPECT_EQ(finished.status, expected) << finished.output << finished.errors;
-        return finished;
-    }
-
-    Finished vxclone(const std::string& television, std::vector<std::string> arguments) const {
-        std::vector<std::string> command = {
-            vxtvProgram().string(),   "run", television, "--quiet", "--stick", stick, "--",
-            vxcloneProgram().string()};
-        command.insert(command.end(), arguments.begin(), arguments.end());
-        Program program;
-        program.command = std::move(command);
-        return run(program);
-    }
-
-    /// How the two televisions differ in their settings: key and both values.
-    json differences() const {
-        Program program;
-        program.command = {vxtvProgram().string(), "compare", first, second, "--json"};
-        const Finished finished = run(program);
-        return json::parse(finished.output);
-    }
-
-    std::string get(const std::string& television, const std::string& key) const {
-        std::string value = vxtv({"get", television, key}).output;
-        value.pop_back();
-        return value;
-    }
-
-    FileTree package() const { return snapshot(place / "stick/clone"); }
-
-    TemporaryDirectory place;
-    const std::string first = (place / "first").string();
-    const std::string second = (place / "second").string();
-    const std::string stick = (place / "stick").string();
-};
-
-constexpr const char* kWelcome = "db/vxhotel/hotelmenu/welcomemessage";
 constexpr const char* kProxy = "db/menu/network/server_network_settings/ProxyOn";
 constexpr const char* kVolume = "db/vxmenu/system/Alarm/Volume";
 
@@ -97,13 +45,14 @@ TEST_F(CloneTest, compareSaysThatTheSettingsAreTheSameAfterwardsAndNotBefore) {
     EXPECT_THAT(run(program).output, Not(HasSubstr(kWelcome)));
 }
 
-TEST_F(CloneTest, packageHoldsTheSettingsSnapshotOnly) {
+TEST_F(CloneTest, packageHoldsTheSettingsIdentityAndSeal) {
     ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
     std::vector<std::string> names;
     for (const auto& [name, content] : package()) {
         names.push_back(name);
     }
-    EXPECT_THAT(names, testing::UnorderedElementsAre("vconf/", "vconf/Vconf.json"));
+    EXPECT_THAT(names, testing::UnorderedElementsAre("ProductCloneInfo.txt", "validate.txt", "vconf/",
+                                                     "vconf/Vconf.json"));
     EXPECT_EQ(json::parse(package().at("vconf/Vconf.json")).size(), 54U);
     EXPECT_THAT(snapshot(place / "stick"), Not(Contains(testing::Key(HasSubstr(".vxclone")))));
 }

@@ -1,0 +1,140 @@
+// A package that does not fit, or that somebody altered, does not reach a television.
+
+#include "tests/integration/clone_fixture.h"
+
+namespace vxtest {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+constexpr int kNotAPackage = 3;
+constexpr int kDoesNotFit = 4;
+constexpr int kAltered = 5;
+constexpr int kNoKey = 7;
+
+class IntegrityTest : public CloneTest {
+ protected:
+    IntegrityTest() {
+        vxtv({"set", first, kWelcome, "from the first"});
+        const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
+        EXPECT_EQ(backup.status, 0) << backup.output << backup.errors;
+    }
+
+    Finished verify(const std::string& television) const {
+        return vxclone(television, {"verify", "/media/usb/clone"});
+    }
+
+    std::string settingsOf(const std::string& television) const {
+        return vxtv({"settings", television}).output;
+    }
+
+    /// A restore that must be refused with the status and must leave the television as it was.
+    Finished refused(const std::string& television, int status, std::vector<std::string> options = {}) const {
+        const std::string settings = settingsOf(television);
+        std::vector<std::string> arguments = {"restore", "/media/usb/clone"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        const Finished restore = vxclone(television, arguments);
+        EXPECT_EQ(restore.status, status) << restore.output << restore.errors;
+        EXPECT_THAT(restore.errors, Not(IsEmpty()));
+        EXPECT_EQ(settingsOf(television), settings);
+        const std::filesystem::path cloneRoot =
+            std::filesystem::path(television) / "opt/usr/apps/org.vorta.vxhotel-cloning/data/Clone";
+        EXPECT_THAT(std::filesystem::exists(cloneRoot) ? snapshot(cloneRoot) : FileTree(), IsEmpty());
+        return restore;
+    }
+
+    std::string otherModel() const {
+        const std::string television = (place / "other").string();
+        vxtv({"create", television, "--profile", "conference"});
+        return television;
+    }
+
+    const std::filesystem::path packageFolder = place / "stick/clone";
+};
+
+TEST_F(IntegrityTest, packageCarriesIdentityAndSeal) {
+    const FileTree files = package();
+    ASSERT_EQ(files.count("ProductCloneInfo.txt"), 1U);
+    EXPECT_EQ(files.at("ProductCloneInfo.txt"), "VX-H7-EU\nVX55H7\n3\n");
+    ASSERT_EQ(files.count("validate.txt"), 1U);
+    EXPECT_EQ(files.at("validate.txt").size(), 16U);
+}
+
+TEST_F(IntegrityTest, verifyOnATelevisionOfTheModelIsZero) {
+    const Finished result = verify(second);
+    EXPECT_EQ(result.status, 0) << result.output << result.errors;
+}
+
+TEST_F(IntegrityTest, verifyOnAnotherModelNamesBothValues) {
+    const Finished result = verify(otherModel());
+    EXPECT_EQ(result.status, kDoesNotFit) << result.output << result.errors;
+    EXPECT_THAT(result.output + result.errors, AllOf(HasSubstr("VX55H7"), HasSubstr("model")));
+}
+
+TEST_F(IntegrityTest, restoreOntoAnotherModelIsRefused) {
+    refused(otherModel(), kDoesNotFit);
+}
+
+TEST_F(IntegrityTest, restoreOfAFlippedByteIsRefusedInEveryFile) {
+    const FileTree files = package();
+    for (const auto& [name, content] : files) {
+        if (content.empty() || name == "ProductCloneInfo.txt") {
+            continue;
+        }
+        std::string flipped = content;
+        flipped[flipped.size() / 2] = static_cast<char>(flipped[flipped.size() / 2] ^ 1);
+        writeFile(packageFolder / name, flipped);
+        EXPECT_EQ(verify(second).status, kAltered) << name;
+        refused(second, kAltered);
+        writeFile(packageFolder / name, content);
+    }
+    EXPECT_EQ(verify(second).status, 0);
+}
+
+TEST_F(IntegrityTest, restoreOfAPackageWithAnAddedFileIsRefused) {
+    writeFile(packageFolder / "tvtimer/added.txt", "x");
+    EXPECT_EQ(verify(second).status, kAltered);
+    refused(second, kAltered);
+}
+
+TEST_F(IntegrityTest, restoreOfAPackageWithoutItsSettingsIsRefused) {
+    std::filesystem::remove(packageFolder / "vconf/Vconf.json");
+    EXPECT_NE(verify(second).status, 0);
+    EXPECT_NE(vxclone(second, {"restore", "/media/usb/clone"}).status, 0);
+}
+
+TEST_F(IntegrityTest, restoreWithoutSealOrIdentityIsRefusedByName) {
+    for (const char* name : {"validate.txt", "ProductCloneInfo.txt"}) {
+        const std::string content = package().at(name);
+        std::filesystem::remove(packageFolder / name);
+        EXPECT_THAT(refused(second, kNotAPackage).errors, HasSubstr(name));
+        writeFile(packageFolder / name, content);
+    }
+}
+
+TEST_F(IntegrityTest, backupWithoutKeyLeavesTheStickAsItWas) {
+    const FileTree before = snapshot(place / "stick");
+    const std::string keyless = (place / "keyless").string();
+    vxtv({"create", keyless, "--profile", "room-101"});
+    std::filesystem::remove_all(place / "keyless/usr");
+    const Finished backup = vxclone(keyless, {"backup", "/media/usb/clone"});
+    EXPECT_EQ(backup.status, kNoKey) << backup.output << backup.errors;
+    EXPECT_EQ(snapshot(place / "stick"), before);
+}
+
+TEST_F(IntegrityTest, verifyWithoutKeyIsItsOwnStatus) {
+    std::filesystem::remove_all(place / "second/usr");
+    EXPECT_EQ(verify(second).status, kNoKey);
+    refused(second, kNoKey);
+}
+
+TEST_F(IntegrityTest, sealOfOneTelevisionIsGoodOnTheOthersOfItsFleet) {
+    ASSERT_EQ(vxclone(second, {"restore", "/media/usb/clone"}).status, 0);
+    EXPECT_EQ(get(second, kWelcome), "from the first");
+}
+
+}  // namespace
+}  // namespace vxtest
