@@ -19,6 +19,10 @@ enum class ErrorCode {
     TooLarge,          ///< the package is larger than any package is
     SettingsDamaged,   ///< the package's settings file cannot be understood
     Unreadable,        ///< the package cannot be read
+    NotComplete,       ///< the package lacks its identity or its seal
+    DoesNotFit,        ///< the package is from another kind of television
+    Altered,           ///< the package is not what was sealed
+    NoKey,             ///< the television has no clone key, so nothing can be sealed or checked
     StickMissing,      ///< nothing is where the stick should be
     StickReadOnly,     ///< the stick refuses to be written
     StickFull,         ///< the stick has no room for the package
@@ -28,6 +32,8 @@ enum class ErrorCode {
     TelevisionIo,      ///< the television's disk or settings store failed
     TelevisionBusy,    ///< another vxclone works on this television
     SettingsNotSaved,  ///< a backup ended without a good settings file
+    IdentityUnusable,  ///< the television does not say what it is, or in a way that no package can hold
+    NotSealed,         ///< a backup could not be sealed
     HungUp,            ///< the terminal went away
     Interrupted,       ///< the user stopped it
     Terminated,        ///< another process stopped it

@@ -12,6 +12,7 @@ int run(int count, char** arguments) {
     vxclone::Action chosen;
     vxclone::addBackupCommand(app, chosen);
     vxclone::addRestoreCommand(app, chosen);
+    vxclone::addVerifyCommand(app, chosen);
     try {
         app.parse(count, arguments);
     } catch (const CLI::ParseError& error) {
@@ -19,7 +20,8 @@ int run(int count, char** arguments) {
         return asked ? vxclone::kExitOk : vxclone::exitStatusOf(vxclone::ErrorCode::BadArguments);
     }
     if (!chosen) {
-        std::cerr << "vxclone: nothing to do; name a command: backup or restore (see vxclone --help)\n";
+        std::cerr
+            << "vxclone: nothing to do; name a command: backup, restore or verify (see vxclone --help)\n";
         return vxclone::exitStatusOf(vxclone::ErrorCode::BadArguments);
     }
     return chosen();

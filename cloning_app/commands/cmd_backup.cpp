@@ -21,9 +21,9 @@ void addBackupCommand(CLI::App& app, Action& chosen) {
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments] {
         chosen = [arguments] {
-            return runCommand(Direction::Backup, arguments->json, [&](const CloneContext& context) {
-                return runBackup(context, arguments->folder);
-            });
+            return runCommand(
+                Direction::Backup, viewKindOfRun(arguments->json),
+                [&](const CloneContext& context) { return runBackup(context, arguments->folder); });
         };
     });
 }

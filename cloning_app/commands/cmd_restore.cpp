@@ -11,6 +11,7 @@ struct Arguments {
     std::string folder;
     std::string only;
     bool all = true;
+    bool forceModel = false;
     bool json = false;
 };
 
@@ -19,7 +20,7 @@ Result<Report> restoreAsTold(const CloneContext& context, const Arguments& argum
     if (!list) {
         return tl::make_unexpected(list.error());
     }
-    return runRestore(context, arguments.folder, *list);
+    return runRestore(context, arguments.folder, {*list, arguments.forceModel});
 }
 
 }  // namespace
@@ -30,13 +31,14 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
     const CLI::Option* const only =
         verb->add_option("--only", arguments->only, "Only these categories, separated by commas")->join(',');
+    verb->add_flag("--force-model", arguments->forceModel, "Load a package that was made on another model");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments, only] {
         arguments->all = only->count() == 0;
         chosen = [arguments] {
-            return runCommand(Direction::Restore, arguments->json, [&](const CloneContext& context) {
-                return restoreAsTold(context, *arguments);
-            });
+            return runCommand(
+                Direction::Restore, viewKindOfRun(arguments->json),
+                [&](const CloneContext& context) { return restoreAsTold(context, *arguments); });
         };
     });
 }

@@ -12,9 +12,7 @@
 
 namespace vxclone {
 
-namespace {
-
-ViewKind viewKind(bool json) {
+ViewKind viewKindOfRun(bool json) {
     if (json) {
         return ViewKind::Json;
     }
@@ -23,13 +21,11 @@ ViewKind viewKind(bool json) {
     return rewritable && vxcommon::isTerminal(STDOUT_FILENO) ? ViewKind::Terminal : ViewKind::Plain;
 }
 
-}  // namespace
-
-int runCommand(Direction direction, bool json,
+int runCommand(Direction direction, ViewKind kind,
                const std::function<Result<Report>(const CloneContext&)>& run) {
     const StopFlag& stop = heedStopSignals();
-    const auto view = makeProgressView(viewKind(json), direction, std::cout, std::cerr,
-                                       vxcommon::wantsColour(STDOUT_FILENO));
+    const auto view =
+        makeProgressView(kind, direction, std::cout, std::cerr, vxcommon::wantsColour(STDOUT_FILENO));
     LibraryEngine engine;
     const CloneContext context{engine, *view, stop, kCloneRoot};
     return conclude(run(context), *view);

@@ -14,9 +14,14 @@ using Action = std::function<int()>;
 /// Each adds its verb to the application; parsing the verb sets `chosen`, which main then runs.
 void addBackupCommand(CLI::App& app, Action& chosen);
 void addRestoreCommand(CLI::App& app, Action& chosen);
+void addVerifyCommand(CLI::App& app, Action& chosen);
 
-/// Runs a clone with this television's library, storage and standard streams, and stop signals heeded.
-/// Result: the exit status.
-int runCommand(Direction direction, bool json, const std::function<Result<Report>(const CloneContext&)>& run);
+/// How a long run is shown on this standard output.
+ViewKind viewKindOfRun(bool json);
+
+/// Clones, or looks at a clone, with this television's library, storage and standard streams, and stop
+/// signals heeded. Result: the exit status.
+int runCommand(Direction direction, ViewKind kind,
+               const std::function<Result<Report>(const CloneContext&)>& run);
 
 }  // namespace vxclone

@@ -20,9 +20,11 @@ class CloneRoot {
     /// empty.
     Result<TreeSize> fillFrom(const Tree& from, const TreeLimits& limits, const StopFlag& stop);
 
+    /// Removes everything in the folder.
+    Result<void> empty();
+
  private:
     CloneRoot(Descriptor folder, std::string path);
-    Result<void> empty();
 
     Descriptor folder_;
     std::string path_;

@@ -13,16 +13,20 @@ inline constexpr const char* kSettingsFolder = "vconf";
 inline constexpr const char* kSettingsFileName = "Vconf.json";
 inline constexpr std::string_view kSettingsFile = "vconf/Vconf.json";
 
+/// Which kind of television a package is from; the seal over all its files; their list, which the seal
+/// covers.
+inline constexpr const char* kIdentityFile = "ProductCloneInfo.txt";
+inline constexpr const char* kSealFile = "validate.txt";
+inline constexpr const char* kContentsFile = "PackageContents.txt";
+
+/// The library's own working file in the clone root while it makes or checks a seal.
+inline constexpr const char* kSealWorkingFile = "validate_temp.txt";
+
 /// The names of the library's own entries in a package. Services may put others beside them.
-inline constexpr std::array<std::string_view, 9> kKnownEntries = {"ProductCloneInfo.txt",
-                                                                  "validate.txt",
-                                                                  kSettingsFolder,
-                                                                  "logo",
-                                                                  "VXMBRLogo",
-                                                                  "VXHotel",
-                                                                  "tvtimer",
-                                                                  "tvs-chms",
-                                                                  "org.vorta.homedatacontrol-service"};
+inline constexpr std::array<std::string_view, 9> kKnownEntries = {
+    kIdentityFile, kSealFile,   kSettingsFolder,
+    "logo",        "VXMBRLogo", "VXHotel",
+    "tvtimer",     "tvs-chms",  "org.vorta.homedatacontrol-service"};
 
 /// Whether an entry of this name makes a folder a clone package.
 bool isKnownEntry(std::string_view name);

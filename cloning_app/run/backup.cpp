@@ -4,6 +4,7 @@
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/settings_file.h"
+#include "cloning_app/run/integrity.h"
 #include "cloning_app/run/run_parts.h"
 #include "common/terminal_table.h"
 
@@ -48,11 +49,43 @@ Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Rep
     return copied;
 }
 
-Report makeReport(const ResultList& results, const Row& settings, const TreeSize& size,
+/// The finished backup in the clone folder.
+struct Saved {
+    Row settings;
+    std::vector<Check> checks;
+};
+
+/// Looks at what the library saved, and completes it to a package.
+Result<Saved> completePackage(const CloneContext& context, const Tree& root, const Identity& identity) {
+    const auto settings = judgeSettings(root);
+    if (!settings) {
+        return tl::make_unexpected(settings.error());
+    }
+    context.view.category(*settings);
+    const auto checks = sealPackage(context.engine, root, identity);
+    if (!checks) {
+        return tl::make_unexpected(checks.error());
+    }
+    return Saved{*settings, *checks};
+}
+
+/// What a backup needs of the television, beside the library's own work.
+Result<Identity> readyToSeal(const CloneContext& context) {
+    if (const auto key = requireKey(context.engine); !key) {
+        return tl::make_unexpected(key.error());
+    }
+    const Identity identity = televisionIdentity();
+    if (const auto text = identityText(identity); !text) {
+        return tl::make_unexpected(text.error());
+    }
+    return identity;
+}
+
+Report makeReport(const ResultList& results, const Saved& saved, const TreeSize& size,
                   const std::string& path) {
     Report report{Direction::Backup,
-                  tableRows(Direction::Backup, allCategories(), results.outcomes(), settings), 0,
-                  unknownLineSentences(results)};
+                  tableRows(Direction::Backup, allCategories(), results.outcomes(), saved.settings), 0,
+                  unknownLineSentences(results), saved.checks};
     report.exitStatus = exitStatusFor(report.rows, results);
     report.closing.push_back(fmt::format("Backup in {}: {}, {}.", vxcommon::printable(path),
                                          countText(size.files, "file"), sizeText(size.bytes)));
@@ -84,6 +117,10 @@ Result<Report> runBackup(const CloneContext& context, const std::filesystem::pat
     if (!root) {
         return tl::make_unexpected(root.error());
     }
+    const auto identity = readyToSeal(context);
+    if (!identity) {
+        return tl::make_unexpected(identity.error());
+    }
     if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
         return tl::make_unexpected(reset.error());
     }
@@ -94,17 +131,16 @@ Result<Report> runBackup(const CloneContext& context, const std::filesystem::pat
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    const auto settings = judgeSettings(root->tree());
-    if (!settings) {
-        return tl::make_unexpected(settings.error());
+    const auto saved = completePackage(context, root->tree(), *identity);
+    if (!saved) {
+        return tl::make_unexpected(saved.error());
     }
-    context.view.category(*settings);
     context.view.notice("Writing the package to " + vxcommon::printable(target->path()) + ".");
     const auto carried = carryToStick(context, root->tree(), *replacement);
     if (!carried) {
         return tl::make_unexpected(carried.error());
     }
-    return makeReport(*results, *settings, *carried, target->path());
+    return makeReport(*results, *saved, *carried, target->path());
 }
 
 }  // namespace vxclone

@@ -20,15 +20,26 @@ struct CloneContext {
     DiskCalls disk = realDiskCalls();  ///< for what is written to the stick
 };
 
-/// Saves the television into `folder`. Result: the report, the package being whole and flushed in `folder`;
-/// its exit status says whether a category failed. Errors: `folder` is as it was.
+/// Saves the television into `folder`. Result: the report, the package being whole, sealed and flushed in
+/// `folder`; its exit status says whether a category failed. Errors: `folder` is as it was.
 Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder);
 
-/// Loads the categories of the package in `folder` into the television. Result: the report; its exit status
-/// says whether a category failed. Errors: up to the copy of the package the television's settings are
-/// untouched.
+/// What of a package is restored, and how.
+struct RestoreOptions {
+    std::vector<VXClone> list;
+    bool forceModel = false;  ///< load a package of another model, if nothing else is wrong with it
+};
+
+/// Loads the categories of the package in `folder` into the television, if it fits and is unaltered. Result:
+/// the report; its exit status says whether a category failed. Errors: nothing of the television was touched
+/// before the run began, and the clone folder is empty unless it was not yet touched either.
 Result<Report> runRestore(const CloneContext& context, const std::filesystem::path& folder,
-                          const std::vector<VXClone>& list);
+                          const RestoreOptions& options);
+
+/// Finds out whether the package in `folder` fits the television and is unaltered, on a copy of it in the
+/// clone folder, which is emptied at the end. Result: the report with every finding; its exit status is that
+/// of the gravest, in the order of `problemOf`. Errors: there is no package to examine, or that failed.
+Result<Report> runVerify(const CloneContext& context, const std::filesystem::path& folder);
 
 /// Shows the result as the run's end. Result: the exit status.
 int conclude(const Result<Report>& result, ProgressView& view);

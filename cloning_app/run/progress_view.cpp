@@ -18,7 +18,7 @@ class TextView : public ProgressView {
         : direction_(direction), out_(out), err_(err), coloured_(coloured) {}
 
     void done(const Report& report) override {
-        out_ << renderTable(report.rows, coloured_);
+        out_ << renderTable(report.rows, report.checks, coloured_);
         for (const std::string& sentence : report.closing) {
             out_ << sentence << '\n';
         }
@@ -134,14 +134,15 @@ class JsonView final : public ProgressView {
     void tick() override {}
     void notice(const std::string& sentence) override { write({{"event", "notice"}, {"message", sentence}}); }
     void done(const Report& report) override {
-        Json rows = Json::array();
+        Json line = {{"event", "done"}, {"exit", report.exitStatus}};
         for (const Row& row : report.rows) {
-            rows.push_back(entry(row));
+            line["categories"].push_back(entry(row));
         }
-        write({{"event", "done"},
-               {"exit", report.exitStatus},
-               {"categories", rows},
-               {"messages", report.closing}});
+        for (const Check& check : report.checks) {
+            line["checks"].push_back(entry(check));
+        }
+        line["messages"] = report.closing;
+        write(line);
     }
     void failed(const Error& error) override {
         write({{"event", "error"},
@@ -157,6 +158,18 @@ class JsonView final : public ProgressView {
         Json entry = {{"category", categoryOf(row.category).name}, {"result", vxclone::nameOf(row.verdict)}};
         if (!row.detail.empty()) {
             entry["detail"] = row.detail;
+        }
+        return entry;
+    }
+
+    static Json entry(const Check& check) {
+        Json entry = {{"check", vxclone::nameOf(check.subject)}, {"result", vxclone::nameOf(check.finding)}};
+        for (const auto& [name, text] :
+             {std::pair("television", &check.television), std::pair("package", &check.package),
+              std::pair("detail", &check.detail)}) {
+            if (!text->empty()) {
+                entry[name] = *text;
+            }
         }
         return entry;
     }

@@ -12,9 +12,10 @@ namespace vxclone {
 /// What a run that reached its end has to say.
 struct Report {
     Direction direction;
-    std::vector<Row> rows;
+    std::vector<Row> rows;  ///< none where no category was cloned
     int exitStatus;
     std::vector<std::string> closing;  ///< sentences for the end, one a line
+    std::vector<Check> checks = {};    ///< what was judged of the package as a whole
 };
 
 /// Shows a run while it goes on and says how it ended. One thread at a time.

@@ -4,11 +4,12 @@
 
 #include <algorithm>
 
-#include "cloning_app/package/clone_root.h"
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/package/layout.h"
+#include "cloning_app/run/integrity.h"
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/settings_store.h"
+#include "cloning_app/run/staged_package.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -23,26 +24,31 @@ bool contains(const std::vector<VXClone>& list, VXClone value) {
     return std::find(list.begin(), list.end(), value) != list.end();
 }
 
-/// Checks the package on the stick and copies it to the television. Nothing is copied unless all of it is
-/// good. Result: the settings that it holds, where these were asked for.
-Result<Settings> bringPackage(const CloneContext& context, const StickTarget& target, CloneRoot& root,
-                              const std::vector<VXClone>& list) {
-    const auto folder = target.openPackage();
-    if (!folder) {
-        return tl::make_unexpected(folder.error());
+std::string overrideWarning(const Check& model) {
+    return fmt::format(
+        "WARNING: the package is from another model: this television is a {}, the package is from a {}. "
+        "It is restored all the same, because of --force-model; what the models do not share may not work.",
+        vxcommon::printable(model.television), vxcommon::printable(model.package));
+}
+
+/// Refuses a staged package that does not fit or was altered. Result: what was examined, for the table.
+Result<std::vector<Check>> admit(const CloneContext& context, const StagedPackage& package, bool forceModel) {
+    auto checks = examinePackage(context.engine, package.tree());
+    if (!checks) {
+        return checks;
     }
-    const Tree package{folder->get(), target.path(), Place::Stick};
-    const bool wanted = contains(list, VXCLONE_VCONF_DATA);
-    if (const auto size = measureTree(package, TreeLimits{}); !size) {
-        return tl::make_unexpected(size.error());
+    std::vector<Check> shown = {{Subject::Identity, Finding::Verified}, {Subject::Seal, Finding::Verified}};
+    const bool overridden = forceModel && overrideModel(*checks);
+    if (const auto problem = problemOf(*checks)) {
+        return failure(*problem,
+                       fmt::format("{}", fmt::join(problemSentences(*checks, package.origin()), "; also: ")));
     }
-    if (const auto settings = wanted ? readSettings(package) : Settings(); !settings) {
-        return settings;
+    if (overridden) {
+        shown.erase(shown.begin());
+        shown.insert(shown.begin(), checks->begin(), checks->end() - 1);
+        context.view.notice(overrideWarning(checks->front()));
     }
-    if (const auto copied = root.fillFrom(package, TreeLimits{}, context.stop); !copied) {
-        return tl::make_unexpected(copied.error());
-    }
-    return wanted ? readSettings(root.tree()) : Settings();
+    return shown;
 }
 
 Row judgeSettings(const Settings& settings) {
@@ -85,40 +91,43 @@ std::string closingSentence(const Report& report, const std::string& path) {
 }  // namespace
 
 Result<Report> runRestore(const CloneContext& context, const std::filesystem::path& folder,
-                          const std::vector<VXClone>& list) {
-    const auto target = openTarget(context, folder);
-    if (!target) {
-        return tl::make_unexpected(target.error());
-    }
-    if (const auto package = target->openPackage(); !package) {
+                          const RestoreOptions& options) {
+    auto package = StagedPackage::bring(context, folder);
+    if (!package) {
         return tl::make_unexpected(package.error());
     }
-    auto root = CloneRoot::open(context.cloneRoot);
-    if (!root) {
-        return tl::make_unexpected(root.error());
+    const auto checks = admit(context, *package, options.forceModel);
+    if (!checks) {
+        return tl::make_unexpected(checks.error());
+    }
+    const bool withSettings = contains(options.list, VXCLONE_VCONF_DATA);
+    const auto settings = withSettings ? readSettings(package->tree()) : Settings();
+    if (!settings) {
+        return tl::make_unexpected(settings.error());
+    }
+    if (context.stop.raised()) {
+        return tl::make_unexpected(stopError(context.stop.signal()));
     }
     if (const auto reset = resetRunKeys(Direction::Restore); !reset) {
         return tl::make_unexpected(reset.error());
     }
-    const auto settings = bringPackage(context, *target, *root, list);
-    if (!settings) {
-        return tl::make_unexpected(settings.error());
-    }
+    package->keep();
     const auto results =
-        runAndFollow(context, Direction::Restore, [&] { return context.engine.restore(list); });
+        runAndFollow(context, Direction::Restore, [&] { return context.engine.restore(options.list); });
     if (!results) {
         return tl::make_unexpected(results.error());
     }
     Row settingsRow{VXCLONE_VCONF_DATA, Verdict::NotChosen, ""};
-    if (contains(list, VXCLONE_VCONF_DATA)) {
+    if (withSettings) {
         settingsRow = judgeSettings(*settings);
         context.view.category(settingsRow);
     }
-    Report report{Direction::Restore, tableRows(Direction::Restore, list, results->outcomes(), settingsRow),
-                  0, unknownLineSentences(*results)};
-    explainMissingEntries(report.rows, root->tree());
+    Report report{Direction::Restore,
+                  tableRows(Direction::Restore, options.list, results->outcomes(), settingsRow), 0,
+                  unknownLineSentences(*results), *checks};
+    explainMissingEntries(report.rows, package->tree());
     report.exitStatus = exitStatusFor(report.rows, *results);
-    report.closing.push_back(closingSentence(report, target->path()));
+    report.closing.push_back(closingSentence(report, package->origin()));
     if (context.stop.raised()) {
         report.exitStatus = exitStatusOf(stopError(context.stop.signal()).code);
         report.closing.emplace_back("Stopped as you asked, after the end of the run.");

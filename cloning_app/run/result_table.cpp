@@ -97,13 +97,18 @@ bool anyFailed(const std::vector<Row>& rows) {
                        [](const Row& row) { return row.verdict == Verdict::Failed; });
 }
 
-std::string renderTable(const std::vector<Row>& rows, bool coloured) {
-    vxcommon::TerminalTable table({"category", "", "result"});
+std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& checks, bool coloured) {
+    vxcommon::TerminalTable table({rows.empty() ? "check" : "category", "", "result"});
     for (const Row& row : rows) {
         const Category& category = categoryOf(row.category);
         table.addRow({{std::string(category.name), Colour::Plain},
                       {std::string(category.words), Colour::Dim},
                       {textOf(row), colourOf(row.verdict)}});
+    }
+    for (const Check& check : checks) {
+        table.addRow({{std::string(nameOf(check.subject)), Colour::Plain},
+                      {std::string(wordsOf(check.subject)), Colour::Dim},
+                      {textOf(check), colourOf(check)}});
     }
     return table.render(coloured);
 }

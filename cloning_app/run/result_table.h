@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "cloning_app/run/check.h"
 #include "cloning_app/run/result_list.h"
 #include "common/terminal_table.h"
 
@@ -38,6 +39,7 @@ std::vector<Row> tableRows(Direction direction, const std::vector<VXClone>& chos
 /// Whether a category failed that is known to be evaluated.
 bool anyFailed(const std::vector<Row>& rows);
 
-std::string renderTable(const std::vector<Row>& rows, bool coloured);
+/// The categories and, below them, what was judged of the package as a whole; either may be empty.
+std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& checks, bool coloured);
 
 }  // namespace vxclone

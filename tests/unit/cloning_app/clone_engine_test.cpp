@@ -48,5 +48,20 @@ TEST(CloneEngine, anyOtherExceptionIsAnErrorWithItsText) {
     EXPECT_FALSE(callLibrary([]() -> int { throw 1; }, true));
 }
 
+TEST(CloneEngine, questionIsAnsweredWithWhatTheLibraryReturned) {
+    EXPECT_EQ(askLibrary([] { return 0; }).value(), 0);
+    EXPECT_EQ(askLibrary([] { return -1; }).value(), -1);
+}
+
+TEST(CloneEngine, questionThatEndsByThrowingIsAnErrorWithItsText) {
+    const auto full = askLibrary([]() -> int {
+        throw std::system_error(std::make_error_code(std::errc::no_space_on_device), "copy");
+    });
+    ASSERT_FALSE(full);
+    EXPECT_EQ(full.error().code, ErrorCode::Internal);
+    EXPECT_THAT(full.error().sentence, HasSubstr("No space left"));
+    EXPECT_FALSE(askLibrary([]() -> int { throw 1; }));
+}
+
 }  // namespace
 }  // namespace vxclone

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "cloning_app/run/clone_engine.h"
@@ -13,6 +14,10 @@ struct FakeEngine final : vxclone::CloneEngine {
         list = wanted;
         return run();
     }
+    vxclone::Result<int> checkIdentity(const std::string& folder) override;
+    vxclone::Result<bool> hasKey() override { return key; }
+    vxclone::Result<bool> seal(const std::vector<std::string>& files, const std::string& seal) override;
+    vxclone::Result<bool> checkSeal(const std::vector<std::string>& files, const std::string& seal) override;
 
     static void report(const std::string& lines, int percent) {
         vxclone::store::writeString(vxclone::kResultKey, lines);
@@ -23,6 +28,16 @@ struct FakeEngine final : vxclone::CloneEngine {
     vxclone::Result<void> end;
     std::vector<VXClone> list;
     int runs = 0;
+
+    vxclone::Result<bool> key = true;
+    vxclone::Result<bool> sealing = true;  ///< how a sealing ends
+    bool readsItsSeals = true;             ///< whether a seal that is right is taken
+    vxclone::Result<int> identityAnswer = kCompares;
+    std::vector<std::string> sealed;   ///< the files of the latest sealing
+    std::vector<std::string> checked;  ///< the files of the latest check
+
+    /// The check of the identity compares, as the real one does, instead of answering what it is told to.
+    static constexpr int kCompares = 1000;
 
  private:
     vxclone::Result<void> run() {

@@ -99,6 +99,25 @@ TEST_F(ProgressViewTest, jsonIsOneObjectALine) {
     EXPECT_EQ(parsed[3]["categories"][0]["category"], "channels");
 }
 
+TEST_F(ProgressViewTest, jsonEndNamesEachCheckWithBothValues) {
+    view(ViewKind::Json, Direction::Restore)
+        ->done({Direction::Restore,
+                {},
+                4,
+                {"It does not fit."},
+                {{Subject::ProductTag, Finding::Differs, "here", "there"},
+                 {Subject::Seal, Finding::Altered, "", "", "avoc.db"}}});
+    EXPECT_EQ(lines().at(0), json({{"event", "done"},
+                                   {"exit", 4},
+                                   {"checks",
+                                    {{{"check", "product-tag"},
+                                      {"result", "differs"},
+                                      {"television", "here"},
+                                      {"package", "there"}},
+                                     {{"check", "seal"}, {"result", "altered"}, {"detail", "avoc.db"}}}},
+                                   {"messages", {"It does not fit."}}}));
+}
+
 TEST_F(ProgressViewTest, jsonErrorHasCodeStatusAndSentenceEvenOfBytesThatAreNoText) {
     view(ViewKind::Json, Direction::Backup)->failed({ErrorCode::NotAPackage, "a\xff is not a package"});
     const auto parsed = lines();

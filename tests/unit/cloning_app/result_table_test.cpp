@@ -79,16 +79,25 @@ TEST(ResultTable, appsThatReportTwiceHaveARowEach) {
 
 TEST(ResultTable, renderingNamesEveryCategoryAndColoursOnlyWhenAsked) {
     const auto rows = tableRows(Direction::Backup, allCategories(), {{VXCLONE_AV_SETTINGS, false}}, kSaved);
-    const std::string plain = renderTable(rows, false);
+    const std::string plain = renderTable(rows, {}, false);
     for (const Category& category : categories()) {
         EXPECT_THAT(plain, HasSubstr(std::string(category.name)));
     }
     EXPECT_THAT(plain, HasSubstr("saved, 54 settings"));
     EXPECT_THAT(plain, HasSubstr("not part of a backup"));
     EXPECT_THAT(plain, Not(HasSubstr("\x1b")));
-    const std::string coloured = renderTable(rows, true);
+    const std::string coloured = renderTable(rows, {}, true);
     EXPECT_THAT(coloured, HasSubstr("\x1b[31mfailed"));
     EXPECT_THAT(coloured, HasSubstr("\x1b[32mdone"));
+}
+
+TEST(ResultTable, checksStandBelowTheCategories) {
+    const auto rows = tableRows(Direction::Backup, allCategories(), {}, kSaved);
+    const std::vector<Check> checks = {{Subject::Seal, Finding::Sealed}};
+    EXPECT_THAT(renderTable(rows, checks, false),
+                testing::ContainsRegex("network-time.*\n.*seal .*sealed\n$"));
+    EXPECT_THAT(renderTable({}, checks, true), HasSubstr("\x1b[32msealed"));
+    EXPECT_THAT(renderTable({}, checks, false), testing::StartsWith("check"));
 }
 
 }  // namespace

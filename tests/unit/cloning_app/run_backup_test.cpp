@@ -6,6 +6,7 @@
 #include "cloning_app/run/clone_run.h"
 #include "tests/unit/cloning_app/fake_engine.h"
 #include "tests/unit/cloning_app/fake_settings_store.h"
+#include "tests/unit/cloning_app/fake_system_info.h"
 #include "tests/unit/cloning_app/own_mounts.h"
 #include "tests/unit/cloning_app/recording_view.h"
 #include "tests/unit/cloning_app/test_folder.h"
@@ -21,6 +22,7 @@ class RunBackupTest : public testing::Test {
  protected:
     RunBackupTest() {
         FakeSettingsStore::instance().reset();
+        FakeSystemInfo::reset();
         std::filesystem::create_directory(stick_);
         engine_.work = [this] {
             for (const auto& entry : std::filesystem::directory_iterator(root_)) {
@@ -72,11 +74,46 @@ TEST_F(RunBackupTest, goodBackupIsOnTheStickAndSafeToRemove) {
     const auto report = backUp();
     ASSERT_TRUE(report) << report.error().sentence;
     EXPECT_EQ(report->exitStatus, 0);
-    EXPECT_THAT(report->closing, Contains(HasSubstr("clone: 2 files, 1.0 kB.")));
+    EXPECT_THAT(report->closing, Contains(HasSubstr("clone: 5 files, 1.3 kB.")));
     EXPECT_THAT(report->closing, Contains("Safe to remove the stick."));
     EXPECT_EQ(contentOf(stick_ / "clone"), contentOf(root_));
     EXPECT_EQ(rowFor(*report, VXCLONE_AV_SETTINGS).verdict, Verdict::Done);
     EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "saved, 2 settings");
+}
+
+TEST_F(RunBackupTest, packageCarriesItsIdentityAndASealThatTheReportNames) {
+    FakeSystemInfo::instance().regionalTuner = true;
+    const auto report = backUp();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(readFile(stick_ / "clone/ProductCloneInfo.txt"), "VX-R1-EU\nVX55R1\n131\n");
+    EXPECT_TRUE(std::filesystem::exists(stick_ / "clone/validate.txt"));
+    ASSERT_EQ(report->checks.size(), 2U);
+    EXPECT_EQ(textOf(report->checks[0]), "recorded");
+    EXPECT_EQ(textOf(report->checks[1]), "sealed");
+}
+
+TEST_F(RunBackupTest, noKeyKeepsTheOldPackageAndEndsBeforeTheRun) {
+    engine_.key = false;
+    expectRefused(ErrorCode::NoKey);
+    engine_.key = true;
+    ASSERT_TRUE(backUp());
+    engine_.key = false;
+    expectRefused(ErrorCode::NoKey);
+    EXPECT_EQ(engine_.runs, 1);
+}
+
+TEST_F(RunBackupTest, identityThatNoPackageCanHoldEndsBeforeTheRun) {
+    FakeSystemInfo::instance().productTag = std::string(128, 't');
+    expectRefused(ErrorCode::IdentityUnusable);
+    EXPECT_EQ(engine_.runs, 0);
+}
+
+TEST_F(RunBackupTest, sealingThatFailsOrBreaksOffKeepsTheOldPackage) {
+    ASSERT_TRUE(backUp());
+    engine_.sealing = false;
+    expectRefused(ErrorCode::NotSealed);
+    engine_.sealing = failure(ErrorCode::Internal, "broke off");
+    expectRefused(ErrorCode::NotSealed);
 }
 
 TEST_F(RunBackupTest, missingCloneRootIsMadeWithItsParents) {

@@ -4,9 +4,10 @@
 #include <csignal>
 
 #include "cloning_app/run/clone_run.h"
-#include "tests/unit/cloning_app/fake_engine.h"
 #include "tests/unit/cloning_app/fake_settings_store.h"
+#include "tests/unit/cloning_app/fake_system_info.h"
 #include "tests/unit/cloning_app/recording_view.h"
+#include "tests/unit/cloning_app/sealed_package.h"
 #include "tests/unit/cloning_app/test_folder.h"
 
 namespace vxclone {
@@ -19,6 +20,7 @@ class RunRestoreTest : public testing::Test {
  protected:
     RunRestoreTest() {
         FakeSettingsStore::instance().reset();
+        FakeSystemInfo::reset();
         writeFile(root_ / "stale", "x");
         writeFile(package_ / "vconf/Vconf.json", R"({"a":{"int":1},"b":{"string":"x"}})");
         writeFile(package_ / "avoc.db", "a");
@@ -29,18 +31,38 @@ class RunRestoreTest : public testing::Test {
         };
     }
 
+    /// Seals the package as it now is and restores it.
     Result<Report> restore(const std::vector<VXClone>& list = allCategories()) {
-        return runRestore({engine_, view_, stop_, root_}, package_, list);
+        sealFolder(package_);
+        return restoreAsItIs({list});
     }
 
-    /// The restore is refused with the code; stick, clone folder and television are as they were.
+    Result<Report> restoreAsItIs(const RestoreOptions& options = {allCategories()}) {
+        return runRestore({engine_, view_, stop_, root_}, package_, options);
+    }
+
+    /// The restore is refused with the code before anything was touched, the clone folder included.
     void expectRefused(ErrorCode code) {
         const auto before = contentOf(folder_.path());
-        const auto report = restore();
+        const auto report = restoreAsItIs();
         ASSERT_FALSE(report);
         EXPECT_EQ(report.error().code, code) << report.error().sentence;
         EXPECT_EQ(engine_.runs, 0);
         EXPECT_EQ(contentOf(folder_.path()), before);
+    }
+
+    /// The restore is refused with the code once the package was staged: nothing of it is left.
+    std::string refusalOfStaged(ErrorCode code, const RestoreOptions& options = {allCategories()}) {
+        const auto before = contentOf(package_);
+        const auto report = restoreAsItIs(options);
+        EXPECT_FALSE(report);
+        EXPECT_EQ(contentOf(package_), before);
+        EXPECT_EQ(engine_.runs, 0);
+        EXPECT_TRUE(std::filesystem::is_empty(root_));
+        // What a run before left: a refused restore has not even made the store ready.
+        EXPECT_EQ(std::get<int>(*FakeSettingsStore::instance().get(kProgressKey)), 100);
+        EXPECT_EQ(report ? ErrorCode::Internal : report.error().code, code);
+        return report ? "" : report.error().sentence;
     }
 
     const Row& rowFor(const Report& report, VXClone category) {
@@ -133,7 +155,8 @@ TEST_F(RunRestoreTest, missingFolderChangesNothing) {
 
 TEST_F(RunRestoreTest, damagedSettingsChangeNothing) {
     writeFile(package_ / "vconf/Vconf.json", "{\"a\":");
-    expectRefused(ErrorCode::SettingsDamaged);
+    sealFolder(package_);
+    refusalOfStaged(ErrorCode::SettingsDamaged);
 }
 
 TEST_F(RunRestoreTest, damagedSettingsThatAreNotChosenDoNotMatter) {
@@ -146,14 +169,14 @@ TEST_F(RunRestoreTest, linkOrFifoInThePackageChangesNothing) {
     expectRefused(ErrorCode::UnsafeEntry);
     std::filesystem::remove(package_ / "logo");
     ASSERT_EQ(mkfifo((package_ / "zzz").c_str(), 0600), 0);
-    const auto report = restore();
+    const auto report = restoreAsItIs();
     ASSERT_FALSE(report);
     EXPECT_EQ(report.error().code, ErrorCode::UnsafeEntry);
 }
 
 TEST_F(RunRestoreTest, televisionsOwnFolderIsRefusedAndKept) {
     writeFile(root_ / "vconf/Vconf.json", "{}");
-    const auto report = runRestore({engine_, view_, stop_, root_}, root_, allCategories());
+    const auto report = runRestore({engine_, view_, stop_, root_}, root_, {allCategories()});
     ASSERT_FALSE(report);
     EXPECT_EQ(report.error().code, ErrorCode::BadArguments);
     EXPECT_TRUE(std::filesystem::exists(root_ / "vconf/Vconf.json"));
@@ -182,7 +205,8 @@ TEST_F(RunRestoreTest, stopDuringTheRunEndsWithTheSignalAfterTheTable) {
 
 TEST_F(RunRestoreTest, storeThatRefusesTheProgressKeyChangesNothing) {
     FakeSettingsStore::instance().refuseWriting(kProgressKey);
-    expectRefused(ErrorCode::TelevisionIo);
+    sealFolder(package_);
+    refusalOfStaged(ErrorCode::TelevisionIo);
 }
 
 TEST_F(RunRestoreTest, engineThatBreaksOffIsAnError) {
@@ -190,6 +214,83 @@ TEST_F(RunRestoreTest, engineThatBreaksOffIsAnError) {
     const auto report = restore();
     ASSERT_FALSE(report);
     EXPECT_EQ(report.error().code, ErrorCode::Internal);
+}
+
+TEST_F(RunRestoreTest, packageWithoutIdentityOrSealIsNotComplete) {
+    EXPECT_THAT(refusalOfStaged(ErrorCode::NotComplete),
+                HasSubstr("holds no ProductCloneInfo.txt, validate.txt; make a new backup"));
+    sealFolder(package_);
+    std::filesystem::remove(package_ / "validate.txt");
+    EXPECT_THAT(refusalOfStaged(ErrorCode::NotComplete), HasSubstr("holds no validate.txt;"));
+}
+
+TEST_F(RunRestoreTest, alteredPackageIsRefused) {
+    sealFolder(package_);
+    writeFile(package_ / "avoc.db", "b");
+    EXPECT_THAT(refusalOfStaged(ErrorCode::Altered), HasSubstr("(avoc.db)"));
+    writeFile(package_ / "vconf/Vconf.json", "{\"a\":");
+    EXPECT_THAT(refusalOfStaged(ErrorCode::Altered), HasSubstr("vconf/Vconf.json"));
+}
+
+TEST_F(RunRestoreTest, televisionWithoutTheKeyRefuses) {
+    sealFolder(package_);
+    engine_.key = false;
+    refusalOfStaged(ErrorCode::NoKey);
+}
+
+TEST_F(RunRestoreTest, otherModelIsRefusedNamingBothAndTheWayAround) {
+    sealFolder(package_);
+    FakeSystemInfo::instance().model = "VX75C2";
+    const std::string sentence = refusalOfStaged(ErrorCode::DoesNotFit);
+    EXPECT_THAT(sentence, HasSubstr("this television VX75C2, the package VX55R1"));
+    EXPECT_THAT(sentence, HasSubstr("--force-model"));
+}
+
+TEST_F(RunRestoreTest, otherModelIsRestoredWhenForcedWithAWarningNamingBoth) {
+    sealFolder(package_);
+    FakeSystemInfo::instance().model = "VX75C2";
+    const auto report = restoreAsItIs({allCategories(), true});
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(engine_.runs, 1);
+    EXPECT_THAT(view_.notices,
+                Contains(testing::AllOf(HasSubstr("WARNING"), HasSubstr("VX75C2"), HasSubstr("VX55R1"))));
+    std::vector<Finding> findings;
+    for (const Check& check : report->checks) {
+        findings.push_back(check.finding);
+    }
+    EXPECT_THAT(findings,
+                testing::ElementsAre(Finding::Overridden, Finding::Same, Finding::Same, Finding::Verified));
+}
+
+TEST_F(RunRestoreTest, forcedModelForcesNothingElse) {
+    sealFolder(package_);
+    const RestoreOptions forced{allCategories(), true};
+    FakeSystemInfo::instance() = {"VX75C2", "VX-R1-EU", 4, false};
+    EXPECT_THAT(refusalOfStaged(ErrorCode::DoesNotFit, forced),
+                HasSubstr("tuner type (this television 4, the package 3)"));
+    FakeSystemInfo::instance() = {"VX75C2", "other", 3, false};
+    EXPECT_THAT(refusalOfStaged(ErrorCode::DoesNotFit, forced), HasSubstr("product tag ("));
+    FakeSystemInfo::instance() = {"VX75C2", "VX-R1-EU", 3, std::nullopt};
+    EXPECT_THAT(refusalOfStaged(ErrorCode::DoesNotFit, forced), HasSubstr("tuner type not told"));
+    FakeSystemInfo::instance() = {"VX75C2", "VX-R1-EU", 3, false};
+    writeFile(package_ / "avoc.db", "b");
+    refusalOfStaged(ErrorCode::Altered, forced);
+}
+
+TEST_F(RunRestoreTest, forcedModelThatIsTheSameSaysNothing) {
+    sealFolder(package_);
+    const auto report = restoreAsItIs({allCategories(), true});
+    ASSERT_TRUE(report);
+    EXPECT_TRUE(view_.notices.empty());
+    ASSERT_EQ(report->checks.size(), 2U);
+    EXPECT_EQ(textOf(report->checks[0]), "verified");
+    EXPECT_EQ(textOf(report->checks[1]), "verified");
+}
+
+TEST_F(RunRestoreTest, examinationThatBreaksOffEmptiesTheCloneFolder) {
+    sealFolder(package_);
+    engine_.key = failure(ErrorCode::Internal, "broke off");
+    refusalOfStaged(ErrorCode::Internal);
 }
 
 TEST_F(RunRestoreTest, unknownEntriesAreCarriedAlong) {

@@ -1,0 +1,31 @@
+#include <fmt/format.h>
+
+#include "cloning_app/run/integrity.h"
+#include "cloning_app/run/staged_package.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+Result<Report> runVerify(const CloneContext& context, const std::filesystem::path& folder) {
+    const auto package = StagedPackage::bring(context, folder);
+    if (!package) {
+        return tl::make_unexpected(package.error());
+    }
+    const auto checks = examinePackage(context.engine, package->tree());
+    if (!checks) {
+        return tl::make_unexpected(checks.error());
+    }
+    if (context.stop.raised()) {
+        return tl::make_unexpected(stopError(context.stop.signal()));
+    }
+    Report report{Direction::Restore, {}, kExitOk, problemSentences(*checks, package->origin()), *checks};
+    if (const auto problem = problemOf(*checks)) {
+        report.exitStatus = exitStatusOf(*problem);
+    } else {
+        report.closing.push_back(
+            fmt::format("{} fits this television and is unaltered.", vxcommon::printable(package->origin())));
+    }
+    return report;
+}
+
+}  // namespace vxclone
