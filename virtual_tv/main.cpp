@@ -16,6 +16,7 @@ constexpr AddCommand kCommands[] = {
     vxtv::addCreateCommand,  vxtv::addDestroyCommand,  vxtv::addRunCommand,   vxtv::addShellCommand,
     vxtv::addInfoCommand,    vxtv::addSettingsCommand, vxtv::addGetCommand,   vxtv::addSetCommand,
     vxtv::addCompareCommand, vxtv::addFaultCommand,    vxtv::addCallsCommand, vxtv::addLogCommand,
+    vxtv::addKeyfileCommand,
 };
 
 bool isVerb(const CLI::App& app, const std::string& word) {

@@ -19,6 +19,8 @@ class ScriptedWorld : public World {
         platform_.setSetting(intKey(), 0);
         platform_.setSetting(boolKey(), vxtest::BoolSetting{});
         platform_.setSetting(stringKey(), std::string());
+        platform_.setInstalledSecrets(
+            {{"VX_CLONE_API_AES_KEY", installedKey()}, {"VX_CLONE_API_AES_IV", installedIv()}});
         platform_.setDirectories("/opt/boot", "/opt/mbr", "/opt/home");
     }
 
@@ -32,6 +34,11 @@ class ScriptedWorld : public World {
     std::string intKey() const override { return "db/int"; }
     std::string boolKey() const override { return "db/bool"; }
     std::string stringKey() const override { return "db/string"; }
+
+    std::string keyFile() const override { return "/key.bin"; }
+    std::string installedKey() const override { return std::string(32, 'k'); }
+    std::string installedIv() const override { return std::string(16, 'i'); }
+    std::string clientIdentifier() const override { return "12345678901234567890"; }
 
     void failOnce(const std::string& call, int status, int nth) override {
         platform_.answerOnce(call, status, nth);

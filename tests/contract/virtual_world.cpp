@@ -1,22 +1,35 @@
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 #include "tests/contract/world.h"
 #include "tests/support/machine/file_tree.h"
 #include "tests/support/machine/temporary_directory.h"
 #include "virtual_tv/television/creation.h"
+#include "virtual_tv/television/key_file.h"
 
 namespace vxcontract {
 
 namespace {
+
+vxtv::CloneKey plainKey() {
+    constexpr std::string_view kIdentifier = "contract-identifier!";
+    vxtv::CloneKey key{std::string(32, 'K'), std::string(16, 'I'), {}};
+    std::copy(kIdentifier.begin(), kIdentifier.end(), key.credential.identifier.begin());
+    key.credential.owner = 1;
+    return key;
+}
 
 vxtv::Profile plainProfile() {
     vxtv::Profile profile;
     profile.identity = {"Model 2", "TAG-2", 5};
     profile.features = {{"com.example/number", 6}, {"com.example/switch", true}};
     profile.settings = {{"db/int", 0}, {"db/bool", false}, {"db/string", std::string()}};
+    profile.installationSecret = std::string(32, 's');
+    profile.keyFile = vxtv::sealKeyFile(plainKey(), profile.installationSecret).value();
     return profile;
 }
 
@@ -44,6 +57,7 @@ class VirtualWorld : public World {
  public:
     VirtualWorld() {
         faults().clear();
+        std::filesystem::remove_all(television().folder().secureEntries());
         log_ = logText().size();
     }
 
@@ -57,6 +71,14 @@ class VirtualWorld : public World {
     std::string intKey() const override { return "db/int"; }
     std::string boolKey() const override { return "db/bool"; }
     std::string stringKey() const override { return "db/string"; }
+
+    std::string keyFile() const override { return vxtv::kCloneKeyFile; }
+    std::string installedKey() const override { return plainKey().key; }
+    std::string installedIv() const override { return plainKey().iv; }
+    std::string clientIdentifier() const override {
+        const auto& identifier = plainKey().credential.identifier;
+        return {identifier.data(), identifier.size()};
+    }
 
     void failOnce(const std::string& call, int status, int nth) override {
         vxtv::Fault fault;

@@ -26,6 +26,13 @@ class World {
     virtual std::string boolKey() const = 0;
     virtual std::string stringKey() const = 0;
 
+    /// A key file that can be installed, and the two entries that it brings.
+    virtual std::string keyFile() const = 0;
+    virtual std::string installedKey() const = 0;
+    virtual std::string installedIv() const = 0;
+    /// The 20 bytes of the credential that may read them, with owner 1 and group 0.
+    virtual std::string clientIdentifier() const = 0;
+
     /// Makes the nth next call of the operation answer the status, once.
     virtual void failOnce(const std::string& call, int status, int nth) = 0;
 

@@ -51,8 +51,8 @@ TEST_F(CloneTest, packageHoldsTheSettingsIdentityAndSeal) {
     for (const auto& [name, content] : package()) {
         names.push_back(name);
     }
-    EXPECT_THAT(names, testing::UnorderedElementsAre("ProductCloneInfo.txt", "validate.txt", "vconf/",
-                                                     "vconf/Vconf.json"));
+    EXPECT_THAT(names, testing::UnorderedElementsAre("PackageContents.txt", "ProductCloneInfo.txt",
+                                                     "validate.txt", "vconf/", "vconf/Vconf.json"));
     EXPECT_EQ(json::parse(package().at("vconf/Vconf.json")).size(), 54U);
     EXPECT_THAT(snapshot(place / "stick"), Not(Contains(testing::Key(HasSubstr(".vxclone")))));
 }

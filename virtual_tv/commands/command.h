@@ -28,6 +28,7 @@ void addCompareCommand(CLI::App& app, Action& chosen);
 void addFaultCommand(CLI::App& app, Action& chosen);
 void addCallsCommand(CLI::App& app, Action& chosen);
 void addLogCommand(CLI::App& app, Action& chosen);
+void addKeyfileCommand(CLI::App& app, Action& chosen);
 
 /// Prints "vxtv: " and the sentence on standard error. Result: kExitFailed.
 int complain(const Error& error);

@@ -18,8 +18,8 @@ namespace vxtv {
 /// One argument of a platform call as the call log shows it.
 struct Argument {
     enum class Kind { Number, Name, Secret };
-    const char* name;
-    Kind kind;
+    const char* name = nullptr;
+    Kind kind = Kind::Number;
     std::int64_t number = 0;
     std::optional<std::string_view> text;  ///< nothing for a null
 };

@@ -1,16 +1,42 @@
 #include "platform/wqd.h"
 
+#include <array>
+
 #include "virtual_tv/platform/passage.h"
+#include "virtual_tv/platform/status_table.h"
+#include "virtual_tv/television/key_installation.h"
 
 using namespace vxtv;
 
 namespace {
 
+constexpr int kInstalledNow = 0;
+constexpr int kInstalledBefore = 2;
+constexpr int kTarget = 2;
+constexpr int kOption = 0;
+
+// Its callers take 2 for success and look at the other bits alone: a failure has to have one of those.
 constexpr int kFailed = -1;
+constexpr std::array kStatuses = {
+    StatusOf{ErrorCode::BadArgument, -2},  StatusOf{ErrorCode::NoKeyFile, -3},
+    StatusOf{ErrorCode::NotAKeyFile, -4},  StatusOf{ErrorCode::OtherVersion, -5},
+    StatusOf{ErrorCode::ShortKeyFile, -6}, StatusOf{ErrorCode::BrokenSeal, -7},
+    StatusOf{ErrorCode::NoDeviceKey, -8},  StatusOf{ErrorCode::NoFleetSecret, -9},
+    StatusOf{ErrorCode::NoSpace, -10}};
 
 }  // namespace
 
 int wqd_install_from_file(const char* path, int target, int option) {
-    return absent("wqd_install_from_file",
-                  {named("path", path), number("target", target), number("option", option)}, kFailed);
+    return answer("wqd_install_from_file",
+                  {named("path", path), number("target", target), number("option", option)}, kFailed,
+                  [&](Television& television) {
+                      if (path == nullptr || target != kTarget || option != kOption) {
+                          return statusOf(kStatuses, ErrorCode::BadArgument, kFailed);
+                      }
+                      const auto installed = installKeyFile(television.folder(), path);
+                      if (!installed) {
+                          return statusOf(kStatuses, installed.error().code, kFailed);
+                      }
+                      return *installed == Installed::Now ? kInstalledNow : kInstalledBefore;
+                  });
 }

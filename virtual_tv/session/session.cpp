@@ -12,6 +12,9 @@
 #include "virtual_tv/session/program.h"
 #include "virtual_tv/session/real_paths.h"
 #include "virtual_tv/television/database.h"
+#include "virtual_tv/television/picture_areas.h"
+#include "virtual_tv/television/ready_mark.h"
+#include "virtual_tv/television/secure_storage.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {
@@ -50,17 +53,21 @@ void showOwnProcesses() {
 
 }  // namespace
 
-Session::Session(Folder folder, std::vector<Stick> sticks, Isolation isolation, bool interactive,
+Session::Session(Folder folder, std::vector<Stick> sticks, Isolation isolation, const SessionWish& wish,
                  SessionLock lock)
     : folder_(std::move(folder)),
       record_(folder_),
       sticks_(std::move(sticks)),
       isolation_(isolation),
-      interactive_(interactive),
+      interactive_(wish.interactive),
+      warn_(wish.warn ? wish.warn : [](const Error&) {}),
       lock_(std::move(lock)) {}
 
 Session::~Session() {
-    lock_.release([&] { record_.removeAll(); });
+    lock_.release([&] {
+        record_.removeAll();
+        lowerReadyMark(placeOf(folder_, kSecureStorageReady));
+    });
 }
 
 Result<Session> Session::open(const SessionWish& wish) {
@@ -72,16 +79,30 @@ Result<Session> Session::open(const SessionWish& wish) {
     if (!isolation) return tl::make_unexpected(isolation.error());
     auto lock = SessionLock::acquire(*folder, [&] { EntryRecord(*folder).removeAll(); });
     if (!lock) return tl::make_unexpected(lock.error());
-    return Session(std::move(*folder), std::move(*sticks), *isolation, wish.interactive, std::move(*lock));
+    Session session(std::move(*folder), std::move(*sticks), *isolation, wish, std::move(*lock));
+    const auto mark = placeOf(session.folder_, kSecureStorageReady);
+    std::error_code ignored;
+    // In the television's own /tmp a mark of whoever made it would be a lie.
+    if (!session.markStorage(mark)) fs::remove(mark, ignored);
+    return session;
+}
+
+/// The mark says what is: it is there while the storage is up.
+bool Session::markStorage(const fs::path& mark) const {
+    auto up = SecureStorage(folder_).checkUp();
+    if (up) {
+        up = raiseReadyMark(mark);
+    } else {
+        lowerReadyMark(mark);
+    }
+    if (!up) warn_(up.error());
+    return up.has_value();
 }
 
 Result<Outcome> Session::run(const std::vector<std::string>& command) const {
     Job job{command, {{kTelevisionVariable, folder_.root().string()}}, isolation_, {}, interactive_};
     if (isolation_ == Isolation::RealPaths) {
-        const auto paths = RealPaths::take(folder_, sticks_, record_);
-        if (!paths) return tl::make_unexpected(paths.error());
-        job.prepare = [] { return Result<void>(); };
-        return supervise(job);
+        return runOnRealPaths(std::move(job));
     }
     const auto binds = prepareBinds(folder_, sticks_, needsOf(command.front()), record_);
     if (!binds) return tl::make_unexpected(binds.error());
@@ -95,6 +116,17 @@ Result<Outcome> Session::run(const std::vector<std::string>& command) const {
         return done;
     };
     return supervise(job);
+}
+
+Result<Outcome> Session::runOnRealPaths(Job job) const {
+    const auto paths = RealPaths::take(folder_, sticks_, record_);
+    if (!paths) return tl::make_unexpected(paths.error());
+    // Here programs look for the mark in the machine's /tmp.
+    markStorage(kSecureStorageReady);
+    job.prepare = [] { return Result<void>(); };
+    auto outcome = supervise(job);
+    lowerReadyMark(kSecureStorageReady);
+    return outcome;
 }
 
 std::vector<Need> Session::needsOf(const std::string& program) const {

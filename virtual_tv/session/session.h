@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,17 +19,19 @@ namespace vxtv {
 
 /// What a session is asked for.
 struct SessionWish {
-    std::filesystem::path television;    ///< its folder
-    std::vector<std::string> sticks;     ///< each HOSTDIR or HOSTDIR:NAME
-    std::optional<Isolation> isolation;  ///< nothing: the first way that this machine allows
-    bool interactive = false;            ///< the command is a shell and gets the terminal to itself
+    std::filesystem::path television;        ///< its folder
+    std::vector<std::string> sticks;         ///< each HOSTDIR or HOSTDIR:NAME
+    std::optional<Isolation> isolation;      ///< nothing: the first way that this machine allows
+    bool interactive = false;                ///< the command is a shell and gets the terminal to itself
+    std::function<void(const Error&)> warn;  ///< told of trouble that keeps no command from running
 };
 
 /// A command's stay in a television.
 ///
 /// Life cycle:
 ///  1. `open` checks the television and the sticks, finds a way to isolate, and takes the session lock. If no
-///     other session runs, it first takes out what a killed one left in the television.
+///     other session runs, it first takes out what a killed one left in the television. When the secure
+///     storage is up, its mark is made.
 ///  2. `run` makes the mount points, forks the session's first process into its namespaces, which mounts the
 ///     television over /opt, /tmp and /media and what that covers back to its place, and starts the command.
 ///     When the command has ended, all processes of the session are ended, and the mounts go with them.
@@ -54,8 +57,10 @@ class Session {
     Result<Outcome> run(const std::vector<std::string>& command) const;
 
  private:
-    Session(Folder folder, std::vector<Stick> sticks, Isolation isolation, bool interactive,
+    Session(Folder folder, std::vector<Stick> sticks, Isolation isolation, const SessionWish& wish,
             SessionLock lock);
+    bool markStorage(const std::filesystem::path& mark) const;
+    Result<Outcome> runOnRealPaths(Job job) const;
     std::vector<Need> needsOf(const std::string& program) const;
 
     Folder folder_;
@@ -63,6 +68,7 @@ class Session {
     std::vector<Stick> sticks_;
     Isolation isolation_;
     bool interactive_;
+    std::function<void(const Error&)> warn_;
     SessionLock lock_;
 };
 

@@ -46,7 +46,9 @@ std::shared_ptr<SessionOptions> addSessionOptions(CLI::App& verb) {
 
 int runSession(const SessionOptions& options, const std::vector<std::string>& command,
                const std::function<int(const Error&)>& complain) {
-    const auto session = Session::open(options.wish);
+    auto wish = options.wish;
+    wish.warn = [&complain](const Error& trouble) { complain(trouble); };
+    const auto session = Session::open(wish);
     if (!session) return complain(session.error());
     if (!options.quiet) fmt::print(stderr, "vxtv: {}\n", describe(session->isolation()));
     const auto outcome = session->run(command);

@@ -11,6 +11,8 @@
 #include <system_error>
 
 #include "virtual_tv/television/picture_areas.h"
+#include "virtual_tv/television/private_file.h"
+#include "virtual_tv/television/secure_storage.h"
 
 namespace vxtv {
 
@@ -75,8 +77,9 @@ class ScratchFolder {
 };
 
 void makeFolders(const Folder& folder) {
-    for (const fs::path& path : {folder.tmp(), folder.media(), folder.calls().parent_path(), folder.run(),
-                                 placeOf(folder, kCloningDataPath)}) {
+    for (const fs::path& path :
+         {folder.tmp(), folder.media(), folder.calls().parent_path(), folder.run(),
+          placeOf(folder, kCloningDataPath), placeOf(folder, kCloneKeyFile).parent_path()}) {
         fs::create_directories(path);
     }
     fs::permissions(folder.tmp(), fs::perms::all | fs::perms::sticky_bit);
@@ -95,6 +98,17 @@ void copyPictures(const Folder& folder, const std::vector<Picture>& pictures) {
             }
         }
     }
+}
+
+Result<void> writeUnlessEmpty(const fs::path& file, const std::string& bytes) {
+    return bytes.empty() ? Result<void>() : writePrivateFile(file, bytes, Existing::Refuse);
+}
+
+Result<void> fillSecureStorage(const Folder& folder, const Profile& profile) {
+    const fs::path keyFile = placeOf(folder, kCloneKeyFile);
+    return SecureStorage::create(folder)
+        .and_then([&] { return writeUnlessEmpty(folder.installationSecret(), profile.installationSecret); })
+        .and_then([&] { return writeUnlessEmpty(keyFile, profile.keyFile); });
 }
 
 Result<void> fillDatabase(const Folder& folder, const Profile& profile) {
@@ -117,7 +131,7 @@ Result<void> fill(const fs::path& target, const Folder& folder, const Profile& p
     } catch (const fs::filesystem_error& error) {
         return cannotMake(target, error.code());
     }
-    return fillDatabase(folder, profile);
+    return fillSecureStorage(folder, profile).and_then([&] { return fillDatabase(folder, profile); });
 }
 
 Result<void> checkPlace(const fs::path& path) {

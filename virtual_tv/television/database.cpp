@@ -12,6 +12,8 @@
 #include <optional>
 #include <string_view>
 
+#include "virtual_tv/television/byte_order.h"
+
 namespace vxtv {
 
 namespace fs = std::filesystem;
@@ -19,7 +21,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::uint32_t kApplicationId = 0x76785456;  // "vxTV"
-constexpr std::uint32_t kVersion = 1;
+constexpr std::uint32_t kVersion = 2;                 // 2: televisions with a device key
 constexpr int kBusyTimeoutMs = 5000;
 
 // The file header of the SQLite format: magic text, then big-endian numbers at fixed places.
@@ -30,11 +32,7 @@ constexpr std::size_t kApplicationIdOffset = 68;
 using Header = std::array<char, kHeaderSize>;
 
 std::uint32_t numberAt(const Header& header, std::size_t offset) {
-    std::uint32_t number = 0;
-    for (std::size_t i = offset; i < offset + 4; ++i) {
-        number = (number << 8U) | static_cast<unsigned char>(header.at(i));
-    }
-    return number;
+    return fromBigEndian(std::string_view(header.data(), header.size()).substr(offset));
 }
 
 tl::unexpected<Error> damaged(const fs::path& file, std::string_view why) {

@@ -21,7 +21,8 @@ namespace vxtv {
 /// A process that forks leaves the child an object that refuses every piece of work.
 class Database {
  public:
-    /// Errors: NotATelevision, Damaged, OtherVersion, Busy, Io. Nothing is written to a file that is not ours.
+    /// Errors: NotATelevision, Damaged, OtherVersion, Busy, Io. Nothing is written to a file that is not
+    /// ours.
     static Result<std::unique_ptr<Database>> open(const std::filesystem::path& file);
 
     /// Makes the file, which must not exist, without any table.

@@ -13,6 +13,11 @@ class Folder {
     const std::filesystem::path& root() const { return root_; }
     /// Everything the services own.
     std::filesystem::path database() const { return root_ / "tv.db"; }
+    /// The secure storage: the key that seals its entries, the entries, and the secret that opens key files.
+    std::filesystem::path secure() const { return root_ / "secure"; }
+    std::filesystem::path deviceKey() const { return secure() / "device.key"; }
+    std::filesystem::path secureEntries() const { return secure() / "entries"; }
+    std::filesystem::path installationSecret() const { return secure() / "installation.secret"; }
     /// Seen as /opt, /tmp and /media by what runs in the television.
     std::filesystem::path opt() const { return root_ / "opt"; }
     std::filesystem::path tmp() const { return root_ / "tmp"; }
@@ -29,6 +34,11 @@ class Folder {
  private:
     std::filesystem::path root_;
 };
+
+/// The mark of a secure storage that is up, and the key file of the clone key, as programs in the television
+/// see them.
+inline constexpr const char* kSecureStorageReady = "/tmp/securestorage-ready";
+inline constexpr const char* kCloneKeyFile = "/usr/share/wqd/vx-clone-api-key/00000044.bin";
 
 /// The environment variable that tells the platform libraries which television they run in: its folder's
 /// absolute path.

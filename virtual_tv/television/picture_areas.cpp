@@ -3,7 +3,7 @@
 namespace vxtv {
 
 std::filesystem::path placeOf(const Folder& folder, std::string_view pathInTelevision) {
-    return folder.opt() / std::filesystem::path(pathInTelevision).lexically_relative("/opt");
+    return folder.root() / std::filesystem::path(pathInTelevision).lexically_normal().relative_path();
 }
 
 }  // namespace vxtv

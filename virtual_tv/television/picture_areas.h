@@ -22,7 +22,7 @@ inline constexpr std::array kPictureAreas = {kBootLogoArea, kHomeMenuArea, kMbrL
 /// The data directory of the cloning application; the clone directory itself is the application's to make.
 inline constexpr std::string_view kCloningDataPath = "/opt/usr/apps/org.vorta.vxhotel-cloning/data";
 
-/// Where the path under /opt, as seen in the television, lies in its folder.
+/// Where an absolute path, as seen in the television, lies in its folder.
 std::filesystem::path placeOf(const Folder& folder, std::string_view pathInTelevision);
 
 }  // namespace vxtv

@@ -14,6 +14,7 @@
 #include <string_view>
 #include <utility>
 
+#include "virtual_tv/television/key_file.h"
 #include "virtual_tv/television/picture_areas.h"
 
 namespace vxtv {
@@ -156,7 +157,7 @@ bool liesBelow(const fs::path& path, const fs::path& folder) {
     return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first == folder.end();
 }
 
-fs::path pictureFileIn(const Json& value, const std::string& where, const fs::path& profileFolder) {
+fs::path fileIn(const Json& value, const std::string& where, const fs::path& profileFolder) {
     const fs::path relative = stringIn(value, where);
     std::error_code error;
     const fs::path source = fs::canonical(profileFolder / relative, error);
@@ -168,11 +169,37 @@ fs::path pictureFileIn(const Json& value, const std::string& where, const fs::pa
         throw Wrong{where, fmt::format("names the file {}, which lies outside the profile's folder",
                                        relative.string())};
     }
+    return source;
+}
+
+fs::path pictureFileIn(const Json& value, const std::string& where, const fs::path& profileFolder) {
+    const fs::path source = fileIn(value, where, profileFolder);
+    std::error_code error;
     if (!fs::is_regular_file(source, error) || fs::file_size(source, error) > kLargestPicture) {
-        throw Wrong{where, fmt::format("names {}, which is no file of at most {} MiB", relative.string(),
-                                       kLargestPicture >> 20U)};
+        throw Wrong{where, fmt::format("names {}, which is no file of at most {} MiB",
+                                       value.get<std::string>(), kLargestPicture >> 20U)};
     }
     return source;
+}
+
+std::string valueOrWrong(const Result<std::string>& value, const std::string& where) {
+    if (!value) {
+        throw Wrong{where, fmt::format("is of no use: {}", value.error().sentence)};
+    }
+    return *value;
+}
+
+void readKeys(const Json& document, const fs::path& profileFolder, Profile& profile) {
+    const auto fileOf = [&](const char* member) {
+        return fileIn(memberOf(document, "", member), member, profileFolder);
+    };
+    const fs::path secret = fileOf("installationSecret");
+    const fs::path keyFile = fileOf("keyFile");
+    profile.installationSecret = valueOrWrong(readFleetSecret(secret), "installationSecret");
+    profile.keyFile = valueOrWrong(readKeyFile(keyFile), "keyFile");
+    if (const auto key = unsealKeyFile(profile.keyFile, profile.installationSecret, keyFile); !key) {
+        throw Wrong{"keyFile", fmt::format("is of no use: {}", key.error().sentence)};
+    }
 }
 
 std::vector<Picture> readPictures(const Json& document, const fs::path& profileFolder) {
@@ -197,7 +224,8 @@ std::vector<Picture> readPictures(const Json& document, const fs::path& profileF
 
 Profile profileIn(const Json& document, const fs::path& profileFolder) {
     expectOnly(document, "",
-               {"model", "productTag", "tunerType", "features", "settings", "status", "pictures"});
+               {"model", "productTag", "tunerType", "features", "settings", "status", "pictures",
+                "installationSecret", "keyFile"});
     Profile profile;
     profile.identity.model = stringIn(memberOf(document, "", "model"), "model");
     profile.identity.productTag = stringIn(memberOf(document, "", "productTag"), "productTag");
@@ -206,6 +234,7 @@ Profile profileIn(const Json& document, const fs::path& profileFolder) {
     readSettings(document, "settings", false, profile.settings);
     readSettings(document, "status", true, profile.settings);
     profile.pictures = readPictures(document, profileFolder);
+    readKeys(document, profileFolder, profile);
     return profile;
 }
 

@@ -23,6 +23,8 @@ struct Profile {
     std::vector<Feature> features;
     std::vector<Setting> settings;  ///< status keys among them
     std::vector<Picture> pictures;
+    std::string installationSecret;  ///< the fleet's; empty: the television has none
+    std::string keyFile;             ///< a key file's bytes; empty: the television has none
 };
 
 /// Reads a profile strictly. Errors: UnknownProfile when there is no such file, Io when it cannot be read,

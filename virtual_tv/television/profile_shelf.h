@@ -16,6 +16,8 @@ class ProfileShelf {
     /// The shelf of the running program: ../share/vxtv/profiles, seen from its own place.
     static ProfileShelf ofThisProgram();
 
+    const std::filesystem::path& folder() const { return folder_; }
+
     /// The names of the shipped profiles, ordered.
     std::vector<std::string> names() const;
 

@@ -9,6 +9,7 @@
 #include "virtual_tv/television/error.h"
 #include "virtual_tv/television/fault_plan.h"
 #include "virtual_tv/television/folder.h"
+#include "virtual_tv/television/secure_storage.h"
 #include "virtual_tv/television/settings_store.h"
 #include "virtual_tv/television/system_information.h"
 
@@ -26,6 +27,7 @@ class Television {
     const Folder& folder() const { return folder_; }
     SettingsStore settings() const { return SettingsStore(*database_); }
     SystemInformation systemInformation() const { return SystemInformation(*database_); }
+    SecureStorage secureStorage() const { return SecureStorage(folder_); }
     FaultPlan faults() const { return FaultPlan(*database_); }
     CallLog& calls() const { return *calls_; }
     DlogFile& dlog() const { return *dlog_; }

@@ -35,8 +35,9 @@ TEST_F(CreationTest, createMakesTheWholeFolderAndNothingBeside) {
     test::writeFile(folder_.path() / "picture", "bytes");
     profile.pictures = {{"boot-logo", "logo.png", folder_.path() / "picture"}};
     ASSERT_TRUE(createTelevision(place_, profile));
-    for (const char* name : {"opt", "tmp", "media", "log", "run", "opt/usr/data/hotel/homemenu",
-                             "opt/usr/data/hotel/mbrlogo", "opt/usr/apps/org.vorta.vxhotel-cloning/data"}) {
+    for (const char* name :
+         {"opt", "tmp", "media", "log", "run", "opt/usr/data/hotel/homemenu", "opt/usr/data/hotel/mbrlogo",
+          "secure", "usr/share/wqd/vx-clone-api-key", "opt/usr/apps/org.vorta.vxhotel-cloning/data"}) {
         EXPECT_TRUE(fs::is_directory(place_ / name)) << name;
     }
     EXPECT_EQ("bytes", test::readFile(place_ / "opt/usr/data/hotel/bootlogo/logo.png"));

@@ -66,6 +66,12 @@ TEST_F(DatabaseTest, openOfNewerDataIsOtherVersion) {
     EXPECT_EQ(ErrorCode::OtherVersion, openingFails());
 }
 
+TEST_F(DatabaseTest, openOfDataFromBeforeTheSecureStorageIsOtherVersion) {
+    test::makeTelevision(place_);
+    overwrite(60, std::string("\0\0\0\1", 4));
+    EXPECT_EQ(ErrorCode::OtherVersion, openingFails());
+}
+
 TEST_F(DatabaseTest, openOfSpecialFileDoesNotHang) {
     fs::create_directory(place_);
     fs::create_symlink("/dev/zero", place_ / "tv.db");

@@ -1,8 +1,6 @@
-// The platform's operations as a program in a television calls them. A process has one television for its
-// whole life, so all tests of this file share one and clean up its faults and calls.
+// The platform's operations as a program in a television calls them.
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <chrono>
 #include <cstring>
@@ -19,24 +17,13 @@
 #include "platform/tvtimer.h"
 #include "platform/vconf.h"
 #include "platform/vx_paths.h"
-#include "test_television.h"
+#include "shared_television.h"
 
 namespace vxtv {
 namespace {
 
-class SharedTelevision {
- public:
-    SharedTelevision() { setenv(kTelevisionVariable, (folder_.path() / "tv").c_str(), 1); }
-    const Television& television() const { return television_; }
-
- private:
-    test::TestFolder folder_;
-    Television television_ = test::makeTelevision(folder_.path() / "tv");
-};
-
 const Television& television() {
-    static const SharedTelevision shared;
-    return shared.television();
+    return test::sharedTelevision();
 }
 
 class PlatformTest : public testing::Test {

@@ -24,12 +24,18 @@ Json goodProfile() {
     return Json::parse(R"({"model": "M", "productTag": "T", "tunerType": 1, "features": {"f": 1, "g": true},
         "settings": {"a": {"int": -1}, "b": {"bool": true}, "c": {"string": ""}},
         "status": {"s": {"int": 0}},
-        "pictures": {"boot-logo": {"logo.png": "picture.png"}, "home-menu": {}, "mbr-logo": {}}})");
+        "pictures": {"boot-logo": {"logo.png": "picture.png"}, "home-menu": {}, "mbr-logo": {}},
+        "installationSecret": "fleet.secret", "keyFile": "fleet.bin"})");
 }
 
 class ProfileTest : public testing::Test {
  protected:
-    ProfileTest() { test::writeFile(folder_.path() / "picture.png", "bytes"); }
+    ProfileTest() {
+        test::writeFile(folder_.path() / "picture.png", "bytes");
+        test::writeFile(folder_.path() / "fleet.secret", test::smallProfile().installationSecret);
+        test::writeFile(folder_.path() / "other.secret", std::string(32, 'o'));
+        test::writeFile(folder_.path() / "fleet.bin", test::smallProfile().keyFile);
+    }
 
     Result<Profile> reading(const std::string& text) {
         test::writeFile(folder_.path() / "profile.json", text);
@@ -49,6 +55,8 @@ TEST_F(ProfileTest, goodProfileIsRead) {
     EXPECT_TRUE(profile->settings[3].isStatus);
     ASSERT_EQ(1U, profile->pictures.size());
     EXPECT_EQ("logo.png", profile->pictures[0].name);
+    EXPECT_EQ(test::smallProfile().installationSecret, profile->installationSecret);
+    EXPECT_EQ(test::smallProfile().keyFile, profile->keyFile);
 }
 
 struct BadProfileCase {
@@ -104,6 +112,12 @@ INSTANTIATE_TEST_SUITE_P(
         BadProfileCase{"pictureMissing", "/pictures/boot-logo/logo.png", "\"no.png\"", "logo.png"},
         BadProfileCase{"pictureOutside", "/pictures/boot-logo/logo.png", "\"../../etc/passwd\"", "logo.png"},
         BadProfileCase{"pictureAbsolute", "/pictures/boot-logo/logo.png", "\"/etc/passwd\"", "logo.png"},
+        BadProfileCase{"secretMissing", "/installationSecret", nullptr, "installationSecret"},
+        BadProfileCase{"secretNoSecret", "/installationSecret", "\"picture.png\"", "installationSecret"},
+        BadProfileCase{"secretOfAnotherFleet", "/installationSecret", "\"other.secret\"", "another fleet"},
+        BadProfileCase{"keyFileMissing", "/keyFile", "\"no.bin\"", "no.bin"},
+        BadProfileCase{"keyFileOutside", "/keyFile", "\"../../etc/passwd\"", "keyFile"},
+        BadProfileCase{"keyFileNoKeyFile", "/keyFile", "\"picture.png\"", "no key file"},
         BadProfileCase{"pictureFolder", "/pictures/boot-logo/logo.png", "\".\"", "logo.png"},
         BadProfileCase{"pictureNameDots", "/pictures/boot-logo/..", "\"picture.png\"", "plain file name"},
         BadProfileCase{"pictureNameSlash", "/pictures/boot-logo/a~1b", "\"picture.png\"", "plain file name"}),

@@ -4,9 +4,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
+#include <string_view>
 
 namespace vxtv::test {
 
@@ -33,7 +35,19 @@ Profile smallProfile() {
                         {"dooreye", false, false},
                         {"welcome", std::string("hello"), false},
                         {"progress", 0, true}};
+    static const std::string secret(32, 's');
+    static const std::string keyFile = sealKeyFile(smallCloneKey(), secret).value();
+    profile.installationSecret = secret;
+    profile.keyFile = keyFile;
     return profile;
+}
+
+CloneKey smallCloneKey() {
+    CloneKey key{std::string(32, 'K'), std::string(16, 'I'), {}};
+    constexpr std::string_view kIdentifier = "test-credential-0001";
+    std::copy(kIdentifier.begin(), kIdentifier.end(), key.credential.identifier.begin());
+    key.credential.owner = 1;
+    return key;
 }
 
 Television makeTelevision(const fs::path& place) {
@@ -61,6 +75,21 @@ void writeFile(const fs::path& path, const std::string& content) {
 std::string readFile(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string flipped(std::string bytes, std::size_t bit) {
+    bytes.at(bit / 8) = static_cast<char>(bytes.at(bit / 8) ^ (1 << (bit % 8)));
+    return bytes;
+}
+
+std::string hex(const std::string& bytes) {
+    constexpr std::string_view kDigits = "0123456789abcdef";
+    std::string text;
+    for (const char byte : bytes) {
+        text += kDigits[static_cast<unsigned char>(byte) / 16U];
+        text += kDigits[static_cast<unsigned char>(byte) % 16U];
+    }
+    return text;
 }
 
 }  // namespace vxtv::test

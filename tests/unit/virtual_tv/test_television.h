@@ -5,6 +5,7 @@
 #include <string>
 
 #include "virtual_tv/television/creation.h"
+#include "virtual_tv/television/key_file.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv::test {
@@ -23,8 +24,11 @@ class TestFolder {
 };
 
 /// A small profile: an int `volume` 12, a bool `dooreye` false, a string `welcome` "hello", and the status
-/// key `progress` 0; one feature of each type; no pictures.
+/// key `progress` 0; one feature of each type; no pictures; a key file.
 Profile smallProfile();
+
+/// The clone key of the small profile, for the identifier "test-credential-0001", owner 1 and group 0.
+CloneKey smallCloneKey();
 
 /// Makes a television of the small profile at the place; the test stops when that fails.
 Television makeTelevision(const std::filesystem::path& place);
@@ -35,5 +39,11 @@ int inChild(const std::function<bool()>& work);
 
 void writeFile(const std::filesystem::path& path, const std::string& content);
 std::string readFile(const std::filesystem::path& path);
+
+/// The bytes with one bit turned over.
+std::string flipped(std::string bytes, std::size_t bit);
+
+/// The bytes as pairs of hexadecimal digits.
+std::string hex(const std::string& bytes);
 
 }  // namespace vxtv::test

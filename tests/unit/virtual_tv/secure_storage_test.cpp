@@ -1,0 +1,156 @@
+#include "virtual_tv/television/secure_storage.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "test_television.h"
+
+namespace vxtv {
+namespace {
+
+namespace fs = std::filesystem;
+
+class SecureStorageTest : public testing::Test {
+ protected:
+    SecureStorageTest() {
+        EXPECT_TRUE(storage_.replaceAll({{"FIRST", "one secret"}, {"SECOND", "two secret"}}, owner_));
+    }
+
+    ErrorCode readingFails(const std::string& name = "FIRST") const {
+        const Result<std::string> value = storage_.read(name, owner_);
+        EXPECT_FALSE(value);
+        return value ? ErrorCode::CannotRun : value.error().code;
+    }
+
+    fs::path entry(const char* name) const { return television_.folder().secureEntries() / name; }
+
+    test::TestFolder folder_;
+    Television television_ = test::makeTelevision(folder_.path() / "tv");
+    SecureStorage storage_ = television_.secureStorage();
+    Credential owner_ = test::smallCloneKey().credential;
+};
+
+TEST_F(SecureStorageTest, readAfterReplaceIsTheValue) {
+    EXPECT_TRUE(storage_.checkUp());
+    EXPECT_EQ(storage_.read("FIRST", owner_).value(), "one secret");
+    EXPECT_EQ(storage_.read("SECOND", owner_).value(), "two secret");
+}
+
+TEST_F(SecureStorageTest, noSecretStandsInTheFolderInClear) {
+    for (const auto& file : fs::recursive_directory_iterator(television_.folder().root())) {
+        if (file.is_regular_file()) {
+            EXPECT_EQ(test::readFile(file.path()).find("one secret"), std::string::npos) << file.path();
+        }
+    }
+}
+
+TEST_F(SecureStorageTest, everythingIsForTheOwnerAlone) {
+    for (const auto& file : fs::recursive_directory_iterator(television_.folder().secure())) {
+        const mode_t expected = file.is_directory() ? 0700 : 0600;
+        struct stat status {};
+        ASSERT_EQ(stat(file.path().c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777U, expected) << file.path();
+    }
+    EXPECT_EQ(fs::file_size(television_.folder().deviceKey()), SealingKey::kSize);
+}
+
+TEST_F(SecureStorageTest, anyChangedByteIsRefused) {
+    const std::string sealed = test::readFile(entry("FIRST"));
+    for (std::size_t byte = 0; byte < sealed.size(); ++byte) {
+        test::writeFile(entry("FIRST"), test::flipped(sealed, byte * 8));
+        EXPECT_EQ(readingFails(), ErrorCode::BrokenSeal) << byte;
+    }
+    EXPECT_EQ(storage_.read("SECOND", owner_).value(), "two secret");
+}
+
+TEST_F(SecureStorageTest, everyTruncationIsRefused) {
+    const std::string sealed = test::readFile(entry("FIRST"));
+    for (std::size_t length = 0; length < sealed.size(); ++length) {
+        test::writeFile(entry("FIRST"), sealed.substr(0, length));
+        EXPECT_EQ(readingFails(), ErrorCode::BrokenSeal) << length;
+    }
+    test::writeFile(entry("FIRST"), sealed + "x");
+    EXPECT_EQ(readingFails(), ErrorCode::BrokenSeal);
+}
+
+TEST_F(SecureStorageTest, entryUnderAnotherNameIsRefused) {
+    fs::copy_file(entry("SECOND"), entry("FIRST"), fs::copy_options::overwrite_existing);
+    EXPECT_EQ(readingFails(), ErrorCode::BrokenSeal);
+}
+
+TEST_F(SecureStorageTest, entryOfAnotherTelevisionIsRefused) {
+    const Television other = test::makeTelevision(folder_.path() / "other");
+    ASSERT_TRUE(other.secureStorage().replaceAll({{"FIRST", "one secret"}}, owner_));
+    fs::copy_file(other.folder().secureEntries() / "FIRST", entry("FIRST"),
+                  fs::copy_options::overwrite_existing);
+    EXPECT_EQ(readingFails(), ErrorCode::BrokenSeal);
+}
+
+TEST_F(SecureStorageTest, anotherCredentialIsRefused) {
+    Credential identifier = owner_;
+    identifier.identifier.back() ^= 1;
+    Credential owner = owner_;
+    owner.owner = 2;
+    Credential group = owner_;
+    group.group = -1;
+    for (const Credential& other : {identifier, owner, group}) {
+        const auto value = storage_.read("FIRST", other);
+        ASSERT_FALSE(value);
+        EXPECT_EQ(value.error().code, ErrorCode::WrongCredential);
+    }
+}
+
+TEST_F(SecureStorageTest, unknownEntryIsRefusedAndNoPathLeadsOut) {
+    const std::string away = std::string(65, 'A');
+    for (const std::string& name : {std::string("NONE"), std::string(), std::string("../device.key"),
+                                    std::string("/etc/passwd"), std::string("."), away}) {
+        EXPECT_EQ(readingFails(name), ErrorCode::UnknownEntry) << name;
+    }
+}
+
+TEST_F(SecureStorageTest, linkAndFolderInPlaceOfAnEntryAreRefused) {
+    fs::rename(entry("FIRST"), folder_.path() / "away");
+    fs::create_symlink(folder_.path() / "away", entry("FIRST"));
+    EXPECT_EQ(readingFails(), ErrorCode::BrokenSeal);
+    fs::remove(entry("FIRST"));
+    fs::create_directory(entry("FIRST"));
+    EXPECT_EQ(readingFails(), ErrorCode::BrokenSeal);
+    fs::remove(entry("FIRST"));
+    ASSERT_EQ(mkfifo(entry("FIRST").c_str(), 0600), 0);
+    EXPECT_EQ(readingFails(), ErrorCode::BrokenSeal);
+}
+
+TEST_F(SecureStorageTest, missingOrShortDeviceKeyMeansNotUp) {
+    test::writeFile(television_.folder().deviceKey(), std::string(31, 'x'));
+    EXPECT_EQ(readingFails(), ErrorCode::NoDeviceKey);
+    fs::remove(television_.folder().deviceKey());
+    EXPECT_EQ(readingFails(), ErrorCode::NoDeviceKey);
+    EXPECT_FALSE(storage_.checkUp());
+    EXPECT_EQ(storage_.replaceAll({{"FIRST", "x"}}, owner_).error().code, ErrorCode::NoDeviceKey);
+}
+
+TEST_F(SecureStorageTest, replaceForgetsWhatWasThereAndLeavesNothingBeside) {
+    test::writeFile(television_.folder().secure() / "entries.old", "of a killed process");
+    fs::create_directories(television_.folder().secure() / "entries.new" / "x");
+    ASSERT_TRUE(storage_.replaceAll({{"THIRD", "three"}}, owner_));
+    EXPECT_EQ(readingFails("FIRST"), ErrorCode::UnknownEntry);
+    EXPECT_EQ(storage_.read("THIRD", owner_).value(), "three");
+    EXPECT_EQ(std::distance(fs::directory_iterator(television_.folder().secure()), fs::directory_iterator()),
+              3);  // the two keys and the entries
+}
+
+TEST_F(SecureStorageTest, failedReplaceKeepsEveryEntry) {
+    EXPECT_FALSE(storage_.replaceAll({{"FIRST", "new"}, {"no/such/folder", "x"}}, owner_));
+    EXPECT_EQ(storage_.read("FIRST", owner_).value(), "one secret");
+    EXPECT_EQ(storage_.read("SECOND", owner_).value(), "two secret");
+    EXPECT_FALSE(fs::exists(television_.folder().secure() / "entries.new"));
+}
+
+TEST_F(SecureStorageTest, sameValueIsSealedAnewEachTime) {
+    const std::string before = test::readFile(entry("FIRST"));
+    ASSERT_TRUE(storage_.replaceAll({{"FIRST", "one secret"}}, owner_));
+    EXPECT_NE(test::readFile(entry("FIRST")), before);
+}
+
+}  // namespace
+}  // namespace vxtv

@@ -1,0 +1,146 @@
+#include "virtual_tv/television/key_file.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+
+#include "virtual_tv/television/byte_order.h"
+#include "virtual_tv/television/private_file.h"
+#include "virtual_tv/television/sealing.h"
+
+namespace vxtv {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// A line end in it, so that a copy made in text mode is noticed at once.
+constexpr std::string_view kMagic("VXKEY\r\n\x1a", 8);
+constexpr std::uint32_t kVersion = 1;
+constexpr std::size_t kNonceOffset = kMagic.size() + kNumberSize;
+constexpr std::size_t kHeaderSize = kNonceOffset + kNonceSize;
+constexpr std::size_t kContentSize = kCredentialSize + CloneKey::kKeySize + CloneKey::kIvSize;
+constexpr std::size_t kFileSize = kHeaderSize + kContentSize + kTagSize;
+constexpr std::string_view kPurpose = "vx-clone key file";
+
+/// A sealing key for this file alone.
+Result<SealingKey> sealingKeyOf(std::string_view secret, std::string_view nonce) {
+    return SealingKey(secret).derive(std::string(kPurpose) + std::string(nonce));
+}
+
+/// Random bytes other than NUL: who reads a secret as a text drops a NUL at its end.
+Result<std::string> randomText(std::size_t count) {
+    Result<std::string> text = randomBytes(count);
+    while (text && text->find('\0') != std::string::npos) {
+        text = randomBytes(count);
+    }
+    return text;
+}
+
+/// Whether header and length are those of a key file that this version knows.
+Result<void> checkShape(std::string_view bytes, const fs::path& file) {
+    const std::string_view magic = bytes.substr(0, kMagic.size());
+    if (magic != kMagic.substr(0, magic.size())) {
+        return failure(
+            ErrorCode::NotAKeyFile,
+            fmt::format("{} is no key file; give one made by `vxtv keyfile create`", file.string()));
+    }
+    if (bytes.size() >= kNonceOffset && fromBigEndian(bytes.substr(kMagic.size())) != kVersion) {
+        return failure(ErrorCode::OtherVersion,
+                       fmt::format("{} is a key file of version {}, and this vxtv knows {}; make a new one",
+                                   file.string(), fromBigEndian(bytes.substr(kMagic.size())), kVersion));
+    }
+    if (bytes.size() < kFileSize) {
+        return failure(ErrorCode::ShortKeyFile,
+                       fmt::format("the key file {} ends after {} of {} bytes; copy it again", file.string(),
+                                   bytes.size(), kFileSize));
+    }
+    return {};
+}
+
+tl::unexpected<Error> brokenKeyFile(const fs::path& file) {
+    return failure(ErrorCode::BrokenSeal,
+                   fmt::format("the key file {} is damaged or made for another fleet; copy it again, or make "
+                               "one with this fleet's installation secret",
+                               file.string()));
+}
+
+}  // namespace
+
+Result<CloneKey> makeCloneKey(const Credential& credential) {
+    const Result<std::string> key = randomText(CloneKey::kKeySize);
+    const Result<std::string> iv = randomText(CloneKey::kIvSize);
+    if (!key || !iv) {
+        return tl::make_unexpected(key ? iv.error() : key.error());
+    }
+    return CloneKey{*key, *iv, credential};
+}
+
+Result<std::string> sealKeyFile(const CloneKey& key, std::string_view secret) {
+    const Result<std::string> nonce = randomBytes(kNonceSize);
+    if (!nonce) {
+        return nonce;
+    }
+    const std::string header = std::string(kMagic) + toBigEndian(kVersion) + *nonce;
+    return sealingKeyOf(secret, *nonce)
+        .and_then([&](const SealingKey& sealingKey) {
+            return seal(sealingKey, *nonce, toBytes(key.credential) + key.key + key.iv, header);
+        })
+        .map([&header](const std::string& sealed) { return header + sealed; });
+}
+
+Result<CloneKey> unsealKeyFile(std::string_view bytes, std::string_view secret, const fs::path& file) {
+    if (const Result<void> shape = checkShape(bytes, file); !shape) {
+        return tl::make_unexpected(shape.error());
+    }
+    if (bytes.size() != kFileSize) {
+        return brokenKeyFile(file);
+    }
+    const std::string_view header = bytes.substr(0, kHeaderSize);
+    const std::string_view nonce = header.substr(kNonceOffset);
+    const Result<std::string> content =
+        sealingKeyOf(secret, nonce).and_then([&](const SealingKey& sealingKey) {
+            return unseal(sealingKey, nonce, bytes.substr(kHeaderSize), header);
+        });
+    if (!content) {
+        return content.error().code == ErrorCode::BrokenSeal ? brokenKeyFile(file)
+                                                             : tl::make_unexpected(content.error());
+    }
+    return CloneKey{content->substr(kCredentialSize, CloneKey::kKeySize),
+                    content->substr(kCredentialSize + CloneKey::kKeySize), credentialIn(*content)};
+}
+
+Result<std::string> readKeyFile(const fs::path& file) {
+    const auto bytes = readPlainFile(file, kFileSize + 1);
+    if (bytes) {
+        return *bytes;
+    }
+    const std::string& why = bytes.error().reason;
+    switch (bytes.error().kind) {
+        case ReadTrouble::Kind::Missing:
+            return failure(ErrorCode::NoKeyFile, fmt::format("there is no key file {}; make one with: vxtv "
+                                                             "keyfile create FILE",
+                                                             file.string()));
+        case ReadTrouble::Kind::NoPlainFile:
+            return failure(ErrorCode::NotAKeyFile,
+                           fmt::format("{} is no key file: {}; give the file itself", file.string(), why));
+        case ReadTrouble::Kind::CannotBeRead:
+            break;
+    }
+    return failure(ErrorCode::Io, fmt::format("the key file {} cannot be read: {}; check who may read it",
+                                              file.string(), why));
+}
+
+Result<std::string> readFleetSecret(const fs::path& file) {
+    const auto bytes = readPlainFile(file, SealingKey::kSize + 1);
+    if (bytes && bytes->size() == SealingKey::kSize) {
+        return *bytes;
+    }
+    return failure(
+        ErrorCode::NoFleetSecret,
+        fmt::format("{} is no installation secret: {}; give a plain file of {} random bytes", file.string(),
+                    bytes ? "it has another length" : bytes.error().reason, SealingKey::kSize));
+}
+
+}  // namespace vxtv

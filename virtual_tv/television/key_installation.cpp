@@ -1,0 +1,81 @@
+#include "virtual_tv/television/key_installation.h"
+
+#include <fmt/format.h>
+
+#include <system_error>
+
+#include "virtual_tv/television/key_file.h"
+#include "virtual_tv/television/picture_areas.h"
+#include "virtual_tv/television/private_file.h"
+#include "virtual_tv/television/secure_storage.h"
+
+namespace vxtv {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path lookUp(const Folder& folder, const std::string& path) {
+    std::error_code error;
+    const fs::path own = placeOf(folder, path);
+    const bool isOwn = fs::path(path).is_absolute() && fs::exists(fs::symlink_status(own, error));
+    return isOwn ? own : fs::path(path);
+}
+
+/// What the file at the path holds, opened with the television's installation secret.
+Result<CloneKey> openKeyFile(const Folder& folder, const fs::path& file) {
+    return readFleetSecret(folder.installationSecret()).and_then([&file](const std::string& secret) {
+        return readKeyFile(file).and_then(
+            [&](const std::string& bytes) { return unsealKeyFile(bytes, secret, file); });
+    });
+}
+
+Result<Installed> installInto(const SecureStorage& storage, const CloneKey& key) {
+    const Result<Descriptor> lock = storage.lock();
+    if (!lock) {
+        return tl::make_unexpected(lock.error());
+    }
+    if (storage.read(kCloneKeyEntry, key.credential) && storage.read(kCloneIvEntry, key.credential)) {
+        return Installed::Before;
+    }
+    return storage.replaceAll({{kCloneKeyEntry, key.key}, {kCloneIvEntry, key.iv}}, key.credential).map([] {
+        return Installed::Now;
+    });
+}
+
+Result<void> forgetInstalledKey(const SecureStorage& storage) {
+    return storage.lock().and_then([&storage](const Descriptor&) { return storage.clear(); });
+}
+
+}  // namespace
+
+Result<Installed> installKeyFile(const Folder& folder, const std::string& path) {
+    const SecureStorage storage(folder);
+    return storage.checkUp()
+        .and_then([&] { return openKeyFile(folder, lookUp(folder, path)); })
+        .and_then([&storage](const CloneKey& key) { return installInto(storage, key); });
+}
+
+Result<void> placeKeyFile(const Folder& folder, const fs::path& file, bool replace) {
+    if (const auto opened = openKeyFile(folder, file); !opened) {
+        return tl::make_unexpected(opened.error());
+    }
+    const fs::path place = placeOf(folder, kCloneKeyFile);
+    std::error_code error;
+    fs::create_directories(place.parent_path(), error);
+    if (!replace && fs::exists(fs::symlink_status(place, error))) {
+        return failure(ErrorCode::AlreadyExists,
+                       fmt::format("{} has a key file already; with --force it is replaced, and its key is "
+                                   "forgotten",
+                                   folder.root().string()));
+    }
+    return readKeyFile(file)
+        .and_then([&](const std::string& bytes) {
+            return writePrivateFile(place, bytes, replace ? Existing::Replace : Existing::Refuse);
+        })
+        .and_then([&folder, replace] {
+            return replace ? forgetInstalledKey(SecureStorage(folder)) : Result<void>();
+        });
+}
+
+}  // namespace vxtv

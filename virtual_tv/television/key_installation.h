@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "virtual_tv/television/error.h"
+#include "virtual_tv/television/folder.h"
+
+namespace vxtv {
+
+enum class Installed { Now, Before };
+
+/// Loads the clone key from a key file into the television's secure storage, both entries or none. Entries
+/// that are there and can be read by the owner that the key file names stay as they are: `Before`.
+///
+/// The path is looked up in the television's folder first, since a session does not cover all of the
+/// machine's directories: /usr/share/x is DIR/usr/share/x if that is there.
+///
+/// Errors: NoDeviceKey, NoFleetSecret, those of `readKeyFile`, `unsealKeyFile` and `SecureStorage`.
+/// Threads and processes: any.
+Result<Installed> installKeyFile(const Folder& folder, const std::string& path);
+
+/// Puts the key file to where the television's programs look for it, after checking that it opens with the
+/// television's installation secret. One that is there is replaced only if `replace`; the secure storage then
+/// forgets the key of before, so that the next use installs the new one.
+///
+/// Errors: AlreadyExists, and as `installKeyFile`. On failure the key file of before is still there.
+Result<void> placeKeyFile(const Folder& folder, const std::filesystem::path& file, bool replace);
+
+}  // namespace vxtv

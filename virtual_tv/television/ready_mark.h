@@ -1,0 +1,18 @@
+#pragma once
+
+#include <filesystem>
+
+#include "virtual_tv/television/error.h"
+
+namespace vxtv {
+
+/// The mark that tells programs that the secure storage is up: a file that vxtv makes when a session begins
+/// and removes when the last one ends. What somebody else put at its path stays.
+
+/// Makes the mark unless something is there. Errors: Io.
+Result<void> raiseReadyMark(const std::filesystem::path& mark);
+
+/// Removes the mark if vxtv made it.
+void lowerReadyMark(const std::filesystem::path& mark);
+
+}  // namespace vxtv

@@ -1,0 +1,232 @@
+#include "virtual_tv/television/secure_storage.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <stdio.h>
+#include <sys/file.h>
+
+#include <chrono>
+#include <string_view>
+#include <system_error>
+#include <thread>
+
+#include "virtual_tv/television/byte_order.h"
+#include "virtual_tv/television/private_file.h"
+
+namespace vxtv {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view kMagic("VXSSENT\0", 8);
+constexpr std::uint32_t kVersion = 1;
+constexpr std::size_t kCredentialOffset = kMagic.size() + kNumberSize;
+constexpr std::size_t kNonceOffset = kCredentialOffset + kCredentialSize;
+constexpr std::size_t kHeaderSize = kNonceOffset + kNonceSize;
+constexpr std::size_t kLargestEntry = 64 * 1024;
+
+constexpr std::chrono::seconds kLockPatience(5);
+constexpr std::chrono::milliseconds kLockPause(10);
+
+/// What else could be the name of a file elsewhere.
+bool isEntryName(std::string_view name) {
+    constexpr std::size_t kLongestName = 64;
+    constexpr std::string_view kAllowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_";
+    return !name.empty() && name.size() <= kLongestName &&
+           name.find_first_not_of(kAllowed) == std::string_view::npos;
+}
+
+tl::unexpected<Error> unknownEntry(const std::string& name) {
+    return failure(ErrorCode::UnknownEntry,
+                   fmt::format("the secure storage has no entry '{}'; install the key file first", name));
+}
+
+tl::unexpected<Error> brokenEntry(const std::string& name) {
+    return failure(ErrorCode::BrokenSeal,
+                   fmt::format("the entry '{}' of the secure storage is damaged or of another television; "
+                               "install the key file again",
+                               name));
+}
+
+tl::unexpected<Error> cannotChange(const fs::path& folder, const std::error_code& error) {
+    return failure(ErrorCode::Io,
+                   fmt::format("the secure storage cannot be changed: {}: {}; check that the television's "
+                               "folder may be written",
+                               folder.string(), error.message()));
+}
+
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+Result<std::string> sealEntry(const SealingKey& key, const Secret& secret, const Credential& credential) {
+    const Result<std::string> nonce = randomBytes(kNonceSize);
+    if (!nonce) {
+        return nonce;
+    }
+    const std::string header = std::string(kMagic) + toBigEndian(kVersion) + toBytes(credential) + *nonce;
+    return seal(key, *nonce, secret.value, header + secret.name).map([&header](const std::string& sealed) {
+        return header + sealed;
+    });
+}
+
+Result<std::string> unsealEntry(const SealingKey& key, const std::string& name, std::string_view bytes,
+                                const Credential& credential) {
+    if (bytes.size() < kHeaderSize || bytes.size() > kLargestEntry) {
+        return brokenEntry(name);
+    }
+    const std::string_view header = bytes.substr(0, kHeaderSize);
+    Result<std::string> value =
+        unseal(key, header.substr(kNonceOffset), bytes.substr(kHeaderSize), std::string(header) + name);
+    if (!value) {
+        return value.error().code == ErrorCode::BrokenSeal ? brokenEntry(name) : value;
+    }
+    // The owner stands outside of what is enciphered, but under the seal: judged only after it was tried.
+    if (credentialIn(header.substr(kCredentialOffset)) != credential) {
+        return failure(
+            ErrorCode::WrongCredential,
+            fmt::format("the entry '{}' belongs to somebody else; ask with its owner's credential", name));
+    }
+    return value;
+}
+
+}  // namespace
+
+Result<void> SecureStorage::create(const Folder& folder) {
+    std::error_code error;
+    fs::create_directory(folder.secure(), error);
+    if (!error) {
+        fs::permissions(folder.secure(), fs::perms::owner_all, error);
+    }
+    if (error) {
+        return cannotChange(folder.secure(), error);
+    }
+    return randomBytes(SealingKey::kSize).and_then([&folder](const std::string& key) {
+        return writePrivateFile(folder.deviceKey(), key, Existing::Refuse);
+    });
+}
+
+Result<void> SecureStorage::checkUp() const {
+    return deviceKey().map([](const SealingKey&) {});
+}
+
+Result<Descriptor> SecureStorage::lock() const {
+    Descriptor folder(open(folder_.secure().c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!folder) {
+        return cannotChange(folder_.secure(), lastError());
+    }
+    const auto end = std::chrono::steady_clock::now() + kLockPatience;
+    while (flock(folder.get(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno != EWOULDBLOCK && errno != EINTR) {
+            return cannotChange(folder_.secure(), lastError());
+        }
+        if (std::chrono::steady_clock::now() > end) {
+            return failure(
+                ErrorCode::Busy,
+                fmt::format("another process changes the secure storage of {}; end it and try again",
+                            folder_.root().string()));
+        }
+        std::this_thread::sleep_for(kLockPause);
+    }
+    return folder;
+}
+
+Result<std::string> SecureStorage::read(const std::string& name, const Credential& credential) const {
+    const Result<SealingKey> key = deviceKey();
+    if (!key) {
+        return tl::make_unexpected(key.error());
+    }
+    if (!isEntryName(name)) {
+        return unknownEntry(name);
+    }
+    const auto bytes = readPlainFile(folder_.secureEntries() / name, kLargestEntry + 1);
+    if (bytes) {
+        return unsealEntry(*key, name, *bytes, credential);
+    }
+    switch (bytes.error().kind) {
+        case ReadTrouble::Kind::Missing:
+            return unknownEntry(name);
+        case ReadTrouble::Kind::NoPlainFile:
+            return brokenEntry(name);
+        case ReadTrouble::Kind::CannotBeRead:
+            break;
+    }
+    return failure(ErrorCode::Io,
+                   fmt::format("the entry '{}' of the secure storage cannot be read: {}; check "
+                               "who may read the television's folder",
+                               name, bytes.error().reason));
+}
+
+Result<void> SecureStorage::replaceAll(const std::vector<Secret>& secrets,
+                                       const Credential& credential) const {
+    return deviceKey()
+        .and_then([&](const SealingKey& key) { return writeEntries(key, secrets, credential); })
+        .and_then([this] { return swapIn(); });
+}
+
+Result<void> SecureStorage::clear() const {
+    std::error_code error;
+    fs::remove_all(folder_.secureEntries(), error);
+    return error ? Result<void>(cannotChange(folder_.secureEntries(), error)) : flushFolder(folder_.secure());
+}
+
+Result<SealingKey> SecureStorage::deviceKey() const {
+    const auto bytes = readPlainFile(folder_.deviceKey(), SealingKey::kSize + 1);
+    if (bytes && bytes->size() == SealingKey::kSize) {
+        return SealingKey(*bytes);
+    }
+    return failure(
+        ErrorCode::NoDeviceKey,
+        fmt::format("the secure storage is not up: {}: {}; put the television's device key back, or "
+                    "destroy the television and create it again",
+                    folder_.deviceKey().string(), bytes ? "it is no device key" : bytes.error().reason));
+}
+
+fs::path SecureStorage::entriesBeside(const char* what) const {
+    return folder_.secureEntries().string() + what;
+}
+
+Result<void> SecureStorage::writeEntries(const SealingKey& key, const std::vector<Secret>& secrets,
+                                         const Credential& credential) const {
+    const fs::path beside = entriesBeside(".new");
+    std::error_code error;
+    fs::remove_all(beside, error);  // what a killed process may have left
+    if (error || !fs::create_directory(beside, error)) {
+        return cannotChange(beside, error);
+    }
+    fs::permissions(beside, fs::perms::owner_all, error);
+    Result<void> written;
+    for (const Secret& secret : secrets) {
+        if (written) {
+            written = sealEntry(key, secret, credential).and_then([&](const std::string& sealed) {
+                return writePrivateFile(beside / secret.name, sealed, Existing::Refuse);
+            });
+        }
+    }
+    if (!written) {
+        fs::remove_all(beside, error);
+    }
+    return written;
+}
+
+Result<void> SecureStorage::swapIn() const {
+    const fs::path entries = folder_.secureEntries();
+    const fs::path beside = entriesBeside(".new");
+    const fs::path before = entriesBeside(".old");
+    std::error_code error;
+    fs::remove_all(before, error);
+    const bool hadEntries = rename(entries.c_str(), before.c_str()) == 0;
+    if (rename(beside.c_str(), entries.c_str()) != 0) {
+        const std::error_code refused = lastError();
+        if (hadEntries) {
+            fs::rename(before, entries, error);
+        }
+        fs::remove_all(beside, error);
+        return cannotChange(entries, refused);
+    }
+    fs::remove_all(before, error);
+    return flushFolder(folder_.secure());
+}
+
+}  // namespace vxtv
