@@ -109,6 +109,14 @@ Result<Report> runBackup(const CloneContext& context, const std::filesystem::pat
     if (const auto replaceable = target->checkReplaceable(); !replaceable) {
         return tl::make_unexpected(replaceable.error());
     }
+    // Asked before anything is made, on the television or on the stick.
+    const auto identity = readyToSeal(context);
+    if (!identity) {
+        return tl::make_unexpected(identity.error());
+    }
+    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
+        return tl::make_unexpected(reset.error());
+    }
     auto replacement = Replacement::begin(*target);
     if (!replacement) {
         return tl::make_unexpected(replacement.error());
@@ -116,13 +124,6 @@ Result<Report> runBackup(const CloneContext& context, const std::filesystem::pat
     const auto root = CloneRoot::open(context.cloneRoot);
     if (!root) {
         return tl::make_unexpected(root.error());
-    }
-    const auto identity = readyToSeal(context);
-    if (!identity) {
-        return tl::make_unexpected(identity.error());
-    }
-    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
-        return tl::make_unexpected(reset.error());
     }
     const auto results = runAndFollow(context, Direction::Backup, [&] { return context.engine.backUp(); });
     if (!results) {

@@ -23,6 +23,7 @@ namespace {
 constexpr std::uint32_t kApplicationId = 0x76785456;  // "vxTV"
 constexpr std::uint32_t kVersion = 2;                 // 2: televisions with a device key
 constexpr int kBusyTimeoutMs = 5000;
+constexpr const char* kStartAnew = "remove its folder and create the television again";
 
 // The file header of the SQLite format: magic text, then big-endian numbers at fixed places.
 constexpr std::size_t kHeaderSize = 100;
@@ -38,7 +39,7 @@ std::uint32_t numberAt(const Header& header, std::size_t offset) {
 tl::unexpected<Error> damaged(const fs::path& file, std::string_view why) {
     return failure(
         ErrorCode::Damaged,
-        fmt::format("{} is damaged ({}); destroy this television and create it again", file.string(), why));
+        fmt::format("{} is damaged ({}); {}", file.string(), why, kStartAnew));
 }
 
 /// The header, or nothing when the file cannot be opened (errno says why) or is too short.
@@ -79,10 +80,10 @@ constexpr std::array kFailings = {
     Failing{SQLITE_BUSY, ErrorCode::Busy, "another process holds it; end that process and try again"},
     Failing{SQLITE_LOCKED, ErrorCode::Busy, "another process holds it; end that process and try again"},
     Failing{SQLITE_FULL, ErrorCode::NoSpace, "make room on the disk and try again"},
-    Failing{SQLITE_CORRUPT, ErrorCode::Damaged, "destroy this television and create it again"},
-    Failing{SQLITE_NOTADB, ErrorCode::Damaged, "destroy this television and create it again"},
+    Failing{SQLITE_CORRUPT, ErrorCode::Damaged, kStartAnew},
+    Failing{SQLITE_NOTADB, ErrorCode::Damaged, kStartAnew},
     // Our statements are fixed: one that does not fit means that a table is not as it was made.
-    Failing{SQLITE_ERROR, ErrorCode::Damaged, "destroy this television and create it again"},
+    Failing{SQLITE_ERROR, ErrorCode::Damaged, kStartAnew},
 };
 constexpr Failing kOtherFailing = {0, ErrorCode::Io,
                                    "check that the folder may be written and its disk is sound"};
