@@ -62,7 +62,7 @@ TEST_F(SecureStorage, eachReadHandsOutABufferOfItsOwn) {
 }
 
 TEST_F(SecureStorage, releaseOfNullIsAllowed) {
-    EXPECT_EXIT((ss_free_buffer(nullptr), std::exit(0)), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT((ss_free_buffer(nullptr), std::_Exit(0)), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace

@@ -125,6 +125,8 @@ TEST_F(ProductInfoTest, writeWithoutProductTagLeavesAnEmptyFile) {
 }
 
 TEST_F(ProductInfoTest, writeWhereTheSecondOpenFailsLeavesAnEmptyFile) {
+    // Once before, because sanitizers open descriptors of their own at the first call.
+    EXPECT_EQ(write(), 1);
     // One more descriptor is there: the stream takes it.
     const int next = dup(0);
     close(next);
