@@ -7,7 +7,7 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    if (!GTEST_FLAG_GET(list_tests)) {
+    if (!testing::GTEST_FLAG(list_tests)) {
         if (const auto problem = vxtest::enterPrivateFilesystem()) {
             std::cerr << "these tests need folders /opt, /tmp and /media of their own: " << *problem << '\n';
             return EXIT_FAILURE;
