@@ -68,8 +68,8 @@ bool writeBytes(std::FILE* output, const unsigned char* bytes, int count) {
 }
 
 bool cipherStream(EVP_CIPHER_CTX* context, std::FILE* input, std::FILE* output) {
-    std::array<unsigned char, kCipherBlock> plain;
-    std::array<unsigned char, kCipherBlock + EVP_MAX_BLOCK_LENGTH> ciphered;
+    std::array<unsigned char, kCipherBlock> plain{};
+    std::array<unsigned char, kCipherBlock + EVP_MAX_BLOCK_LENGTH> ciphered{};
     int produced = 0;
     std::size_t count = 0;
     do {

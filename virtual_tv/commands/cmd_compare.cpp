@@ -84,7 +84,8 @@ void printOutcomeText(const Options& options, const Outcome& outcome) {
         const std::size_t count = area.differences.size();
         const std::string verdict =
             count == 0 ? vxcommon::paint("same", Colour::Good, coloured)
-                       : vxcommon::paint(fmt::format("{} differ{}", count, count == 1 ? "s" : ""), Colour::Bad, coloured);
+                       : vxcommon::paint(fmt::format("{} differ{}", count, count == 1 ? "s" : ""),
+                                         Colour::Bad, coloured);
         print(fmt::format("\n{}: {}\n", area.area, verdict));
         if (count != 0) {
             vxcommon::TerminalTable table({"NAME", options.first, options.second});

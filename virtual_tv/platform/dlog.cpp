@@ -13,7 +13,7 @@ namespace {
 constexpr int kFailed = -1;
 
 /// The message, whatever its length.
-std::string format(const char* fmt, va_list arguments) {
+__attribute__((format(printf, 1, 0))) std::string format(const char* fmt, va_list arguments) {
     std::array<char, 1024> usual{};
     va_list again;
     va_copy(again, arguments);
@@ -29,7 +29,8 @@ std::string format(const char* fmt, va_list arguments) {
     return text;
 }
 
-int print(int priority, const char* tag, const char* fmt, va_list arguments) noexcept {
+__attribute__((format(printf, 3, 0))) int print(int priority, const char* tag, const char* fmt,
+                                                va_list arguments) noexcept {
     try {
         vxtv::Television* const television = vxtv::processTelevision();
         if (television == nullptr || fmt == nullptr) {

@@ -37,9 +37,7 @@ std::uint32_t numberAt(const Header& header, std::size_t offset) {
 }
 
 tl::unexpected<Error> damaged(const fs::path& file, std::string_view why) {
-    return failure(
-        ErrorCode::Damaged,
-        fmt::format("{} is damaged ({}); {}", file.string(), why, kStartAnew));
+    return failure(ErrorCode::Damaged, fmt::format("{} is damaged ({}); {}", file.string(), why, kStartAnew));
 }
 
 /// The header, or nothing when the file cannot be opened (errno says why) or is too short.
