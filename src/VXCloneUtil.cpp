@@ -8,6 +8,7 @@
 
 #include <array>
 #include <boost/filesystem.hpp>
+#include <vector>
 
 #include "VXCloneKeys.h"
 #include "VXCloneLog.h"
@@ -34,6 +35,8 @@ constexpr int kAlreadyInstalled = 2;
 
 constexpr int AES_256_KEY_SIZE = 32;
 constexpr std::size_t kCipherBlock = 1024;
+// How much passes between a stream and the system at once: few calls for many blocks.
+constexpr std::size_t kStreamBuffer = std::size_t{64} * 1024;
 
 ss_credential makeCredential() {
     const std::string identifier = std::string(kIdentifierOwner) + kIdentifierService + kIdentifierVersion;
@@ -58,8 +61,7 @@ bool initialise(EVP_CIPHER_CTX* context, const EVP_CIPHER* cipher, const std::st
     return true;
 }
 
-bool writeBytes(std::FILE* output, const unsigned char* bytes, int count) {
-    std::fwrite(bytes, 1, static_cast<std::size_t>(count), output);
+bool isSound(std::FILE* output) {
     if (std::ferror(output) != 0) {
         VX_CIPHER_LOG("ERROR: fwrite error");
         return false;
@@ -83,7 +85,8 @@ bool cipherStream(EVP_CIPHER_CTX* context, std::FILE* input, std::FILE* output) 
             VX_CIPHER_ERROR("EVP_CipherUpdate");
             return false;
         }
-        if (!writeBytes(output, ciphered.data(), produced)) {
+        std::fwrite(ciphered.data(), 1, static_cast<std::size_t>(produced), output);
+        if (!isSound(output)) {
             return false;
         }
     } while (count >= plain.size());
@@ -92,7 +95,10 @@ bool cipherStream(EVP_CIPHER_CTX* context, std::FILE* input, std::FILE* output) 
         VX_CIPHER_ERROR("EVP_CipherFinal_ex");
         return false;
     }
-    return writeBytes(output, ciphered.data(), produced);
+    std::fwrite(ciphered.data(), 1, static_cast<std::size_t>(produced), output);
+    // A disk that is full must be heard of while there is still somebody to tell.
+    std::fflush(output);
+    return isSound(output);
 }
 
 }  // namespace
@@ -163,16 +169,21 @@ bool CVXCloneUtil::GetAESInfo(std::string& key, std::string& iv, const std::stri
 bool CVXCloneUtil::EncryptDecryptFile(const std::string& input, const std::string& output,
                                       const std::string& key, const std::string& iv, eCRYPT_OP_TYPE type) {
     const EVP_CIPHER* const cipher = EVP_aes_256_cbc();
+    // They outlive the streams that use them.
+    std::vector<char> inputBuffer(kStreamBuffer);
+    std::vector<char> outputBuffer(kStreamBuffer);
     const VXCloneFile source(SafeFileOpen(input, "rb"));
     if (source == nullptr) {
         VX_LOGF(Error, "unable to open read file = [%s]", input.c_str());
         return false;
     }
+    std::setvbuf(source.get(), inputBuffer.data(), _IOFBF, inputBuffer.size());
     const VXCloneFile target(SafeFileOpen(output, "wb"));
     if (target == nullptr) {
         VX_LOGF(Error, "unable to open write file = [%s]", output.c_str());
         return false;
     }
+    std::setvbuf(target.get(), outputBuffer.data(), _IOFBF, outputBuffer.size());
     // Reset at the end and never freed: the system has settled on this small leak.
     EVP_CIPHER_CTX* const ctx = EVP_CIPHER_CTX_new();
     if (ctx == nullptr) {
