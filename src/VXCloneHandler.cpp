@@ -32,10 +32,11 @@ int VXCloneHandler::BackupCloneData() {
     m_SetVConfString(kCloneResultKey, "");
     m_CleanTVCloneDirectory();
 
-    std::thread applications([this] {
+    const auto cloneApplications = [this] {
         VX_LOG(Error, "Thread created for cloning App data's");
         m_VXHotelFirstScreenDataClone();
-    });
+    };
+    std::thread applications(cloneApplications);
 
     m_FactorySettingsClone();
     m_AudioVideoSettingsClone();
