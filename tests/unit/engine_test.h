@@ -35,7 +35,7 @@ class EngineTest : public testing::Test {
     }
 
     /// A directory for files that are not the clone's.
-    static constexpr const char* kWorkDirectory = "/tmp/work";
+    static constexpr const char* kWorkDirectory = "/tmp/area";
     static fs::path work(const std::string& name) { return fs::path(kWorkDirectory) / name; }
     static fs::path clone(const std::string& name) { return fs::path(kCloneDirectory) / name; }
 

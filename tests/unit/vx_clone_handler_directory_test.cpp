@@ -62,67 +62,67 @@ class MountedAt {
 TEST_F(DirectoryTest, deleteRemovesTheWholeTree) {
     fs::create_directories(work("tree/deep"));
     writeFile(work("tree/deep/file"), "x");
-    engine.m_DeleteDirectory("/tmp/work/tree");
+    engine.m_DeleteDirectory("/tmp/area/tree");
     EXPECT_FALSE(fs::exists(work("tree")));
     EXPECT_THAT(tv.transcript(),
-                ElementsAre("E/35 m_DeleteDirectory: Remove - /tmp/work/tree",
-                            "E/35 m_DeleteDirectory: Successfully removed [/tmp/work/tree]"));
+                ElementsAre("E/35 m_DeleteDirectory: Remove - /tmp/area/tree",
+                            "E/35 m_DeleteDirectory: Successfully removed [/tmp/area/tree]"));
 }
 
 TEST_F(DirectoryTest, deleteOfAPathWithTrailingSlashRemovesIt) {
     fs::create_directories(work("tree"));
     writeFile(work("tree/file"), "x");
-    engine.m_DeleteDirectory("/tmp/work/tree/");
+    engine.m_DeleteDirectory("/tmp/area/tree/");
     EXPECT_FALSE(fs::exists(work("tree")));
 }
 
 TEST_F(DirectoryTest, deleteOfAMissingPathIsASuccess) {
-    engine.m_DeleteDirectory("/tmp/work/missing");
+    engine.m_DeleteDirectory("/tmp/area/missing");
     EXPECT_THAT(tv.messages(),
-                ElementsAre("Remove - /tmp/work/missing", "Successfully removed [/tmp/work/missing]"));
+                ElementsAre("Remove - /tmp/area/missing", "Successfully removed [/tmp/area/missing]"));
 }
 
 TEST_F(DirectoryTest, deleteOfASymbolicLinkLeavesItsTarget) {
     fs::create_directories(work("target"));
     writeFile(work("target/file"), "x");
     fs::create_symlink(work("target"), work("link"));
-    engine.m_DeleteDirectory("/tmp/work/link");
+    engine.m_DeleteDirectory("/tmp/area/link");
     EXPECT_FALSE(fs::is_symlink(work("link")));
     EXPECT_EQ(readFile(work("target/file")), "x");
 }
 
 TEST_F(DirectoryTest, deleteThatFailsSaysNothingMore) {
     const MountedAt busy(work("tree/busy"));
-    engine.m_DeleteDirectory("/tmp/work/tree");
-    EXPECT_THAT(tv.messages(), ElementsAre("Remove - /tmp/work/tree"));
+    engine.m_DeleteDirectory("/tmp/area/tree");
+    EXPECT_THAT(tv.messages(), ElementsAre("Remove - /tmp/area/tree"));
     EXPECT_TRUE(fs::exists(work("tree")));
 }
 
 TEST_F(DirectoryTest, existsForAFileIsTrue) {
     writeFile(work("file"), "");
-    EXPECT_TRUE(engine.m_IsDataFileExist("/tmp/work/file"));
+    EXPECT_TRUE(engine.m_IsDataFileExist("/tmp/area/file"));
     EXPECT_THAT(tv.transcript(),
-                ElementsAre("E/35 m_IsDataFileExist: IsDataFileExist strPath.c_str() /tmp/work/file\n"));
+                ElementsAre("E/35 m_IsDataFileExist: IsDataFileExist strPath.c_str() /tmp/area/file\n"));
 }
 
 TEST_F(DirectoryTest, existsForADirectoryIsTrue) {
     fs::create_directories(work("logo"));
-    EXPECT_TRUE(engine.m_IsDataFileExist("/tmp/work/logo"));
-    EXPECT_TRUE(engine.m_IsDataFileExist("/tmp/work/logo/"));
+    EXPECT_TRUE(engine.m_IsDataFileExist("/tmp/area/logo"));
+    EXPECT_TRUE(engine.m_IsDataFileExist("/tmp/area/logo/"));
 }
 
 TEST_F(DirectoryTest, existsForAMissingPathIsFalse) {
-    EXPECT_FALSE(engine.m_IsDataFileExist("/tmp/work/missing"));
+    EXPECT_FALSE(engine.m_IsDataFileExist("/tmp/area/missing"));
     EXPECT_EQ(tv.messages().size(), 1U);
 }
 
 TEST_F(DirectoryTest, existsForASymbolicLinkToAFileIsFalse) {
     writeFile(work("file"), "");
     fs::create_symlink(work("file"), work("link"));
-    EXPECT_FALSE(engine.m_IsDataFileExist("/tmp/work/link"));
+    EXPECT_FALSE(engine.m_IsDataFileExist("/tmp/area/link"));
     EXPECT_THAT(tv.transcript(),
-                ElementsAre("E/35 m_IsDataFileExist: IsDataFileExist strPath.c_str() /tmp/work/link\n",
-                            "E/35 m_IsDataFileExist: /tmp/work/link is symbolic link"));
+                ElementsAre("E/35 m_IsDataFileExist: IsDataFileExist strPath.c_str() /tmp/area/link\n",
+                            "E/35 m_IsDataFileExist: /tmp/area/link is symbolic link"));
 }
 
 TEST_F(DirectoryTest, copyTakesTheFilesAndPassesOverADirectory) {
@@ -131,11 +131,11 @@ TEST_F(DirectoryTest, copyTakesTheFilesAndPassesOverADirectory) {
     writeFile(work("src/a"), "one");
     writeFile(work("src/b"), "two");
     writeFile(work("src/sub/c"), "three");
-    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
+    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
     EXPECT_EQ(readFile(work("dst/a")), "one");
     EXPECT_EQ(readFile(work("dst/b")), "two");
     EXPECT_FALSE(fs::exists(work("dst/sub")));
-    EXPECT_THAT(tv.transcript(), ElementsAre("E/35 m_CopyDirectory: src = /tmp/work/src, dst = /tmp/work/dst",
+    EXPECT_THAT(tv.transcript(), ElementsAre("E/35 m_CopyDirectory: src = /tmp/area/src, dst = /tmp/area/dst",
                                              "E/35 m_CopyDirectory: Directories Checked",
                                              "E/35 m_CopyDirectory: -----------file copying------------",
                                              "E/35 m_CopyDirectory: -----------file copying------------",
@@ -146,8 +146,8 @@ TEST_F(DirectoryTest, copyTakesTheFilesAndPassesOverADirectory) {
 TEST_F(DirectoryTest, copyOfAnEmptyDirectoryReachesTheEnd) {
     fs::create_directories(work("src"));
     fs::create_directories(work("dst"));
-    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/work/src/", "/tmp/work/dst/"));
-    EXPECT_THAT(tv.messages(), ElementsAre("src = /tmp/work/src/, dst = /tmp/work/dst/",
+    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/area/src/", "/tmp/area/dst/"));
+    EXPECT_THAT(tv.messages(), ElementsAre("src = /tmp/area/src/, dst = /tmp/area/dst/",
                                            "Directories Checked", "-----------reached end------------"));
 }
 
@@ -157,7 +157,7 @@ TEST_F(DirectoryTest, copyOverAnExistingFileReplacesIt) {
     writeFile(work("src/a"), "new");
     writeFile(work("dst/a"), "old and longer");
     writeFile(work("dst/other"), "kept");
-    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
+    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
     EXPECT_EQ(readFile(work("dst/a")), "new");
     EXPECT_EQ(readFile(work("dst/other")), "kept");
 }
@@ -167,7 +167,7 @@ TEST_F(DirectoryTest, copyOfALinkToAFileMakesAFile) {
     fs::create_directories(work("dst"));
     writeFile(work("target"), "content");
     fs::create_symlink(work("target"), work("src/link"));
-    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
+    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
     EXPECT_FALSE(fs::is_symlink(work("dst/link")));
     EXPECT_EQ(readFile(work("dst/link")), "content");
 }
@@ -186,7 +186,7 @@ TEST_F(DirectoryTest, copyPassesOverWhatIsNoFileAndDoesNotWait) {
     close(socketDescriptor);
     writeFile(work("src/file"), "x");
 
-    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
+    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
     EXPECT_EQ(readFile(work("dst/file")), "x");
     EXPECT_EQ(std::distance(fs::directory_iterator(work("dst")), fs::directory_iterator()), 1);
     const auto messages = tv.messages();
@@ -198,32 +198,32 @@ TEST_F(DirectoryTest, copyGoesOnAfterAFileThatCannotBeWritten) {
     fs::create_directories(work("dst/a"));
     writeFile(work("src/a"), "in the way of a directory");
     writeFile(work("src/b"), "copied");
-    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
+    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
     EXPECT_TRUE(fs::is_directory(work("dst/a")));
     EXPECT_EQ(readFile(work("dst/b")), "copied");
 }
 
 TEST_F(DirectoryTest, copyFromAMissingDirectoryIsFalse) {
     fs::create_directories(work("dst"));
-    EXPECT_FALSE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
+    EXPECT_FALSE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
     EXPECT_THAT(
         tv.transcript(),
-        ElementsAre("E/35 m_CopyDirectory: src = /tmp/work/src, dst = /tmp/work/dst",
-                    "E/35 m_CopyDirectory: srcPath(/tmp/work/src) does not exist or is not a directory."));
+        ElementsAre("E/35 m_CopyDirectory: src = /tmp/area/src, dst = /tmp/area/dst",
+                    "E/35 m_CopyDirectory: srcPath(/tmp/area/src) does not exist or is not a directory."));
 }
 
 TEST_F(DirectoryTest, copyFromAFileIsFalse) {
     writeFile(work("src"), "x");
     fs::create_directories(work("dst"));
-    EXPECT_FALSE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
-    EXPECT_EQ(tv.messages().back(), "srcPath(/tmp/work/src) does not exist or is not a directory.");
+    EXPECT_FALSE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
+    EXPECT_EQ(tv.messages().back(), "srcPath(/tmp/area/src) does not exist or is not a directory.");
 }
 
 TEST_F(DirectoryTest, copyIntoAMissingDirectoryIsFalseAndMakesNone) {
     fs::create_directories(work("src"));
     writeFile(work("src/a"), "x");
-    EXPECT_FALSE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
-    EXPECT_EQ(tv.messages().back(), "dstPath(/tmp/work/dst) does not exist or is not a directory.");
+    EXPECT_FALSE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
+    EXPECT_EQ(tv.messages().back(), "dstPath(/tmp/area/dst) does not exist or is not a directory.");
     EXPECT_FALSE(fs::exists(work("dst")));
 }
 
@@ -233,24 +233,24 @@ TEST_F(DirectoryTest, copyThroughLinksToDirectoriesFollowsThem) {
     writeFile(work("real-src/a"), "x");
     fs::create_directory_symlink(work("real-src"), work("src"));
     fs::create_directory_symlink(work("real-dst"), work("dst"));
-    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
+    EXPECT_TRUE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
     EXPECT_EQ(readFile(work("real-dst/a")), "x");
 }
 
 TEST_F(DirectoryTest, copyFromADirectoryThatCannotBeListedIsFalse) {
-    EXPECT_FALSE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
+    EXPECT_FALSE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
     fs::create_directories(work("src"));
     fs::create_directories(work("dst"));
     {
         const NoDescriptors none;
-        EXPECT_FALSE(engine.m_CopyDirectory("/tmp/work/src", "/tmp/work/dst"));
+        EXPECT_FALSE(engine.m_CopyDirectory("/tmp/area/src", "/tmp/area/dst"));
     }
     EXPECT_EQ(tv.messages().back(), "Directories Checked");
 }
 
 TEST_F(DirectoryTest, createOfAnExistingFileIsTrueAndLeavesIt) {
     writeFile(work("file"), "kept");
-    EXPECT_TRUE(engine.m_CreateDir("/tmp/work/file"));
+    EXPECT_TRUE(engine.m_CreateDir("/tmp/area/file"));
     EXPECT_EQ(readFile(work("file")), "kept");
     EXPECT_THAT(tv.transcript(), ElementsAre());
 }
@@ -259,47 +259,47 @@ TEST_F(DirectoryTest, createOfAnExistingDirectoryLeavesItsMode) {
     fs::create_directories(work("dir"));
     chmod(work("dir").c_str(), 0700);
     VXCloneHandler::m_ecloneType = kDirectionRestore;
-    EXPECT_TRUE(engine.m_CreateDir("/tmp/work/dir"));
+    EXPECT_TRUE(engine.m_CreateDir("/tmp/area/dir"));
     EXPECT_EQ(modeOf(work("dir")), 0700U);
     EXPECT_THAT(tv.transcript(), ElementsAre());
 }
 
 TEST_F(DirectoryTest, createDuringABackupKeepsTheUmasksMode) {
     const mode_t before = umask(027);
-    EXPECT_TRUE(engine.m_CreateDir("/tmp/work/dir"));
+    EXPECT_TRUE(engine.m_CreateDir("/tmp/area/dir"));
     umask(before);
     EXPECT_EQ(modeOf(work("dir")), 0750U);
-    EXPECT_THAT(tv.transcript(), ElementsAre("E/35 m_CreateDir: Directory Path[/tmp/work/dir]"));
+    EXPECT_THAT(tv.transcript(), ElementsAre("E/35 m_CreateDir: Directory Path[/tmp/area/dir]"));
 }
 
 TEST_F(DirectoryTest, createDuringARestoreHasMode0764WhateverTheUmask) {
     VXCloneHandler::m_ecloneType = kDirectionRestore;
     const mode_t before = umask(077);
-    EXPECT_TRUE(engine.m_CreateDir("/tmp/work/dir/"));
+    EXPECT_TRUE(engine.m_CreateDir("/tmp/area/dir/"));
     umask(before);
     EXPECT_EQ(modeOf(work("dir")), 0764U);
-    EXPECT_THAT(tv.transcript(), ElementsAre("E/35 m_CreateDir: Directory Path[/tmp/work/dir/]"));
+    EXPECT_THAT(tv.transcript(), ElementsAre("E/35 m_CreateDir: Directory Path[/tmp/area/dir/]"));
 }
 
 TEST_F(DirectoryTest, createInAnotherDirectionKeepsTheUmasksMode) {
     VXCloneHandler::m_ecloneType = 2;
     const mode_t before = umask(022);
-    EXPECT_TRUE(engine.m_CreateDir("/tmp/work/dir"));
+    EXPECT_TRUE(engine.m_CreateDir("/tmp/area/dir"));
     umask(before);
     EXPECT_EQ(modeOf(work("dir")), 0755U);
 }
 
 TEST_F(DirectoryTest, createBelowAMissingParentIsFalse) {
-    EXPECT_FALSE(engine.m_CreateDir("/tmp/work/missing/dir"));
+    EXPECT_FALSE(engine.m_CreateDir("/tmp/area/missing/dir"));
     EXPECT_THAT(tv.describedLog(),
                 ElementsAre(AllOf(
                     StartsWith("E/35 m_CreateDir: Filesystem error: boost::filesystem::create_directory"),
-                    HasSubstr("No such file or directory"), HasSubstr("/tmp/work/missing/dir"))));
+                    HasSubstr("No such file or directory"), HasSubstr("/tmp/area/missing/dir"))));
 }
 
 TEST_F(DirectoryTest, createBelowAFileIsFalse) {
     writeFile(work("file"), "");
-    EXPECT_FALSE(engine.m_CreateDir("/tmp/work/file/dir"));
+    EXPECT_FALSE(engine.m_CreateDir("/tmp/area/file/dir"));
     EXPECT_THAT(tv.messages(), ElementsAre(StartsWith("Filesystem error: ")));
 }
 

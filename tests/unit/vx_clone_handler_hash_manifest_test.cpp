@@ -37,10 +37,10 @@ constexpr const char* kEnciphered = "/opt/usr/apps/org.vorta.vxhotel-cloning/dat
 
 class ManifestTest : public IntegrityTest {
  protected:
-    int seal(std::vector<std::string> files, const std::string& drive = "/tmp/work/drive.txt") {
+    int seal(std::vector<std::string> files, const std::string& drive = "/tmp/area/drive.txt") {
         return run(std::move(files), 0, drive);
     }
-    int verify(std::vector<std::string> files, const std::string& drive = "/tmp/work/drive.txt") {
+    int verify(std::vector<std::string> files, const std::string& drive = "/tmp/area/drive.txt") {
         return run(std::move(files), 1, drive);
     }
     int run(std::vector<std::string> files, int mode, std::string drive) {
@@ -94,9 +94,9 @@ TEST_F(ManifestTest, sealLogsEachStep) {
     EXPECT_THAT(
         engineLog(),
         ElementsAre(
-            said("Calculate hash of following files"), said("/tmp/work/a"), said("Length = 1"),
+            said("Calculate hash of following files"), said("/tmp/area/a"), said("Length = 1"),
             said("hash value = 0"), "D/33 m_checkHashValidity: hash value = 65 file hash 65\n",
-            said("/tmp/work/b"), said("Length = 2"), said("hash value = 65"),
+            said("/tmp/area/b"), said("Length = 2"), said("hash value = 65"),
             "D/33 m_checkHashValidity: hash value = 326 file hash 261\n", said("final hash calculated = 326"),
             said("Get key and IV"), said("hash code written successfully"),
             said("Encryption Success , Copying Validate file to USB .... Deleting temp & Encrypted file"),
@@ -147,12 +147,12 @@ TEST_F(ManifestTest, sealPassesOverWhatIsMissingALinkOrNoFile) {
     fs::create_symlink(a, work("link"));
     fs::create_directories(work("directory"));
     ASSERT_EQ(mkfifo(work("fifo").c_str(), 0600), 0);
-    EXPECT_EQ(seal({a, "/tmp/work/missing", "/tmp/work/link", "/tmp/work/directory", "/tmp/work/fifo",
+    EXPECT_EQ(seal({a, "/tmp/area/missing", "/tmp/area/link", "/tmp/area/directory", "/tmp/area/fifo",
                     "/dev/zero"}),
               1);
     EXPECT_EQ(opened(work("drive.txt")), "65");
     const auto log = engineLog();
-    EXPECT_THAT(log, Contains(said("/tmp/work/link is symbolic link")));
+    EXPECT_THAT(log, Contains(said("/tmp/area/link is symbolic link")));
     EXPECT_EQ(std::count(log.begin(), log.end(), said("hash value = 65 file hash 0\n")), 4);
 }
 
@@ -178,7 +178,7 @@ TEST_F(ManifestTest, sealThatCannotBeEncipheredLeavesBothFiles) {
 }
 
 TEST_F(ManifestTest, sealOntoAMissingDriveRaisesTheErrorAndLeavesBothFiles) {
-    EXPECT_THROW(seal({}, "/tmp/work/missing/drive.txt"), boost::filesystem::filesystem_error);
+    EXPECT_THROW(seal({}, "/tmp/area/missing/drive.txt"), boost::filesystem::filesystem_error);
     EXPECT_TRUE(fs::exists(kPlain));
     EXPECT_TRUE(fs::exists(kEnciphered));
 }
@@ -253,21 +253,21 @@ INSTANTIATE_TEST_SUITE_P(Numbers, ManifestNumberTest,
                          [](const auto& test) { return test.param.name; });
 
 TEST_F(ManifestTest, verifyOfAMissingValidationFileIsZero) {
-    EXPECT_EQ(verify({}, "/tmp/work/missing.txt"), 0);
-    EXPECT_EQ(engineLog().back(), said("/tmp/work/missing.txt doesnt exist or, is symbolic link."));
+    EXPECT_EQ(verify({}, "/tmp/area/missing.txt"), 0);
+    EXPECT_EQ(engineLog().back(), said("/tmp/area/missing.txt doesnt exist or, is symbolic link."));
 }
 
 TEST_F(ManifestTest, verifyThroughALinkIsZero) {
     ASSERT_EQ(seal({}), 1);
     fs::create_symlink(work("drive.txt"), work("link.txt"));
-    EXPECT_EQ(verify({}, "/tmp/work/link.txt"), 0);
-    EXPECT_EQ(engineLog().back(), said("/tmp/work/link.txt doesnt exist or, is symbolic link."));
+    EXPECT_EQ(verify({}, "/tmp/area/link.txt"), 0);
+    EXPECT_EQ(engineLog().back(), said("/tmp/area/link.txt doesnt exist or, is symbolic link."));
 }
 
 TEST_F(ManifestTest, verifyThroughADanglingLinkIsZero) {
-    fs::create_symlink("/tmp/work/nowhere", work("link.txt"));
-    EXPECT_EQ(verify({}, "/tmp/work/link.txt"), 0);
-    EXPECT_EQ(engineLog().back(), said("/tmp/work/link.txt doesnt exist or, is symbolic link."));
+    fs::create_symlink("/tmp/area/nowhere", work("link.txt"));
+    EXPECT_EQ(verify({}, "/tmp/area/link.txt"), 0);
+    EXPECT_EQ(engineLog().back(), said("/tmp/area/link.txt doesnt exist or, is symbolic link."));
 }
 
 TEST_F(ManifestTest, verifyOfADamagedValidationFileIsZeroAndLeavesTheTemporaryFile) {
@@ -286,7 +286,7 @@ TEST_F(ManifestTest, verifyWhoseTemporaryFileCannotBeReadIsZero) {
 }
 
 TEST_F(ManifestTest, anotherModeFetchesTheKeyAndTouchesNoManifest) {
-    EXPECT_EQ(run({fileWith("a", "A")}, 2, "/tmp/work/drive.txt"), 1);
+    EXPECT_EQ(run({fileWith("a", "A")}, 2, "/tmp/area/drive.txt"), 1);
     EXPECT_FALSE(fs::exists(work("drive.txt")));
     EXPECT_FALSE(fs::exists(kPlain));
     EXPECT_EQ(engineLog().back(), said("Validation success!!"));
@@ -295,7 +295,7 @@ TEST_F(ManifestTest, anotherModeFetchesTheKeyAndTouchesNoManifest) {
 TEST_F(ManifestTest, everyModeFailsWithoutTheKeyAfterTheHash) {
     fs::remove("/tmp/securestorage-ready");
     for (const int mode : {0, 1, 2}) {
-        EXPECT_EQ(run({}, mode, "/tmp/work/drive.txt"), 0);
+        EXPECT_EQ(run({}, mode, "/tmp/area/drive.txt"), 0);
         const auto log = engineLog();
         EXPECT_EQ(log[log.size() - 3], said("final hash calculated = 0"));
         EXPECT_EQ(log.back(), said("Unable to Get AES Key-IV Pair, Encryption Failed"));
@@ -311,7 +311,7 @@ TEST_F(ManifestTest, missingKeyIsInstalledFromTheShippedFile) {
 }
 
 TEST_F(ManifestTest, publicOperationConnectsToTheTimersFirstAndGoesOnWithout) {
-    char drive[] = "/tmp/work/drive.txt";
+    char drive[] = "/tmp/area/drive.txt";
     EXPECT_EQ(engine.CheckHashValidity({}, 0, drive), 1);
     EXPECT_EQ(tv.transcript()[0], "E/35 CheckHashValidity: ");
     EXPECT_EQ(tv.transcript()[1], "tvtimer_init()");

@@ -54,9 +54,9 @@ class ProductInfoTest : public EngineTest {
 
     int check(const std::string& content) {
         writeFile(work("package/ProductCloneInfo.txt"), content);
-        return engine.m_ReadCloneData("/tmp/work/package");
+        return engine.m_ReadCloneData("/tmp/area/package");
     }
-    int write() { return engine.m_WriteCloneData("/tmp/work/info.txt"); }
+    int write() { return engine.m_WriteCloneData("/tmp/area/info.txt"); }
     static std::string written() { return readFile(work("info.txt")); }
 
     std::vector<std::string> lastMessages(std::size_t count) const {
@@ -72,7 +72,7 @@ TEST_F(ProductInfoTest, writeMakesThreeTaggedLinesWithMode0664) {
     EXPECT_EQ(written(), "<swModel>HX-55</swModel>\n<swTag>TAG9</swTag>\n<tuner>1</tuner>\n");
     EXPECT_EQ(fs::status(work("info.txt")).permissions(), fs::perms(0664));
     EXPECT_THAT(tv.transcript(),
-                ElementsAre("E/35 m_WriteCloneData: File path to write data to /tmp/work/info.txt",
+                ElementsAre("E/35 m_WriteCloneData: File path to write data to /tmp/area/info.txt",
                             "system_info_get_value_string(0)", "system_info_get_value_string(199)",
                             "system_info_get_value_int(131)"));
 }
@@ -99,12 +99,12 @@ TEST_F(ProductInfoTest, writeOntoALinkIsRefused) {
     fs::create_symlink(work("target"), work("info.txt"));
     EXPECT_EQ(write(), 0);
     EXPECT_FALSE(fs::exists(work("target")));
-    EXPECT_EQ(tv.describedLog().back(), "E/35 m_WriteCloneData: /tmp/work/info.txt is symbolic link");
+    EXPECT_EQ(tv.describedLog().back(), "E/35 m_WriteCloneData: /tmp/area/info.txt is symbolic link");
     EXPECT_THAT(tv.calls(), IsEmpty());
 }
 
 TEST_F(ProductInfoTest, writeBelowAMissingDirectoryFails) {
-    EXPECT_EQ(engine.m_WriteCloneData("/tmp/work/missing/info.txt"), 0);
+    EXPECT_EQ(engine.m_WriteCloneData("/tmp/area/missing/info.txt"), 0);
     EXPECT_EQ(tv.describedLog().back(), "E/35 m_WriteCloneData: Could not open file");
     EXPECT_THAT(tv.calls(), IsEmpty());
 }
@@ -146,7 +146,7 @@ TEST_F(ProductInfoTest, writeWhosePermissionsAreRefusedLeavesTheContent) {
     EXPECT_EQ(write(), 0);
     EXPECT_EQ(written().size(), 62U);
     EXPECT_EQ(tv.describedLog().back(),
-              "E/35 m_WriteCloneData: Unable to set permission for /tmp/work/info.txt file");
+              "E/35 m_WriteCloneData: Unable to set permission for /tmp/area/info.txt file");
 }
 
 TEST_F(ProductInfoTest, writeWhoseCloseFailsIsStillASuccess) {
@@ -161,8 +161,8 @@ TEST_F(ProductInfoTest, writeWhoseCloseFailsIsStillASuccess) {
 }
 
 TEST_F(ProductInfoTest, writtenFileIsNeverAccepted) {
-    EXPECT_EQ(engine.m_WriteCloneData("/tmp/work/package/ProductCloneInfo.txt"), 1);
-    EXPECT_EQ(engine.m_ReadCloneData("/tmp/work/package"), 3);
+    EXPECT_EQ(engine.m_WriteCloneData("/tmp/area/package/ProductCloneInfo.txt"), 1);
+    EXPECT_EQ(engine.m_ReadCloneData("/tmp/area/package"), 3);
 }
 
 TEST_F(ProductInfoTest, checkOfAPackageThatFitsIsZeroAndLogsEachStep) {
@@ -170,8 +170,8 @@ TEST_F(ProductInfoTest, checkOfAPackageThatFitsIsZeroAndLogsEachStep) {
     EXPECT_THAT(
         tv.transcript(),
         ElementsAre(
-            "E/35 m_ReadCloneData: File path to read data from /tmp/work/package/ProductCloneInfo.txt",
-            "E/35 SafeFileOpen: strPath: /tmp/work/package/ProductCloneInfo.txt strMode: r",
+            "E/35 m_ReadCloneData: File path to read data from /tmp/area/package/ProductCloneInfo.txt",
+            "E/35 SafeFileOpen: strPath: /tmp/area/package/ProductCloneInfo.txt strMode: r",
             "system_info_get_value_string(199)", "E/35 m_ReadCloneData: Product Tag are same: TAG9",
             "system_info_get_value_string(0)", "E/35 m_ReadCloneData: SYSTEM_INFO_KEY_MODEL [0]",
             "E/35 m_ReadCloneData: Model are same", "system_info_get_value_int(131)",
@@ -185,11 +185,11 @@ TEST_F(ProductInfoTest, checkOfAPackageThatFitsIsZeroAndLogsEachStep) {
 
 TEST_F(ProductInfoTest, checkOfAPathWithTrailingSlashWorks) {
     writeFile(work("package/ProductCloneInfo.txt"), "TAG9\nHX-55\n1");
-    EXPECT_EQ(engine.m_ReadCloneData("/tmp/work/package/"), 0);
+    EXPECT_EQ(engine.m_ReadCloneData("/tmp/area/package/"), 0);
 }
 
 TEST_F(ProductInfoTest, checkOfAMissingFileIsFive) {
-    EXPECT_EQ(engine.m_ReadCloneData("/tmp/work/package"), 5);
+    EXPECT_EQ(engine.m_ReadCloneData("/tmp/area/package"), 5);
     EXPECT_EQ(tv.describedLog().back(), "E/35 m_ReadCloneData: Failed to Open File");
     EXPECT_THAT(tv.calls(), IsEmpty());
 }
@@ -197,7 +197,7 @@ TEST_F(ProductInfoTest, checkOfAMissingFileIsFive) {
 TEST_F(ProductInfoTest, checkOfALinkToAValidFileIsFive) {
     writeFile(work("valid"), "TAG9\nHX-55\n1\n");
     fs::create_symlink(work("valid"), work("package/ProductCloneInfo.txt"));
-    EXPECT_EQ(engine.m_ReadCloneData("/tmp/work/package"), 5);
+    EXPECT_EQ(engine.m_ReadCloneData("/tmp/area/package"), 5);
 }
 
 TEST_F(ProductInfoTest, checkOfAnotherProductTagIsThree) {
@@ -322,20 +322,20 @@ TEST_F(ProductInfoTest, checkSplitsALongModelLineIntoModelAndTuner) {
 }
 
 TEST_F(ProductInfoTest, publicOperationsConnectToTheTimersFirst) {
-    EXPECT_EQ(engine.WriteDataToFile("/tmp/work/info.txt"), 1);
+    EXPECT_EQ(engine.WriteDataToFile("/tmp/area/info.txt"), 1);
     EXPECT_EQ(tv.transcript()[0], "E/35 WriteDataToFile: ");
     EXPECT_EQ(tv.transcript()[1], "tvtimer_init()");
     tv.reset();
-    EXPECT_EQ(engine.CheckDataValidity("/tmp/work/package"), 5);
+    EXPECT_EQ(engine.CheckDataValidity("/tmp/area/package"), 5);
     EXPECT_EQ(tv.transcript()[0], "E/35 CheckDataValidity: ");
     EXPECT_EQ(tv.transcript()[1], "tvtimer_init()");
 }
 
 TEST_F(ProductInfoTest, publicOperationsGoOnWithoutTimers) {
     tv.answer("tvtimer_init", -1);
-    EXPECT_EQ(engine.WriteDataToFile("/tmp/work/info.txt"), 1);
+    EXPECT_EQ(engine.WriteDataToFile("/tmp/area/info.txt"), 1);
     EXPECT_EQ(tv.transcript()[2], "E/35 WriteDataToFile: failed to init tvtimer api");
-    EXPECT_EQ(engine.CheckDataValidity("/tmp/work/package"), 5);
+    EXPECT_EQ(engine.CheckDataValidity("/tmp/area/package"), 5);
     EXPECT_THAT(tv.describedLog(), testing::Contains("E/35 CheckDataValidity: failed to init tvtimer api"));
 }
 
@@ -343,7 +343,7 @@ class FileContentTest : public ProductInfoTest {
  protected:
     std::string contentOf(const std::string& text) {
         writeFile(work("content"), text);
-        std::ifstream stream("/tmp/work/content");
+        std::ifstream stream("/tmp/area/content");
         return engine.GetFileContent(stream);
     }
 };
@@ -367,7 +367,7 @@ TEST_F(FileContentTest, contentEndsAtTheFirstNul) {
 
 TEST_F(FileContentTest, contentFromTheMiddleHasTheRestsSizeButStartsAtTheBeginning) {
     writeFile(work("content"), "0123456789");
-    std::ifstream stream("/tmp/work/content");
+    std::ifstream stream("/tmp/area/content");
     stream.seekg(6);
     EXPECT_EQ(engine.GetFileContent(stream), "012");
     EXPECT_EQ(tv.messages().back(), " ProductCloneInfo file size is 4");
@@ -382,7 +382,7 @@ TEST_F(FileContentTest, contentOfAClosedStreamIsEmpty) {
 TEST_F(FileContentTest, contentThatFitsNoMemoryIsEmpty) {
     writeFile(work("content"), "");
     fs::resize_file(work("content"), std::uintmax_t{1} << 50U);
-    std::ifstream stream("/tmp/work/content");
+    std::ifstream stream("/tmp/area/content");
     EXPECT_EQ(engine.GetFileContent(stream), "");
     EXPECT_EQ(tv.describedLog().back(), "E/35 GetFileContent: Failed to create buffer array");
 }

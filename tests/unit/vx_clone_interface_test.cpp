@@ -116,15 +116,15 @@ TEST_F(FacadeTest, backupReturnsTheEnginesOneWithoutAFailureLine) {
 }
 
 TEST_F(FacadeTest, integrityOperationThatFailsIsLoggedAsFailed) {
-    char path[] = "/tmp/work/missing/validate";
-    EXPECT_EQ(VXCloneAPI::WriteDataToFile("/tmp/work/missing/info.txt"), 0);
+    char path[] = "/tmp/area/missing/validate";
+    EXPECT_EQ(VXCloneAPI::WriteDataToFile("/tmp/area/missing/info.txt"), 0);
     EXPECT_EQ(tv.describedLog().back(), "E/35 WriteDataToFile: API Failed!!!!");
     EXPECT_EQ(VXCloneAPI::CheckHashValidity({}, 1, path), 0);
     EXPECT_EQ(tv.describedLog().back(), "E/35 CheckHashValidity: API Failed!!!!");
 }
 
 TEST_F(FacadeTest, packageThatCannotBeJudgedIsNotReportedAsFitting) {
-    EXPECT_NE(VXCloneAPI::CheckDataValidity("/tmp/work/missing"), 0);
+    EXPECT_NE(VXCloneAPI::CheckDataValidity("/tmp/area/missing"), 0);
     EXPECT_THAT(tv.messages(), Not(Contains("API Failed!!!!")));
 }
 

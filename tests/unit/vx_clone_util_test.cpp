@@ -26,21 +26,21 @@ std::string readLine(int status) {
 
 TEST_F(UtilTest, safeFileOpenOfAFileGivesItsStream) {
     writeFile(work("file"), "content");
-    std::FILE* const file = CVXCloneUtil::SafeFileOpen("/tmp/work/file", "r");
+    std::FILE* const file = CVXCloneUtil::SafeFileOpen("/tmp/area/file", "r");
     ASSERT_NE(file, nullptr);
     EXPECT_EQ(std::fgetc(file), 'c');
     std::fclose(file);
-    EXPECT_THAT(tv.transcript(), ElementsAre("E/35 SafeFileOpen: strPath: /tmp/work/file strMode: r"));
+    EXPECT_THAT(tv.transcript(), ElementsAre("E/35 SafeFileOpen: strPath: /tmp/area/file strMode: r"));
     EXPECT_EQ(tv.log().at(0).source, "VXCloneUtil.cpp");
 }
 
 TEST_F(UtilTest, safeFileOpenOfAMissingFileToReadIsNull) {
-    EXPECT_EQ(CVXCloneUtil::SafeFileOpen("/tmp/work/missing", "r"), nullptr);
+    EXPECT_EQ(CVXCloneUtil::SafeFileOpen("/tmp/area/missing", "r"), nullptr);
     EXPECT_EQ(tv.messages().size(), 1U);
 }
 
 TEST_F(UtilTest, safeFileOpenOfAMissingFileToWriteMakesIt) {
-    std::FILE* const file = CVXCloneUtil::SafeFileOpen("/tmp/work/new", "w");
+    std::FILE* const file = CVXCloneUtil::SafeFileOpen("/tmp/area/new", "w");
     ASSERT_NE(file, nullptr);
     std::fclose(file);
     EXPECT_TRUE(fs::exists(work("new")));
@@ -48,10 +48,10 @@ TEST_F(UtilTest, safeFileOpenOfAMissingFileToWriteMakesIt) {
 
 TEST_F(UtilTest, safeFileOpenOfALinkIsRefusedBeforeItIsOpened) {
     fs::create_symlink(work("target"), work("link"));
-    EXPECT_EQ(CVXCloneUtil::SafeFileOpen("/tmp/work/link", "w"), nullptr);
+    EXPECT_EQ(CVXCloneUtil::SafeFileOpen("/tmp/area/link", "w"), nullptr);
     EXPECT_FALSE(fs::exists(work("target")));
-    EXPECT_THAT(tv.transcript(), ElementsAre("E/35 SafeFileOpen: strPath: /tmp/work/link strMode: w",
-                                             "E/35 SafeFileOpen: /tmp/work/link is symbolic link"));
+    EXPECT_THAT(tv.transcript(), ElementsAre("E/35 SafeFileOpen: strPath: /tmp/area/link strMode: w",
+                                             "E/35 SafeFileOpen: /tmp/area/link is symbolic link"));
 }
 
 TEST_F(UtilTest, readStringPresentsTheCredentialAndReleasesTheBuffer) {
@@ -237,7 +237,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, CipherSizeTest,
 
 TEST_F(UtilTest, cipherUsesTheFirstBytesOfALongerPair) {
     writeFile(work("plain"), "text");
-    EXPECT_TRUE(CVXCloneUtil::EncryptDecryptFile("/tmp/work/plain", "/tmp/work/out", key + "more",
+    EXPECT_TRUE(CVXCloneUtil::EncryptDecryptFile("/tmp/area/plain", "/tmp/area/out", key + "more",
                                                  iv + "more", CRYPT_OP_ENCRYPT));
     EXPECT_EQ(readFile(work("out")), cipherText("text", key, iv));
 }
@@ -253,8 +253,8 @@ TEST_F(UtilTest, cipherOfAMissingInputFailsAndMakesNoOutput) {
     EXPECT_FALSE(encipher(work("missing"), work("out")));
     EXPECT_FALSE(fs::exists(work("out")));
     EXPECT_THAT(tv.transcript(),
-                ElementsAre("E/35 SafeFileOpen: strPath: /tmp/work/missing strMode: rb",
-                            "E/35 EncryptDecryptFile: unable to open read file = [/tmp/work/missing]"));
+                ElementsAre("E/35 SafeFileOpen: strPath: /tmp/area/missing strMode: rb",
+                            "E/35 EncryptDecryptFile: unable to open read file = [/tmp/area/missing]"));
 }
 
 TEST_F(UtilTest, cipherOfALinkAsInputIsRefused) {
@@ -270,17 +270,17 @@ TEST_F(UtilTest, cipherOntoALinkIsRefusedAndMakesNoFile) {
     EXPECT_FALSE(encipher(work("plain"), work("link")));
     EXPECT_FALSE(fs::exists(work("target")));
     EXPECT_THAT(tv.transcript(),
-                ElementsAre("E/35 SafeFileOpen: strPath: /tmp/work/plain strMode: rb",
-                            "E/35 SafeFileOpen: strPath: /tmp/work/link strMode: wb",
-                            "E/35 SafeFileOpen: /tmp/work/link is symbolic link",
-                            "E/35 EncryptDecryptFile: unable to open write file = [/tmp/work/link]"));
+                ElementsAre("E/35 SafeFileOpen: strPath: /tmp/area/plain strMode: rb",
+                            "E/35 SafeFileOpen: strPath: /tmp/area/link strMode: wb",
+                            "E/35 SafeFileOpen: /tmp/area/link is symbolic link",
+                            "E/35 EncryptDecryptFile: unable to open write file = [/tmp/area/link]"));
 }
 
 TEST_F(UtilTest, decipherWithAWrongKeyFailsInTheFinalStepAndLeavesWhatWasWritten) {
     writeFile(work("plain"), someBytes(5000));
     ASSERT_TRUE(encipher(work("plain"), work("ciphered")));
     const std::string wrongKey(32, 'w');
-    EXPECT_FALSE(CVXCloneUtil::EncryptDecryptFile("/tmp/work/ciphered", "/tmp/work/out", wrongKey, iv,
+    EXPECT_FALSE(CVXCloneUtil::EncryptDecryptFile("/tmp/area/ciphered", "/tmp/area/out", wrongKey, iv,
                                                   CRYPT_OP_DECRYPT));
     EXPECT_EQ(readFile(work("out")).size(), 4992U);
     EXPECT_THAT(
