@@ -1,0 +1,130 @@
+// The verbs of vxtv as a person types them: their answers, their JSON, and what they refuse.
+
+#include <sstream>
+
+#include "tests/integration/clone_fixture.h"
+
+namespace vxtest {
+namespace {
+
+using nlohmann::json;
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+class CommandsTest : public CloneTest {
+ protected:
+    json jsonOf(std::vector<std::string> arguments, int expected = 0) const {
+        arguments.emplace_back("--json");
+        return json::parse(vxtv(std::move(arguments), expected).output);
+    }
+
+    /// A command that is refused: status 2, nothing on standard output, and a sentence that holds the text.
+    void refused(std::vector<std::string> arguments, const std::string& text) const {
+        const Finished finished = vxtv(std::move(arguments), 2);
+        EXPECT_THAT(finished.output, IsEmpty());
+        EXPECT_THAT(finished.errors, AllOf(testing::StartsWith("vxtv: "), HasSubstr(text)));
+    }
+};
+
+TEST_F(CommandsTest, infoNamesIdentityAndFeatures) {
+    EXPECT_THAT(vxtv({"info", first}).output, AllOf(HasSubstr("VX55H7"), HasSubstr("VX-H7-EU")));
+    const json info = jsonOf({"info", first});
+    EXPECT_EQ(info.at("model"), "VX55H7");
+    EXPECT_EQ(info.at("tunerType"), 3);
+    EXPECT_EQ(info.at("features").at("com.kestrel/featureconf/network.network_support"), 1);
+}
+
+TEST_F(CommandsTest, settingsListsAllKeysWithTypeAndValue) {
+    const json settings = jsonOf({"settings", first});
+    EXPECT_GE(settings.size(), 56U);
+    EXPECT_THAT(vxtv({"settings", first}).output, HasSubstr(kWelcome));
+}
+
+TEST_F(CommandsTest, getAfterSetIsTheValueAlsoInJson) {
+    vxtv({"set", first, kWelcome, "hello"});
+    EXPECT_EQ(get(first, kWelcome), "hello");
+    EXPECT_EQ(jsonOf({"get", first, kWelcome}).at("value"), "hello");
+}
+
+TEST_F(CommandsTest, setThatDoesNotFitIsRefusedAndChangesNothing) {
+    const std::string before = vxtv({"settings", first}).output;
+    refused({"set", first, "db/no/such/key", "1"}, "db/no/such/key");
+    refused({"set", first, "db/sdk/develop/mode", "99999999999"}, "db/sdk/develop/mode");
+    refused({"set", first, "db/sdk/develop/mode", "5x"}, "db/sdk/develop/mode");
+    refused({"set", first, "db/hotel/dooreye", "7"}, "db/hotel/dooreye");
+    EXPECT_EQ(vxtv({"settings", first}).output, before);
+}
+
+TEST_F(CommandsTest, folderThatIsNoTelevisionIsRefusedByEveryVerb) {
+    for (const std::vector<std::string>& verb : {std::vector<std::string>{"settings", stick},
+                                                 {"info", stick},
+                                                 {"get", stick, kWelcome},
+                                                 {"calls", stick},
+                                                 {"log", stick},
+                                                 {"fault", stick, "list"},
+                                                 {"compare", stick, first},
+                                                 {"destroy", stick}}) {
+        refused(verb, stick);
+    }
+}
+
+TEST_F(CommandsTest, compareInJsonNamesEachDifference) {
+    vxtv({"set", first, kWelcome, "one"});
+    vxtv({"set", second, kWelcome, "two"});
+    const json comparison = jsonOf({"compare", first, second}, 1);
+    EXPECT_THAT(comparison.dump(), AllOf(HasSubstr(kWelcome), HasSubstr("one"), HasSubstr("two")));
+    EXPECT_THAT(vxtv({"compare", first, first}).output, HasSubstr("settings-keys: same"));
+}
+
+TEST_F(CommandsTest, faultIsAddedListedAndCleared) {
+    vxtv({"fault", first, "add", "vconf_set_int", "--nth", "2", "--from-then-on", "--status", "-4"});
+    vxtv({"fault", first, "add", "tvtimer_init", "--delay", "5"});
+    EXPECT_THAT(vxtv({"fault", first, "list"}).output,
+                AllOf(HasSubstr("vconf_set_int"), HasSubstr("tvtimer_init")));
+    const json faults = jsonOf({"fault", first, "list"});
+    ASSERT_EQ(faults.size(), 2U);
+    EXPECT_EQ(faults[0].at("nth"), 2);
+    EXPECT_EQ(faults[0].at("fromThenOn"), true);
+    EXPECT_EQ(faults[0].at("status"), -4);
+    EXPECT_EQ(faults[1].at("delayMs"), 5);
+    vxtv({"fault", first, "clear"});
+    EXPECT_EQ(jsonOf({"fault", first, "list"}).size(), 0U);
+}
+
+TEST_F(CommandsTest, faultThatMakesNoSenseIsRefused) {
+    refused({"fault", first, "add", "no_such_call", "--status", "1"}, "no_such_call");
+    refused({"fault", first, "add", "tvtimer_init", "--nth", "0", "--status", "1"}, "0");
+    refused({"fault", first, "add", "tvtimer_init"}, "status or a delay");
+}
+
+TEST_F(CommandsTest, callsAreListedInJsonAndCleared) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    std::istringstream lines(vxtv({"calls", first, "--json"}).output);
+    std::string line;
+    ASSERT_TRUE(std::getline(lines, line));
+    EXPECT_TRUE(json::parse(line).contains("call"));
+    vxtv({"calls", first, "--clear"});
+    EXPECT_THAT(vxtv({"calls", first, "--json"}).output, IsEmpty());
+}
+
+TEST_F(CommandsTest, destroyedTelevisionIsGone) {
+    vxtv({"destroy", second});
+    EXPECT_FALSE(std::filesystem::exists(second));
+    refused({"info", second}, second);
+}
+
+TEST_F(CommandsTest, createThatCannotBeIsRefused) {
+    refused({"create", first, "--profile", "room-101"}, "already exists");
+    refused({"create", (place / "new").string(), "--profile", "nosuch"}, "nosuch");
+    refused({"create", (place / "missing/new").string(), "--profile", "room-101"}, "missing");
+    EXPECT_FALSE(std::filesystem::exists(place / "new"));
+}
+
+TEST_F(CommandsTest, helpAndVersionAreNoFailure) {
+    EXPECT_THAT(vxtv({"--help"}).output, HasSubstr("create"));
+    EXPECT_THAT(vxtv({"--version"}).output, HasSubstr("1.0.0"));
+}
+
+}  // namespace
+}  // namespace vxtest
