@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <array>
 #include <fstream>
-#include <map>
 #include <optional>
 #include <set>
 #include <system_error>
 
+#include "virtual_tv/services/data_services.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/setting_text.h"
 
@@ -20,7 +20,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kAbsent = "(not there)";
-using Texts = std::map<std::string, std::string>;
 
 /// Differences of two sets of named texts.
 std::vector<Difference> differencesOf(const Texts& first, const Texts& second) {
@@ -64,6 +63,32 @@ Result<AreaComparison> compareSettings(const Television& first, const Television
         return tl::make_unexpected(secondTexts.error());
     }
     return AreaComparison{kSettingsArea, differencesOf(*firstTexts, *secondTexts)};
+}
+
+/// What a television has of a service; nothing when it does not have the service.
+Result<std::optional<Texts>> serviceTexts(const DataService& service, const Television& television) {
+    return television.database().read(
+        [&service](SQLite::Database& connection) -> Result<std::optional<Texts>> {
+            return hasDataService(connection, service.name) ? std::optional<Texts>(service.texts(connection))
+                                                            : std::nullopt;
+        });
+}
+
+/// Each service that one of the two has.
+Result<void> compareServices(const Television& first, const Television& second,
+                             std::vector<AreaComparison>& comparisons) {
+    for (const DataService& service : dataServices()) {
+        const auto mine = serviceTexts(service, first);
+        const auto theirs = mine ? serviceTexts(service, second) : mine;
+        if (!theirs) {
+            return tl::make_unexpected(theirs.error());
+        }
+        if (*mine || *theirs) {
+            comparisons.push_back({std::string(service.name),
+                                   differencesOf(mine->value_or(Texts()), theirs->value_or(Texts()))});
+        }
+    }
+    return {};
 }
 
 std::string kindOf(const fs::path& path) {
@@ -137,6 +162,9 @@ Result<std::vector<AreaComparison>> compareTelevisions(const Television& first, 
         return tl::make_unexpected(settings.error());
     }
     std::vector<AreaComparison> comparisons = {std::move(*settings)};
+    if (const auto compared = compareServices(first, second, comparisons); !compared) {
+        return tl::make_unexpected(compared.error());
+    }
     try {
         for (const PictureArea& area : kPictureAreas) {
             comparisons.push_back(comparePictures(area, first, second));

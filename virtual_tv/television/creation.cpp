@@ -10,6 +10,7 @@
 #include <string>
 #include <system_error>
 
+#include "virtual_tv/services/data_services.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/private_file.h"
 #include "virtual_tv/television/secure_storage.h"
@@ -120,6 +121,11 @@ Result<void> fillDatabase(const Folder& folder, const Profile& profile) {
         SettingsStore::create(connection, profile.settings);
         SystemInformation::create(connection, profile.identity, profile.features);
         FaultPlan::create(connection);
+        try {
+            createDataServices(connection, profile.services, profile.file.parent_path());
+        } catch (const WrongMember& wrong) {
+            return badProfile(profile.file, wrong);
+        }
         return {};
     });
 }

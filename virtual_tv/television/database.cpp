@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::uint32_t kApplicationId = 0x76785456;  // "vxTV"
-constexpr std::uint32_t kVersion = 2;                 // 2: televisions with a device key
+constexpr std::uint32_t kVersion = 3;                 // 3: televisions whose services own data
 constexpr int kBusyTimeoutMs = 5000;
 constexpr const char* kStartAnew = "remove its folder and create the television again";
 

@@ -19,6 +19,7 @@ enum class ErrorCode {
     WrongType,        ///< the setting has another type
     OutOfRange,       ///< the value does not fit the type
     UnknownCall,      ///< no such platform call
+    UnknownService,   ///< the television does not have that service
     UnknownEntry,     ///< the secure storage holds no entry of that name
     WrongCredential,  ///< the entry of the secure storage belongs to somebody else
     BrokenSeal,       ///< sealed with another key, or damaged since

@@ -7,15 +7,15 @@
 #include <cstring>
 #include <fstream>
 #include <functional>
-#include <initializer_list>
-#include <limits>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string_view>
 #include <utility>
 
+#include "virtual_tv/services/data_services.h"
 #include "virtual_tv/television/key_file.h"
 #include "virtual_tv/television/picture_areas.h"
+#include "virtual_tv/television/profile_reading.h"
 
 namespace vxtv {
 
@@ -27,81 +27,10 @@ namespace {
 constexpr std::uintmax_t kLargestProfile = 1 << 20;
 constexpr std::uintmax_t kLargestPicture = 16 << 20;
 
-/// Leaves the reading at the first thing that is wrong; caught where the reading began.
-struct Wrong {
-    std::string member;
-    std::string reason;
-};
-
-std::string within(const std::string& member, const std::string& name) {
-    return member.empty() ? name : fmt::format("{} > {}", member, name);
-}
-
-const Json& memberOf(const Json& object, const std::string& where, const std::string& name) {
-    const auto found = object.find(name);
-    if (found == object.end()) {
-        throw Wrong{within(where, name), "is missing"};
-    }
-    return *found;
-}
-
-void expectObject(const Json& value, const std::string& where) {
-    if (!value.is_object()) {
-        throw Wrong{where.empty() ? "the whole" : where,
-                    fmt::format("is a {}, not an object", value.type_name())};
-    }
-}
-
-void expectOnly(const Json& object, const std::string& where, std::initializer_list<std::string_view> known) {
-    expectObject(object, where);
-    for (const auto& [name, value] : object.items()) {
-        if (std::find(known.begin(), known.end(), name) == known.end()) {
-            throw Wrong{within(where, name), "is not a member that a profile has"};
-        }
-    }
-}
-
-void expectName(const std::string& name, const std::string& where) {
-    if (name.empty() || name.find('\0') != std::string::npos) {
-        throw Wrong{where, "has a name that is empty or holds a NUL"};
-    }
-}
-
-int intIn(const Json& value, const std::string& where) {
-    if (!value.is_number_integer()) {
-        throw Wrong{where, fmt::format("is {}, not a whole number",
-                                       value.is_number() ? "a fraction" : value.type_name())};
-    }
-    const bool tooLarge = value.is_number_unsigned() &&
-                          value.get<std::uint64_t>() > std::uint64_t{std::numeric_limits<int>::max()};
-    if (tooLarge || value.get<std::int64_t>() < std::numeric_limits<int>::min()) {
-        throw Wrong{where, fmt::format("is {}, which does not fit an int", value.dump())};
-    }
-    return value.get<int>();
-}
-
-bool boolIn(const Json& value, const std::string& where) {
-    if (!value.is_boolean()) {
-        throw Wrong{where, fmt::format("is a {}, not true or false", value.type_name())};
-    }
-    return value.get<bool>();
-}
-
-std::string stringIn(const Json& value, const std::string& where) {
-    if (!value.is_string()) {
-        throw Wrong{where, fmt::format("is a {}, not a string", value.type_name())};
-    }
-    const auto& text = value.get_ref<const std::string&>();
-    if (text.find('\0') != std::string::npos) {
-        throw Wrong{where, "holds a NUL"};
-    }
-    return text;
-}
-
 SettingValue settingValueIn(const Json& value, const std::string& where) {
     expectOnly(value, where, {"int", "bool", "string"});
     if (value.size() != 1) {
-        throw Wrong{where, "needs exactly one of int, bool and string"};
+        throw WrongMember{where, "needs exactly one of int, bool and string"};
     }
     const std::string& type = value.begin().key();
     const std::string member = within(where, type);
@@ -124,7 +53,7 @@ void readSettings(const Json& document, const std::string& where, bool isStatus,
         const bool twice = std::any_of(settings.begin(), settings.end(),
                                        [&key = key](const Setting& setting) { return setting.key == key; });
         if (twice) {
-            throw Wrong{member, "is a setting already"};
+            throw WrongMember{member, "is a setting already"};
         }
         settings.push_back({key, settingValueIn(value, member), isStatus});
     }
@@ -162,12 +91,12 @@ fs::path fileIn(const Json& value, const std::string& where, const fs::path& pro
     std::error_code error;
     const fs::path source = fs::canonical(profileFolder / relative, error);
     if (error) {
-        throw Wrong{where, fmt::format("names the file {}, which cannot be found", relative.string())};
+        throw WrongMember{where, fmt::format("names the file {}, which cannot be found", relative.string())};
     }
     const fs::path folder = fs::canonical(profileFolder, error);
     if (error || relative.is_absolute() || !liesBelow(source, folder)) {
-        throw Wrong{where, fmt::format("names the file {}, which lies outside the profile's folder",
-                                       relative.string())};
+        throw WrongMember{where, fmt::format("names the file {}, which lies outside the profile's folder",
+                                             relative.string())};
     }
     return source;
 }
@@ -176,15 +105,15 @@ fs::path pictureFileIn(const Json& value, const std::string& where, const fs::pa
     const fs::path source = fileIn(value, where, profileFolder);
     std::error_code error;
     if (!fs::is_regular_file(source, error) || fs::file_size(source, error) > kLargestPicture) {
-        throw Wrong{where, fmt::format("names {}, which is no file of at most {} MiB",
-                                       value.get<std::string>(), kLargestPicture >> 20U)};
+        throw WrongMember{where, fmt::format("names {}, which is no file of at most {} MiB",
+                                             value.get<std::string>(), kLargestPicture >> 20U)};
     }
     return source;
 }
 
 std::string valueOrWrong(const Result<std::string>& value, const std::string& where) {
     if (!value) {
-        throw Wrong{where, fmt::format("is of no use: {}", value.error().sentence)};
+        throw WrongMember{where, fmt::format("is of no use: {}", value.error().sentence)};
     }
     return *value;
 }
@@ -198,7 +127,7 @@ void readKeys(const Json& document, const fs::path& profileFolder, Profile& prof
     profile.installationSecret = valueOrWrong(readFleetSecret(secret), "installationSecret");
     profile.keyFile = valueOrWrong(readKeyFile(keyFile), "keyFile");
     if (const auto key = unsealKeyFile(profile.keyFile, profile.installationSecret, keyFile); !key) {
-        throw Wrong{"keyFile", fmt::format("is of no use: {}", key.error().sentence)};
+        throw WrongMember{"keyFile", fmt::format("is of no use: {}", key.error().sentence)};
     }
 }
 
@@ -214,7 +143,7 @@ std::vector<Picture> readPictures(const Json& document, const fs::path& profileF
         for (const auto& [name, source] : files.items()) {
             const std::string member = within(within(where, areaName), name);
             if (!isPlainFileName(name)) {
-                throw Wrong{member, "is not a plain file name"};
+                throw WrongMember{member, "is not a plain file name"};
             }
             pictures.push_back({areaName, name, pictureFileIn(source, member, profileFolder)});
         }
@@ -222,10 +151,23 @@ std::vector<Picture> readPictures(const Json& document, const fs::path& profileF
     return pictures;
 }
 
+/// Each service reads its own member when it is made.
+void readServices(const Json& document, Profile& profile) {
+    const std::string where = "services";
+    const Json& services = memberOf(document, "", where);
+    expectObject(services, where);
+    for (const auto& [name, section] : services.items()) {
+        if (findDataService(name) == nullptr) {
+            throw WrongMember{within(where, name), "is not a service that a television has"};
+        }
+        profile.services[name] = section;
+    }
+}
+
 Profile profileIn(const Json& document, const fs::path& profileFolder) {
     expectOnly(document, "",
                {"model", "productTag", "tunerType", "features", "settings", "status", "pictures",
-                "installationSecret", "keyFile"});
+                "installationSecret", "keyFile", "services"});
     Profile profile;
     profile.identity.model = stringIn(memberOf(document, "", "model"), "model");
     profile.identity.productTag = stringIn(memberOf(document, "", "productTag"), "productTag");
@@ -235,6 +177,7 @@ Profile profileIn(const Json& document, const fs::path& profileFolder) {
     readSettings(document, "status", true, profile.settings);
     profile.pictures = readPictures(document, profileFolder);
     readKeys(document, profileFolder, profile);
+    readServices(document, profile);
     return profile;
 }
 
@@ -248,7 +191,7 @@ Json parse(const std::string& text) {
             seen.pop_back();
         } else if (event == Json::parse_event_t::key &&
                    !seen.back().insert(parsed.get<std::string>()).second) {
-            throw Wrong{parsed.get<std::string>(), "is given twice"};
+            throw WrongMember{parsed.get<std::string>(), "is given twice"};
         }
         return true;
     };
@@ -275,13 +218,17 @@ Result<std::string> textOf(const fs::path& file) {
     return text;
 }
 
+}  // namespace
+
 tl::unexpected<Error> badProfile(const fs::path& file, std::string_view why) {
     return failure(
         ErrorCode::BadProfile,
         fmt::format("the profile {} cannot be used: {}; correct it and try again", file.string(), why));
 }
 
-}  // namespace
+tl::unexpected<Error> badProfile(const fs::path& file, const WrongMember& wrong) {
+    return badProfile(file, fmt::format("\"{}\" {}", wrong.member, wrong.reason));
+}
 
 Result<Profile> readProfile(const fs::path& file) {
     const Result<std::string> text = textOf(file);
@@ -289,9 +236,11 @@ Result<Profile> readProfile(const fs::path& file) {
         return tl::make_unexpected(text.error());
     }
     try {
-        return profileIn(parse(*text), fs::absolute(file).parent_path());
-    } catch (const Wrong& wrong) {
-        return badProfile(file, fmt::format("\"{}\" {}", wrong.member, wrong.reason));
+        Profile profile = profileIn(parse(*text), fs::absolute(file).parent_path());
+        profile.file = fs::absolute(file);
+        return profile;
+    } catch (const WrongMember& wrong) {
+        return badProfile(file, wrong);
     } catch (const Json::parse_error& error) {
         return badProfile(file, fmt::format("it is not JSON at byte {}", error.byte));
     } catch (const std::exception& error) {

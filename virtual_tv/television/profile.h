@@ -1,10 +1,14 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "virtual_tv/television/error.h"
+#include "virtual_tv/television/profile_reading.h"
 #include "virtual_tv/television/settings_store.h"
 #include "virtual_tv/television/system_information.h"
 
@@ -25,10 +29,17 @@ struct Profile {
     std::vector<Picture> pictures;
     std::string installationSecret;  ///< the fleet's; empty: the television has none
     std::string keyFile;             ///< a key file's bytes; empty: the television has none
+    /// What the services get that own data, by their names; one that is not here is absent.
+    std::map<std::string, nlohmann::json> services;
+    std::filesystem::path file;  ///< where the profile was read; empty: made by a program
 };
 
 /// Reads a profile strictly. Errors: UnknownProfile when there is no such file, Io when it cannot be read,
 /// BadProfile, whose sentence names the member and what is wrong with it.
 Result<Profile> readProfile(const std::filesystem::path& file);
+
+/// The error that names the profile and what is wrong in it.
+tl::unexpected<Error> badProfile(const std::filesystem::path& file, std::string_view why);
+tl::unexpected<Error> badProfile(const std::filesystem::path& file, const WrongMember& wrong);
 
 }  // namespace vxtv

@@ -25,6 +25,8 @@ class Television {
     static Result<Television> open(const std::filesystem::path& path);
 
     const Folder& folder() const { return folder_; }
+    /// What the services work on.
+    Database& database() const { return *database_; }
     SettingsStore settings() const { return SettingsStore(*database_); }
     SystemInformation systemInformation() const { return SystemInformation(*database_); }
     SecureStorage secureStorage() const { return SecureStorage(folder_); }

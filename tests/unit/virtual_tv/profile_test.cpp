@@ -25,7 +25,7 @@ Json goodProfile() {
         "settings": {"a": {"int": -1}, "b": {"bool": true}, "c": {"string": ""}},
         "status": {"s": {"int": 0}},
         "pictures": {"boot-logo": {"logo.png": "picture.png"}, "home-menu": {}, "mbr-logo": {}},
-        "installationSecret": "fleet.secret", "keyFile": "fleet.bin"})");
+        "installationSecret": "fleet.secret", "keyFile": "fleet.bin", "services": {}})");
 }
 
 class ProfileTest : public testing::Test {

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+namespace vxtv {
+
+/// Things by their names, as a comparison shows them.
+using Texts = std::map<std::string, std::string>;
+
+/// What a service gets of the profile that its television is made from.
+struct ServiceSection {
+    const nlohmann::json& content;
+    std::string where;                    ///< the path to the content, for WrongMember
+    std::filesystem::path profileFolder;  ///< what relative paths of the profile start from
+};
+
+/// A service that owns tables in tv.db.
+///
+/// It is driven by what creates and compares televisions; its operations stand in a class of its own.
+struct DataService {
+    std::string_view name;  ///< its member of a profile, and its area in a comparison
+
+    /// Makes the tables and fills them; part of the creation of a television, which a failure undoes. Throws
+    /// WrongMember for what a profile may not say, and what the database throws.
+    void (*create)(SQLite::Database& connection, const ServiceSection& section);
+
+    /// All that a clone carries of it. Throws what the database throws.
+    Texts (*texts)(SQLite::Database& connection);
+};
+
+}  // namespace vxtv

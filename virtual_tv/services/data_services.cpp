@@ -1,0 +1,49 @@
+#include "virtual_tv/services/data_services.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace vxtv {
+
+const std::vector<DataService>& dataServices() {
+    static const std::vector<DataService> services = {};
+    return services;
+}
+
+const DataService* findDataService(std::string_view name) {
+    const auto& services = dataServices();
+    const auto found = std::find_if(services.begin(), services.end(),
+                                    [name](const DataService& service) { return service.name == name; });
+    return found != services.end() ? &*found : nullptr;
+}
+
+void createDataServices(SQLite::Database& connection, const std::map<std::string, nlohmann::json>& sections,
+                        const std::filesystem::path& profileFolder) {
+    connection.exec("CREATE TABLE services (name TEXT NOT NULL PRIMARY KEY) WITHOUT ROWID");
+    for (const DataService& service : dataServices()) {
+        const auto section = sections.find(std::string(service.name));
+        if (section != sections.end()) {
+            SQLite::Statement note(connection, "INSERT INTO services (name) VALUES (?)");
+            note.bind(1, section->first);
+            note.exec();
+            service.create(connection, {section->second, "services > " + section->first, profileFolder});
+        }
+    }
+}
+
+bool hasDataService(SQLite::Database& connection, std::string_view name) {
+    SQLite::Statement row(connection, "SELECT 1 FROM services WHERE name = ?");
+    row.bind(1, std::string(name));
+    return row.executeStep();
+}
+
+Result<void> requireDataService(SQLite::Database& connection, std::string_view name) {
+    if (hasDataService(connection, name)) {
+        return {};
+    }
+    return failure(ErrorCode::UnknownService,
+                   fmt::format("this television has no service \"{}\"; its profile gave it none", name));
+}
+
+}  // namespace vxtv

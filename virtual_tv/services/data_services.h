@@ -1,0 +1,27 @@
+#pragma once
+
+#include <vector>
+
+#include "virtual_tv/services/data_service.h"
+#include "virtual_tv/television/error.h"
+
+namespace vxtv {
+
+/// All there are, in the order in which a television is compared. The one place that lists them.
+const std::vector<DataService>& dataServices();
+
+/// Null when there is no service of that name.
+const DataService* findDataService(std::string_view name);
+
+/// Makes the tables of the services that `sections` names, and notes which these are. Throws as
+/// DataService::create does.
+void createDataServices(SQLite::Database& connection, const std::map<std::string, nlohmann::json>& sections,
+                        const std::filesystem::path& profileFolder);
+
+/// Whether this television has the service.
+bool hasDataService(SQLite::Database& connection, std::string_view name);
+
+/// Nothing when this television has the service. Errors: UnknownService.
+Result<void> requireDataService(SQLite::Database& connection, std::string_view name);
+
+}  // namespace vxtv
