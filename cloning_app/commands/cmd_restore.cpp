@@ -20,7 +20,7 @@ Result<Report> restoreAsTold(const CloneContext& context, const Arguments& argum
     if (!list) {
         return tl::make_unexpected(list.error());
     }
-    return runRestore(context, arguments.folder, {*list, arguments.forceModel});
+    return runRestore(context, arguments.folder, {*list, arguments.forceModel, arguments.all});
 }
 
 }  // namespace

@@ -4,7 +4,9 @@
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/settings_file.h"
+#include "cloning_app/run/applications.h"
 #include "cloning_app/run/integrity.h"
+#include "cloning_app/run/logos.h"
 #include "cloning_app/run/run_parts.h"
 #include "common/terminal_table.h"
 
@@ -51,7 +53,7 @@ Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Rep
 
 /// The finished backup in the clone folder.
 struct Saved {
-    Row settings;
+    std::vector<Row> own;  ///< what the library does not report
     std::vector<Check> checks;
 };
 
@@ -61,12 +63,16 @@ Result<Saved> completePackage(const CloneContext& context, const Tree& root, con
     if (!settings) {
         return tl::make_unexpected(settings.error());
     }
-    context.view.category(*settings);
+    std::vector<Row> own = saveLogos(root, context.stop);
+    own.push_back(*settings);
+    for (const Row& row : own) {
+        context.view.category(row);
+    }
     const auto checks = sealPackage(context.engine, root, identity);
     if (!checks) {
         return tl::make_unexpected(checks.error());
     }
-    return Saved{*settings, *checks};
+    return Saved{std::move(own), *checks};
 }
 
 /// What a backup needs of the television, beside the library's own work.
@@ -84,8 +90,9 @@ Result<Identity> readyToSeal(const CloneContext& context) {
 Report makeReport(const ResultList& results, const Saved& saved, const TreeSize& size,
                   const std::string& path) {
     Report report{Direction::Backup,
-                  tableRows(Direction::Backup, allCategories(), results.outcomes(), saved.settings), 0,
+                  tableRows(Direction::Backup, allCategories(), results.outcomes(), saved.own), 0,
                   unknownLineSentences(results), saved.checks};
+    nameApplications(report.rows);
     report.exitStatus = exitStatusFor(report.rows, results);
     report.closing.push_back(fmt::format("Backup in {}: {}, {}.", vxcommon::printable(path),
                                          countText(size.files, "file"), sizeText(size.bytes)));

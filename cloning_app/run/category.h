@@ -17,6 +17,7 @@ enum class Handling {
     Reported,      ///< the library reports success or failure
     NotEvaluated,  ///< the library reports a failure whatever happened
     ReadBack,      ///< the library says nothing; vxclone looks at what it left
+    Added,         ///< the library leaves it out; vxclone sees to it
     Silent,        ///< nothing is done and nothing said
     NotInBackup,   ///< a backup leaves it out
     NotPossible    ///< a restore refuses it

@@ -28,6 +28,7 @@ Result<Report> runBackup(const CloneContext& context, const std::filesystem::pat
 struct RestoreOptions {
     std::vector<VXClone> list;
     bool forceModel = false;  ///< load a package of another model, if nothing else is wrong with it
+    bool everything = false;  ///< the list is all there is because nobody chose
 };
 
 /// Loads the categories of the package in `folder` into the television, if it fits and is unaltered. Result:

@@ -156,8 +156,11 @@ class JsonView final : public ProgressView {
 
     static Json entry(const Row& row) {
         Json entry = {{"category", categoryOf(row.category).name}, {"result", vxclone::nameOf(row.verdict)}};
-        if (!row.detail.empty()) {
-            entry["detail"] = row.detail;
+        for (const auto& [name, text] :
+             {std::pair("application", &row.subject), std::pair("detail", &row.detail)}) {
+            if (!text->empty()) {
+                entry[name] = *text;
+            }
         }
         return entry;
     }

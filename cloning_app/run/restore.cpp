@@ -6,7 +6,9 @@
 
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/package/layout.h"
+#include "cloning_app/run/applications.h"
 #include "cloning_app/run/integrity.h"
+#include "cloning_app/run/logos.h"
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/settings_store.h"
 #include "cloning_app/run/staged_package.h"
@@ -51,6 +53,25 @@ Result<std::vector<Check>> admit(const CloneContext& context, const StagedPackag
     return shown;
 }
 
+/// What the library is told to load, and what is left out of that and why.
+struct Plan {
+    std::vector<VXClone> list;
+    std::vector<Row> leftOut;
+};
+
+/// A package without a boot logo makes the library remove the television's own: that is done only for who
+/// asks for it by name.
+Plan planFor(const RestoreOptions& options, const Tree& package) {
+    Plan plan{options.list, {}};
+    if (options.everything && !holdsEntry(package, VXCLONE_HOSPITALITY_LOGO)) {
+        plan.list.erase(std::remove(plan.list.begin(), plan.list.end(), VXCLONE_HOSPITALITY_LOGO),
+                        plan.list.end());
+        plan.leftOut.push_back({VXCLONE_HOSPITALITY_LOGO, Verdict::NotChosen,
+                                "the package holds none; this television keeps its own"});
+    }
+    return plan;
+}
+
 Row judgeSettings(const Settings& settings) {
     if (!settings) {
         return {VXCLONE_VCONF_DATA, Verdict::Failed, fmt::format("the package holds no {}", kSettingsFile)};
@@ -73,10 +94,8 @@ Row judgeSettings(const Settings& settings) {
 /// Says of a failed category when the package did not hold what it needs.
 void explainMissingEntries(std::vector<Row>& rows, const Tree& root) {
     for (Row& row : rows) {
-        const std::string entry(categoryOf(row.category).entry);
-        if (row.verdict == Verdict::Failed && !entry.empty() &&
-            faccessat(root.descriptor, entry.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) != 0) {
-            row.detail = "the package holds no " + entry;
+        if (row.verdict == Verdict::Failed && !holdsEntry(root, row.category)) {
+            row.detail = "the package holds no " + std::string(categoryOf(row.category).entry);
         }
     }
 }
@@ -100,7 +119,8 @@ Result<Report> runRestore(const CloneContext& context, const std::filesystem::pa
     if (!checks) {
         return tl::make_unexpected(checks.error());
     }
-    const bool withSettings = contains(options.list, VXCLONE_VCONF_DATA);
+    const Plan plan = planFor(options, package->tree());
+    const bool withSettings = contains(plan.list, VXCLONE_VCONF_DATA);
     const auto settings = withSettings ? readSettings(package->tree()) : Settings();
     if (!settings) {
         return tl::make_unexpected(settings.error());
@@ -113,18 +133,18 @@ Result<Report> runRestore(const CloneContext& context, const std::filesystem::pa
     }
     package->keep();
     const auto results =
-        runAndFollow(context, Direction::Restore, [&] { return context.engine.restore(options.list); });
+        runAndFollow(context, Direction::Restore, [&] { return context.engine.restore(plan.list); });
     if (!results) {
         return tl::make_unexpected(results.error());
     }
-    Row settingsRow{VXCLONE_VCONF_DATA, Verdict::NotChosen, ""};
+    std::vector<Row> own = plan.leftOut;
     if (withSettings) {
-        settingsRow = judgeSettings(*settings);
-        context.view.category(settingsRow);
+        own.push_back(judgeSettings(*settings));
+        context.view.category(own.back());
     }
-    Report report{Direction::Restore,
-                  tableRows(Direction::Restore, options.list, results->outcomes(), settingsRow), 0,
+    Report report{Direction::Restore, tableRows(Direction::Restore, plan.list, results->outcomes(), own), 0,
                   unknownLineSentences(*results), *checks};
+    nameApplications(report.rows);
     explainMissingEntries(report.rows, package->tree());
     report.exitStatus = exitStatusFor(report.rows, *results);
     report.closing.push_back(closingSentence(report, package->origin()));

@@ -49,7 +49,7 @@ void appendReported(std::vector<Row>& rows, VXClone category, Direction directio
         }
     }
     if (rows.size() == before) {
-        rows.push_back({category, verdictWithoutReport(handlingOf(categoryOf(category), direction)), ""});
+        rows.push_back({category, verdictWithoutReport(handlingOf(categoryOf(category), direction))});
     }
 }
 
@@ -72,19 +72,21 @@ std::string textOf(const Row& row) {
 
 Row rowOf(const Outcome& outcome, Direction direction) {
     if (handlingOf(categoryOf(outcome.category), direction) == Handling::NotEvaluated) {
-        return {outcome.category, Verdict::NotEvaluated, ""};
+        return {outcome.category, Verdict::NotEvaluated};
     }
-    return {outcome.category, outcome.success ? Verdict::Done : Verdict::Failed, ""};
+    return {outcome.category, outcome.success ? Verdict::Done : Verdict::Failed};
 }
 
 std::vector<Row> tableRows(Direction direction, const std::vector<VXClone>& chosen,
-                           const std::vector<Outcome>& outcomes, const Row& settings) {
+                           const std::vector<Outcome>& outcomes, const std::vector<Row>& own) {
     std::vector<Row> rows;
     for (const Category& category : categories()) {
-        if (std::find(chosen.begin(), chosen.end(), category.value) == chosen.end()) {
-            rows.push_back({category.value, Verdict::NotChosen, ""});
-        } else if (handlingOf(category, direction) == Handling::ReadBack) {
-            rows.push_back(settings);
+        const auto found = std::find_if(
+            own.begin(), own.end(), [&category](const Row& row) { return row.category == category.value; });
+        if (found != own.end()) {
+            rows.push_back(*found);
+        } else if (std::find(chosen.begin(), chosen.end(), category.value) == chosen.end()) {
+            rows.push_back({category.value, Verdict::NotChosen});
         } else {
             appendReported(rows, category.value, direction, outcomes);
         }
@@ -102,7 +104,8 @@ std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& 
     for (const Row& row : rows) {
         const Category& category = categoryOf(row.category);
         table.addRow({{std::string(category.name), Colour::Plain},
-                      {std::string(category.words), Colour::Dim},
+                      {row.subject.empty() ? std::string(category.words) : vxcommon::printable(row.subject),
+                       Colour::Dim},
                       {textOf(row), colourOf(row.verdict)}});
     }
     for (const Check& check : checks) {

@@ -17,7 +17,8 @@ enum class Verdict { Done, Failed, NotEvaluated, NotReported, NotInBackup, NotCh
 struct Row {
     VXClone category;
     Verdict verdict;
-    std::string detail;  ///< may be empty
+    std::string detail = {};   ///< may be empty
+    std::string subject = {};  ///< whose outcome it is, where a category has several; may be empty
 };
 
 /// The verdict in JSON, for people, and its colour.
@@ -32,9 +33,9 @@ std::string textOf(const Row& row);
 Row rowOf(const Outcome& outcome, Direction direction);
 
 /// The rows of all 15 categories in the library's order; a category that reported several times has several.
-/// `settings` is vxclone's own finding on the settings keys.
+/// `own` are vxclone's own findings, which stand in place of the library's.
 std::vector<Row> tableRows(Direction direction, const std::vector<VXClone>& chosen,
-                           const std::vector<Outcome>& outcomes, const Row& settings);
+                           const std::vector<Outcome>& outcomes, const std::vector<Row>& own);
 
 /// Whether a category failed that is known to be evaluated.
 bool anyFailed(const std::vector<Row>& rows);

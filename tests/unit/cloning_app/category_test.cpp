@@ -48,12 +48,15 @@ TEST(Category, parseOfNameWithControlCharactersDoesNotPrintThem) {
     EXPECT_THAT(parseCategories("a\x1b[2J").error().sentence, HasSubstr("a\\x1b[2J"));
 }
 
-TEST(Category, backupLeavesOutTheFourThatItNeverRuns) {
+TEST(Category, backupLeavesOutTheFourThatTheLibraryNeverRunsButForTheLogos) {
     for (const Category& category : categories()) {
-        const bool leftOut =
-            category.value == VXCLONE_BROADCAST_IPG_DATA || category.value == VXCLONE_HOSPITALITY_LOGO ||
-            category.value == VXCLONE_VXHOTEL_MBR_LOGO || category.value == VXCLONE_VXHOTEL_AMBIENT_APP_DATA;
-        EXPECT_EQ(handlingOf(category, Direction::Backup) == Handling::NotInBackup, leftOut) << category.name;
+        const Handling handling = handlingOf(category, Direction::Backup);
+        const bool leftOut = category.value == VXCLONE_BROADCAST_IPG_DATA ||
+                             category.value == VXCLONE_VXHOTEL_AMBIENT_APP_DATA;
+        const bool added =
+            category.value == VXCLONE_HOSPITALITY_LOGO || category.value == VXCLONE_VXHOTEL_MBR_LOGO;
+        EXPECT_EQ(handling == Handling::NotInBackup, leftOut) << category.name;
+        EXPECT_EQ(handling == Handling::Added, added) << category.name;
     }
 }
 

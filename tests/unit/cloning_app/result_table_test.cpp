@@ -29,13 +29,12 @@ Verdict verdictOf(const std::vector<Row>& rows, VXClone category) {
 }
 
 TEST(ResultTable, backupWithoutReportsSaysWhyForEachCategory) {
-    const auto rows = tableRows(Direction::Backup, allCategories(), {}, kSaved);
+    const auto rows = tableRows(Direction::Backup, allCategories(), {}, {kSaved});
     ASSERT_EQ(rows.size(), kCategoryCount);
     EXPECT_EQ(verdictOf(rows, VXCLONE_FACTORY_SETTINGS), Verdict::NotReported);
     EXPECT_EQ(verdictOf(rows, VXCLONE_WAS_API_DATA), Verdict::NotReported);
     EXPECT_EQ(verdictOf(rows, VXCLONE_VCONF_DATA), Verdict::Done);
-    for (const VXClone category : {VXCLONE_BROADCAST_IPG_DATA, VXCLONE_HOSPITALITY_LOGO,
-                                   VXCLONE_VXHOTEL_MBR_LOGO, VXCLONE_VXHOTEL_AMBIENT_APP_DATA}) {
+    for (const VXClone category : {VXCLONE_BROADCAST_IPG_DATA, VXCLONE_VXHOTEL_AMBIENT_APP_DATA}) {
         EXPECT_EQ(verdictOf(rows, category), Verdict::NotInBackup);
     }
     EXPECT_FALSE(anyFailed(rows));
@@ -43,7 +42,8 @@ TEST(ResultTable, backupWithoutReportsSaysWhyForEachCategory) {
 
 TEST(ResultTable, factoryThatReportsAFailureIsNotEvaluatedAndDoesNotCount) {
     for (const Direction direction : {Direction::Backup, Direction::Restore}) {
-        const auto rows = tableRows(direction, allCategories(), {{VXCLONE_FACTORY_SETTINGS, false}}, kSaved);
+        const auto rows =
+            tableRows(direction, allCategories(), {{VXCLONE_FACTORY_SETTINGS, false}}, {kSaved});
         EXPECT_EQ(verdictOf(rows, VXCLONE_FACTORY_SETTINGS), Verdict::NotEvaluated);
         EXPECT_FALSE(anyFailed(rows));
     }
@@ -51,7 +51,7 @@ TEST(ResultTable, factoryThatReportsAFailureIsNotEvaluatedAndDoesNotCount) {
 
 TEST(ResultTable, restoreTellsDoneFailedSilentAndNotPossible) {
     const auto rows = tableRows(Direction::Restore, allCategories(),
-                                {{VXCLONE_AV_SETTINGS, true}, {VXCLONE_BROADCAST_TVS, false}}, kSaved);
+                                {{VXCLONE_AV_SETTINGS, true}, {VXCLONE_BROADCAST_TVS, false}}, {kSaved});
     EXPECT_EQ(verdictOf(rows, VXCLONE_AV_SETTINGS), Verdict::Done);
     EXPECT_EQ(verdictOf(rows, VXCLONE_BROADCAST_TVS), Verdict::Failed);
     EXPECT_EQ(verdictOf(rows, VXCLONE_BROADCAST_IPG_DATA), Verdict::NotReported);
@@ -61,24 +61,38 @@ TEST(ResultTable, restoreTellsDoneFailedSilentAndNotPossible) {
 
 TEST(ResultTable, categoriesOutsideTheListAreNotChosen) {
     const auto rows =
-        tableRows(Direction::Restore, {VXCLONE_BROADCAST_TVS}, {{VXCLONE_BROADCAST_TVS, true}}, kSaved);
+        tableRows(Direction::Restore, {VXCLONE_BROADCAST_TVS}, {{VXCLONE_BROADCAST_TVS, true}}, {});
     EXPECT_EQ(std::count_if(rows.begin(), rows.end(),
                             [](const Row& row) { return row.verdict == Verdict::NotChosen; }),
               14);
     EXPECT_EQ(verdictOf(rows, VXCLONE_BROADCAST_TVS), Verdict::Done);
 }
 
+TEST(ResultTable, ownFindingStandsInPlaceOfTheLibrarysAndOfAChoice) {
+    const Row kept{VXCLONE_HOSPITALITY_LOGO, Verdict::NotChosen, "kept"};
+    const auto rows = tableRows(Direction::Restore, {VXCLONE_VCONF_DATA}, {}, {kept, kSaved});
+    EXPECT_EQ(verdictOf(rows, VXCLONE_VCONF_DATA), Verdict::Done);
+    EXPECT_EQ(rows.at(VXCLONE_HOSPITALITY_LOGO).detail, "kept");
+}
+
+TEST(ResultTable, subjectStandsInPlaceOfTheCategorysWords) {
+    const std::string table =
+        renderTable({{VXCLONE_AV_SETTINGS, Verdict::Done, "", "org.some\x1b.app"}}, {}, false);
+    EXPECT_THAT(table, HasSubstr("org.some\\x1b.app"));
+    EXPECT_THAT(table, Not(HasSubstr("picture and sound")));
+}
+
 TEST(ResultTable, appsThatReportTwiceHaveARowEach) {
     const auto rows = tableRows(
         Direction::Backup, allCategories(),
-        {{VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, true}, {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, false}}, kSaved);
+        {{VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, true}, {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, false}}, {kSaved});
     EXPECT_THAT(verdictsOf(rows, VXCLONE_VXHOTEL_FIRSTSCREEN_DATA),
                 testing::ElementsAre(Verdict::Done, Verdict::Failed));
     EXPECT_TRUE(anyFailed(rows));
 }
 
 TEST(ResultTable, renderingNamesEveryCategoryAndColoursOnlyWhenAsked) {
-    const auto rows = tableRows(Direction::Backup, allCategories(), {{VXCLONE_AV_SETTINGS, false}}, kSaved);
+    const auto rows = tableRows(Direction::Backup, allCategories(), {{VXCLONE_AV_SETTINGS, false}}, {kSaved});
     const std::string plain = renderTable(rows, {}, false);
     for (const Category& category : categories()) {
         EXPECT_THAT(plain, HasSubstr(std::string(category.name)));
@@ -92,7 +106,7 @@ TEST(ResultTable, renderingNamesEveryCategoryAndColoursOnlyWhenAsked) {
 }
 
 TEST(ResultTable, checksStandBelowTheCategories) {
-    const auto rows = tableRows(Direction::Backup, allCategories(), {}, kSaved);
+    const auto rows = tableRows(Direction::Backup, allCategories(), {}, {kSaved});
     const std::vector<Check> checks = {{Subject::Seal, Finding::Sealed}};
     EXPECT_THAT(renderTable(rows, checks, false),
                 testing::ContainsRegex("network-time.*\n.*seal .*sealed\n$"));

@@ -5,6 +5,7 @@
 
 #include "cloning_app/run/clone_run.h"
 #include "tests/unit/cloning_app/fake_engine.h"
+#include "tests/unit/cloning_app/fake_paths.h"
 #include "tests/unit/cloning_app/fake_settings_store.h"
 #include "tests/unit/cloning_app/fake_system_info.h"
 #include "tests/unit/cloning_app/own_mounts.h"
@@ -23,6 +24,7 @@ class RunBackupTest : public testing::Test {
     RunBackupTest() {
         FakeSettingsStore::instance().reset();
         FakeSystemInfo::reset();
+        FakePaths::reset();
         std::filesystem::create_directory(stick_);
         engine_.work = [this] {
             for (const auto& entry : std::filesystem::directory_iterator(root_)) {
@@ -69,6 +71,29 @@ class RunBackupTest : public testing::Test {
     StopFlag stop_;
     DiskCalls disk_ = realDiskCalls();
 };
+
+TEST_F(RunBackupTest, logosOfTheTelevisionAreInThePackage) {
+    FakePaths::instance() = {folder_ / "boot", folder_ / "mbr"};
+    writeFile(folder_ / "boot/logo.png", "boot");
+    writeFile(folder_ / "mbr/stb_app_icon.png", "icon");
+    const auto report = backUp();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_EQ(readFile(stick_ / "clone/logo/logo.png"), "boot");
+    EXPECT_EQ(readFile(stick_ / "clone/VXMBRLogo/stb_app_icon.png"), "icon");
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_HOSPITALITY_LOGO)), "done: added by vxclone, 1 file");
+}
+
+TEST_F(RunBackupTest, logoThatCannotBeReadMakesTheBackupIncomplete) {
+    FakePaths::instance() = {folder_ / "boot", folder_ / "mbr"};
+    std::filesystem::create_directory(folder_ / "boot");
+    std::filesystem::create_symlink("/etc/passwd", folder_ / "boot/logo.png");
+    const auto report = backUp();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_THAT(report->closing, Contains(HasSubstr("failed: boot-logo")));
+    EXPECT_FALSE(std::filesystem::exists(stick_ / "clone/logo"));
+}
 
 TEST_F(RunBackupTest, goodBackupIsOnTheStickAndSafeToRemove) {
     const auto report = backUp();

@@ -132,6 +132,45 @@ TEST_F(RunRestoreTest, failureForWantOfAnEntrySaysSo) {
     EXPECT_THAT(report->closing, Contains(HasSubstr("failed: was, boot-logo")));
 }
 
+TEST_F(RunRestoreTest, packageWithoutABootLogoLeavesTheTelevisionsOwnUnlessItIsAskedForByName) {
+    sealFolder(package_);
+    const auto whole = restoreAsItIs({allCategories(), false, true});
+    ASSERT_TRUE(whole);
+    EXPECT_THAT(engine_.list, testing::Not(Contains(VXCLONE_HOSPITALITY_LOGO)));
+    EXPECT_EQ(engine_.list.size(), kCategoryCount - 1);
+    EXPECT_EQ(textOf(rowFor(*whole, VXCLONE_HOSPITALITY_LOGO)),
+              "not chosen: the package holds none; this television keeps its own");
+    EXPECT_EQ(whole->exitStatus, 0);
+
+    const auto named = restoreAsItIs({{VXCLONE_HOSPITALITY_LOGO}, false, false});
+    ASSERT_TRUE(named);
+    EXPECT_EQ(engine_.list, std::vector<VXClone>{VXCLONE_HOSPITALITY_LOGO});
+}
+
+TEST_F(RunRestoreTest, packageWithABootLogoRestoresIt) {
+    writeFile(package_ / "logo/logo.png", "picture");
+    sealFolder(package_);
+    ASSERT_TRUE(restoreAsItIs({allCategories(), false, true}));
+    EXPECT_EQ(engine_.list, allCategories());
+}
+
+TEST_F(RunRestoreTest, applicationsHaveALineEach) {
+    FakeSettingsStore::instance().set("db/first_screen/type", std::string("org.harbour.first"));
+    engine_.work = [] {
+        FakeEngine::report(
+            "VXCLONE_VXHOTEL_FIRSTSCREEN_DATA-SUCCESS\nVXCLONE_VXHOTEL_FIRSTSCREEN_DATA-FAIL\n", 100);
+    };
+    const auto report = restore({VXCLONE_VXHOTEL_FIRSTSCREEN_DATA});
+    ASSERT_TRUE(report);
+    std::vector<std::string> lines;
+    for (const Row& row : report->rows) {
+        if (!row.subject.empty()) {
+            lines.push_back(row.subject + " " + textOf(row));
+        }
+    }
+    EXPECT_THAT(lines, testing::ElementsAre("org.vorta.orvel-app done", "org.harbour.first failed"));
+}
+
 TEST_F(RunRestoreTest, packageWithoutSettingsFailsOnlyThese) {
     std::filesystem::remove_all(package_ / "vconf");
     writeFile(package_ / "tvtimer/timer.db", "x");

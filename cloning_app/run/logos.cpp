@@ -1,0 +1,85 @@
+#include "cloning_app/run/logos.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "cloning_app/package/disk_space.h"
+#include "platform/vx_paths.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr mode_t kFolderMode = 0777;
+
+struct Logo {
+    VXClone category;
+    std::string (*folder)();
+};
+
+constexpr Logo kLogos[] = {{VXCLONE_HOSPITALITY_LOGO, vx_get_bootlogo_path},
+                           {VXCLONE_VXHOTEL_MBR_LOGO, vx_get_mbrlogo_path}};
+
+/// The library restores the files directly in the folder and no others.
+TreeLimits logoLimits() {
+    TreeLimits limits;
+    limits.depth = 1;
+    return limits;
+}
+
+Result<TreeSize> copyLogo(const Tree& logo, const Tree& root, const std::string& entry,
+                          const StopFlag& stop) {
+    const std::string path = root.path + entry;
+    const Descriptor made(
+        openat(root.descriptor, entry.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!made.valid()) {
+        return tl::make_unexpected(writeError(root.place, path, errno));
+    }
+    auto copied =
+        copyTree(logo, {made.get(), path, root.place}, logoLimits(), Flush::No, realDiskCalls(), stop);
+    if (!copied) {
+        removeTree(root.descriptor, entry);
+    }
+    return copied;
+}
+
+Row failed(const Logo& logo, const Error& error) {
+    return {logo.category, Verdict::Failed, error.sentence};
+}
+
+Row saveLogo(const Logo& logo, const Tree& root, const StopFlag& stop) {
+    const std::string entry(categoryOf(logo.category).entry);
+    const std::string path = logo.folder();
+    const Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.valid() && errno == ENOENT) {
+        return {logo.category, Verdict::NotReported, "this television has none"};
+    }
+    if (!folder.valid()) {
+        return failed(logo, readError(Place::Television, path, errno));
+    }
+    if (mkdirat(root.descriptor, entry.c_str(), kFolderMode) != 0) {
+        return failed(logo, writeError(root.place, root.path + entry, errno));
+    }
+    const auto copied = copyLogo({folder.get(), path, Place::Television}, root, entry, stop);
+    return copied ? Row{logo.category, Verdict::Done, "added by vxclone, " + countText(copied->files, "file")}
+                  : failed(logo, copied.error());
+}
+
+}  // namespace
+
+std::vector<Row> saveLogos(const Tree& root, const StopFlag& stop) {
+    std::vector<Row> rows;
+    for (const Logo& logo : kLogos) {
+        rows.push_back(saveLogo(logo, root, stop));
+    }
+    return rows;
+}
+
+bool holdsEntry(const Tree& package, VXClone category) {
+    const std::string entry(categoryOf(category).entry);
+    return entry.empty() || faccessat(package.descriptor, entry.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+}  // namespace vxclone

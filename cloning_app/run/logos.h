@@ -1,0 +1,19 @@
+#pragma once
+
+#include <vector>
+
+#include "cloning_app/package/tree_copy.h"
+#include "cloning_app/run/result_table.h"
+
+namespace vxclone {
+
+/// Puts the television's boot logo and set-top-box logo into the package in `root`: a backup of the library
+/// leaves them out, and its restore of a package without a boot logo removes the television's own. A folder
+/// that the television does not have is not put in. Result: one row each; what failed is not in the package.
+std::vector<Row> saveLogos(const Tree& root, const StopFlag& stop);
+
+/// Whether the package has the entry without which a restore of the category fails. True for a category that
+/// needs none.
+bool holdsEntry(const Tree& package, VXClone category);
+
+}  // namespace vxclone

@@ -1,0 +1,61 @@
+#include "cloning_app/run/applications.h"
+
+#include <gmock/gmock.h>
+
+#include "cloning_app/run/settings_store.h"
+#include "tests/unit/cloning_app/fake_settings_store.h"
+
+namespace vxclone {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr const char* kKey = "db/first_screen/type";
+constexpr VXClone kApps = VXCLONE_VXHOTEL_FIRSTSCREEN_DATA;
+
+/// Each row of the category as text.
+std::vector<std::string> named(std::vector<Row> rows) {
+    nameApplications(rows);
+    std::vector<std::string> texts;
+    for (const Row& row : rows) {
+        texts.push_back(row.subject + "=" + textOf(row));
+    }
+    return texts;
+}
+
+class ApplicationsTest : public testing::Test {
+ protected:
+    ApplicationsTest() { FakeSettingsStore::instance().reset(); }
+};
+
+TEST_F(ApplicationsTest, twoOutcomesAreTheOrvelApplicationAndTheFirstScreen) {
+    store::writeString(kKey, "org.harbour.first");
+    EXPECT_THAT(
+        named({{VXCLONE_AV_SETTINGS, Verdict::Done}, {kApps, Verdict::Done}, {kApps, Verdict::Failed}}),
+        ElementsAre("=done", "org.vorta.orvel-app=done", "org.harbour.first=failed"));
+}
+
+TEST_F(ApplicationsTest, oneOutcomeIsTheFirstScreensAndTheOtherWasNotAsked) {
+    store::writeString(kKey, "org.harbour.first");
+    EXPECT_THAT(named({{kApps, Verdict::Done}}),
+                ElementsAre("org.vorta.orvel-app=not reported: not installed, or it did not start",
+                            "org.harbour.first=done"));
+}
+
+TEST_F(ApplicationsTest, oneOutcomeWithoutAFirstScreenIsTheOrvelApplications) {
+    EXPECT_THAT(named({{kApps, Verdict::Failed}}), ElementsAre("org.vorta.orvel-app=failed"));
+}
+
+TEST_F(ApplicationsTest, firstScreenWithoutANameIsSaidToBeOne) {
+    store::writeString(kKey, "");
+    EXPECT_THAT(named({{kApps, Verdict::Done}, {kApps, Verdict::Failed}}),
+                ElementsAre("org.vorta.orvel-app=done", "first screen, without a name=failed"));
+}
+
+TEST_F(ApplicationsTest, categoryWithoutAnOutcomeIsLeftAsItIs) {
+    store::writeString(kKey, "org.harbour.first");
+    EXPECT_THAT(named({{kApps, Verdict::NotChosen}}), ElementsAre("=not chosen"));
+}
+
+}  // namespace
+}  // namespace vxclone
