@@ -74,8 +74,8 @@ constexpr std::array<std::pair<const char*, const char*>, 54> kSettingKeys = {{
     {"db/menu/system/time/offtimer3/timer_id", kInt},
     {"db/source-list/source-name", kString},
     {"db/vxhotel/hotelmenu/appid", kString},
-    {"db/menu/system/time/ntp/ntp_mode", kInt},
-    {"db/menu/system/time/ntp/server_url", kString},
+    {kNtpModeKey, kInt},
+    {kNtpServerKey, kString},
     {"db/menu/system/time/ntp/timezone", kInt},
 }};
 

@@ -6,10 +6,23 @@
 #define VX_CLONE_DIRECTORY "/opt/usr/apps/org.vorta.vxhotel-cloning/data/Clone"
 
 inline constexpr char kCloneDirectory[] = VX_CLONE_DIRECTORY;
+inline constexpr char kCloneDirectoryWithSlash[] = VX_CLONE_DIRECTORY "/";
 
 /// The settings snapshot: its directory, and the file's name in it.
 inline constexpr char kVconfDirectory[] = VX_CLONE_DIRECTORY "/vconf/";
 inline constexpr char kVconfFileName[] = "Vconf.json";
+
+/// The television's own pictures and home menu, one directory each.
+inline constexpr char kLogoDirectory[] = VX_CLONE_DIRECTORY "/logo/";
+inline constexpr char kMbrLogoDirectory[] = VX_CLONE_DIRECTORY "/VXMBRLogo/";
+inline constexpr char kHomeMenuDirectory[] = VX_CLONE_DIRECTORY "/VXHotel/";
+
+/// What services are handed beside the whole directory: for the home data, the timers, and the channel map
+/// with its archive.
+inline constexpr char kHomeDataEntry[] = VX_CLONE_DIRECTORY "/org.vorta.homedatacontrol-service";
+inline constexpr char kTimerDirectory[] = VX_CLONE_DIRECTORY "/tvtimer/";
+inline constexpr char kChannelMapDirectory[] = VX_CLONE_DIRECTORY "/tvs-chms/";
+inline constexpr char kChannelMapArchive[] = VX_CLONE_DIRECTORY "/tvs-chms/tvs-chms.zip";
 
 /// The package's identity, below the directory that the caller names.
 inline constexpr char kProductInfoFile[] = "/ProductCloneInfo.txt";

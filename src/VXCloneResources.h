@@ -6,11 +6,19 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/bundle.h"
+
 /// A string that the television handed out, ours to free; null when there is none.
 struct VXCloneFree {
     void operator()(char* text) const { std::free(text); }
 };
 using VXCloneString = std::unique_ptr<char, VXCloneFree>;
+
+/// A message of strings.
+struct VXCloneFreeBundle {
+    void operator()(bundle* message) const { bundle_free(message); }
+};
+using VXCloneBundle = std::unique_ptr<bundle, VXCloneFreeBundle>;
 
 /// An open C stream.
 struct VXCloneClose {

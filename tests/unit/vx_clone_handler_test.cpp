@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
-#include "engine_test.h"
+#include "whole_engine_test.h"
 
 namespace vxtest {
 namespace {
@@ -19,7 +19,7 @@ constexpr const char* kReadNetworkSupport =
     "system_info_get_custom_int(\"com.kestrel/featureconf/network.network_support\")";
 constexpr const char* kNetworkSkipped = "Home data and was api will be skipped...";
 
-class RunTest : public EngineTest {
+class RunTest : public WholeEngineTest {
  protected:
     static VXClone category(int value) { return static_cast<VXClone>(value); }
 

@@ -3,8 +3,8 @@
 #include <type_traits>
 
 #include "VXCloneAPIManager.h"
-#include "engine_test.h"
 #include "vx_clone_api.h"
+#include "whole_engine_test.h"
 
 namespace vxtest {
 namespace {
@@ -13,7 +13,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
 
-class FacadeTest : public EngineTest {
+class FacadeTest : public WholeEngineTest {
  protected:
     const std::vector<VXClone> allCategories = {VXCLONE_FACTORY_SETTINGS,
                                                 VXCLONE_AV_SETTINGS,

@@ -24,12 +24,29 @@ ScriptedPlatform& ScriptedPlatform::instance() {
     return platform;
 }
 
+ScriptedPlatform::~ScriptedPlatform() {
+    finishReplies();
+}
+
 void ScriptedPlatform::reset() {
+    finishReplies();
     const std::lock_guard lock(mutex_);
     state_ = {};
     rules_.clear();
     actions_.clear();
     events_.clear();
+}
+
+void ScriptedPlatform::finishReplies() {
+    std::vector<std::thread> replies;
+    {
+        const std::lock_guard lock(mutex_);
+        state_.reply.reset();
+        replies.swap(replies_);
+    }
+    for (std::thread& reply : replies) {
+        reply.join();
+    }
 }
 
 void ScriptedPlatform::answer(const std::string& call, int status, int fromNth) {
@@ -85,6 +102,50 @@ void ScriptedPlatform::setSecret(const std::string& name, std::string content) {
 void ScriptedPlatform::setInstalledSecrets(std::map<std::string, std::string> secrets) {
     const std::lock_guard lock(mutex_);
     state_.installedSecrets = std::move(secrets);
+}
+
+void ScriptedPlatform::setTakesNetworkTime(bool takes) {
+    const std::lock_guard lock(mutex_);
+    state_.takesNetworkTime = takes;
+}
+
+void ScriptedPlatform::setTimezone(int timezone) {
+    const std::lock_guard lock(mutex_);
+    state_.timezone = timezone;
+}
+
+void ScriptedPlatform::setSources(std::multimap<int, CSourceItem> sources) {
+    const std::lock_guard lock(mutex_);
+    state_.sources = std::move(sources);
+}
+
+void ScriptedPlatform::setNavigation(std::list<CCNavigationModeInfo> entries) {
+    const std::lock_guard lock(mutex_);
+    state_.navigation = std::move(entries);
+}
+
+void ScriptedPlatform::setRemotePort(const std::string& app, bool exists) {
+    const std::lock_guard lock(mutex_);
+    state_.remotePorts[app] = exists;
+}
+
+void ScriptedPlatform::setRunning(const std::string& app, bool runs) {
+    const std::lock_guard lock(mutex_);
+    if (runs) {
+        state_.running.insert(app);
+    } else {
+        state_.running.erase(app);
+    }
+}
+
+void ScriptedPlatform::replyToSends(std::optional<std::map<std::string, std::string>> reply) {
+    const std::lock_guard lock(mutex_);
+    state_.reply = std::move(reply);
+}
+
+int ScriptedPlatform::bundlesHeld() const {
+    const std::lock_guard lock(mutex_);
+    return state_.bundlesHeld;
 }
 
 int ScriptedPlatform::secretsHeld() const {

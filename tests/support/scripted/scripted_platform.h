@@ -1,12 +1,20 @@
 #pragma once
 
 #include <functional>
+#include <list>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <set>
 #include <string>
 #include <thread>
 #include <variant>
 #include <vector>
+
+#include "platform/source_api.h"
+#include "platform/tv_service.h"
+
+struct _bundle_t;
 
 namespace vxtest {
 
@@ -42,8 +50,9 @@ class ScriptedPlatform {
  public:
     /// The one that the platform functions of this process answer from.
     static ScriptedPlatform& instance();
+    ~ScriptedPlatform();
 
-    /// Forgets everything that was scripted and recorded.
+    /// Forgets everything that was scripted and recorded, once the replies under way have been delivered.
     void reset();
 
     // What the test says.
@@ -66,6 +75,21 @@ class ScriptedPlatform {
     /// What an installation of a key file puts there.
     void setInstalledSecrets(std::map<std::string, std::string> secrets);
     void setDirectories(std::string bootLogo, std::string mbrLogo, std::string homeMenu);
+    /// Whether the television can take its time from the network.
+    void setTakesNetworkTime(bool takes);
+    void setTimezone(int timezone);
+    void setSources(std::multimap<int, CSourceItem> sources);
+    void setNavigation(std::list<CCNavigationModeInfo> entries);
+    /// Whether the application has ports. One that was never named here has them.
+    void setRemotePort(const std::string& app, bool exists);
+    /// Whether the application runs. One that was never named here does not, until it is launched.
+    void setRunning(const std::string& app, bool runs);
+    /// After each message that is sent from now on, the application answers with this one, on a thread of its
+    /// own. Nothing: it never answers.
+    void replyToSends(std::optional<std::map<std::string, std::string>> reply);
+    /// Runs the callback of the port that was registered last, on the calling thread. Result: whether there
+    /// is one.
+    bool deliver(const std::string& app, const std::map<std::string, std::string>& message);
 
     // What the library did.
 
@@ -83,6 +107,8 @@ class ScriptedPlatform {
     std::vector<std::string> describedLog() const;
     /// How many buffers of the secure storage have not been released.
     int secretsHeld() const;
+    /// How many bundles were created and not freed.
+    int bundlesHeld() const;
     bool hasSetting(const std::string& key) const;
     Setting setting(const std::string& key) const;
 
@@ -94,12 +120,18 @@ class ScriptedPlatform {
     };
     Decision decide(const std::string& call, const std::string& arguments);
     void recordLog(LogLine line);
+    void startReply(const std::string& app);
     template <class Use>
     auto locked(Use use) {
         const std::lock_guard lock(mutex_);
         return use(state_);
     }
 
+    using Receive = std::function<void(const std::string& app, _bundle_t* message)>;
+    struct LocalPort {
+        int id = 0;
+        Receive receive;
+    };
     struct State {
         std::map<std::string, Setting> settings;
         std::map<std::string, int> features;
@@ -112,6 +144,16 @@ class ScriptedPlatform {
         std::string bootLogo;
         std::string mbrLogo;
         std::string homeMenu;
+        bool takesNetworkTime = true;
+        int timezone = 0;
+        std::multimap<int, CSourceItem> sources;
+        std::list<CCNavigationModeInfo> navigation;
+        int bundlesHeld = 0;
+        std::set<std::string> running;                ///< the applications that run
+        std::map<std::string, bool> remotePorts;      ///< by application: whether it has them
+        std::map<std::string, LocalPort> localPorts;  ///< by name
+        std::string newestPort;                       ///< the name that was registered last
+        std::optional<std::map<std::string, std::string>> reply;
     };
 
  private:
@@ -130,11 +172,14 @@ class ScriptedPlatform {
         std::thread::id thread = std::this_thread::get_id();
     };
 
+    void finishReplies();
+
     mutable std::mutex mutex_;
     State state_;
     std::vector<Rule> rules_;
     std::multimap<std::string, std::function<void()>> actions_;
     std::vector<Event> events_;
+    std::vector<std::thread> replies_;
 };
 
 }  // namespace vxtest

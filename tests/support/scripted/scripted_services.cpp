@@ -1,5 +1,5 @@
 // The services that only have to succeed or fail: timers, factory, picture and sound, settings data, home
-// data, web applications, network time, directories.
+// data, web applications; and the directories.
 
 #include "platform/avoc.h"
 #include "platform/factory_clone.h"
@@ -7,7 +7,6 @@
 #include "platform/settings_data_clone.h"
 #include "platform/tvtimer.h"
 #include "platform/vx_paths.h"
-#include "platform/vx_system_info.h"
 #include "platform/was_clone.h"
 #include "tests/support/scripted/answering.h"
 
@@ -81,31 +80,6 @@ bool CHomeDataControlAPI::CopyCloneDataUSBtoTV(std::string directory, std::strin
     return answered("CHomeDataControlAPI::CopyCloneDataUSBtoTV",
                     fmt::format("{}, {}", quoted(directory), quoted(option)), succeedTrue);
 }
-
-namespace VXSystemAPI {
-namespace nsVXSystemInfoAPI {
-
-int CheckNTPSupport(bool& supported) {
-    return answered("CheckNTPSupport", "", [&] {
-        supported = true;
-        return 0;
-    });
-}
-int SetNTPMode(bool on) {
-    return answered("SetNTPMode", on ? "true" : "false", succeed);
-}
-int GetCurrentTimezone(VX_TIMEZONE&) {
-    return answered("GetCurrentTimezone", "", succeed);
-}
-int SetTimezoneInfo(VX_TIMEZONE timezone) {
-    return answered("SetTimezoneInfo", std::to_string(timezone), succeed);
-}
-int SetNTPServerAddr(const char* address) {
-    return answered("SetNTPServerAddr", quoted(address), succeed);
-}
-
-}  // namespace nsVXSystemInfoAPI
-}  // namespace VXSystemAPI
 
 std::string vx_get_bootlogo_path() {
     platform().decide("vx_get_bootlogo_path", "");
