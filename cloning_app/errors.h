@@ -7,36 +7,41 @@
 
 namespace vxclone {
 
-/// Why vxclone could not do what was asked. The catalogue in errors.cpp gives each its exit status and its
-/// name for programs; neither changes once it has been published.
+/// Why vxclone could not do what was asked. The catalogue in error_catalogue.cpp, which is in the same order,
+/// gives each its exit status, its name for programs, its cause and the next step. A status and a name do not
+/// change once they have been published.
 enum class ErrorCode {
     CategoryFailed,    ///< the run ended, a category failed
     BadArguments,      ///< the command line makes no sense
     UnknownCategory,   ///< `--only` names something that is no category
     MountPoint,        ///< the folder is the stick itself, which cannot be replaced as a whole
+    FileExists,        ///< a file that would be written is there already
     NotAPackage,       ///< the folder is something else
     UnsafeEntry,       ///< a link, a device or the like stands in the package
     TooLarge,          ///< the package is larger than any package is
     SettingsDamaged,   ///< the package's settings file cannot be understood
     Unreadable,        ///< the package cannot be read
+    NewerPackage,      ///< the package is of a format that only a later vxclone reads
     NotComplete,       ///< the package lacks its identity or its seal
     DoesNotFit,        ///< the package is from another kind of television
     Altered,           ///< the package is not what was sealed
-    NoKey,             ///< the television has no clone key, so nothing can be sealed or checked
     StickMissing,      ///< nothing is where the stick should be
     StickReadOnly,     ///< the stick refuses to be written
     StickFull,         ///< the stick has no room for the package
     StickLimit,        ///< the stick's file system cannot hold such a file or name
     StickIo,           ///< the stick failed in another way
     TelevisionFull,    ///< the television's disk has no room
-    TelevisionIo,      ///< the television's disk or settings store failed
-    TelevisionBusy,    ///< another vxclone works on this television
-    SettingsNotSaved,  ///< a backup ended without a good settings file
-    IdentityUnusable,  ///< the television does not say what it is, or in a way that no package can hold
-    NotSealed,         ///< a backup could not be sealed
+    TelevisionIo,      ///< the television's disk failed
+    NoKey,             ///< the television has no clone key, so nothing can be sealed or checked
     HungUp,            ///< the terminal went away
     Interrupted,       ///< the user stopped it
     Terminated,        ///< another process stopped it
+    TelevisionBusy,    ///< another vxclone works on this television
+    SettingsRefused,   ///< the television's settings store refuses
+    SettingsNotSaved,  ///< a backup ended without a good settings file
+    IdentityUnusable,  ///< the television does not say what it is, or in a way that no package can hold
+    NotSealed,         ///< a backup could not be sealed
+    RecordDamaged,     ///< the record of the last run cannot be understood
     Internal           ///< a fault of the library or of vxclone
 };
 

@@ -15,13 +15,17 @@ function(vx_precompile)
 endfunction()
 
 vx_precompile(TARGETS vx-clone-objects HEADERS <boost/filesystem.hpp> <json/json.h> <fstream>)
-vx_precompile(TARGETS vxtv-television vx-virtual-tv HEADERS <SQLiteCpp/SQLiteCpp.h> <nlohmann/json.hpp> <fmt/format.h>)
-vx_precompile(TARGETS vxtv vxtv-session vxclone HEADERS <CLI/CLI.hpp> <nlohmann/json.hpp>)
+vx_precompile(
+  TARGETS vxtv-television vx-virtual-tv vxtv-hotel-app
+  HEADERS <SQLiteCpp/SQLiteCpp.h> <nlohmann/json.hpp> <fmt/format.h>)
+vx_precompile(
+  TARGETS vxtv-commands vxtv-session vxclone-commands vx-pages vxclone-manual vxtv-manual
+  HEADERS <CLI/CLI.hpp> <nlohmann/json.hpp>)
 vx_precompile(TARGETS vxclone-app HEADERS <nlohmann/json.hpp> <fmt/format.h>)
 vx_precompile(
   TARGETS vx-clone-tests
   HEADERS <boost/filesystem.hpp> <gmock/gmock.h> <gtest/gtest.h> <json/json.h>)
 vx_precompile(
-  TARGETS vxtv-unit-tests vxclone-unit-tests vx-clone-integration-tests vx-session-tests
-  vx-contract-scripted-tests vx-contract-virtual-tests
+  TARGETS vxtv-unit-tests vxtv-application-unit-tests vxclone-unit-tests vx-clone-integration-tests
+  vx-session-tests vx-application-tests vx-contract-scripted-tests vx-contract-virtual-tests
   HEADERS <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp>)

@@ -5,19 +5,9 @@
 #include <exception>
 #include <string>
 
-#include "virtual_tv/commands/command.h"
+#include "virtual_tv/commands/app.h"
 
 namespace {
-
-using AddCommand = void (*)(CLI::App&, vxtv::Action&);
-
-// In the order of the help.
-constexpr AddCommand kCommands[] = {
-    vxtv::addCreateCommand,  vxtv::addDestroyCommand,  vxtv::addRunCommand,   vxtv::addShellCommand,
-    vxtv::addInfoCommand,    vxtv::addSettingsCommand, vxtv::addGetCommand,   vxtv::addSetCommand,
-    vxtv::addCompareCommand, vxtv::addFaultCommand,    vxtv::addCallsCommand, vxtv::addLogCommand,
-    vxtv::addKeyfileCommand,
-};
 
 bool isVerb(const CLI::App& app, const std::string& word) {
     const auto verbs = app.get_subcommands([](const CLI::App*) { return true; });
@@ -40,14 +30,9 @@ int refuseArguments(const CLI::App& app, const CLI::ParseError& error) {
 }
 
 int run(int argc, char** argv) {
-    CLI::App app("A virtual television on this machine, to clone hotel televisions without one.", "vxtv");
-    app.set_version_flag("--version", "vxtv " VX_VERSION);
-    app.require_subcommand(0, 1);
-    app.footer("A television is a folder. Each command explains itself: vxtv COMMAND --help");
     vxtv::Action chosen;
-    for (const AddCommand add : kCommands) {
-        add(app, chosen);
-    }
+    const auto made = vxtv::makeApp(chosen);
+    CLI::App& app = *made;
     if (argc > 1 && argv[1][0] != '-' && !isVerb(app, argv[1])) {
         return refuseWord(argv[1]);
     }

@@ -1,4 +1,5 @@
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "cloning_app/commands/command.h"
@@ -9,6 +10,8 @@ namespace {
 
 struct Arguments {
     std::string folder;
+    std::string name;
+    bool named = false;
     bool json = false;
 };
 
@@ -18,12 +21,17 @@ void addBackupCommand(CLI::App& app, Action& chosen) {
     const auto arguments = std::make_shared<Arguments>();
     CLI::App* const verb = app.add_subcommand("backup", "Save this television into a folder on a stick");
     verb->add_option("DIR", arguments->folder, "The folder, such as /media/usb/clone")->required();
+    const CLI::Option* const name = verb->add_option(
+        "--name", arguments->name, "What people call the package; else it is called as its folder");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
-    verb->callback([&chosen, arguments] {
+    verb->callback([&chosen, arguments, name] {
+        arguments->named = name->count() != 0;
         chosen = [arguments] {
             return runCommand(
-                Direction::Backup, viewKindOfRun(arguments->json),
-                [&](const CloneContext& context) { return runBackup(context, arguments->folder); });
+                Direction::Backup, viewKindOfRun(arguments->json), [&](const CloneContext& context) {
+                    const auto called = arguments->named ? std::optional(arguments->name) : std::nullopt;
+                    return runBackup(context, arguments->folder, {called});
+                });
         };
     });
 }

@@ -1,7 +1,9 @@
 #include "cloning_app/commands/command.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
 #include <string_view>
@@ -12,6 +14,27 @@
 
 namespace vxclone {
 
+namespace {
+
+constexpr std::size_t kUsualWidth = 80;
+
+ViewOptions optionsOfView() {
+    const auto begin = std::chrono::steady_clock::now();
+    const auto elapsed = [begin] {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
+                                                                     begin);
+    };
+    return {vxcommon::wantsColour(STDOUT_FILENO), terminalWidth, elapsed};
+}
+
+}  // namespace
+
+std::size_t terminalWidth() {
+    winsize size{};
+    const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
+    return known ? size.ws_col : kUsualWidth;
+}
+
 ViewKind viewKindOfRun(bool json) {
     if (json) {
         return ViewKind::Json;
@@ -21,11 +44,14 @@ ViewKind viewKindOfRun(bool json) {
     return rewritable && vxcommon::isTerminal(STDOUT_FILENO) ? ViewKind::Terminal : ViewKind::Plain;
 }
 
+std::unique_ptr<ProgressView> makeView(ViewKind kind, Direction direction) {
+    return makeProgressView(kind, direction, std::cout, std::cerr, optionsOfView());
+}
+
 int runCommand(Direction direction, ViewKind kind,
                const std::function<Result<Report>(const CloneContext&)>& run) {
     const StopFlag& stop = heedStopSignals();
-    const auto view =
-        makeProgressView(kind, direction, std::cout, std::cerr, vxcommon::wantsColour(STDOUT_FILENO));
+    const auto view = makeView(kind, direction);
     LibraryEngine engine;
     const CloneContext context{engine, *view, stop, kCloneRoot};
     return conclude(run(context), *view);

@@ -15,9 +15,20 @@ using Action = std::function<int()>;
 void addBackupCommand(CLI::App& app, Action& chosen);
 void addRestoreCommand(CLI::App& app, Action& chosen);
 void addVerifyCommand(CLI::App& app, Action& chosen);
+void addInspectCommand(CLI::App& app, Action& chosen);
+void addDiffCommand(CLI::App& app, Action& chosen);
+void addListCommand(CLI::App& app, Action& chosen);
+void addStatusCommand(CLI::App& app, Action& chosen);
+void addSupportBundleCommand(CLI::App& app, Action& chosen);
+
+/// How many columns the terminal at this standard output has now.
+std::size_t terminalWidth();
 
 /// How a long run is shown on this standard output.
 ViewKind viewKindOfRun(bool json);
+
+/// A view on the standard streams.
+std::unique_ptr<ProgressView> makeView(ViewKind kind, Direction direction);
 
 /// Clones, or looks at a clone, with this television's library, storage and standard streams, and stop
 /// signals heeded. Result: the exit status.

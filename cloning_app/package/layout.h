@@ -13,11 +13,11 @@ inline constexpr const char* kSettingsFolder = "vconf";
 inline constexpr const char* kSettingsFileName = "Vconf.json";
 inline constexpr std::string_view kSettingsFile = "vconf/Vconf.json";
 
-/// Which kind of television a package is from; the seal over all its files; their list, which the seal
-/// covers.
+/// Which kind of television a package is from; the library's seal over all its files; what the package says
+/// of itself, which the seal covers.
 inline constexpr const char* kIdentityFile = "ProductCloneInfo.txt";
 inline constexpr const char* kSealFile = "validate.txt";
-inline constexpr const char* kContentsFile = "PackageContents.txt";
+inline constexpr const char* kManifestFile = "manifest.json";
 
 /// The library's own working file in the clone root while it makes or checks a seal.
 inline constexpr const char* kSealWorkingFile = "validate_temp.txt";

@@ -1,71 +1,19 @@
 #include "cloning_app/package/package_contents.h"
 
-#include <fmt/format.h>
-#include <openssl/evp.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <iterator>
-#include <memory>
-#include <set>
+#include <utility>
 
+#include "cloning_app/package/digest.h"
 #include "cloning_app/package/layout.h"
 
 namespace vxclone {
 
 namespace {
 
-constexpr std::size_t kBlockBytes = std::size_t{128} << 10U;
-/// In place of the digest and the size of a folder.
-constexpr std::string_view kFolderFacts = "folder -";
-
-struct FreeDigest {
-    void operator()(EVP_MD_CTX* context) const { EVP_MD_CTX_free(context); }
-};
-
-/// The SHA-256 of what is left of the file in hexadecimal digits; empty when it cannot be read (errno).
-std::string digestOf(int file) {
-    const std::unique_ptr<EVP_MD_CTX, FreeDigest> context(EVP_MD_CTX_new());
-    std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
-    unsigned size = 0;
-    errno = ENOMEM;
-    if (!context || EVP_DigestInit_ex(context.get(), EVP_sha256(), nullptr) != 1) {
-        return {};
-    }
-    std::vector<char> block(kBlockBytes);
-    for (ssize_t got = 1; got != 0;) {
-        got = read(file, block.data(), block.size());
-        if (got < 0 && errno != EINTR) {
-            return {};
-        }
-        if (got > 0) {
-            EVP_DigestUpdate(context.get(), block.data(), static_cast<std::size_t>(got));
-        }
-    }
-    EVP_DigestFinal_ex(context.get(), digest.data(), &size);
-    std::string text;
-    for (unsigned index = 0; index < size; ++index) {
-        text += fmt::format("{:02x}", digest.at(index));
-    }
-    return text;
-}
-
-/// A name for one line of a list: what would break the line, and the mark of that, are written as \xNN.
-std::string escaped(const std::string& name) {
-    std::string text;
-    for (const char character : name) {
-        const auto byte = static_cast<unsigned char>(character);
-        const bool plain = byte >= 0x20U && byte != 0x7fU && character != '\\';
-        text += plain ? std::string(1, character) : fmt::format("\\x{:02x}", byte);
-    }
-    return text;
-}
-
 class Reader final : public TreeVisitor {
  public:
-    explicit Reader(const Tree& package) : package_(package) {}
+    Reader(const Tree& package, Digests digests) : package_(package), digests_(digests) {}
 
     Result<void> file(const TreeEntry& entry, int descriptor) override {
         const std::string name = nameOf(entry);
@@ -73,14 +21,14 @@ class Reader final : public TreeVisitor {
             return {};
         }
         contents_.files.push_back(entry.path);
-        if (name == kContentsFile) {
+        if (name == kManifestFile) {
             return {};
         }
-        const std::string digest = digestOf(descriptor);
-        if (digest.empty()) {
+        std::string digest = digests_ == Digests::OfFiles ? digestOfFile(descriptor) : std::string();
+        if (digests_ == Digests::OfFiles && digest.empty()) {
             return tl::make_unexpected(readError(package_.place, entry.path, errno));
         }
-        contents_.list += fmt::format("{} {} {}\n", digest, entry.bytes, escaped(name));
+        contents_.entries.push_back({name, false, entry.bytes, std::move(digest)});
         return {};
     }
 
@@ -88,7 +36,7 @@ class Reader final : public TreeVisitor {
         if (sidecarFolder_ != 0 || isSidecar(entry.name)) {
             ++sidecarFolder_;
         } else {
-            contents_.list += fmt::format("{} {}\n", kFolderFacts, escaped(nameOf(entry)));
+            contents_.entries.push_back({nameOf(entry), true});
         }
         return {};
     }
@@ -100,6 +48,8 @@ class Reader final : public TreeVisitor {
 
     PackageContents contents() && {
         std::sort(contents_.files.begin(), contents_.files.end());
+        std::sort(contents_.entries.begin(), contents_.entries.end(),
+                  [](const PackageEntry& one, const PackageEntry& other) { return one.path < other.path; });
         return std::move(contents_);
     }
 
@@ -107,46 +57,45 @@ class Reader final : public TreeVisitor {
     std::string nameOf(const TreeEntry& entry) const { return entry.path.substr(package_.path.size() + 1); }
 
     const Tree& package_;
+    Digests digests_;
     std::size_t sidecarFolder_ = 0;  ///< how many folders deep the walk is in one that is passed over
     PackageContents contents_;
 };
 
-std::set<std::string> linesOf(const std::string& list) {
-    std::set<std::string> lines;
-    for (std::size_t start = 0; start < list.size();) {
-        const std::size_t end = std::min(list.find('\n', start), list.size());
-        lines.insert(list.substr(start, end - start));
-        start = end + 1;
-    }
-    return lines;
-}
-
-/// The name in a line: what follows its digest and its size.
-std::string nameIn(const std::string& line) {
-    const std::size_t size = line.find(' ');
-    const std::size_t name = size == std::string::npos ? size : line.find(' ', size + 1);
-    return name == std::string::npos ? line : line.substr(name + 1);
+bool sameContent(const PackageEntry& one, const PackageEntry& other) {
+    return one.folder == other.folder && one.bytes == other.bytes && one.digest == other.digest;
 }
 
 }  // namespace
 
-Result<PackageContents> readContents(const Tree& package) {
-    Reader reader(package);
+Result<PackageContents> readContents(const Tree& package, Digests digests) {
+    Reader reader(package, digests);
     if (const auto walked = walkTree(package, TreeLimits{}, reader); !walked) {
         return tl::make_unexpected(walked.error());
     }
     return std::move(reader).contents();
 }
 
-std::vector<std::string> differingEntries(const std::string& one, const std::string& other) {
-    const auto ones = linesOf(one);
-    const auto others = linesOf(other);
-    std::vector<std::string> lines;
-    std::set_symmetric_difference(ones.begin(), ones.end(), others.begin(), others.end(),
-                                  std::back_inserter(lines));
-    std::set<std::string> names;
-    std::transform(lines.begin(), lines.end(), std::inserter(names, names.end()), nameIn);
-    return {names.begin(), names.end()};
+std::vector<EntryDifference> differencesOf(const std::vector<PackageEntry>& wanted,
+                                           const std::vector<PackageEntry>& found) {
+    using Kind = EntryDifference::Kind;
+    std::vector<EntryDifference> differences;
+    auto mine = wanted.begin();
+    auto theirs = found.begin();
+    while (mine != wanted.end() || theirs != found.end()) {
+        if (theirs == found.end() || (mine != wanted.end() && mine->path < theirs->path)) {
+            differences.push_back({mine++->path, Kind::Missing});
+        } else if (mine == wanted.end() || theirs->path < mine->path) {
+            differences.push_back({theirs++->path, Kind::Added});
+        } else {
+            if (!sameContent(*mine, *theirs)) {
+                differences.push_back({mine->path, Kind::Altered});
+            }
+            ++mine;
+            ++theirs;
+        }
+    }
+    return differences;
 }
 
 }  // namespace vxclone

@@ -7,20 +7,35 @@
 
 namespace vxclone {
 
-/// What a package holds, as its seal sees it: everything but the seal itself and the sidecar files of a
-/// stick. Both sides of the seal must see the same, so both get it from here.
-struct PackageContents {
-    std::vector<std::string>
-        files;         ///< the regular files' full paths, sorted, the list of contents among them
-    std::string list;  ///< what that list has to say of all others
+/// A file or a folder of a package.
+struct PackageEntry {
+    std::string path;  ///< in the package: "logo/boot.png"
+    bool folder = false;
+    std::uint64_t bytes = 0;
+    std::string digest = {};  ///< SHA-256 of a file, in hexadecimal digits; empty where nobody asked
 };
 
-/// Reads the package. The library's hash knows neither names nor empty files, nor where one file ends and
-/// the next begins; the list names every entry with its size and digest, and is itself under the seal.
-/// Errors: those of `walkTree`.
-Result<PackageContents> readContents(const Tree& package);
+/// What a package holds, without the sidecar files of a stick. Both sides of the seal must see the same, so
+/// both get it from here.
+struct PackageContents {
+    std::vector<std::string> files;     ///< the full paths of all files but the seal, sorted
+    std::vector<PackageEntry> entries;  ///< all but the seal and the manifest, sorted by their paths
+};
 
-/// The names of entries that one of two lists has and the other has not, or has otherwise; each once, sorted.
-std::vector<std::string> differingEntries(const std::string& one, const std::string& other);
+enum class Digests { None, OfFiles };
+
+/// Reads the package. Errors: those of `walkTree`.
+Result<PackageContents> readContents(const Tree& package, Digests digests = Digests::OfFiles);
+
+/// How an entry is not as it should be.
+struct EntryDifference {
+    enum class Kind { Missing, Added, Altered };
+    std::string path;
+    Kind kind;
+};
+
+/// What sets the entries apart from those that should be there, sorted by paths. Both must be sorted.
+std::vector<EntryDifference> differencesOf(const std::vector<PackageEntry>& wanted,
+                                           const std::vector<PackageEntry>& found);
 
 }  // namespace vxclone

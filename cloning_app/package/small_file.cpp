@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 
 #include "common/terminal_table.h"
 
@@ -45,7 +47,8 @@ Result<std::optional<std::string>> readSmallFile(const Tree& folder, const std::
             ErrorCode::UnsafeEntry,
             vxcommon::printable(path) + " is not a file; make the package again with vxclone backup");
     }
-    std::string text(most, '\0');
+    const auto wanted = static_cast<std::uintmax_t>(facts.st_size) + 1;
+    std::string text(static_cast<std::size_t>(std::min<std::uintmax_t>(most, wanted)), '\0');
     std::size_t size = 0;
     while (size < text.size()) {
         const ssize_t got = read(file.get(), text.data() + size, text.size() - size);

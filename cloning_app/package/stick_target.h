@@ -22,6 +22,7 @@ class StickTarget {
     static Result<StickTarget> open(const std::filesystem::path& folder, DiskCalls calls = realDiskCalls());
 
     const std::string& path() const { return path_; }
+    const std::string& name() const { return name_; }
 
     /// Puts right what an interrupted backup left. Result: the sentence that says so, or none when there was
     /// nothing to do. Leftovers that cannot be removed do no harm and stay.

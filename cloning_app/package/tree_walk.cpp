@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <limits>
 #include <memory>
+#include <optional>
 
 #include "cloning_app/package/layout.h"
 #include "common/terminal_table.h"
@@ -18,6 +19,7 @@ namespace {
 
 constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr int kOpenFile = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+constexpr const char* kSpecial = "a link or a special file";
 /// Deeper trees are left in place rather than followed with one descriptor a level.
 constexpr int kRemovalDepth = 200;
 
@@ -65,8 +67,8 @@ tl::expected<std::vector<std::string>, int> listNames(int directory, std::size_t
 
 class Walk {
  public:
-    Walk(Place place, const TreeLimits& limits, TreeVisitor& visitor)
-        : place_(place), limits_(limits), visitor_(visitor) {}
+    Walk(const Tree& tree, const TreeLimits& limits, TreeVisitor& visitor)
+        : place_(tree.place), limits_(limits), visitor_(visitor), device_(deviceOf(tree.descriptor)) {}
 
     Result<void> folder(int directory, const std::string& path, std::size_t depth) {
         const auto names = namesIn({directory, path, place_}, limits_.entries);
@@ -99,13 +101,21 @@ class Walk {
         if (S_ISREG(facts.st_mode)) {
             return visitFile(directory, name, std::move(path));
         }
-        return unsafe(path);
+        return unsafe(path, kSpecial);
+    }
+
+    static std::optional<dev_t> deviceOf(int folder) {
+        struct stat facts {};
+        return fstat(folder, &facts) == 0 ? std::optional(facts.st_dev) : std::nullopt;
     }
 
     Result<void> visitFolder(int directory, const std::string& name, std::string path, std::size_t depth) {
         const Descriptor opened(openat(directory, name.c_str(), kOpenFolder));
         if (!opened.valid()) {
             return tl::make_unexpected(readError(place_, path, errno));
+        }
+        if (deviceOf(opened.get()) != device_) {
+            return unsafe(path, "another file system");
         }
         if (auto entered = visitor_.enterFolder({name, path, 0}); !entered) {
             return entered;
@@ -123,7 +133,7 @@ class Walk {
             return tl::make_unexpected(readError(place_, path, errno));
         }
         if (!S_ISREG(facts.st_mode)) {
-            return unsafe(path);
+            return unsafe(path, kSpecial);
         }
         const auto bytes = static_cast<std::uint64_t>(facts.st_size);
         bytes_ += bytes;
@@ -133,10 +143,10 @@ class Walk {
         return visitor_.file({name, std::move(path), bytes}, opened.get());
     }
 
-    static tl::unexpected<Error> unsafe(const std::string& path) {
-        return failure(ErrorCode::UnsafeEntry, vxcommon::printable(path) +
-                                                   " is a link or a special file, which no package holds; "
-                                                   "make the package again with vxclone backup");
+    static tl::unexpected<Error> unsafe(const std::string& path, const std::string& what) {
+        return failure(ErrorCode::UnsafeEntry, vxcommon::printable(path) + " is " + what +
+                                                   ", which no package holds; make the package again with "
+                                                   "vxclone backup");
     }
 
     static tl::unexpected<Error> tooLarge(const std::string& path, const std::string& why) {
@@ -147,6 +157,7 @@ class Walk {
     Place place_;
     const TreeLimits& limits_;
     TreeVisitor& visitor_;
+    std::optional<dev_t> device_;
     std::size_t entries_ = 0;
     std::uint64_t bytes_ = 0;
 };
@@ -203,7 +214,7 @@ Result<std::vector<std::string>> namesIn(const Tree& folder, std::size_t most) {
 }
 
 Result<void> walkTree(const Tree& tree, const TreeLimits& limits, TreeVisitor& visitor) {
-    return Walk(tree.place, limits, visitor).folder(tree.descriptor, tree.path, 1);
+    return Walk(tree, limits, visitor).folder(tree.descriptor, tree.path, 1);
 }
 
 int removeTree(int directory, const std::string& name) {

@@ -46,9 +46,9 @@ class TreeVisitor {
     virtual Result<void> leaveFolder() = 0;
 };
 
-/// Visits everything under the folder, sorted by name within each folder. Only regular files and folders are
-/// let through, opened without following links; sidecar files of a stick are passed over. Errors: anything
-/// else in the tree, a limit exceeded, a read that failed, or the visitor's own.
+/// Visits everything under the folder, sorted by name within each folder. Only regular files and folders of
+/// one file system are let through, opened without following links; sidecar files of a stick are passed over.
+/// Errors: anything else in the tree, a limit exceeded, a read that failed, or the visitor's own.
 Result<void> walkTree(const Tree& tree, const TreeLimits& limits, TreeVisitor& visitor);
 
 /// The names in the folder without "." and "..", sorted. Errors: more names than `most`.

@@ -5,9 +5,10 @@
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/settings_file.h"
 #include "cloning_app/run/applications.h"
-#include "cloning_app/run/integrity.h"
 #include "cloning_app/run/logos.h"
+#include "cloning_app/run/package_origin.h"
 #include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/sealing.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -51,14 +52,15 @@ Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Rep
     return copied;
 }
 
-/// The finished backup in the clone folder.
-struct Saved {
-    std::vector<Row> own;  ///< what the library does not report
-    std::vector<Check> checks;
+/// What is needed to complete a backup to a package.
+struct Means {
+    PackageKey key;
+    PackageOrigin origin;
 };
 
-/// Looks at what the library saved, and completes it to a package.
-Result<Saved> completePackage(const CloneContext& context, const Tree& root, const Identity& identity) {
+/// Looks at what the library left, before anything is made of it. Result: the rows of all categories.
+Result<std::vector<Row>> judgeBackup(const CloneContext& context, const Tree& root,
+                                     const ResultList& results) {
     const auto settings = judgeSettings(root);
     if (!settings) {
         return tl::make_unexpected(settings.error());
@@ -68,34 +70,47 @@ Result<Saved> completePackage(const CloneContext& context, const Tree& root, con
     for (const Row& row : own) {
         context.view.category(row);
     }
-    const auto checks = sealPackage(context.engine, root, identity);
-    if (!checks) {
-        return tl::make_unexpected(checks.error());
-    }
-    return Saved{std::move(own), *checks};
+    std::vector<Row> rows = tableRows(Direction::Backup, allCategories(), results.outcomes(), own);
+    nameApplications(rows);
+    return rows;
 }
 
 /// What a backup needs of the television, beside the library's own work.
-Result<Identity> readyToSeal(const CloneContext& context) {
-    if (const auto key = requireKey(context.engine); !key) {
+Result<Means> readyToSeal(const CloneContext& context, const StickTarget& target,
+                          const BackupOptions& options) {
+    auto key = requireKeys(context.engine);
+    if (!key) {
         return tl::make_unexpected(key.error());
     }
-    const Identity identity = televisionIdentity();
-    if (const auto text = identityText(identity); !text) {
-        return tl::make_unexpected(text.error());
+    auto origin = originOfBackup(options.name.value_or(target.name()));
+    if (!origin) {
+        return tl::make_unexpected(origin.error());
     }
-    return identity;
+    return Means{std::move(*key), std::move(*origin)};
 }
 
-Report makeReport(const ResultList& results, const Saved& saved, const TreeSize& size,
-                  const std::string& path) {
-    Report report{Direction::Backup,
-                  tableRows(Direction::Backup, allCategories(), results.outcomes(), saved.own), 0,
-                  unknownLineSentences(results), saved.checks};
-    nameApplications(report.rows);
-    report.exitStatus = exitStatusFor(report.rows, results);
+/// Makes a package of the backup that the library left.
+Result<Report> completePackage(const CloneContext& context, const Tree& root, const ResultList& results,
+                               Means& means) {
+    const auto rows = judgeBackup(context, root, results);
+    if (!rows) {
+        return tl::make_unexpected(rows.error());
+    }
+    means.origin.results = resultsOf(*rows);
+    const auto sealed = sealPackage(context.engine, root, means.origin, means.key);
+    if (!sealed) {
+        return tl::make_unexpected(sealed.error());
+    }
+    Report report{Direction::Backup, *rows, exitStatusFor(*rows, results), unknownLineSentences(results),
+                  sealed->checks};
+    report.digest = sealed->digest;
+    return report;
+}
+
+void sayTheEnd(Report& report, const TreeSize& size, const std::string& path) {
     report.closing.push_back(fmt::format("Backup in {}: {}, {}.", vxcommon::printable(path),
                                          countText(size.files, "file"), sizeText(size.bytes)));
+    report.closing.push_back(fmt::format("Digest {}", report.digest));
     if (report.exitStatus == kExitOk) {
         report.closing.emplace_back("Safe to remove the stick.");
     } else {
@@ -103,12 +118,12 @@ Report makeReport(const ResultList& results, const Saved& saved, const TreeSize&
             "The backup is incomplete (failed: {}); the rest is on the stick, which may be removed.",
             failedNames(report.rows)));
     }
-    return report;
 }
 
 }  // namespace
 
-Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder) {
+Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder,
+                         const BackupOptions& options) {
     auto target = openTarget(context, folder);
     if (!target) {
         return tl::make_unexpected(target.error());
@@ -117,9 +132,9 @@ Result<Report> runBackup(const CloneContext& context, const std::filesystem::pat
         return tl::make_unexpected(replaceable.error());
     }
     // Asked before anything is made, on the television or on the stick.
-    const auto identity = readyToSeal(context);
-    if (!identity) {
-        return tl::make_unexpected(identity.error());
+    auto means = readyToSeal(context, *target, options);
+    if (!means) {
+        return tl::make_unexpected(means.error());
     }
     if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
         return tl::make_unexpected(reset.error());
@@ -132,23 +147,25 @@ Result<Report> runBackup(const CloneContext& context, const std::filesystem::pat
     if (!root) {
         return tl::make_unexpected(root.error());
     }
-    const auto results = runAndFollow(context, Direction::Backup, [&] { return context.engine.backUp(); });
+    const auto results =
+        runAndFollow(context, Direction::Backup, allCategories(), [&] { return context.engine.backUp(); });
     if (!results) {
         return tl::make_unexpected(results.error());
     }
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    const auto saved = completePackage(context, root->tree(), *identity);
-    if (!saved) {
-        return tl::make_unexpected(saved.error());
+    auto report = completePackage(context, root->tree(), *results, *means);
+    if (!report) {
+        return report;
     }
     context.view.notice("Writing the package to " + vxcommon::printable(target->path()) + ".");
     const auto carried = carryToStick(context, root->tree(), *replacement);
     if (!carried) {
         return tl::make_unexpected(carried.error());
     }
-    return makeReport(*results, *saved, *carried, target->path());
+    sayTheEnd(*report, *carried, target->path());
+    return report;
 }
 
 }  // namespace vxclone

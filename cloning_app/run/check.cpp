@@ -13,15 +13,23 @@ namespace {
 
 using vxcommon::Colour;
 
+constexpr std::size_t kMostFilesInASentence = 3;
+
 struct SubjectFacts {
     std::string_view name;
     std::string_view words;
 };
 
 constexpr std::array kSubjects = {
-    SubjectFacts{"identity", "kind of television"},    SubjectFacts{"model", "model"},
-    SubjectFacts{"product-tag", "product tag"},        SubjectFacts{"tuner", "tuner type"},
-    SubjectFacts{"key", "the television's clone key"}, SubjectFacts{"seal", "whole package"},
+    SubjectFacts{"identity", "kind of television"},
+    SubjectFacts{"model", "model"},
+    SubjectFacts{"product-tag", "product tag"},
+    SubjectFacts{"tuner", "tuner type"},
+    SubjectFacts{"key", "the television's clone key"},
+    SubjectFacts{"package-key", "the television's package key"},
+    SubjectFacts{"manifest", "list of the package"},
+    SubjectFacts{"file", "in the package"},
+    SubjectFacts{"seal", "whole package"},
 };
 
 struct FindingFacts {
@@ -37,10 +45,13 @@ constexpr std::array kFindings = {
     FindingFacts{"verified", "verified", Colour::Good, {}},
     FindingFacts{"same", "same", Colour::Good, {}},
     FindingFacts{"unaltered", "unaltered", Colour::Good, {}},
+    FindingFacts{"no-manifest", "none: checked by the seal alone, which is weaker", Colour::Dim, {}},
     FindingFacts{"overridden", "differs, restored all the same", Colour::Bad, {}},
     FindingFacts{"missing", "missing", Colour::Bad, ErrorCode::NotComplete},
     FindingFacts{"none", "none", Colour::Bad, ErrorCode::NoKey},
     FindingFacts{"altered", "altered", Colour::Bad, ErrorCode::Altered},
+    FindingFacts{"missing", "missing", Colour::Bad, ErrorCode::Altered},
+    FindingFacts{"added", "added", Colour::Bad, ErrorCode::Altered},
     FindingFacts{"differs", "differs", Colour::Bad, ErrorCode::DoesNotFit},
     FindingFacts{"absent", "not told by the package", Colour::Bad, ErrorCode::DoesNotFit},
     FindingFacts{"unknown", "not told by this television", Colour::Bad, ErrorCode::DoesNotFit},
@@ -78,10 +89,9 @@ std::string sentenceFor(ErrorCode problem, const std::string& what, const std::s
             return fmt::format("{} is not complete: it holds no {}; make a new backup", path, what);
         case ErrorCode::NoKey:
             return fmt::format(
-                "this television has no clone key, so nobody can tell whether {} was altered; "
-                "restart the television and try again, and have its key installed if that "
-                "does not help",
-                path);
+                "this television has no {}, so nobody can tell whether {} was altered; restart the "
+                "television and try again, and have its keys installed if that does not help",
+                what, path);
         case ErrorCode::Altered:
             return fmt::format("{} was altered after it was made{}; make a new backup", path,
                                what.empty() ? "" : " (" + what + ")");
@@ -95,6 +105,12 @@ std::string sentenceFor(ErrorCode problem, const std::string& what, const std::s
 
 /// What a sentence says of one check.
 std::string partOf(const Check& check) {
+    if (check.finding == Finding::None) {
+        return check.subject == Subject::Key ? "clone key" : "package key";
+    }
+    if (check.subject == Subject::File) {
+        return fmt::format("{} {}", check.detail, factsOf(check.finding).words);
+    }
     if (problemOf(check) != ErrorCode::DoesNotFit) {
         return check.detail;
     }
@@ -102,6 +118,22 @@ std::string partOf(const Check& check) {
         return fmt::format("{} ({})", wordsOf(check.subject), valuesOf(check));
     }
     return fmt::format("{} {}", wordsOf(check.subject), textOf(check));
+}
+
+/// What a sentence says of all checks with the problem: of many files the first ones and a count.
+std::string partsFor(ErrorCode problem, const std::vector<Check>& checks) {
+    std::string text;
+    std::size_t files = 0;
+    for (const Check& check : checks) {
+        const bool counts = problemOf(check) == problem;
+        files += counts && check.subject == Subject::File ? 1U : 0U;
+        const std::string part = counts ? partOf(check) : std::string();
+        if (!part.empty() && (check.subject != Subject::File || files <= kMostFilesInASentence)) {
+            text += (text.empty() ? "" : ", ") + part;
+        }
+    }
+    return files > kMostFilesInASentence ? text + fmt::format(" and {} more", files - kMostFilesInASentence)
+                                         : text;
 }
 
 }  // namespace
@@ -147,17 +179,11 @@ std::optional<ErrorCode> problemOf(const std::vector<Check>& checks) {
 std::vector<std::string> problemSentences(const std::vector<Check>& checks, const std::string& path) {
     std::vector<std::string> sentences;
     for (const ErrorCode problem : kByGravity) {
-        std::string what;
-        bool found = false;
-        for (const Check& check : checks) {
-            if (problemOf(check) == problem) {
-                what += (found && !what.empty() ? ", " : "") + partOf(check);
-                found = true;
-            }
-        }
+        const bool found = std::any_of(checks.begin(), checks.end(),
+                                       [problem](const Check& check) { return problemOf(check) == problem; });
         if (found) {
-            sentences.push_back(
-                sentenceFor(problem, vxcommon::printable(what), vxcommon::printable(path), checks));
+            sentences.push_back(sentenceFor(problem, vxcommon::printable(partsFor(problem, checks)),
+                                            vxcommon::printable(path), checks));
         }
     }
     return sentences;

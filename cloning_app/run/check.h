@@ -11,7 +11,7 @@
 namespace vxclone {
 
 /// What of a package is judged as a whole, not category by category.
-enum class Subject { Identity, Model, ProductTag, Tuner, Key, Seal };
+enum class Subject { Identity, Model, ProductTag, Tuner, Key, PackageKey, Manifest, File, Seal };
 
 enum class Finding {
     Recorded,    ///< written down by a backup, and read back
@@ -19,10 +19,13 @@ enum class Finding {
     Verified,    ///< looked at before a restore, and good
     Same,        ///< the package's is this television's
     Unaltered,   ///< the package is what was sealed
+    Unlisted,    ///< the package, made by another tool, has no manifest
     Overridden,  ///< differs, and the user wants it all the same
     Missing,     ///< the package holds no such file
     None,        ///< the television has none
     Altered,     ///< the package is not what was sealed
+    Gone,        ///< the manifest lists a file that the package does not hold
+    Added,       ///< the package holds a file that the manifest does not list
     Differs,     ///< the package's is not this television's
     Absent,      ///< the package does not tell its own
     Unknown,     ///< this television does not tell its own

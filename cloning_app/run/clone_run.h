@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,15 +21,22 @@ struct CloneContext {
     DiskCalls disk = realDiskCalls();  ///< for what is written to the stick
 };
 
+/// How a backup is made.
+struct BackupOptions {
+    std::optional<std::string> name = {};  ///< what people call the package; none: as the folder is called
+};
+
 /// Saves the television into `folder`. Result: the report, the package being whole, sealed and flushed in
 /// `folder`; its exit status says whether a category failed. Errors: `folder` is as it was.
-Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder);
+Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder,
+                         const BackupOptions& options = {});
 
 /// What of a package is restored, and how.
 struct RestoreOptions {
     std::vector<VXClone> list;
     bool forceModel = false;  ///< load a package of another model, if nothing else is wrong with it
     bool everything = false;  ///< the list is all there is because nobody chose
+    std::string expect = {};  ///< the beginning of the only manifest digest that is let in; empty: any is
 };
 
 /// Loads the categories of the package in `folder` into the television, if it fits and is unaltered. Result:

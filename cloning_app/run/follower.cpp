@@ -13,8 +13,14 @@ constexpr std::chrono::milliseconds kPollInterval{50};
 constexpr int kWholePercent = 100;
 
 tl::unexpected<Error> refused(const char* key) {
-    return failure(ErrorCode::TelevisionIo, std::string("the television's settings store refuses ") + key +
-                                                ", so the run could not be followed; restart the television");
+    return failure(ErrorCode::SettingsRefused,
+                   std::string("the television's settings store refuses ") + key +
+                       ", so the run could not be followed; restart the television");
+}
+
+/// Whether a run that saves the category puts it on the result list.
+bool isReported(Handling handling) {
+    return handling == Handling::Reported || handling == Handling::NotEvaluated;
 }
 
 }  // namespace
@@ -29,8 +35,22 @@ Result<void> resetRunKeys(Direction direction) {
     return {};
 }
 
-Follower::Follower(Direction direction, ProgressView& view, const StopFlag& stop)
-    : direction_(direction), view_(view), stop_(stop), thread_([this] { follow(); }) {}
+Follower::Follower(Direction direction, const std::vector<VXClone>& list, ProgressView& view,
+                   const StopFlag& stop)
+    : direction_(direction), view_(view), stop_(stop) {
+    for (const VXClone category : list) {
+        if (direction == Direction::Restore || isReported(handlingOf(categoryOf(category), direction))) {
+            list_.push_back(category);
+        }
+    }
+    shown_.entries = list_.size();
+    if (direction == Direction::Restore && !list_.empty()) {
+        shown_.percent = 0;
+        shown_.category = list_.front();
+    }
+    view_.progress(shown_);
+    thread_ = std::thread([this] { follow(); });
+}
 
 Follower::~Follower() {
     join();
@@ -71,13 +91,29 @@ void Follower::look() {
     if (const auto reading = store::readString(kResultKey)) {
         for (const Outcome& outcome : results_.update(*reading)) {
             view_.category(rowOf(outcome, direction_));
+            reported_.insert(outcome.category);
+            latest_ = outcome.category;
         }
     }
-    const auto percent = direction_ == Direction::Restore ? store::readInt(kProgressKey) : std::nullopt;
-    if (percent && std::min(*percent, kWholePercent) > percent_) {
-        percent_ = std::min(*percent, kWholePercent);
-        view_.percent(percent_);
+    const Progress progress = direction_ == Direction::Backup ? progressOfBackup() : progressOfRestore();
+    if (progress.entry > shown_.entry || progress.percent != shown_.percent) {
+        shown_ = progress;
+        view_.progress(progress);
     }
+}
+
+Progress Follower::progressOfBackup() const {
+    return {std::nullopt, std::min(reported_.size(), list_.size()), list_.size(), latest_};
+}
+
+/// The library writes the percentage of its entries that are done, rounded down, after each of them.
+Progress Follower::progressOfRestore() const {
+    const int percent =
+        std::clamp(store::readInt(kProgressKey).value_or(0), shown_.percent.value_or(0), kWholePercent);
+    const std::size_t handled =
+        (static_cast<std::size_t>(percent) * list_.size() + kWholePercent - 1) / kWholePercent;
+    const auto atWork = handled < list_.size() ? std::optional(list_[handled]) : std::nullopt;
+    return {percent, handled, list_.size(), atWork};
 }
 
 }  // namespace vxclone

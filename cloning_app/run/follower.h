@@ -2,7 +2,10 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <optional>
+#include <set>
 #include <thread>
+#include <vector>
 
 #include "cloning_app/run/progress_view.h"
 #include "cloning_app/run/result_list.h"
@@ -11,14 +14,15 @@
 namespace vxclone {
 
 /// Makes the two keys of the settings store ready for a run, so that nothing of the run before is taken for
-/// this one's. Errors: `TelevisionIo`, the store refused a key; a run could then not be followed.
+/// this one's. Errors: `SettingsRefused`, the store refused a key; a run could then not be followed.
 Result<void> resetRunKeys(Direction direction);
 
 /// Follows a run through the settings store, on a thread of its own, from construction until `finish`. The
 /// view belongs to the follower in between.
 class Follower {
  public:
-    Follower(Direction direction, ProgressView& view, const StopFlag& stop);
+    /// `list` is what the library was told to load; of a backup, what it may save.
+    Follower(Direction direction, const std::vector<VXClone>& list, ProgressView& view, const StopFlag& stop);
     Follower(const Follower&) = delete;
     Follower& operator=(const Follower&) = delete;
     ~Follower();
@@ -29,13 +33,18 @@ class Follower {
  private:
     void follow();
     void look();
+    Progress progressOfBackup() const;
+    Progress progressOfRestore() const;
     void join();
 
     Direction direction_;
+    std::vector<VXClone> list_;
     ProgressView& view_;
     const StopFlag& stop_;
     ResultList results_;
-    int percent_ = 0;
+    std::set<VXClone> reported_;
+    std::optional<VXClone> latest_;
+    Progress shown_;
     bool stopSaid_ = false;
     std::mutex mutex_;
     std::condition_variable ended_;

@@ -5,22 +5,15 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
 
 #include "cloning_app/package/layout.h"
-#include "cloning_app/package/package_contents.h"
 #include "cloning_app/package/small_file.h"
+#include "cloning_app/run/identity_check.h"
 
 namespace vxclone {
 
 namespace {
 
-/// Where the library puts a new seal: it removes a file with the seal's own name from the clone folder.
-constexpr const char* kNewSealFile = "validate.vxclone-new";
-constexpr std::size_t kMostEntriesNamed = 3;
-/// How much longer than it should be a list of contents is read, for the sentence about it.
-constexpr std::size_t kMoreListBytes = std::size_t{64} << 10U;
 /// As large as anything that the library writes while it checks a seal.
 constexpr std::size_t kSealBytes = 16;
 
@@ -30,95 +23,6 @@ constexpr int kLibraryFlagUnreadable = -1;
 constexpr int kLibraryModelDiffers = 1;
 constexpr int kLibraryTagDiffers = 3;
 constexpr int kLibraryTunerDiffers = 4;
-
-std::string in(const Tree& package, std::string_view name) {
-    return package.path + "/" + std::string(name);
-}
-
-tl::unexpected<Error> notSealed(const std::string& why) {
-    return failure(ErrorCode::NotSealed, "the backup cannot be sealed: " + why +
-                                             "; free some space on the television's disk and back up again");
-}
-
-/// What the library said while it sealed; a call that broke off is a backup that is not sealed.
-Result<void> sealedOr(const Result<bool>& answer, const std::string& whyNot) {
-    if (!answer) {
-        return failure(ErrorCode::NotSealed, "the backup cannot be sealed: " + answer.error().sentence);
-    }
-    return *answer ? Result<void>() : notSealed(whyNot);
-}
-
-Result<void> recordIdentity(CloneEngine& engine, const Tree& package, const Identity& identity) {
-    const auto text = identityText(identity);
-    if (!text) {
-        return tl::make_unexpected(text.error());
-    }
-    if (const auto written = writeSmallFile(package, kIdentityFile, *text); !written) {
-        return written;
-    }
-    const auto readBack = engine.checkIdentity(package.path);
-    if (!readBack) {
-        return tl::make_unexpected(readBack.error());
-    }
-    if (*readBack != kLibraryFits) {
-        return notSealed(fmt::format("the clone library does not accept the {} of this television (code {})",
-                                     kIdentityFile, *readBack));
-    }
-    return {};
-}
-
-/// Seals the files, and sees whether the library takes its own seal.
-Result<void> makeSeal(CloneEngine& engine, const Tree& package, const std::vector<std::string>& files) {
-    const auto made =
-        sealedOr(engine.seal(files, in(package, kNewSealFile)), "the clone library could not write the seal");
-    if (!made) {
-        return made;
-    }
-    if (renameat(package.descriptor, kNewSealFile, package.descriptor, kSealFile) != 0) {
-        return tl::make_unexpected(writeError(package.place, in(package, kSealFile), errno));
-    }
-    return sealedOr(engine.checkSeal(files, in(package, kSealFile)),
-                    "the seal does not match what was sealed");
-}
-
-Result<void> recordAndSeal(CloneEngine& engine, const Tree& package, const Identity& identity) {
-    if (const auto recorded = recordIdentity(engine, package, identity); !recorded) {
-        return recorded;
-    }
-    if (const auto room = writeSmallFile(package, kContentsFile, ""); !room) {
-        return room;
-    }
-    const auto contents = readContents(package);
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
-    }
-    if (const auto listed = writeSmallFile(package, kContentsFile, contents->list); !listed) {
-        return listed;
-    }
-    return makeSeal(engine, package, contents->files);
-}
-
-void removeSealing(const Tree& package) {
-    for (const char* const name : {kNewSealFile, kSealFile, kSealWorkingFile}) {
-        removeTree(package.descriptor, name);
-    }
-}
-
-std::string shown(const std::optional<std::string>& value) {
-    return value ? *value : "unknown";
-}
-std::string shown(const std::optional<int>& value) {
-    return value ? std::to_string(*value) : "unknown";
-}
-
-template <class Value>
-Check compare(Subject subject, const Value& television, const Value& package) {
-    Finding finding = television == package ? Finding::Same : Finding::Differs;
-    if (!television || !package) {
-        finding = television ? Finding::Absent : Finding::Unknown;
-    }
-    return {subject, finding, shown(television), shown(package)};
-}
 
 /// Whether the library's answer is no surprise after our own comparison.
 bool isExplained(int answer, const std::vector<Check>& checks) {
@@ -143,18 +47,14 @@ bool isExplained(int answer, const std::vector<Check>& checks) {
 }
 
 Result<std::vector<Check>> examineIdentity(CloneEngine& engine, const Tree& package) {
-    const auto text = readSmallFile(package, kIdentityFile, kMostIdentityBytes);
-    if (!text) {
-        return tl::make_unexpected(text.error());
+    const auto identity = readIdentity(package);
+    if (!identity) {
+        return tl::make_unexpected(identity.error());
     }
-    if (!*text) {
-        return std::vector{Check{Subject::Identity, Finding::Missing, "", "", kIdentityFile}};
+    if (!*identity) {
+        return std::vector{missingIdentity()};
     }
-    const Identity here = televisionIdentity();
-    const Identity there = parseIdentity(**text);
-    std::vector<Check> checks = {compare(Subject::Model, here.model, there.model),
-                                 compare(Subject::ProductTag, here.productTag, there.productTag),
-                                 compare(Subject::Tuner, here.tuner, there.tuner)};
+    std::vector<Check> checks = compareIdentities(televisionIdentity(), **identity);
     const auto answer = engine.checkIdentity(package.path);
     if (!answer) {
         return tl::make_unexpected(answer.error());
@@ -165,38 +65,41 @@ Result<std::vector<Check>> examineIdentity(CloneEngine& engine, const Tree& pack
     return checks;
 }
 
-/// What the list of contents says against the package, for people; empty when it agrees.
-Result<std::string> contentsProblem(const Tree& package, const PackageContents& contents) {
-    const auto list = readSmallFile(package, kContentsFile, contents.list.size() + kMoreListBytes);
-    if (!list) {
-        return tl::make_unexpected(list.error());
+Finding findingOf(EntryDifference::Kind kind) {
+    switch (kind) {
+        case EntryDifference::Kind::Missing:
+            return Finding::Gone;
+        case EntryDifference::Kind::Added:
+            return Finding::Added;
+        case EntryDifference::Kind::Altered:
+            break;
     }
-    if (!*list) {
-        return std::string(kContentsFile) + " is gone";
-    }
-    if (**list == contents.list) {
-        return std::string();
-    }
-    const std::vector<std::string> names = differingEntries(**list, contents.list);
-    std::string text;
-    for (std::size_t index = 0; index < std::min(names.size(), kMostEntriesNamed); ++index) {
-        text += (index == 0 ? "" : ", ") + names[index];
-    }
-    if (names.size() > kMostEntriesNamed) {
-        text += fmt::format(" and {} more", names.size() - kMostEntriesNamed);
-    }
-    return text.empty() ? std::string(kContentsFile) : text;
+    return Finding::Altered;
 }
 
-Result<Check> examineSeal(CloneEngine& engine, const Tree& package) {
-    const auto contents = readContents(package);
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
+/// Adds what the manifest says. A file of that name that is no manifest is an altered package, not a failed
+/// examination.
+Result<void> examineManifest(const Tree& package, const PackageContents& contents, Examination& result) {
+    const auto manifest = readManifest(package, PackageKey::ofTelevision());
+    if (!manifest && manifest.error().code == ErrorCode::Altered) {
+        result.checks.push_back({Subject::Manifest, Finding::Altered, "", "", kManifestFile});
+        return {};
     }
-    const auto problem = contentsProblem(package, *contents);
-    if (!problem) {
-        return tl::make_unexpected(problem.error());
+    if (!manifest) {
+        return tl::make_unexpected(manifest.error());
     }
+    result.checks.push_back(checkOf(*manifest));
+    if (*manifest) {
+        result.digest = (*manifest)->digest;
+        for (const EntryDifference& difference :
+             differencesOf((*manifest)->manifest.entries, contents.entries)) {
+            result.checks.push_back({Subject::File, findingOf(difference.kind), "", "", difference.path});
+        }
+    }
+    return {};
+}
+
+Result<Check> examineSeal(CloneEngine& engine, const Tree& package, const PackageContents& contents) {
     // The library cannot tell a full disk from a wrong seal. A package's own file of this name is altered by
     // the library, and no sealed package has one.
     const auto working = readSmallFile(package, kSealWorkingFile, 1);
@@ -206,72 +109,61 @@ Result<Check> examineSeal(CloneEngine& engine, const Tree& package) {
     if (const auto room = writeSmallFile(package, kSealWorkingFile, std::string(kSealBytes, '0')); !room) {
         return tl::make_unexpected(room.error());
     }
-    const auto good = engine.checkSeal(contents->files, in(package, kSealFile));
+    const auto good = engine.checkSeal(contents.files, package.path + "/" + kSealFile);
     removeTree(package.descriptor, kSealWorkingFile);
     if (!good) {
         return tl::make_unexpected(good.error());
     }
-    const bool unaltered = *good && problem->empty();
-    return Check{Subject::Seal, unaltered ? Finding::Unaltered : Finding::Altered, "", "", *problem};
+    return Check{Subject::Seal, *good ? Finding::Unaltered : Finding::Altered};
 }
 
 }  // namespace
 
-Result<void> requireKey(CloneEngine& engine) {
+Check checkOf(const std::optional<ReadManifest>& manifest) {
+    if (!manifest) {
+        return {Subject::Manifest, Finding::Unlisted};
+    }
+    switch (manifest->authenticity) {
+        case Authenticity::Proven:
+            return {Subject::Manifest, Finding::Unaltered};
+        case Authenticity::Unknown:
+            return {Subject::PackageKey, Finding::None};
+        case Authenticity::Broken:
+            break;
+    }
+    return {Subject::Manifest, Finding::Altered, "", "", kManifestFile};
+}
+
+Result<Examination> examinePackage(CloneEngine& engine, const Tree& package) {
+    auto identity = examineIdentity(engine, package);
+    if (!identity) {
+        return tl::make_unexpected(identity.error());
+    }
+    Examination result{std::move(*identity)};
     const auto key = engine.hasKey();
     if (!key) {
         return tl::make_unexpected(key.error());
     }
     if (!*key) {
-        return failure(
-            ErrorCode::NoKey,
-            "this television has no clone key, so a backup cannot be sealed; restart the television "
-            "and try again, and have its key installed if that does not help");
+        result.checks.push_back({Subject::Key, Finding::None});
     }
-    return {};
-}
-
-Result<std::vector<Check>> sealPackage(CloneEngine& engine, const Tree& package, const Identity& identity) {
-    removeSealing(package);
-    if (const auto sealed = recordAndSeal(engine, package, identity); !sealed) {
-        removeSealing(package);
-        return tl::make_unexpected(sealed.error());
+    const auto contents = readContents(package);
+    if (!contents) {
+        return tl::make_unexpected(contents.error());
     }
-    return std::vector{Check{Subject::Identity, Finding::Recorded}, Check{Subject::Seal, Finding::Sealed}};
-}
-
-Result<std::vector<Check>> examinePackage(CloneEngine& engine, const Tree& package) {
-    auto checks = examineIdentity(engine, package);
-    if (!checks) {
-        return checks;
-    }
-    const auto key = engine.hasKey();
-    if (!key) {
-        return tl::make_unexpected(key.error());
-    }
-    if (!*key) {
-        checks->push_back({Subject::Key, Finding::None});
+    if (const auto listed = examineManifest(package, *contents, result); !listed) {
+        return tl::make_unexpected(listed.error());
     }
     if (faccessat(package.descriptor, kSealFile, F_OK, AT_SYMLINK_NOFOLLOW) != 0) {
-        checks->push_back({Subject::Seal, Finding::Missing, "", "", kSealFile});
+        result.checks.push_back({Subject::Seal, Finding::Missing, "", "", kSealFile});
     } else if (*key) {
-        auto seal = examineSeal(engine, package);
+        const auto seal = examineSeal(engine, package, *contents);
         if (!seal) {
             return tl::make_unexpected(seal.error());
         }
-        checks->push_back(std::move(*seal));
+        result.checks.push_back(*seal);
     }
-    return checks;
-}
-
-bool overrideModel(std::vector<Check>& checks) {
-    for (Check& check : checks) {
-        if (check.subject == Subject::Model && check.finding == Finding::Differs) {
-            check.finding = Finding::Overridden;
-            return true;
-        }
-    }
-    return false;
+    return result;
 }
 
 }  // namespace vxclone

@@ -1,29 +1,29 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <vector>
 
-#include "cloning_app/package/identity.h"
+#include "cloning_app/package/manifest_file.h"
 #include "cloning_app/run/check.h"
 #include "cloning_app/run/clone_engine.h"
 
 namespace vxclone {
 
-/// Checks that something can be sealed on this television. Errors: `NoKey`, or the library broke off.
-Result<void> requireKey(CloneEngine& engine);
+/// What was found out about a package.
+struct Examination {
+    std::vector<Check> checks;               ///< the seal's comes last
+    std::optional<std::string> digest = {};  ///< the manifest's, where there is one
+};
 
-/// Completes the finished backup in the clone folder `package`: its identity, the list of its contents, the
-/// seal over all; all of it is read back. On failure no seal and no working file of the library is left.
-/// Errors: `IdentityUnusable`, `NotSealed`, the disk says no, or the library broke off.
-Result<std::vector<Check>> sealPackage(CloneEngine& engine, const Tree& package, const Identity& identity);
+/// What is to be said of a package's manifest.
+Check checkOf(const std::optional<ReadManifest>& manifest);
 
 /// Finds out whether the package in the clone folder `package` fits this television and is as it was sealed.
 /// The judgement is the library's; what it does not tell is found out here, and a package is good only when
-/// both say so. Result: one check for each subject; none of them stands for an error in the sense of a failed
-/// examination. Errors: the package or the disk cannot be read or written, or the library broke off.
-Result<std::vector<Check>> examinePackage(CloneEngine& engine, const Tree& package);
-
-/// Lets a difference of the model pass, where the values of both sides are known. Result: whether there was
-/// one.
-bool overrideModel(std::vector<Check>& checks);
+/// both say so. Result: one check for each subject, and for each file that is not as it was; none of them
+/// stands for an error in the sense of a failed examination. Errors: the package or the disk cannot be read
+/// or written, it is of a later format, or the library broke off.
+Result<Examination> examinePackage(CloneEngine& engine, const Tree& package);
 
 }  // namespace vxclone

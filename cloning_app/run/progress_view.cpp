@@ -1,203 +1,91 @@
 #include "cloning_app/run/progress_view.h"
 
-#include <array>
 #include <nlohmann/json.hpp>
+
+#include "cloning_app/run/json_lines.h"
+#include "cloning_app/run/text_view.h"
 
 namespace vxclone {
 
 namespace {
 
-std::string_view nameOf(Direction direction) {
-    return direction == Direction::Backup ? "backup" : "restore";
-}
-
-/// What both views for people do at the end.
-class TextView : public ProgressView {
- public:
-    TextView(Direction direction, std::ostream& out, std::ostream& err, bool coloured)
-        : direction_(direction), out_(out), err_(err), coloured_(coloured) {}
-
-    void done(const Report& report) override {
-        out_ << renderTable(report.rows, report.checks, coloured_);
-        for (const std::string& sentence : report.closing) {
-            out_ << sentence << '\n';
-        }
-        out_ << std::flush;
-    }
-
-    void failed(const Error& error) override { err_ << "vxclone: " << error.sentence << '\n' << std::flush; }
-
- protected:
-    std::ostream& out() { return out_; }
-    Direction direction() const { return direction_; }
-
- private:
-    Direction direction_;
-    std::ostream& out_;
-    std::ostream& err_;
-    bool coloured_;
-};
-
-class PlainView final : public TextView {
- public:
-    using TextView::TextView;
-
-    void percent(int value) override { out() << nameOf(direction()) << ' ' << value << " %\n" << std::flush; }
-    void category(const Row& row) override {
-        out() << categoryOf(row.category).name << ": " << textOf(row) << '\n' << std::flush;
-    }
-    void tick() override {}
-    void notice(const std::string& sentence) override { out() << sentence << '\n' << std::flush; }
-};
-
-class TerminalView final : public TextView {
- public:
-    using TextView::TextView;
-
-    void percent(int value) override {
-        percent_ = value;
-        draw();
-    }
-    void category(const Row& row) override {
-        ++reported_;
-        latest_ = std::string(categoryOf(row.category).name) + " " + std::string(wordsOf(row.verdict));
-        draw();
-    }
-    void tick() override {
-        ++ticks_;
-        draw();
-    }
-    void notice(const std::string& sentence) override {
-        clear();
-        out() << sentence << '\n';
-        draw();
-    }
-    void done(const Report& report) override {
-        clear();
-        TextView::done(report);
-    }
-    void failed(const Error& error) override {
-        clear();
-        TextView::failed(error);
-    }
-
- private:
-    static constexpr std::size_t kBarWidth = 20;
-
-    std::string bar() const {
-        std::string bar(kBarWidth, ' ');
-        if (direction() == Direction::Restore) {
-            const auto filled = static_cast<std::size_t>(percent_) * kBarWidth / 100;
-            bar.replace(0, filled, filled, '#');
-        } else {
-            bar[ticks_ % kBarWidth] = '#';
-        }
-        return bar;
-    }
-
-    void draw() {
-        clear();
-        out() << nameOf(direction()) << " [" << bar() << "] ";
-        if (direction() == Direction::Restore) {
-            out() << percent_ << " %";
-        } else {
-            out() << reported_ << " reported";
-        }
-        out() << (latest_.empty() ? "" : "  ") << latest_ << std::flush;
-        drawn_ = true;
-    }
-
-    void clear() {
-        if (drawn_) {
-            out() << "\r\x1b[K" << std::flush;
-        }
-        drawn_ = false;
-    }
-
-    int percent_ = 0;
-    std::size_t reported_ = 0;
-    std::size_t ticks_ = 0;
-    std::string latest_;
-    bool drawn_ = false;
-};
+constexpr double kMillisecondsInASecond = 1000;
 
 class JsonView final : public ProgressView {
  public:
-    explicit JsonView(std::ostream& out) : out_(out) {}
+    JsonView(Direction direction, std::ostream& out, ViewOptions options)
+        : direction_(direction), lines_(out), options_(std::move(options)) {}
 
-    void percent(int value) override { write({{"event", "progress"}, {"percent", value}}); }
+    void progress(const Progress& progress) override {
+        Json members = begin();
+        if (progress.percent) {
+            members["percent"] = *progress.percent;
+        }
+        members["entry"] = progress.entry;
+        members["entries"] = progress.entries;
+        if (progress.category) {
+            members["category"] = categoryOf(*progress.category).name;
+        }
+        lines_.write(Event::Progress, members);
+    }
     void category(const Row& row) override {
-        Json line = {{"event", "category"}};
-        line.update(entry(row));
-        write(line);
+        Json members = begin();
+        members["category"] = categoryOf(row.category).name;
+        members["reported"] = vxclone::nameOf(row.verdict);
+        lines_.write(Event::Progress, members);
     }
     void tick() override {}
-    void notice(const std::string& sentence) override { write({{"event", "notice"}, {"message", sentence}}); }
+    void clear() override {}
+    void notice(const std::string& sentence) override {
+        Json members = begin();
+        members["message"] = sentence;
+        lines_.write(Event::Progress, members);
+    }
     void done(const Report& report) override {
-        Json line = {{"event", "done"}, {"exit", report.exitStatus}};
         for (const Row& row : report.rows) {
-            line["categories"].push_back(entry(row));
+            lines_.write(Event::Result, jsonOf(row));
         }
         for (const Check& check : report.checks) {
-            line["checks"].push_back(entry(check));
+            lines_.write(Event::Finding, jsonOf(check));
         }
-        line["messages"] = report.closing;
-        write(line);
+        Json summary = {{"exit", report.exitStatus}, {"messages", report.closing}};
+        if (!report.digest.empty()) {
+            summary["digest"] = report.digest;
+        }
+        lines_.write(Event::Summary, summary);
     }
-    void failed(const Error& error) override {
-        write({{"event", "error"},
-               {"code", vxclone::nameOf(error.code)},
-               {"exit", exitStatusOf(error.code)},
-               {"message", error.sentence}});
-    }
+    void failed(const Error& error) override { lines_.error(error); }
 
  private:
     using Json = nlohmann::ordered_json;
 
-    static Json entry(const Row& row) {
-        Json entry = {{"category", categoryOf(row.category).name}, {"result", vxclone::nameOf(row.verdict)}};
-        for (const auto& [name, text] :
-             {std::pair("application", &row.subject), std::pair("detail", &row.detail)}) {
-            if (!text->empty()) {
-                entry[name] = *text;
-            }
-        }
-        return entry;
+    Json begin() const {
+        return {{"run", vxclone::nameOf(direction_)},
+                {"elapsed", static_cast<double>(options_.elapsed().count()) / kMillisecondsInASecond}};
     }
 
-    static Json entry(const Check& check) {
-        Json entry = {{"check", vxclone::nameOf(check.subject)}, {"result", vxclone::nameOf(check.finding)}};
-        for (const auto& [name, text] :
-             {std::pair("television", &check.television), std::pair("package", &check.package),
-              std::pair("detail", &check.detail)}) {
-            if (!text->empty()) {
-                entry[name] = *text;
-            }
-        }
-        return entry;
-    }
-
-    /// A name on a stick need not be UTF-8, which JSON must be: other bytes are replaced.
-    void write(const Json& line) {
-        out_ << line.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n' << std::flush;
-    }
-
-    std::ostream& out_;
+    Direction direction_;
+    JsonLines lines_;
+    ViewOptions options_;
 };
 
 }  // namespace
 
 std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, Direction direction, std::ostream& out,
-                                               std::ostream& err, bool coloured) {
+                                               std::ostream& err, ViewOptions options) {
     switch (kind) {
         case ViewKind::Terminal:
-            return std::make_unique<TerminalView>(direction, out, err, coloured);
+            return makeTerminalView(direction, out, err, std::move(options));
         case ViewKind::Plain:
-            return std::make_unique<PlainView>(direction, out, err, coloured);
+            return makePlainView(direction, out, err, std::move(options));
         case ViewKind::Json:
             break;
     }
-    return std::make_unique<JsonView>(out);
+    return std::make_unique<JsonView>(direction, out, std::move(options));
+}
+
+std::string_view nameOf(Direction direction) {
+    return direction == Direction::Backup ? "backup" : "restore";
 }
 
 }  // namespace vxclone

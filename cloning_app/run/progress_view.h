@@ -1,6 +1,9 @@
 #pragma once
 
+#include <chrono>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -16,18 +19,29 @@ struct Report {
     int exitStatus;
     std::vector<std::string> closing;  ///< sentences for the end, one a line
     std::vector<Check> checks = {};    ///< what was judged of the package as a whole
+    std::string digest = {};           ///< the package's manifest; empty where there is none
+};
+
+/// Where the library's run stands.
+struct Progress {
+    std::optional<int> percent = {};  ///< none in a backup, of which the library writes none; never falls
+    std::size_t entry = 0;            ///< how many entries are done: of a backup, how many were reported
+    std::size_t entries = 0;
+    std::optional<VXClone> category = {};  ///< the one at work; in a backup the latest that was reported
 };
 
 /// Shows a run while it goes on and says how it ended. One thread at a time.
 class ProgressView {
  public:
     virtual ~ProgressView() = default;
-    /// The percentage, which never falls.
-    virtual void percent(int value) = 0;
+    /// The run has come further.
+    virtual void progress(const Progress& progress) = 0;
     /// A category's outcome, as soon as it is known.
     virtual void category(const Row& row) = 0;
     /// Some time has passed: something that moves may move.
     virtual void tick() = 0;
+    /// Takes the live line away, where there is one, for what somebody else writes next.
+    virtual void clear() = 0;
     /// A sentence that does not end the run.
     virtual void notice(const std::string& sentence) = 0;
     /// The end: exactly one of the two is called, last.
@@ -41,8 +55,20 @@ enum class ViewKind {
     Json       ///< a JSON object for each step, on `out` alone
 };
 
-/// The streams must outlive the view; sentences about failures go to `err`. `coloured` is for the table.
+/// How a view writes.
+struct ViewOptions {
+    bool coloured = false;
+    /// How many columns the terminal has now; the live line is never wider.
+    std::function<std::size_t()> width = [] { return std::size_t{80}; };
+    /// How long the command has been at work.
+    std::function<std::chrono::milliseconds()> elapsed = [] { return std::chrono::milliseconds(0); };
+};
+
+/// The streams must outlive the view; sentences about failures go to `err`.
 std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, Direction direction, std::ostream& out,
-                                               std::ostream& err, bool coloured);
+                                               std::ostream& err, ViewOptions options = {});
+
+/// The direction in JSON and on the live line.
+std::string_view nameOf(Direction direction);
 
 }  // namespace vxclone

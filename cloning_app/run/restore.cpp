@@ -7,6 +7,7 @@
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/run/applications.h"
+#include "cloning_app/run/identity_check.h"
 #include "cloning_app/run/integrity.h"
 #include "cloning_app/run/logos.h"
 #include "cloning_app/run/run_parts.h"
@@ -33,24 +34,57 @@ std::string overrideWarning(const Check& model) {
         vxcommon::printable(model.television), vxcommon::printable(model.package));
 }
 
-/// Refuses a staged package that does not fit or was altered. Result: what was examined, for the table.
-Result<std::vector<Check>> admit(const CloneContext& context, const StagedPackage& package, bool forceModel) {
-    auto checks = examinePackage(context.engine, package.tree());
-    if (!checks) {
-        return checks;
+/// Lets only the package in that the user has inspected. `expected` is the beginning of its digest, or empty.
+Result<void> expectDigest(const Examination& found, const std::string& expected, const std::string& path) {
+    if (expected.empty() || (found.digest && found.digest->substr(0, expected.size()) == expected)) {
+        return {};
     }
-    std::vector<Check> shown = {{Subject::Identity, Finding::Verified}, {Subject::Seal, Finding::Verified}};
-    const bool overridden = forceModel && overrideModel(*checks);
-    if (const auto problem = problemOf(*checks)) {
-        return failure(*problem,
-                       fmt::format("{}", fmt::join(problemSentences(*checks, package.origin()), "; also: ")));
+    const std::string whatItIs =
+        found.digest ? "has the digest " + *found.digest : std::string("has no manifest, and so no digest");
+    return failure(ErrorCode::Altered,
+                   fmt::format("{} is not the expected package: it {}, not {}; take the package that was "
+                               "inspected",
+                               vxcommon::printable(path), whatItIs, expected));
+}
+
+/// What of a good examination is shown with the result of a restore.
+std::vector<Check> shownOf(const std::vector<Check>& checks, bool overridden) {
+    std::vector<Check> shown;
+    if (!overridden) {
+        shown.push_back({Subject::Identity, Finding::Verified});
     }
-    if (overridden) {
-        shown.erase(shown.begin());
-        shown.insert(shown.begin(), checks->begin(), checks->end() - 1);
-        context.view.notice(overrideWarning(checks->front()));
+    for (const Check& check : checks) {
+        const bool ofIdentity = check.subject == Subject::Model || check.subject == Subject::ProductTag ||
+                                check.subject == Subject::Tuner;
+        if (check.subject == Subject::Seal || check.finding == Finding::Unaltered) {
+            shown.push_back({check.subject, Finding::Verified});
+        } else if (overridden || !ofIdentity) {
+            shown.push_back(check);
+        }
     }
     return shown;
+}
+
+/// Refuses a staged package that does not fit or was altered. Result: what was examined, for the table.
+Result<Examination> admit(const CloneContext& context, const StagedPackage& package,
+                          const RestoreOptions& options) {
+    auto found = examinePackage(context.engine, package.tree());
+    if (!found) {
+        return found;
+    }
+    const bool overridden = options.forceModel && overrideModel(found->checks);
+    if (const auto problem = problemOf(found->checks)) {
+        return failure(
+            *problem,
+            fmt::format("{}", fmt::join(problemSentences(found->checks, package.origin()), "; also: ")));
+    }
+    if (const auto right = expectDigest(*found, options.expect, package.origin()); !right) {
+        return tl::make_unexpected(right.error());
+    }
+    if (overridden) {
+        context.view.notice(overrideWarning(found->checks.front()));
+    }
+    return Examination{shownOf(found->checks, overridden), found->digest};
 }
 
 /// What the library is told to load, and what is left out of that and why.
@@ -115,9 +149,9 @@ Result<Report> runRestore(const CloneContext& context, const std::filesystem::pa
     if (!package) {
         return tl::make_unexpected(package.error());
     }
-    const auto checks = admit(context, *package, options.forceModel);
-    if (!checks) {
-        return tl::make_unexpected(checks.error());
+    const auto examined = admit(context, *package, options);
+    if (!examined) {
+        return tl::make_unexpected(examined.error());
     }
     const Plan plan = planFor(options, package->tree());
     const bool withSettings = contains(plan.list, VXCLONE_VCONF_DATA);
@@ -132,8 +166,8 @@ Result<Report> runRestore(const CloneContext& context, const std::filesystem::pa
         return tl::make_unexpected(reset.error());
     }
     package->keep();
-    const auto results =
-        runAndFollow(context, Direction::Restore, [&] { return context.engine.restore(plan.list); });
+    const auto results = runAndFollow(context, Direction::Restore, plan.list,
+                                      [&] { return context.engine.restore(plan.list); });
     if (!results) {
         return tl::make_unexpected(results.error());
     }
@@ -142,8 +176,12 @@ Result<Report> runRestore(const CloneContext& context, const std::filesystem::pa
         own.push_back(judgeSettings(*settings));
         context.view.category(own.back());
     }
-    Report report{Direction::Restore, tableRows(Direction::Restore, plan.list, results->outcomes(), own), 0,
-                  unknownLineSentences(*results), *checks};
+    Report report{Direction::Restore,
+                  tableRows(Direction::Restore, plan.list, results->outcomes(), own),
+                  0,
+                  unknownLineSentences(*results),
+                  examined->checks,
+                  examined->digest.value_or("")};
     nameApplications(report.rows);
     explainMissingEntries(report.rows, package->tree());
     report.exitStatus = exitStatusFor(report.rows, *results);

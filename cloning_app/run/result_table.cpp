@@ -9,6 +9,9 @@ namespace {
 
 using vxcommon::Colour;
 
+/// More files than these that are not as they were are counted, not named.
+constexpr std::size_t kMostFilesShown = 20;
+
 struct VerdictFacts {
     std::string_view name;
     std::string_view words;
@@ -57,6 +60,17 @@ void appendReported(std::vector<Row>& rows, VXClone category, Direction directio
 
 std::string_view nameOf(Verdict verdict) {
     return factsOf(verdict).name;
+}
+std::size_t verdictCount() {
+    return kVerdicts.size();
+}
+std::optional<Verdict> verdictNamed(std::string_view name) {
+    for (std::size_t index = 0; index < kVerdicts.size(); ++index) {
+        if (kVerdicts.at(index).name == name) {
+            return static_cast<Verdict>(index);
+        }
+    }
+    return std::nullopt;
 }
 std::string_view wordsOf(Verdict verdict) {
     return factsOf(verdict).words;
@@ -108,10 +122,21 @@ std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& 
                        Colour::Dim},
                       {textOf(row), colourOf(row.verdict)}});
     }
+    std::size_t files = 0;
     for (const Check& check : checks) {
+        files += check.subject == Subject::File ? 1U : 0U;
+        if (check.subject == Subject::File && files > kMostFilesShown) {
+            continue;
+        }
         table.addRow({{std::string(nameOf(check.subject)), Colour::Plain},
                       {std::string(wordsOf(check.subject)), Colour::Dim},
                       {textOf(check), colourOf(check)}});
+    }
+    if (files > kMostFilesShown) {
+        table.addRow(
+            {{std::string(nameOf(Subject::File)), Colour::Plain},
+             {std::string(wordsOf(Subject::File)), Colour::Dim},
+             {"and " + std::to_string(files - kMostFilesShown) + " more; --json names all", Colour::Bad}});
     }
     return table.render(coloured);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +25,9 @@ struct Row {
 
 /// The verdict in JSON, for people, and its colour.
 std::string_view nameOf(Verdict verdict);
+std::size_t verdictCount();
+/// The verdict of that name in JSON.
+std::optional<Verdict> verdictNamed(std::string_view name);
 std::string_view wordsOf(Verdict verdict);
 vxcommon::Colour colourOf(Verdict verdict);
 

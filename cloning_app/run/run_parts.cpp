@@ -44,8 +44,11 @@ Result<StickTarget> openTarget(const CloneContext& context, const std::filesyste
 }
 
 Result<ResultList> runAndFollow(const CloneContext& context, Direction direction,
-                                const std::function<Result<void>()>& run) {
-    Follower follower(direction, context.view, context.stop);
+                                const std::vector<VXClone>& list, const std::function<Result<void>()>& run) {
+    if (context.stop.raised()) {
+        return tl::make_unexpected(stopError(context.stop.signal()));
+    }
+    Follower follower(direction, list, context.view, context.stop);
     const auto ended = run();
     ResultList results = follower.finish();
     if (!ended) {

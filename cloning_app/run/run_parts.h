@@ -14,9 +14,10 @@ namespace vxclone {
 /// of `StickTarget`, or the folder is the television's own (`BadArguments`).
 Result<StickTarget> openTarget(const CloneContext& context, const std::filesystem::path& folder);
 
-/// Lets the engine work and follows it. Result: what it reported.
+/// Lets the engine work on the categories of `list` and follows it. Result: what it reported. Errors: the
+/// engine's own, or a stop before it began.
 Result<ResultList> runAndFollow(const CloneContext& context, Direction direction,
-                                const std::function<Result<void>()>& run);
+                                const std::vector<VXClone>& list, const std::function<Result<void>()>& run);
 
 /// The names of the failed categories, each once: "channels, apps".
 std::string failedNames(const std::vector<Row>& rows);

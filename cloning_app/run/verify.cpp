@@ -11,19 +11,27 @@ Result<Report> runVerify(const CloneContext& context, const std::filesystem::pat
     if (!package) {
         return tl::make_unexpected(package.error());
     }
-    const auto checks = examinePackage(context.engine, package->tree());
-    if (!checks) {
-        return tl::make_unexpected(checks.error());
+    const auto found = examinePackage(context.engine, package->tree());
+    if (!found) {
+        return tl::make_unexpected(found.error());
     }
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    Report report{Direction::Restore, {}, kExitOk, problemSentences(*checks, package->origin()), *checks};
-    if (const auto problem = problemOf(*checks)) {
+    Report report{Direction::Restore,
+                  {},
+                  kExitOk,
+                  problemSentences(found->checks, package->origin()),
+                  found->checks,
+                  found->digest.value_or("")};
+    if (const auto problem = problemOf(found->checks)) {
         report.exitStatus = exitStatusOf(*problem);
     } else {
         report.closing.push_back(
             fmt::format("{} fits this television and is unaltered.", vxcommon::printable(package->origin())));
+    }
+    if (found->digest) {
+        report.closing.push_back("Digest " + *found->digest);
     }
     return report;
 }

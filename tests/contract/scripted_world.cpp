@@ -21,6 +21,9 @@ class ScriptedWorld : public World {
         platform_.setSetting(stringKey(), std::string());
         platform_.setInstalledSecrets(
             {{"VX_CLONE_API_AES_KEY", installedKey()}, {"VX_CLONE_API_AES_IV", installedIv()}});
+        platform_.setSources({{1, {"Box", sourceId(), 0}}, {0, {"TV", 1, 1}}, {1, {"HDMI 2", 11, 2}}});
+        platform_.setTimezone(29);
+        platform_.setRemotePort(absentApplication(), false);
         platform_.setDirectories("/opt/boot", "/opt/mbr", "/opt/home");
     }
 
@@ -39,6 +42,18 @@ class ScriptedWorld : public World {
     std::string installedKey() const override { return std::string(32, 'k'); }
     std::string installedIv() const override { return std::string(16, 'i'); }
     std::string clientIdentifier() const override { return "12345678901234567890"; }
+
+    std::string packageDirectory() const override { return "/package"; }
+    std::string picture() const override { return "/picture.png"; }
+    int sourceId() const override { return 10; }
+
+    std::string answeringApplication() override {
+        platform_.replyToSends({{{"response_clone", "success"}}});
+        return "org.example.answering";
+    }
+    std::string absentApplication() const override { return "org.example.absent"; }
+
+    std::string application() const override { return "org.example.application"; }
 
     void failOnce(const std::string& call, int status, int nth) override {
         platform_.answerOnce(call, status, nth);

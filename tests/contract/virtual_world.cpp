@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
@@ -7,7 +8,15 @@
 
 #include "tests/contract/world.h"
 #include "tests/support/machine/file_tree.h"
+#include "tests/support/machine/process.h"
 #include "tests/support/machine/temporary_directory.h"
+#include "tests/support/services/sample_channels.h"
+#include "tests/support/services/sample_services.h"
+#include "virtual_tv/services/clone_directory.h"
+#include "virtual_tv/session/bus_share.h"
+#include "virtual_tv/television/application_id.h"
+#include "virtual_tv/television/application_run.h"
+#include "virtual_tv/television/applications.h"
 #include "virtual_tv/television/creation.h"
 #include "virtual_tv/television/key_file.h"
 
@@ -30,6 +39,8 @@ vxtv::Profile plainProfile() {
     profile.settings = {{"db/int", 0}, {"db/bool", false}, {"db/string", std::string()}};
     profile.installationSecret = std::string(32, 's');
     profile.keyFile = vxtv::sealKeyFile(plainKey(), profile.installationSecret).value();
+    vxtest::addSampleServices(profile, vxtest::Sample::Lowest);
+    vxtest::addSampleChannels(profile);
     return profile;
 }
 
@@ -46,19 +57,71 @@ class SharedTelevision {
         setenv(vxtv::kTelevisionVariable, television_->folder().root().c_str(), 1);
     }
 
+    ~SharedTelevision() {
+        application_.reset();
+        if (bus_) {
+            bus_->endBus();
+        }
+    }
+
     vxtv::Television& operator*() { return *television_; }
+
+    /// Brings up the bus of the television and an application on it, unless they are up.
+    void startApplication(const std::string& id) {
+        if (application_) {
+            return;
+        }
+        bus_.emplace(television_->folder());
+        if (const auto taken = bus_->take(); !taken) {
+            throw std::runtime_error(taken.error().sentence);
+        }
+        application_.emplace(vxtest::Program{{VX_ANSWERING_APPLICATION},
+                                             {{vxtv::kApplicationIdVariable, id}},
+                                             {},
+                                             {},
+                                             std::chrono::minutes(1)});
+        if (!application_->waitForOutput("up")) {
+            throw std::runtime_error("the application has no port: " + application_->wait().errors);
+        }
+    }
 
  private:
     vxtest::TemporaryDirectory place_;
     std::optional<vxtv::Television> television_;
+    std::optional<vxtv::BusShare> bus_;
+    std::optional<vxtest::RunningProcess> application_;
 };
+
+constexpr const char* kApplication = "org.example.staying";
+
+/// Gives the television an application that runs until it is ended.
+void installApplication(const vxtv::Folder& television) {
+    const vxtest::TemporaryDirectory source;
+    const std::filesystem::path program = source / "bin/stay";
+    vxtest::writeFile(source / vxtv::kManifestName,
+                      vxtv::manifestText({kApplication, "Stays", "bin/stay", {}, false}));
+    vxtest::writeFile(program, "#!/bin/sh\nexec sleep 1000\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    if (const auto installed = vxtv::Applications(television).install(source.path()); !installed) {
+        throw std::runtime_error(installed.error().sentence);
+    }
+}
 
 class VirtualWorld : public World {
  public:
     VirtualWorld() {
         faults().clear();
         std::filesystem::remove_all(television().folder().secureEntries());
+        std::filesystem::remove_all(packageDirectory());
+        std::filesystem::create_directories(packageDirectory());
         log_ = logText().size();
+        if (!vxtv::Applications(television().folder()).find(kApplication)) {
+            installApplication(television().folder());
+        }
+    }
+    ~VirtualWorld() override {
+        // Most tests have not launched it.
+        static_cast<void>(vxtv::stopApplication(television().folder(), kApplication));
     }
 
     std::string model() const override { return plainProfile().identity.model; }
@@ -80,6 +143,24 @@ class VirtualWorld : public World {
         return {identifier.data(), identifier.size()};
     }
 
+    std::string packageDirectory() const override {
+        return vxtv::cloneDirectory(television().folder()).string();
+    }
+    std::string picture() const override {
+        const std::filesystem::path picture = television().folder().tmp() / "picture.png";
+        std::ofstream(picture, std::ios::binary) << vxtest::kPngBytes;
+        return picture.string();
+    }
+    int sourceId() const override { return vxtest::kSampleSource; }
+
+    std::string answeringApplication() override {
+        shared().startApplication("org.example.answering");
+        return "org.example.answering";
+    }
+    std::string absentApplication() const override { return "org.example.absent"; }
+
+    std::string application() const override { return kApplication; }
+
     void failOnce(const std::string& call, int status, int nth) override {
         vxtv::Fault fault;
         fault.call = call;
@@ -100,10 +181,11 @@ class VirtualWorld : public World {
     }
 
  private:
-    static vxtv::Television& television() {
+    static SharedTelevision& shared() {
         static SharedTelevision shared;
-        return *shared;
+        return shared;
     }
+    static vxtv::Television& television() { return *shared(); }
     static vxtv::FaultPlan faults() { return television().faults(); }
     /// What the television has logged; it makes its log with the first line.
     static std::string logText() {

@@ -33,6 +33,21 @@ class World {
     /// The 20 bytes of the credential that may read them, with owner 1 and group 0.
     virtual std::string clientIdentifier() const = 0;
 
+    /// A directory that a package may be written to and read from, without a slash at its end.
+    virtual std::string packageDirectory() const = 0;
+    /// A picture, and a source that may get it as an icon.
+    virtual std::string picture() const = 0;
+    virtual int sourceId() const = 0;
+
+    /// An application with a port `remotePort()`, which answers every message to it with one that says
+    /// "response_clone": "success".
+    virtual std::string answeringApplication() = 0;
+    virtual std::string absentApplication() const = 0;
+    static std::string remotePort() { return "VxCloneMessagePort"; }
+
+    /// An application that can be launched and does not run.
+    virtual std::string application() const = 0;
+
     /// Makes the nth next call of the operation answer the status, once.
     virtual void failOnce(const std::string& call, int status, int nth) = 0;
 

@@ -46,6 +46,11 @@ class IntegrityTest : public CloneTest {
         return restore;
     }
 
+    static nlohmann::json lastLine(const Finished& finished) {
+        const std::string text = finished.output.substr(0, finished.output.size() - 1);
+        return nlohmann::json::parse(text.substr(text.rfind('\n') + 1));
+    }
+
     std::string otherModel() const {
         const std::string television = (place / "other").string();
         vxtv({"create", television, "--profile", "conference"});
@@ -129,6 +134,38 @@ TEST_F(IntegrityTest, verifyWithoutKeyIsItsOwnStatus) {
     std::filesystem::remove_all(place / "second/usr");
     EXPECT_EQ(verify(second).status, kNoKey);
     refused(second, kNoKey);
+}
+
+TEST_F(IntegrityTest, televisionWithoutPackageKeyNeitherMakesNorTakesAPackage) {
+    std::filesystem::remove(place / "second/secure/entries/VXCLONE_PACKAGE_KEY");
+    EXPECT_EQ(verify(second).status, kNoKey);
+    refused(second, kNoKey);
+    EXPECT_EQ(vxclone(second, {"backup", "/media/usb/other"}).status, kNoKey);
+    EXPECT_FALSE(std::filesystem::exists(place / "stick/other"));
+    EXPECT_EQ(vxclone(second, {"inspect", "/media/usb/clone"}).status, 0);
+}
+
+TEST_F(IntegrityTest, installingTheCloneKeyAgainKeepsThePackageKey) {
+    vxtv({"keyfile", "install", second,
+          (sourceFolder() / "virtual_tv/profiles/keys/demonstration.bin").string(), "--force"});
+    EXPECT_EQ(verify(second).status, 0);
+}
+
+TEST_F(IntegrityTest, onlyTheExpectedPackageIsRestored) {
+    refused(second, kAltered, {"--expect", "0123456789abcdef"});
+    const nlohmann::json summary = lastLine(vxclone(first, {"backup", "/media/usb/clone", "--json"}));
+    const Finished restore =
+        vxclone(second, {"restore", "/media/usb/clone", "--expect", summary.at("digest").get<std::string>()});
+    EXPECT_EQ(restore.status, 0) << restore.output << restore.errors;
+}
+
+TEST_F(IntegrityTest, packageOnTheStickIsListedAndDiffersUntilItIsRestored) {
+    EXPECT_THAT(vxclone(second, {"list"}).output, AllOf(HasSubstr("/media/usb/clone"), HasSubstr("fits")));
+    const Finished before = vxclone(second, {"diff", "/media/usb/clone"});
+    EXPECT_EQ(before.status, 1) << before.errors;
+    EXPECT_THAT(before.output, HasSubstr(kWelcome));
+    ASSERT_EQ(vxclone(second, {"restore", "/media/usb/clone"}).status, 0);
+    EXPECT_THAT(vxclone(second, {"diff", "/media/usb/clone"}).output, Not(HasSubstr(kWelcome)));
 }
 
 TEST_F(IntegrityTest, sealOfOneTelevisionIsGoodOnTheOthersOfItsFleet) {

@@ -2,8 +2,10 @@
 #include <unistd.h>
 
 #include <memory>
+#include <optional>
 
 #include "common/terminal_table.h"
+#include "virtual_tv/bus/bus_address.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
 #include "virtual_tv/television/television.h"
@@ -21,6 +23,7 @@ struct Info {
     std::string folder;
     Identity identity;
     std::vector<Feature> features;
+    std::optional<std::string> bus;
 };
 
 Result<Info> infoOf(const Television& television) {
@@ -30,7 +33,7 @@ Result<Info> infoOf(const Television& television) {
     if (!features) {
         return tl::make_unexpected(features.error());
     }
-    return Info{television.folder().root().string(), *identity, *features};
+    return Info{television.folder().root().string(), *identity, *features, busAddress(television.folder())};
 }
 
 void printInfoJson(const Info& info) {
@@ -42,6 +45,7 @@ void printInfoJson(const Info& info) {
                {"model", info.identity.model},
                {"productTag", info.identity.productTag},
                {"tunerType", info.identity.tunerType},
+               {"messageBus", info.bus ? nlohmann::ordered_json(*info.bus) : nullptr},
                {"features", features}});
 }
 
@@ -51,6 +55,7 @@ void printInfoTable(const Info& info) {
     table.addRow({{"model"}, {info.identity.model}});
     table.addRow({{"product tag"}, {info.identity.productTag}});
     table.addRow({{"tuner type"}, {std::to_string(info.identity.tunerType)}});
+    table.addRow({{"message bus"}, {info.bus.value_or("none: nothing runs in it")}});
     for (const Feature& feature : info.features) {
         table.addRow({{feature.name},
                       {std::visit([](auto value) { return fmt::format("{}", value); }, feature.value)}});

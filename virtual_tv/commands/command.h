@@ -29,6 +29,11 @@ void addFaultCommand(CLI::App& app, Action& chosen);
 void addCallsCommand(CLI::App& app, Action& chosen);
 void addLogCommand(CLI::App& app, Action& chosen);
 void addKeyfileCommand(CLI::App& app, Action& chosen);
+void addAppCommand(CLI::App& app, Action& chosen);
+void addServicesCommand(CLI::App& app, Action& chosen);
+void addSourcesCommand(CLI::App& app, Action& chosen);
+void addChannelsCommand(CLI::App& app, Action& chosen);
+void addTimersCommand(CLI::App& app, Action& chosen);
 
 /// Prints "vxtv: " and the sentence on standard error. Result: kExitFailed.
 int complain(const Error& error);

@@ -1,6 +1,8 @@
 #include "platform/avoc.h"
 
 #include "virtual_tv/platform/passage.h"
+#include "virtual_tv/platform/service_status.h"
+#include "virtual_tv/services/value_services.h"
 
 using namespace vxtv;
 
@@ -8,12 +10,24 @@ namespace {
 
 constexpr int kFailed = -1;
 
+tl::unexpected<Error> noDirectory() {
+    return failure(ErrorCode::BadArgument, "no directory was named; give one");
+}
+
 }  // namespace
 
 int avoc_backup_all_settings(const char* directory) {
-    return absent("avoc_backup_all_settings", {named("directory", directory)}, kFailed);
+    return answer("avoc_backup_all_settings", {named("directory", directory)}, kFailed,
+                  [directory](Television& television) {
+                      const ServiceValues values(television.database(), avService());
+                      return serviceStatus(directory != nullptr ? values.backUp(directory) : noDirectory());
+                  });
 }
 
 int avoc_restore_all_settings(const char* directory) {
-    return absent("avoc_restore_all_settings", {named("directory", directory)}, kFailed);
+    return answer("avoc_restore_all_settings", {named("directory", directory)}, kFailed,
+                  [directory](Television& television) {
+                      const ServiceValues values(television.database(), avService());
+                      return serviceStatus(directory != nullptr ? values.restore(directory) : noDirectory());
+                  });
 }

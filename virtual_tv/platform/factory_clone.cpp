@@ -1,6 +1,9 @@
 #include "platform/factory_clone.h"
 
 #include "virtual_tv/platform/passage.h"
+#include "virtual_tv/platform/service_status.h"
+#include "virtual_tv/services/clone_directory.h"
+#include "virtual_tv/services/value_services.h"
 
 using namespace vxtv;
 
@@ -11,9 +14,15 @@ constexpr int kFailed = -1;
 }  // namespace
 
 int factory_clone_tv_to_usb() {
-    return absent("factory_clone_tv_to_usb", {}, kFailed);
+    return answer("factory_clone_tv_to_usb", {}, kFailed, [](Television& television) {
+        const ServiceValues values(television.database(), factoryService());
+        return serviceStatus(values.backUp(cloneDirectory(television.folder())));
+    });
 }
 
 int factory_clone_usb_to_tv() {
-    return absent("factory_clone_usb_to_tv", {}, kFailed);
+    return answer("factory_clone_usb_to_tv", {}, kFailed, [](Television& television) {
+        const ServiceValues values(television.database(), factoryService());
+        return serviceStatus(values.restore(cloneDirectory(television.folder())));
+    });
 }

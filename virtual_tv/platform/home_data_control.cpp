@@ -1,22 +1,46 @@
 #include "platform/home_data_control.h"
 
 #include "virtual_tv/platform/passage.h"
+#include "virtual_tv/services/data_services.h"
+#include "virtual_tv/services/home_data.h"
+#include "virtual_tv/services/value_services.h"
 
 using namespace vxtv;
 
-CHomeDataControlAPI* CHomeDataControlAPI::GetInstance() {
-    CHomeDataControlAPI* const none = nullptr;
-    return absent("CHomeDataControlAPI::GetInstance", {}, none);
+namespace {
+
+bool hasHomeData(const Television& television) {
+    return television.database()
+        .read([](SQLite::Database& connection) {
+            return requireDataService(connection, homeDataService().name);
+        })
+        .has_value();
 }
 
+}  // namespace
+
+CHomeDataControlAPI* CHomeDataControlAPI::GetInstance() {
+    static CHomeDataControlAPI instance;
+    CHomeDataControlAPI* const none = nullptr;
+    return answer("CHomeDataControlAPI::GetInstance", {}, none,
+                  [none](Television& television) { return hasHomeData(television) ? &instance : none; });
+}
+
+// The object holds nothing: what it works on is the television's.
 void CHomeDataControlAPI::Destroy() {}
 
 bool CHomeDataControlAPI::CopyCloneDataTVtoUSB(std::string directory, std::string option) {
-    return absent("CHomeDataControlAPI::CopyCloneDataTVtoUSB",
-                  {named("directory", directory), named("option", option)}, false);
+    return answer("CHomeDataControlAPI::CopyCloneDataTVtoUSB",
+                  {named("directory", directory), named("option", option)}, false,
+                  [&directory, &option](Television& television) {
+                      return option.empty() && backUpHomeData(television.database(), directory).has_value();
+                  });
 }
 
 bool CHomeDataControlAPI::CopyCloneDataUSBtoTV(std::string directory, std::string option) {
-    return absent("CHomeDataControlAPI::CopyCloneDataUSBtoTV",
-                  {named("directory", directory), named("option", option)}, false);
+    return answer("CHomeDataControlAPI::CopyCloneDataUSBtoTV",
+                  {named("directory", directory), named("option", option)}, false,
+                  [&directory, &option](Television& television) {
+                      return option.empty() && restoreHomeData(television.database(), directory).has_value();
+                  });
 }

@@ -1,21 +1,43 @@
 #include "platform/settings_data_clone.h"
 
+#include <optional>
+
 #include "virtual_tv/platform/passage.h"
+#include "virtual_tv/services/value_services.h"
 
 using namespace vxtv;
 
 namespace {
 
-// The service says 0 when it failed.
+// The service says 0 when it failed, whatever the reason.
 constexpr int kFailed = 0;
+constexpr int kDone = 1;
+
+std::optional<Stage> stageOf(SettingsDataCloneAPI::RESTORE_TYPE type) {
+    switch (type) {
+        case SettingsDataCloneAPI::EARLY_RESTORE:
+            return Stage::Early;
+        case SettingsDataCloneAPI::LATER_RESTORE:
+            return Stage::Later;
+    }
+    return std::nullopt;
+}
 
 }  // namespace
 
 int SettingsDataCloneAPI::BackupSettingsData(std::string directory) {
-    return absent("SettingsDataCloneAPI::BackupSettingsData", {named("directory", directory)}, kFailed);
+    return answer("SettingsDataCloneAPI::BackupSettingsData", {named("directory", directory)}, kFailed,
+                  [&directory](Television& television) {
+                      const ServiceValues values(television.database(), settingsService());
+                      return values.backUp(directory) ? kDone : kFailed;
+                  });
 }
 
 int SettingsDataCloneAPI::RestoreSettingsData(std::string directory, RESTORE_TYPE type) {
-    return absent("SettingsDataCloneAPI::RestoreSettingsData",
-                  {named("directory", directory), number("type", type)}, kFailed);
+    return answer("SettingsDataCloneAPI::RestoreSettingsData",
+                  {named("directory", directory), number("type", type)}, kFailed,
+                  [&directory, stage = stageOf(type)](Television& television) {
+                      const ServiceValues values(television.database(), settingsService());
+                      return stage && values.restore(directory, *stage) ? kDone : kFailed;
+                  });
 }

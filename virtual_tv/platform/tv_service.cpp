@@ -1,12 +1,90 @@
 #include "platform/tv_service.h"
 
+#include <array>
+
 #include "virtual_tv/platform/passage.h"
+#include "virtual_tv/platform/service_log.h"
+#include "virtual_tv/platform/service_status.h"
+#include "virtual_tv/services/channel_archive.h"
+#include "virtual_tv/services/data_services.h"
+#include "virtual_tv/services/navigation_lists.h"
 
 using namespace vxtv;
 
 namespace {
 
 constexpr int kFailed = -1;
+// The channel map's two operations say it the other way round.
+constexpr int kDone = 1;
+constexpr int kNotDone = 0;
+constexpr const char* kLogTag = "tv-service";
+
+ChannelArchive archiveOf(const Television& television) {
+    return ChannelArchive(ChannelStore(television.database()));
+}
+
+/// Whether it was done; if not, the log says why.
+bool noted(Television& television, const Result<void>& done) {
+    return logged(television, kLogTag, done).has_value();
+}
+
+class Util : public IUtil {
+ public:
+    int ExportChannelMap(std::string directory) override {
+        return answer("IUtil::ExportChannelMap", {named("directory", directory)}, kNotDone,
+                      [&directory](Television& television) {
+                          return noted(television, archiveOf(television).exportMap(directory)) ? kDone
+                                                                                               : kNotDone;
+                      });
+    }
+    int ImportChannelMap(std::string directory) override {
+        return answer("IUtil::ImportChannelMap", {named("directory", directory)}, kNotDone,
+                      [&directory](Television& television) {
+                          return noted(television, archiveOf(television).import(directory)) ? kDone
+                                                                                            : kNotDone;
+                      });
+    }
+};
+
+class B2BControl : public IB2BControl {
+ public:
+    bool ExportChannelMap(std::string directory) override {
+        return answer("IB2BControl::ExportChannelMap", {named("directory", directory)}, false,
+                      [&directory](Television& television) {
+                          return noted(television, archiveOf(television).exportHotelList(directory));
+                      });
+    }
+};
+
+class ServiceNavigation : public IServiceNavigation {};
+
+/// Hands out the service's one object of the class. Result: a status.
+template <class Object, class Interface>
+int handOut(Television& television, Interface** place) {
+    static Object object;
+    const Result<void> present = television.database().read(
+        [](SQLite::Database& connection) { return requireDataService(connection, kChannelService.name); });
+    if (!present) {
+        return serviceStatus(present);
+    }
+    if (place == nullptr) {
+        return serviceStatus(failure(ErrorCode::BadArgument, "no place for the object was named"));
+    }
+    *place = &object;
+    return serviceStatus(present);
+}
+
+TvMode modeOf(TSTvMode mode) {
+    return {mode.antennaMode, mode.serviceMode};
+}
+
+CCNavigationModeInfo infoOf(const NavigationEntry& entry) {
+    return {entry.mode,
+            entry.id,
+            {entry.names.begin(), entry.names.end()},
+            entry.order,
+            static_cast<unsigned char>(entry.flag)};
+}
 
 }  // namespace
 
@@ -14,17 +92,23 @@ IUtil::~IUtil() = default;
 IB2BControl::~IB2BControl() = default;
 IServiceNavigation::~IServiceNavigation() = default;
 
-int TVServiceAPI::CreateUtil(IUtil** /*util*/) {
-    return absent("TVServiceAPI::CreateUtil", {}, kFailed);
+int TVServiceAPI::CreateUtil(IUtil** util) {
+    return answer("TVServiceAPI::CreateUtil", {}, kFailed,
+                  [util](Television& television) { return handOut<Util>(television, util); });
 }
 
-int TVServiceAPI::CreateB2BControl(IB2BControl** /*control*/) {
-    return absent("TVServiceAPI::CreateB2BControl", {}, kFailed);
+int TVServiceAPI::CreateB2BControl(IB2BControl** control) {
+    return answer("TVServiceAPI::CreateB2BControl", {}, kFailed,
+                  [control](Television& television) { return handOut<B2BControl>(television, control); });
 }
 
-int TVServiceAPI::CreateServiceNavigation(EProfile profile, int id, IServiceNavigation** /*navigation*/) {
-    return absent("TVServiceAPI::CreateServiceNavigation", {number("profile", profile), number("id", id)},
-                  kFailed);
+int TVServiceAPI::CreateServiceNavigation(EProfile profile, int id, IServiceNavigation** navigation) {
+    return answer("TVServiceAPI::CreateServiceNavigation", {number("profile", profile), number("id", id)},
+                  kFailed, [&](Television& television) {
+                      const bool known =
+                          (profile == PROFILE_MAIN || profile == PROFILE_NAVIGATION) && id == 0;
+                      return handOut<ServiceNavigation>(television, known ? navigation : nullptr);
+                  });
 }
 
 CCCategoryUtil* CCCategoryUtil::GetInstance() {
@@ -33,15 +117,28 @@ CCCategoryUtil* CCCategoryUtil::GetInstance() {
     return answer("CCCategoryUtil::GetInstance", {}, &categories, [](Television&) { return &categories; });
 }
 
-int CCCategoryUtil::GetNavigationList(TSTvMode mode, std::list<CCNavigationModeInfo>& /*list*/) {
-    return absent("CCCategoryUtil::GetNavigationList",
-                  {number("antennaMode", mode.antennaMode), number("serviceMode", mode.serviceMode)},
-                  kFailed);
+int CCCategoryUtil::GetNavigationList(TSTvMode mode, std::list<CCNavigationModeInfo>& list) {
+    return answer("CCCategoryUtil::GetNavigationList",
+                  {number("antennaMode", mode.antennaMode), number("serviceMode", mode.serviceMode)}, kFailed,
+                  [&](Television& television) {
+                      const NavigationLists lists(television.database());
+                      return serviceStatus(
+                          lists.list(modeOf(mode)).map([&](const std::vector<NavigationEntry>& entries) {
+                              std::list<CCNavigationModeInfo> found;
+                              for (const NavigationEntry& entry : entries) {
+                                  found.push_back(infoOf(entry));
+                              }
+                              list.swap(found);
+                          }));
+                  });
 }
 
 bool CCCategoryUtil::RemoveNavigation(TSTvMode mode, CCNavigationModeInfo entry) {
-    return absent("CCCategoryUtil::RemoveNavigation",
+    return answer("CCCategoryUtil::RemoveNavigation",
                   {number("antennaMode", mode.antennaMode), number("serviceMode", mode.serviceMode),
                    number("entryMode", entry.mode)},
-                  false);
+                  false, [&](Television& television) {
+                      NavigationLists lists(television.database());
+                      return noted(television, lists.remove(modeOf(mode), entry.mode, entry.id));
+                  });
 }

@@ -1,12 +1,29 @@
 #include "platform/tvtimer.h"
 
 #include "virtual_tv/platform/passage.h"
+#include "virtual_tv/platform/service_log.h"
+#include "virtual_tv/platform/service_status.h"
+#include "virtual_tv/services/timer_store.h"
 
 using namespace vxtv;
 
 namespace {
 
 constexpr int kFailed = -1;
+constexpr const char* kLogTag = "tv-timer";
+
+/// Answers a call that works on a directory, by one of the store's operations.
+template <class Operation>
+int answerFor(KnownCall call, const char* directory, Operation operation) {
+    return answer(call, {named("directory", directory)}, kFailed, [&](Television& television) {
+        TimerStore timers(television.database());
+        const bool isNamed = directory != nullptr && *directory != '\0';
+        const Result<void> done = isNamed
+                                      ? (timers.*operation)(directory)
+                                      : failure(ErrorCode::BadArgument, "no directory was named; give one");
+        return serviceStatus(logged(television, kLogTag, done));
+    });
+}
 
 }  // namespace
 
@@ -15,9 +32,9 @@ int tvtimer_init() {
 }
 
 int tvtimer_get_db(const char* directory) {
-    return absent("tvtimer_get_db", {named("directory", directory)}, kFailed);
+    return answerFor("tvtimer_get_db", directory, &TimerStore::exportTo);
 }
 
 int tvtimer_set_db(const char* directory) {
-    return absent("tvtimer_set_db", {named("directory", directory)}, kFailed);
+    return answerFor("tvtimer_set_db", directory, &TimerStore::importFrom);
 }

@@ -1,19 +1,42 @@
 #include "platform/was_clone.h"
 
 #include "virtual_tv/platform/passage.h"
+#include "virtual_tv/platform/service_status.h"
+#include "virtual_tv/services/clone_directory.h"
+#include "virtual_tv/services/value_services.h"
 
 using namespace vxtv;
 
 namespace {
 
 constexpr int kFailed = -1;
+constexpr const char* kNetworkSupport = "com.kestrel/featureconf/network.network_support";
+
+/// The applications come from the network: a model without one has no use for them.
+Result<void> requireNetwork(const Television& television) {
+    return television.systemInformation().featureInt(kNetworkSupport).and_then([](int supported) {
+        return supported != 0
+                   ? Result<void>()
+                   : failure(ErrorCode::NotSupported, "this model has no network; web applications need one");
+    });
+}
 
 }  // namespace
 
 int was_clone_backup() {
-    return absent("was_clone_backup", {}, kFailed);
+    return answer("was_clone_backup", {}, kFailed, [](Television& television) {
+        return serviceStatus(requireNetwork(television).and_then([&television] {
+            const ServiceValues values(television.database(), webApplicationService());
+            return values.backUp(cloneDirectory(television.folder()));
+        }));
+    });
 }
 
 int was_clone_restore() {
-    return absent("was_clone_restore", {}, kFailed);
+    return answer("was_clone_restore", {}, kFailed, [](Television& television) {
+        return serviceStatus(requireNetwork(television).and_then([&television] {
+            const ServiceValues values(television.database(), webApplicationService());
+            return values.restore(cloneDirectory(television.folder()));
+        }));
+    });
 }

@@ -32,6 +32,10 @@ struct DataService {
 
     /// All that a clone carries of it. Throws what the database throws.
     Texts (*texts)(SQLite::Database& connection);
+
+    /// What else it holds, and keeps when its television takes over a clone; null: nothing. Throws what the
+    /// database throws.
+    Texts (*keptTexts)(SQLite::Database& connection) = nullptr;
 };
 
 }  // namespace vxtv

@@ -4,10 +4,26 @@
 
 #include <algorithm>
 
+#include "virtual_tv/services/channel_store.h"
+#include "virtual_tv/services/network_time.h"
+#include "virtual_tv/services/source_list.h"
+#include "virtual_tv/services/timer_store.h"
+#include "virtual_tv/services/value_services.h"
+
 namespace vxtv {
 
 const std::vector<DataService>& dataServices() {
-    static const std::vector<DataService> services = {};
+    static const std::vector<DataService> services = {
+        valueDataService<factoryService>(),
+        valueDataService<avService>(),
+        valueDataService<settingsService>(),
+        valueDataService<homeDataService>(),
+        valueDataService<webApplicationService>(),
+        kChannelService,
+        kTimerService,
+        {"network-time", NetworkTime::create, NetworkTime::texts, NetworkTime::keptTexts},
+        {"sources", SourceList::create, SourceList::texts, SourceList::keptTexts},
+    };
     return services;
 }
 

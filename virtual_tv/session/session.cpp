@@ -11,6 +11,8 @@
 #include "virtual_tv/session/exposure.h"
 #include "virtual_tv/session/program.h"
 #include "virtual_tv/session/real_paths.h"
+#include "virtual_tv/television/application_launch.h"
+#include "virtual_tv/television/application_run.h"
 #include "virtual_tv/television/database.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/ready_mark.h"
@@ -61,10 +63,13 @@ Session::Session(Folder folder, std::vector<Stick> sticks, Isolation isolation, 
       isolation_(isolation),
       interactive_(wish.interactive),
       warn_(wish.warn ? wish.warn : [](const Error&) {}),
-      lock_(std::move(lock)) {}
+      lock_(std::move(lock)),
+      bus_(folder_) {}
 
 Session::~Session() {
     lock_.release([&] {
+        bus_.endBus();
+        removeStaleMarks(folder_);
         record_.removeAll();
         lowerReadyMark(placeOf(folder_, kSecureStorageReady));
     });
@@ -77,13 +82,17 @@ Result<Session> Session::open(const SessionWish& wish) {
     if (!sticks) return tl::make_unexpected(sticks.error());
     const auto isolation = chooseIsolation(wish.isolation);
     if (!isolation) return tl::make_unexpected(isolation.error());
-    auto lock = SessionLock::acquire(*folder, [&] { EntryRecord(*folder).removeAll(); });
+    auto lock = SessionLock::acquire(*folder, [&] {
+        removeStaleMarks(*folder);
+        EntryRecord(*folder).removeAll();
+    });
     if (!lock) return tl::make_unexpected(lock.error());
     Session session(std::move(*folder), std::move(*sticks), *isolation, wish, std::move(*lock));
     const auto mark = placeOf(session.folder_, kSecureStorageReady);
     std::error_code ignored;
     // In the television's own /tmp a mark of whoever made it would be a lie.
     if (!session.markStorage(mark)) fs::remove(mark, ignored);
+    if (const auto taken = session.bus_.take(); !taken) session.warn_(taken.error());
     return session;
 }
 
@@ -107,11 +116,12 @@ Result<Outcome> Session::run(const std::vector<std::string>& command) const {
     const auto binds = prepareBinds(folder_, sticks_, needsOf(command.front()), record_);
     if (!binds) return tl::make_unexpected(binds.error());
     std::error_code deleted;
-    job.prepare = [&binds, directory = fs::current_path(deleted)]() -> Result<void> {
+    job.prepare = [this, &binds, directory = fs::current_path(deleted)]() -> Result<void> {
         auto done = doBinds(*binds);
         if (done) {
             showOwnProcesses();
             returnTo(directory);
+            startAutostartApplications(folder_);
         }
         return done;
     };
@@ -123,7 +133,10 @@ Result<Outcome> Session::runOnRealPaths(Job job) const {
     if (!paths) return tl::make_unexpected(paths.error());
     // Here programs look for the mark in the machine's /tmp.
     markStorage(kSecureStorageReady);
-    job.prepare = [] { return Result<void>(); };
+    job.prepare = [this] {
+        startAutostartApplications(folder_);
+        return Result<void>();
+    };
     auto outcome = supervise(job);
     lowerReadyMark(kSecureStorageReady);
     return outcome;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "virtual_tv/session/bus_share.h"
 #include "virtual_tv/session/entry_record.h"
 #include "virtual_tv/session/isolation.h"
 #include "virtual_tv/session/mounts.h"
@@ -31,11 +32,13 @@ struct SessionWish {
 /// Life cycle:
 ///  1. `open` checks the television and the sticks, finds a way to isolate, and takes the session lock. If no
 ///     other session runs, it first takes out what a killed one left in the television. When the secure
-///     storage is up, its mark is made.
+///     storage is up, its mark is made. The message bus is started, or shared with the other sessions.
 ///  2. `run` makes the mount points, forks the session's first process into its namespaces, which mounts the
 ///     television over /opt, /tmp and /media and what that covers back to its place, and starts the command.
 ///     When the command has ended, all processes of the session are ended, and the mounts go with them.
-///  3. The destructor takes the mount points out again if this was the last session, and gives the lock back.
+///  3. The destructor ends the bus and takes the mount points out again if this was the last session, and
+///  gives
+///     the lock back.
 /// If the process is killed meanwhile, the kernel ends the session's processes and step 1 of the next session
 /// does what is left of step 3.
 ///
@@ -70,6 +73,7 @@ class Session {
     bool interactive_;
     std::function<void(const Error&)> warn_;
     SessionLock lock_;
+    BusShare bus_;
 };
 
 }  // namespace vxtv

@@ -10,6 +10,7 @@
 #include <system_error>
 
 #include "virtual_tv/services/data_services.h"
+#include "virtual_tv/television/application_data.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/setting_text.h"
 
@@ -87,6 +88,21 @@ Result<void> compareServices(const Television& first, const Television& second,
             comparisons.push_back({std::string(service.name),
                                    differencesOf(mine->value_or(Texts()), theirs->value_or(Texts()))});
         }
+    }
+    return {};
+}
+
+/// The applications, when one of the two has any.
+Result<void> compareApplications(const Television& first, const Television& second,
+                                 std::vector<AreaComparison>& comparisons) {
+    const auto mine = applicationTexts(first.folder());
+    const auto theirs = mine ? applicationTexts(second.folder()) : mine;
+    if (!theirs) {
+        return tl::make_unexpected(theirs.error());
+    }
+    if (*mine || *theirs) {
+        comparisons.push_back(
+            {kApplicationsArea, differencesOf(mine->value_or(Texts()), theirs->value_or(Texts()))});
     }
     return {};
 }
@@ -173,7 +189,7 @@ Result<std::vector<AreaComparison>> compareTelevisions(const Television& first, 
         return failure(ErrorCode::Io, fmt::format("{} cannot be compared: {}; check who may read it",
                                                   error.path1().string(), error.code().message()));
     }
-    return comparisons;
+    return compareApplications(first, second, comparisons).map([&] { return std::move(comparisons); });
 }
 
 }  // namespace vxtv

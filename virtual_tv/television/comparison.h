@@ -17,7 +17,8 @@ struct Difference {
 
 /// What a clone carries of one kind, on two televisions.
 struct AreaComparison {
-    std::string area;  ///< "settings-keys", a service of data_services.h, or a name of picture_areas.h
+    std::string
+        area;  ///< "settings-keys", a service of data_services.h, a name of picture_areas.h, or "apps"
     std::vector<Difference> differences;
 };
 
@@ -25,8 +26,8 @@ struct AreaComparison {
 inline constexpr const char* kSettingsArea = "settings-keys";
 
 /// Compares what a clone carries, area by area, in a fixed order: the settings without the status keys, then
-/// each service that one of them has, then the files of each picture area, byte by byte; a link is compared
-/// as a link. The identity is not judged.
+/// each service that one of them has, then the files of each picture area, byte by byte, and the applications
+/// with their data when one of them has any; a link is compared as a link. The identity is not judged.
 Result<std::vector<AreaComparison>> compareTelevisions(const Television& first, const Television& second);
 
 }  // namespace vxtv

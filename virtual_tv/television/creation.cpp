@@ -11,6 +11,8 @@
 #include <system_error>
 
 #include "virtual_tv/services/data_services.h"
+#include "virtual_tv/television/application_profile.h"
+#include "virtual_tv/television/package_key.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/private_file.h"
 #include "virtual_tv/television/secure_storage.h"
@@ -105,11 +107,16 @@ Result<void> writeUnlessEmpty(const fs::path& file, const std::string& bytes) {
     return bytes.empty() ? Result<void>() : writePrivateFile(file, bytes, Existing::Refuse);
 }
 
+Result<void> putPackageKey(const SecureStorage& storage, const std::string& key) {
+    return key.empty() ? Result<void>() : storage.put({{kPackageKeyEntry, key}}, packageKeyCredential());
+}
+
 Result<void> fillSecureStorage(const Folder& folder, const Profile& profile) {
     const fs::path keyFile = placeOf(folder, kCloneKeyFile);
     return SecureStorage::create(folder)
         .and_then([&] { return writeUnlessEmpty(folder.installationSecret(), profile.installationSecret); })
-        .and_then([&] { return writeUnlessEmpty(keyFile, profile.keyFile); });
+        .and_then([&] { return writeUnlessEmpty(keyFile, profile.keyFile); })
+        .and_then([&] { return putPackageKey(SecureStorage(folder), profile.packageKey); });
 }
 
 Result<void> fillDatabase(const Folder& folder, const Profile& profile) {
@@ -137,7 +144,9 @@ Result<void> fill(const fs::path& target, const Folder& folder, const Profile& p
     } catch (const fs::filesystem_error& error) {
         return cannotMake(target, error.code());
     }
-    return fillSecureStorage(folder, profile).and_then([&] { return fillDatabase(folder, profile); });
+    return fillSecureStorage(folder, profile)
+        .and_then([&] { return fillDatabase(folder, profile); })
+        .and_then([&] { return createApplications(folder, profile.applications); });
 }
 
 Result<void> checkPlace(const fs::path& path) {

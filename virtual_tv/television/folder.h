@@ -30,6 +30,10 @@ class Folder {
     std::filesystem::path run() const { return root_ / "run"; }
     /// Each session holds it with a shared flock(2); who wants the television for itself, exclusively.
     std::filesystem::path sessionLock() const { return run() / "session.lock"; }
+    /// The same for the message bus alone: its keeper waits for it exclusively, to know when to end the bus.
+    std::filesystem::path busLock() const { return run() / "bus.lock"; }
+    /// The address of the message bus; locked while the bus is up.
+    std::filesystem::path busAddress() const { return run() / "bus"; }
 
  private:
     std::filesystem::path root_;

@@ -38,13 +38,15 @@ Result<Installed> installInto(const SecureStorage& storage, const CloneKey& key)
     if (storage.read(kCloneKeyEntry, key.credential) && storage.read(kCloneIvEntry, key.credential)) {
         return Installed::Before;
     }
-    return storage.replaceAll({{kCloneKeyEntry, key.key}, {kCloneIvEntry, key.iv}}, key.credential).map([] {
+    return storage.put({{kCloneKeyEntry, key.key}, {kCloneIvEntry, key.iv}}, key.credential).map([] {
         return Installed::Now;
     });
 }
 
 Result<void> forgetInstalledKey(const SecureStorage& storage) {
-    return storage.lock().and_then([&storage](const Descriptor&) { return storage.clear(); });
+    return storage.lock().and_then([&storage](const Descriptor&) {
+        return storage.forget({kCloneKeyEntry, kCloneIvEntry});
+    });
 }
 
 }  // namespace

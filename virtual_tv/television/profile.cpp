@@ -8,14 +8,15 @@
 #include <fstream>
 #include <functional>
 #include <nlohmann/json.hpp>
-#include <set>
 #include <string_view>
 #include <utility>
 
 #include "virtual_tv/services/data_services.h"
 #include "virtual_tv/television/key_file.h"
+#include "virtual_tv/television/package_key.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/profile_reading.h"
+#include "virtual_tv/television/strict_json.h"
 
 namespace vxtv {
 
@@ -26,6 +27,7 @@ namespace {
 
 constexpr std::uintmax_t kLargestProfile = 1 << 20;
 constexpr std::uintmax_t kLargestPicture = 16 << 20;
+constexpr int kDeepestProfile = 16;
 
 SettingValue settingValueIn(const Json& value, const std::string& where) {
     expectOnly(value, where, {"int", "bool", "string"});
@@ -126,6 +128,7 @@ void readKeys(const Json& document, const fs::path& profileFolder, Profile& prof
     const fs::path keyFile = fileOf("keyFile");
     profile.installationSecret = valueOrWrong(readFleetSecret(secret), "installationSecret");
     profile.keyFile = valueOrWrong(readKeyFile(keyFile), "keyFile");
+    profile.packageKey = valueOrWrong(readPackageKey(fileOf("packageKey")), "packageKey");
     if (const auto key = unsealKeyFile(profile.keyFile, profile.installationSecret, keyFile); !key) {
         throw WrongMember{"keyFile", fmt::format("is of no use: {}", key.error().sentence)};
     }
@@ -167,7 +170,7 @@ void readServices(const Json& document, Profile& profile) {
 Profile profileIn(const Json& document, const fs::path& profileFolder) {
     expectOnly(document, "",
                {"model", "productTag", "tunerType", "features", "settings", "status", "pictures",
-                "installationSecret", "keyFile", "services"});
+                "installationSecret", "keyFile", "packageKey", "services", "applications"});
     Profile profile;
     profile.identity.model = stringIn(memberOf(document, "", "model"), "model");
     profile.identity.productTag = stringIn(memberOf(document, "", "productTag"), "productTag");
@@ -178,24 +181,8 @@ Profile profileIn(const Json& document, const fs::path& profileFolder) {
     profile.pictures = readPictures(document, profileFolder);
     readKeys(document, profileFolder, profile);
     readServices(document, profile);
+    profile.applications = readApplications(document, profileFolder, pictureFileIn);
     return profile;
-}
-
-/// Parses the text and refuses what the parser alone would let pass: a member that is given twice.
-Json parse(const std::string& text) {
-    std::vector<std::set<std::string>> seen;
-    const Json::parser_callback_t refuseTwins = [&seen](int, Json::parse_event_t event, Json& parsed) {
-        if (event == Json::parse_event_t::object_start) {
-            seen.emplace_back();
-        } else if (event == Json::parse_event_t::object_end) {
-            seen.pop_back();
-        } else if (event == Json::parse_event_t::key &&
-                   !seen.back().insert(parsed.get<std::string>()).second) {
-            throw WrongMember{parsed.get<std::string>(), "is given twice"};
-        }
-        return true;
-    };
-    return Json::parse(text, refuseTwins);
 }
 
 Result<std::string> textOf(const fs::path& file) {
@@ -236,7 +223,7 @@ Result<Profile> readProfile(const fs::path& file) {
         return tl::make_unexpected(text.error());
     }
     try {
-        Profile profile = profileIn(parse(*text), fs::absolute(file).parent_path());
+        Profile profile = profileIn(parseStrictly(*text, kDeepestProfile), fs::absolute(file).parent_path());
         profile.file = fs::absolute(file);
         return profile;
     } catch (const WrongMember& wrong) {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "virtual_tv/television/application_profile.h"
 #include "virtual_tv/television/error.h"
 #include "virtual_tv/television/profile_reading.h"
 #include "virtual_tv/television/settings_store.h"
@@ -29,8 +30,10 @@ struct Profile {
     std::vector<Picture> pictures;
     std::string installationSecret;  ///< the fleet's; empty: the television has none
     std::string keyFile;             ///< a key file's bytes; empty: the television has none
+    std::string packageKey;          ///< the cloning application's; empty: the television has none
     /// What the services get that own data, by their names; one that is not here is absent.
     std::map<std::string, nlohmann::json> services;
+    std::vector<ProfileApplication> applications;
     std::filesystem::path file;  ///< where the profile was read; empty: made by a program
 };
 

@@ -54,8 +54,9 @@ int intIn(const nlohmann::json& value, const std::string& where) {
         throw WrongMember{where, fmt::format("is {}, not a whole number",
                                              value.is_number() ? "a fraction" : value.type_name())};
     }
-    const bool tooLarge = value.is_number_unsigned() &&
-                          value.get<std::uint64_t>() > std::uint64_t{std::numeric_limits<int>::max()};
+    constexpr int kHighest = std::numeric_limits<int>::max();
+    const bool tooLarge = value.is_number_unsigned() ? value.get<std::uint64_t>() > std::uint64_t{kHighest}
+                                                     : value.get<std::int64_t>() > std::int64_t{kHighest};
     if (tooLarge || value.get<std::int64_t>() < std::numeric_limits<int>::min()) {
         throw WrongMember{where, fmt::format("is {}, which does not fit an int", value.dump())};
     }

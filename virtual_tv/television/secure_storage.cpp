@@ -5,6 +5,7 @@
 #include <stdio.h>
 #include <sys/file.h>
 
+#include <algorithm>
 #include <chrono>
 #include <string_view>
 #include <system_error>
@@ -158,17 +159,24 @@ Result<std::string> SecureStorage::read(const std::string& name, const Credentia
                                name, bytes.error().reason));
 }
 
-Result<void> SecureStorage::replaceAll(const std::vector<Secret>& secrets,
-                                       const Credential& credential) const {
+Result<void> SecureStorage::put(const std::vector<Secret>& secrets, const Credential& credential) const {
     return deviceKey()
         .and_then([&](const SealingKey& key) { return writeEntries(key, secrets, credential); })
         .and_then([this] { return swapIn(); });
 }
 
-Result<void> SecureStorage::clear() const {
+Result<void> SecureStorage::forget(const std::vector<std::string>& names) const {
+    const fs::path entries = folder_.secureEntries();
     std::error_code error;
-    fs::remove_all(folder_.secureEntries(), error);
-    return error ? Result<void>(cannotChange(folder_.secureEntries(), error)) : flushFolder(folder_.secure());
+    if (!fs::exists(entries, error)) {
+        return {};
+    }
+    for (const std::string& name : names) {
+        if (fs::remove(entries / name, error); error) {
+            return cannotChange(entries, error);
+        }
+    }
+    return flushFolder(entries);
 }
 
 Result<SealingKey> SecureStorage::deviceKey() const {
@@ -187,6 +195,28 @@ fs::path SecureStorage::entriesBeside(const char* what) const {
     return folder_.secureEntries().string() + what;
 }
 
+/// What is no plain file is no entry, and goes.
+Result<void> SecureStorage::keepOtherEntries(const std::vector<Secret>& secrets,
+                                             const fs::path& beside) const {
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator(folder_.secureEntries(), error)) {
+        const std::string name = entry.path().filename().string();
+        const bool replaced = std::any_of(secrets.begin(), secrets.end(),
+                                          [&name](const Secret& secret) { return secret.name == name; });
+        const auto bytes = readPlainFile(entry.path(), kLargestEntry + 1);
+        if (replaced || (!bytes && bytes.error().kind == ReadTrouble::Kind::NoPlainFile)) {
+            continue;
+        }
+        if (!bytes) {
+            return cannotChange(entry.path(), std::make_error_code(std::errc::io_error));
+        }
+        if (auto kept = writePrivateFile(beside / name, *bytes, Existing::Refuse); !kept) {
+            return kept;
+        }
+    }
+    return {};
+}
+
 Result<void> SecureStorage::writeEntries(const SealingKey& key, const std::vector<Secret>& secrets,
                                          const Credential& credential) const {
     const fs::path beside = entriesBeside(".new");
@@ -196,7 +226,7 @@ Result<void> SecureStorage::writeEntries(const SealingKey& key, const std::vecto
         return cannotChange(beside, error);
     }
     fs::permissions(beside, fs::perms::owner_all, error);
-    Result<void> written;
+    Result<void> written = keepOtherEntries(secrets, beside);
     for (const Secret& secret : secrets) {
         if (written) {
             written = sealEntry(key, secret, credential).and_then([&](const std::string& sealed) {

@@ -50,16 +50,19 @@ class SecureStorage {
     /// for an entry that is damaged or of another television, Io.
     Result<std::string> read(const std::string& name, const Credential& credential) const;
 
-    /// Makes the secrets the storage's whole content: all of them, or, on failure, what was there before.
-    /// Before: the caller holds the lock. Errors: NoSpace, Io.
-    Result<void> replaceAll(const std::vector<Secret>& secrets, const Credential& credential) const;
+    /// Puts the secrets into the storage, all of them or, on failure, none; other entries stay. Before: the
+    /// caller holds the lock. Errors: NoSpace, Io.
+    Result<void> put(const std::vector<Secret>& secrets, const Credential& credential) const;
 
-    /// Forgets all secrets. Before: the caller holds the lock. Errors: Io.
-    Result<void> clear() const;
+    /// Forgets the secrets of these names; one that is not there counts as forgotten. Before: the caller
+    /// holds the lock. Errors: Io.
+    Result<void> forget(const std::vector<std::string>& names) const;
 
  private:
     Result<SealingKey> deviceKey() const;
     std::filesystem::path entriesBeside(const char* what) const;
+    Result<void> keepOtherEntries(const std::vector<Secret>& secrets,
+                                  const std::filesystem::path& beside) const;
     Result<void> writeEntries(const SealingKey& key, const std::vector<Secret>& secrets,
                               const Credential& credential) const;
     Result<void> swapIn() const;

@@ -14,3 +14,7 @@ std::string vx_get_bootlogo_path() {
 std::string vx_get_mbrlogo_path() {
     return FakePaths::instance().mbrLogo.string();
 }
+
+std::string vx_get_homemenu_path() {
+    return FakePaths::instance().homeMenu.string();
+}

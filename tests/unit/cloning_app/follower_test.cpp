@@ -18,12 +18,13 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr std::chrono::seconds kPatience{20};
+const std::vector<VXClone> kList = {VXCLONE_AV_SETTINGS, VXCLONE_VCONF_DATA, VXCLONE_BROADCAST_TVS};
 
 /// Tells when it has been ticked and shown something.
 struct WaitedForView : RecordingView {
     void tick() override {
         RecordingView::tick();
-        if (!told && !percents.empty() && !rows.empty()) {
+        if (!told && percents.size() > 1 && !rows.empty()) {
             told = true;
             shown.set_value();
         }
@@ -48,9 +49,9 @@ class FollowerTest : public testing::Test {
 
 TEST_F(FollowerTest, resetForRestoreClearsWhatTheLastRunLeft) {
     ASSERT_TRUE(resetRunKeys(Direction::Restore));
-    Follower follower(Direction::Restore, view_, stop_);
+    Follower follower(Direction::Restore, kList, view_, stop_);
     EXPECT_THAT(follower.finish().outcomes(), IsEmpty());
-    EXPECT_THAT(view_.percents, IsEmpty());
+    EXPECT_THAT(view_.percents, ElementsAre(0));
     EXPECT_EQ(std::get<int>(*store_.get(kProgressKey)), 0);
 }
 
@@ -65,7 +66,7 @@ TEST_F(FollowerTest, resetThatTheStoreRefusesIsAnError) {
     EXPECT_TRUE(resetRunKeys(Direction::Backup));
     const auto progress = resetRunKeys(Direction::Restore);
     ASSERT_FALSE(progress);
-    EXPECT_EQ(progress.error().code, ErrorCode::TelevisionIo);
+    EXPECT_EQ(progress.error().code, ErrorCode::SettingsRefused);
     EXPECT_THAT(progress.error().sentence, HasSubstr(kProgressKey));
     store_.refuseWriting(kResultKey);
     EXPECT_FALSE(resetRunKeys(Direction::Backup));
@@ -73,25 +74,25 @@ TEST_F(FollowerTest, resetThatTheStoreRefusesIsAnError) {
 
 TEST_F(FollowerTest, lastOutcomeIsReadAfterTheRun) {
     ASSERT_TRUE(resetRunKeys(Direction::Restore));
-    Follower follower(Direction::Restore, view_, stop_);
+    Follower follower(Direction::Restore, kList, view_, stop_);
     report("VXCLONE_AV_SETTINGS-SUCCESS\n", 100);
     const ResultList results = follower.finish();
     ASSERT_EQ(results.outcomes().size(), 1U);
     ASSERT_EQ(view_.rows.size(), 1U);
     EXPECT_EQ(view_.rows[0].category, VXCLONE_AV_SETTINGS);
     EXPECT_EQ(view_.rows[0].verdict, Verdict::Done);
-    EXPECT_THAT(view_.percents, ElementsAre(100));
+    EXPECT_THAT(view_.percents, ElementsAre(0, 100));
 }
 
 TEST_F(FollowerTest, outcomeDuringTheRunIsShownBeforeItsEnd) {
     ASSERT_TRUE(resetRunKeys(Direction::Restore));
     WaitedForView view;
     auto shown = view.shown.get_future();
-    Follower follower(Direction::Restore, view, stop_);
+    Follower follower(Direction::Restore, kList, view, stop_);
     report("VXCLONE_AV_SETTINGS-FAIL\n", 13);
     ASSERT_EQ(shown.wait_for(kPatience), std::future_status::ready);
     follower.finish();
-    EXPECT_THAT(view.percents, ElementsAre(13));
+    EXPECT_THAT(view.percents, ElementsAre(0, 13));
     EXPECT_EQ(view.rows.at(0).verdict, Verdict::Failed);
 }
 
@@ -99,27 +100,64 @@ TEST_F(FollowerTest, percentThatFallsOrExceedsTheWholeIsNotShown) {
     ASSERT_TRUE(resetRunKeys(Direction::Restore));
     WaitedForView view;
     auto shown = view.shown.get_future();
-    Follower follower(Direction::Restore, view, stop_);
+    Follower follower(Direction::Restore, kList, view, stop_);
     report("VXCLONE_AV_SETTINGS-FAIL\n", 150);
     ASSERT_EQ(shown.wait_for(kPatience), std::future_status::ready);
     report("VXCLONE_AV_SETTINGS-FAIL\n", 20);
     follower.finish();
-    EXPECT_THAT(view.percents, ElementsAre(100));
+    EXPECT_THAT(view.percents, ElementsAre(0, 100));
 }
 
 TEST_F(FollowerTest, backupShowsNoPercent) {
     ASSERT_TRUE(resetRunKeys(Direction::Backup));
-    Follower follower(Direction::Backup, view_, stop_);
+    Follower follower(Direction::Backup, allCategories(), view_, stop_);
     report("VXCLONE_FACTORY_SETTINGS-FAIL\n", 50);
     follower.finish();
     EXPECT_THAT(view_.percents, IsEmpty());
     EXPECT_EQ(view_.rows.at(0).verdict, Verdict::NotEvaluated);
 }
 
+TEST_F(FollowerTest, percentTellsHowManyEntriesAreDoneAndWhichIsAtWork) {
+    ASSERT_TRUE(resetRunKeys(Direction::Restore));
+    Follower follower(Direction::Restore, kList, view_, stop_);
+    report("", 33);
+    follower.finish();
+    ASSERT_EQ(view_.steps.size(), 2U);
+    EXPECT_EQ(view_.steps[0].category, VXCLONE_AV_SETTINGS);
+    EXPECT_EQ(view_.steps[1].entry, 1U);
+    EXPECT_EQ(view_.steps[1].entries, 3U);
+    EXPECT_EQ(view_.steps[1].category, VXCLONE_VCONF_DATA);
+}
+
+TEST_F(FollowerTest, everyNumberOfEntriesIsFoundAgainFromItsPercentage) {
+    for (std::size_t entries = 1; entries <= kCategoryCount; ++entries) {
+        std::vector<VXClone> list = allCategories();
+        list.resize(entries);
+        for (std::size_t done = 1; done <= entries; ++done) {
+            RecordingView view;
+            ASSERT_TRUE(resetRunKeys(Direction::Restore));
+            Follower follower(Direction::Restore, list, view, stop_);
+            report("", static_cast<int>(100 * done / entries));
+            follower.finish();
+            EXPECT_EQ(view.steps.back().entry, done) << "of " << entries;
+        }
+    }
+}
+
+TEST_F(FollowerTest, backupCountsEachReportedCategoryOnce) {
+    ASSERT_TRUE(resetRunKeys(Direction::Backup));
+    Follower follower(Direction::Backup, allCategories(), view_, stop_);
+    report("VXCLONE_AV_SETTINGS-SUCCESS\nVXCLONE_AV_SETTINGS-FAIL\nVXCLONE_BROADCAST_TVS-SUCCESS\n", 0);
+    follower.finish();
+    EXPECT_EQ(view_.steps.back().entry, 2U);
+    EXPECT_EQ(view_.steps.back().category, VXCLONE_BROADCAST_TVS);
+    EXPECT_LT(view_.steps.back().entries, kCategoryCount);
+}
+
 TEST_F(FollowerTest, stopDuringTheRunIsAnsweredOnce) {
     ASSERT_TRUE(resetRunKeys(Direction::Backup));
     stop_.raise(SIGINT);
-    Follower follower(Direction::Backup, view_, stop_);
+    Follower follower(Direction::Backup, allCategories(), view_, stop_);
     follower.finish();
     ASSERT_EQ(view_.notices.size(), 1U);
     EXPECT_THAT(view_.notices[0], HasSubstr("cannot be interrupted"));

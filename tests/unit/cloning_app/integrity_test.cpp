@@ -3,7 +3,9 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 
-#include "cloning_app/package/package_contents.h"
+#include "cloning_app/package/layout.h"
+#include "cloning_app/run/identity_check.h"
+#include "tests/unit/cloning_app/fake_secure_storage.h"
 #include "tests/unit/cloning_app/fake_system_info.h"
 #include "tests/unit/cloning_app/sealed_package.h"
 #include "tests/unit/cloning_app/test_folder.h"
@@ -11,6 +13,7 @@
 namespace vxclone {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -20,12 +23,14 @@ using Findings = std::vector<std::pair<Subject, Finding>>;
 const Findings kGood = {{Subject::Model, Finding::Same},
                         {Subject::ProductTag, Finding::Same},
                         {Subject::Tuner, Finding::Same},
+                        {Subject::Manifest, Finding::Unaltered},
                         {Subject::Seal, Finding::Unaltered}};
 
 class IntegrityTest : public testing::Test {
  protected:
     IntegrityTest() {
         FakeSystemInfo::reset();
+        FakeSecureStorage::reset();
         writeFile(folder_ / "vconf/Vconf.json", "{}");
         writeFile(folder_ / "logo/deep/boot.jpg", "picture");
         writeFile(folder_ / "avoc.db", "a");
@@ -33,12 +38,15 @@ class IntegrityTest : public testing::Test {
 
     Tree tree() const { return {descriptor_.get(), folder_.path().string(), Place::Television}; }
 
-    Result<std::vector<Check>> seal() { return sealPackage(engine_, tree(), televisionIdentity()); }
+    Result<SealedPackage> seal() {
+        const auto key = PackageKey::ofTelevision();
+        return sealPackage(engine_, tree(), originHere(), key.value());
+    }
 
     std::vector<Check> examine() {
-        const auto checks = examinePackage(engine_, tree());
-        EXPECT_TRUE(checks) << checks.error().sentence;
-        return checks.value_or(std::vector<Check>{});
+        const auto found = examinePackage(engine_, tree());
+        EXPECT_TRUE(found) << found.error().sentence;
+        return found.value_or(Examination{}).checks;
     }
 
     static Findings findings(const std::vector<Check>& checks) {
@@ -55,8 +63,8 @@ class IntegrityTest : public testing::Test {
         change();
         const auto checks = examine();
         EXPECT_EQ(problemOf(checks), ErrorCode::Altered) << named;
-        EXPECT_THAT(checks.back().detail, HasSubstr(named));
-        EXPECT_THAT(problemSentences(checks, "P").at(0), HasSubstr("P was altered after it was made"));
+        EXPECT_THAT(problemSentences(checks, "P").at(0),
+                    AllOf(HasSubstr("P was altered after it was made"), HasSubstr(named)));
     }
 
     /// No seal, and none of the library's working files.
@@ -74,8 +82,10 @@ class IntegrityTest : public testing::Test {
 TEST_F(IntegrityTest, sealedPackageIsCompleteAndGood) {
     const auto sealed = seal();
     ASSERT_TRUE(sealed) << sealed.error().sentence;
-    EXPECT_EQ(findings(*sealed),
-              (Findings{{Subject::Identity, Finding::Recorded}, {Subject::Seal, Finding::Sealed}}));
+    EXPECT_EQ(findings(sealed->checks), (Findings{{Subject::Identity, Finding::Recorded},
+                                                  {Subject::Manifest, Finding::Recorded},
+                                                  {Subject::Seal, Finding::Sealed}}));
+    EXPECT_EQ(examinePackage(engine_, tree())->digest, sealed->digest);
     EXPECT_EQ(readFile(folder_ / "ProductCloneInfo.txt"), "VX-R1-EU\nVX55R1\n3\n");
     EXPECT_TRUE(std::filesystem::exists(folder_ / "validate.txt"));
     EXPECT_FALSE(std::filesystem::exists(folder_ / "validate_temp.txt"));
@@ -89,9 +99,9 @@ TEST_F(IntegrityTest, bothSidesListTheSameFilesSorted) {
     const std::vector<std::string> sealed = engine_.sealed;
     examine();
     EXPECT_EQ(engine_.checked, sealed);
-    EXPECT_THAT(sealed, ElementsAre(folder_ / "PackageContents.txt", folder_ / "ProductCloneInfo.txt",
-                                    folder_ / "avoc.db", folder_ / "line\nend\"",
-                                    folder_ / "logo/deep/boot.jpg", folder_ / "vconf/Vconf.json"));
+    EXPECT_THAT(sealed, ElementsAre(folder_ / "ProductCloneInfo.txt", folder_ / "avoc.db",
+                                    folder_ / "line\nend\"", folder_ / "logo/deep/boot.jpg",
+                                    folder_ / "manifest.json", folder_ / "vconf/Vconf.json"));
 }
 
 TEST_F(IntegrityTest, backupOfNothingIsSealedToo) {
@@ -123,19 +133,66 @@ TEST_F(IntegrityTest, everyChangeOfASealedPackageIsSeenAndNamed) {
     expectAltered([this] { writeFile(folder_ / "added-zeros", std::string(5, '\0')); }, "added-zeros");
     expectAltered([this] { std::filesystem::remove(folder_ / "added"); }, "added");
     expectAltered([this] { std::filesystem::rename(folder_ / "avoc.db", folder_ / "other.db"); }, "other.db");
-    expectAltered([this] { std::filesystem::remove(folder_ / "PackageContents.txt"); },
-                  "PackageContents.txt");
+    expectAltered([this] { writeFile(folder_ / "manifest.json", "{}"); }, "manifest.json");
     expectAltered([this] { writeFile(folder_ / "validate.txt", "1"); }, "");
     expectAltered([this] { writeFile(folder_ / "validate_temp.txt", "1"); }, "validate_temp.txt");
 }
 
-TEST_F(IntegrityTest, listThatWasMadeAnewWithoutTheKeyIsAltered) {
+TEST_F(IntegrityTest, everyFileThatIsNotAsItWasIsNamedWithItsKind) {
+    ASSERT_TRUE(seal());
+    writeFile(folder_ / "added", "x");
+    writeFile(folder_ / "avoc.db", "b");
+    std::filesystem::remove(folder_ / "vconf/Vconf.json");
+    std::vector<std::string> files;
+    for (const Check& check : examine()) {
+        if (check.subject == Subject::File) {
+            files.push_back(textOf(check));
+        }
+    }
+    EXPECT_THAT(files, ElementsAre("added: added", "altered: avoc.db", "missing: vconf/Vconf.json"));
+}
+
+TEST_F(IntegrityTest, manifestThatWasMadeAnewWithAnotherKeyIsAltered) {
     expectAltered(
         [this] {
+            FakeSecureStorage::instance().packageKey = std::string(32, 'o');
             writeFile(folder_ / "added", "x");
-            writeFile(folder_ / "PackageContents.txt", readContents(tree())->list);
+            ASSERT_TRUE(seal());
+            FakeSecureStorage::reset();
         },
-        "");
+        "manifest.json");
+}
+
+TEST_F(IntegrityTest, manifestThatWasTakenAwayBreaksTheSeal) {
+    expectAltered([this] { std::filesystem::remove(folder_ / "manifest.json"); }, "");
+}
+
+TEST_F(IntegrityTest, packageOfAnotherToolIsGoodByItsSealAndSaidToBeWeaker) {
+    sealFolderWithoutManifest(folder_.path());
+    auto checks = examine();
+    EXPECT_EQ(problemOf(checks), std::nullopt);
+    EXPECT_EQ(checks.at(3).finding, Finding::Unlisted);
+    EXPECT_THAT(textOf(checks.at(3)), HasSubstr("weaker"));
+    FakeSecureStorage::instance().packageKey.reset();
+    EXPECT_EQ(problemOf(examine()), std::nullopt);
+    writeFile(folder_ / "avoc.db", "b");
+    EXPECT_EQ(problemOf(examine()), ErrorCode::Altered);
+}
+
+TEST_F(IntegrityTest, manifestWithoutAKeyToCheckItIsNoKey) {
+    ASSERT_TRUE(seal());
+    FakeSecureStorage::instance().packageKey.reset();
+    const auto checks = examine();
+    EXPECT_EQ(problemOf(checks), ErrorCode::NoKey);
+    EXPECT_THAT(problemSentences(checks, "P").at(0), HasSubstr("this television has no package key,"));
+}
+
+TEST_F(IntegrityTest, packageOfALaterFormatIsRefused) {
+    ASSERT_TRUE(seal());
+    writeFile(folder_ / "manifest.json", R"({"format":"2.0","whatever":1})");
+    const auto found = examinePackage(engine_, tree());
+    ASSERT_FALSE(found);
+    EXPECT_EQ(found.error().code, ErrorCode::NewerPackage);
 }
 
 TEST_F(IntegrityTest, identityThatWasRewrittenIsAltered) {
@@ -150,7 +207,7 @@ TEST_F(IntegrityTest, manyChangesAreCounted) {
                 writeFile(folder_ / name, "x");
             }
         },
-        "n1, n2, n3 and 2 more");
+        "n1 added, n2 added, n3 added and 2 more");
 }
 
 TEST_F(IntegrityTest, eachPartThatDiffersIsFoundWithBothValues) {
@@ -160,6 +217,7 @@ TEST_F(IntegrityTest, eachPartThatDiffersIsFoundWithBothValues) {
     EXPECT_EQ(findings(checks), (Findings{{Subject::Model, Finding::Differs},
                                           {Subject::ProductTag, Finding::Differs},
                                           {Subject::Tuner, Finding::Differs},
+                                          {Subject::Manifest, Finding::Unaltered},
                                           {Subject::Seal, Finding::Unaltered}}));
     EXPECT_EQ(textOf(checks[0]), "differs: this television VX75C2, the package VX55R1");
     EXPECT_EQ(textOf(checks[1]), "differs: this television VX-C2-EU, the package VX-R1-EU");
@@ -210,13 +268,15 @@ TEST_F(IntegrityTest, missingFilesAndKeyAreAllFoundTheGravestFirst) {
     std::filesystem::remove(folder_ / "ProductCloneInfo.txt");
     engine_.key = false;
     auto checks = examine();
-    EXPECT_EQ(findings(checks),
-              (Findings{{Subject::Identity, Finding::Missing}, {Subject::Key, Finding::None}}));
+    EXPECT_EQ(findings(checks), (Findings{{Subject::Identity, Finding::Missing},
+                                          {Subject::Key, Finding::None},
+                                          {Subject::Manifest, Finding::Unaltered},
+                                          {Subject::File, Finding::Gone}}));
     EXPECT_EQ(problemOf(checks), ErrorCode::NotComplete);
     std::filesystem::remove(folder_ / "validate.txt");
     checks = examine();
     const auto sentences = problemSentences(checks, "P");
-    ASSERT_EQ(sentences.size(), 2U);
+    ASSERT_EQ(sentences.size(), 3U);
     EXPECT_THAT(sentences[0], HasSubstr("it holds no ProductCloneInfo.txt, validate.txt; make a new backup"));
     EXPECT_THAT(sentences[1], HasSubstr("no clone key"));
 }
@@ -294,10 +354,12 @@ TEST_F(IntegrityTest, examinationThatBreaksOffIsAnError) {
     EXPECT_EQ(examinePackage(engine_, tree()).error().code, ErrorCode::Internal);
 }
 
-TEST_F(IntegrityTest, keyIsRequired) {
-    EXPECT_TRUE(requireKey(engine_));
+TEST_F(IntegrityTest, bothKeysAreRequired) {
+    EXPECT_TRUE(requireKeys(engine_));
+    FakeSecureStorage::instance().packageKey.reset();
+    EXPECT_THAT(requireKeys(engine_).error().sentence, HasSubstr("no package key"));
     engine_.key = false;
-    EXPECT_EQ(requireKey(engine_).error().code, ErrorCode::NoKey);
+    EXPECT_EQ(requireKeys(engine_).error().code, ErrorCode::NoKey);
     EXPECT_EQ(exitStatusOf(ErrorCode::NoKey), 7);
 }
 

@@ -2,13 +2,12 @@
 
 #include <gmock/gmock.h>
 
-#include <nlohmann/json.hpp>
+#include <algorithm>
 #include <sstream>
 
 namespace vxclone {
 namespace {
 
-using nlohmann::json;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -16,33 +15,37 @@ using testing::Not;
 const Row kChannelsDone{VXCLONE_BROADCAST_TVS, Verdict::Done, ""};
 const Row kChannelsFailed{VXCLONE_BROADCAST_TVS, Verdict::Failed, "the package holds no channels"};
 
+const Progress kHalfWay{50, 7, 15, VXCLONE_AV_SETTINGS};
+const Progress kTwoReported{std::nullopt, 2, 9, VXCLONE_AV_SETTINGS};
+
 class ProgressViewTest : public testing::Test {
  protected:
     std::unique_ptr<ProgressView> view(ViewKind kind, Direction direction) {
-        return makeProgressView(kind, direction, out_, err_, false);
+        return makeProgressView(kind, direction, out_, err_,
+                                {coloured_, [this] { return width_; }, [this] { return elapsed_; }});
     }
 
-    std::vector<json> lines() const {
-        std::vector<json> parsed;
-        std::istringstream text(out_.str());
-        for (std::string line; std::getline(text, line);) {
-            parsed.push_back(json::parse(line, nullptr, false));
-            EXPECT_TRUE(parsed.back().is_object()) << line;
-        }
-        return parsed;
-    }
-
+    bool coloured_ = false;
+    std::size_t width_ = 100;
+    std::chrono::milliseconds elapsed_{67'500};
     std::ostringstream out_;
     std::ostringstream err_;
 };
 
 TEST_F(ProgressViewTest, plainIsALineForEachStep) {
     const auto plain = view(ViewKind::Plain, Direction::Restore);
-    plain->percent(33);
+    plain->progress(kHalfWay);
     plain->tick();
     plain->category(kChannelsDone);
     plain->category(kChannelsFailed);
-    EXPECT_EQ(out_.str(), "restore 33 %\nchannels: done\nchannels: failed: the package holds no channels\n");
+    EXPECT_EQ(out_.str(),
+              "restore 50 %, 7 of 15, av, 1:07\nchannels: done\n"
+              "channels: failed: the package holds no channels\n");
+}
+
+TEST_F(ProgressViewTest, plainBackupHasNoPercentage) {
+    view(ViewKind::Plain, Direction::Backup)->progress(kTwoReported);
+    EXPECT_EQ(out_.str(), "backup 2 of 9, av, 1:07\n");
 }
 
 TEST_F(ProgressViewTest, plainEndIsTheTableAndTheSentences) {
@@ -60,9 +63,10 @@ TEST_F(ProgressViewTest, textErrorGoesToTheErrorStream) {
 
 TEST_F(ProgressViewTest, terminalRestoreRewritesOneLine) {
     const auto terminal = view(ViewKind::Terminal, Direction::Restore);
-    terminal->percent(50);
+    terminal->progress(kHalfWay);
     terminal->category(kChannelsDone);
-    EXPECT_THAT(out_.str(), HasSubstr("\r\x1b[Krestore [##########          ] 50 %  channels done"));
+    EXPECT_THAT(out_.str(),
+                HasSubstr("\r\x1b[Krestore  [##########          ]  50 %  7 of 15  av  1:07  channels done"));
     EXPECT_THAT(out_.str(), Not(HasSubstr("\n")));
     terminal->failed({ErrorCode::Internal, "broke off"});
     EXPECT_THAT(out_.str(), testing::EndsWith("\r\x1b[K"));
@@ -74,59 +78,40 @@ TEST_F(ProgressViewTest, terminalBackupMovesAMarkerAndCountsReports) {
     const std::string first = out_.str();
     terminal->tick();
     EXPECT_NE(out_.str().substr(first.size()), "\r\x1b[K" + first);
-    terminal->category(kChannelsDone);
-    EXPECT_THAT(out_.str(), HasSubstr("1 reported  channels done"));
+    terminal->progress(kTwoReported);
+    EXPECT_THAT(out_.str(), HasSubstr("2 of 9  1:07"));
     EXPECT_THAT(out_.str(), Not(HasSubstr("%")));
 }
 
-TEST_F(ProgressViewTest, jsonIsOneObjectALine) {
-    const auto view = this->view(ViewKind::Json, Direction::Restore);
-    view->percent(33);
-    view->tick();
-    view->category(kChannelsFailed);
-    view->notice("recovered");
-    view->done({Direction::Restore, {kChannelsFailed}, 1, {"Restored."}});
-    const auto parsed = lines();
-    ASSERT_EQ(parsed.size(), 4U);
-    EXPECT_EQ(parsed[0], json({{"event", "progress"}, {"percent", 33}}));
-    EXPECT_EQ(parsed[1], json({{"event", "category"},
-                               {"category", "channels"},
-                               {"result", "failed"},
-                               {"detail", "the package holds no channels"}}));
-    EXPECT_EQ(parsed[2]["message"], "recovered");
-    EXPECT_EQ(parsed[3]["event"], "done");
-    EXPECT_EQ(parsed[3]["exit"], 1);
-    EXPECT_EQ(parsed[3]["categories"][0]["category"], "channels");
+TEST_F(ProgressViewTest, terminalThatHasNothingNewToShowIsLeftAlone) {
+    const auto terminal = view(ViewKind::Terminal, Direction::Restore);
+    terminal->progress(kHalfWay);
+    const std::string before = out_.str();
+    terminal->tick();
+    EXPECT_EQ(out_.str(), before);
 }
 
-TEST_F(ProgressViewTest, jsonEndNamesEachCheckWithBothValues) {
-    view(ViewKind::Json, Direction::Restore)
-        ->done({Direction::Restore,
-                {},
-                4,
-                {"It does not fit."},
-                {{Subject::ProductTag, Finding::Differs, "here", "there"},
-                 {Subject::Seal, Finding::Altered, "", "", "avoc.db"}}});
-    EXPECT_EQ(lines().at(0), json({{"event", "done"},
-                                   {"exit", 4},
-                                   {"checks",
-                                    {{{"check", "product-tag"},
-                                      {"result", "differs"},
-                                      {"television", "here"},
-                                      {"package", "there"}},
-                                     {{"check", "seal"}, {"result", "altered"}, {"detail", "avoc.db"}}}},
-                                   {"messages", {"It does not fit."}}}));
+TEST_F(ProgressViewTest, liveLineIsNeverAsWideAsTheTerminal) {
+    for (width_ = 0; width_ < 90; ++width_) {
+        out_.str("");
+        const auto terminal = view(ViewKind::Terminal, Direction::Restore);
+        terminal->progress(kHalfWay);
+        EXPECT_LT(out_.str().size(), std::max<std::size_t>(width_, 1)) << out_.str();
+    }
 }
 
-TEST_F(ProgressViewTest, jsonErrorHasCodeStatusAndSentenceEvenOfBytesThatAreNoText) {
-    view(ViewKind::Json, Direction::Backup)->failed({ErrorCode::NotAPackage, "a\xff is not a package"});
-    const auto parsed = lines();
-    ASSERT_EQ(parsed.size(), 1U);
-    EXPECT_EQ(parsed[0]["event"], "error");
-    EXPECT_EQ(parsed[0]["code"], "not-a-package");
-    EXPECT_EQ(parsed[0]["exit"], 3);
-    EXPECT_THAT(parsed[0]["message"].get<std::string>(), HasSubstr("is not a package"));
-    EXPECT_THAT(err_.str(), IsEmpty());
+TEST_F(ProgressViewTest, narrowTerminalLosesTheBarFirst) {
+    width_ = 40;
+    view(ViewKind::Terminal, Direction::Restore)->progress(kHalfWay);
+    EXPECT_EQ(out_.str(), "restore  50 %  7 of 15  av  1:07");
+}
+
+TEST_F(ProgressViewTest, coloursTakeNoRoom) {
+    width_ = 50;
+    coloured_ = true;
+    view(ViewKind::Terminal, Direction::Restore)->progress({50, 7, 15, VXCLONE_AV_SETTINGS});
+    EXPECT_THAT(out_.str(), HasSubstr("\x1b["));
+    EXPECT_THAT(out_.str(), HasSubstr("1:07"));
 }
 
 }  // namespace

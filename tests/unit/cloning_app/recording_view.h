@@ -8,13 +8,20 @@
 
 /// Keeps everything that a run shows.
 struct RecordingView : vxclone::ProgressView {
-    void percent(int value) override { percents.push_back(value); }
+    void progress(const vxclone::Progress& progress) override {
+        steps.push_back(progress);
+        if (progress.percent) {
+            percents.push_back(*progress.percent);
+        }
+    }
     void category(const vxclone::Row& row) override { rows.push_back(row); }
     void tick() override { ++ticks; }
+    void clear() override {}
     void notice(const std::string& sentence) override { notices.push_back(sentence); }
     void done(const vxclone::Report& report) override { ended = report; }
     void failed(const vxclone::Error& error) override { failure = error; }
 
+    std::vector<vxclone::Progress> steps;
     std::vector<int> percents;
     std::vector<vxclone::Row> rows;
     int ticks = 0;

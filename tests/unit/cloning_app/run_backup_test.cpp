@@ -1,16 +1,13 @@
+#include <fcntl.h>
 #include <gmock/gmock.h>
 
 #include <cerrno>
 #include <csignal>
 
-#include "cloning_app/run/clone_run.h"
-#include "tests/unit/cloning_app/fake_engine.h"
-#include "tests/unit/cloning_app/fake_paths.h"
-#include "tests/unit/cloning_app/fake_settings_store.h"
-#include "tests/unit/cloning_app/fake_system_info.h"
+#include "cloning_app/package/manifest_file.h"
 #include "tests/unit/cloning_app/own_mounts.h"
-#include "tests/unit/cloning_app/recording_view.h"
-#include "tests/unit/cloning_app/test_folder.h"
+#include "tests/unit/cloning_app/run_test.h"
+#include "tests/unit/cloning_app/sealed_package.h"
 
 namespace vxclone {
 namespace {
@@ -19,12 +16,9 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 
-class RunBackupTest : public testing::Test {
+class RunBackupTest : public RunTest {
  protected:
     RunBackupTest() {
-        FakeSettingsStore::instance().reset();
-        FakeSystemInfo::reset();
-        FakePaths::reset();
         std::filesystem::create_directory(stick_);
         engine_.work = [this] {
             for (const auto& entry : std::filesystem::directory_iterator(root_)) {
@@ -41,7 +35,7 @@ class RunBackupTest : public testing::Test {
     }
 
     Result<Report> backUp(const std::string& folder = "clone") {
-        return runBackup({engine_, view_, stop_, root_, disk_}, stick_ / folder);
+        return runBackup(context(), stick_ / folder);
     }
 
     /// The backup fails with the code, and the stick is as it was.
@@ -53,23 +47,7 @@ class RunBackupTest : public testing::Test {
         EXPECT_EQ(contentOf(stick_), before);
     }
 
-    const Row& rowFor(const Report& report, VXClone category) {
-        for (const Row& row : report.rows) {
-            if (row.category == category) {
-                return row;
-            }
-        }
-        ADD_FAILURE() << "no row";
-        return report.rows.front();
-    }
-
-    TestFolder folder_;
     const std::filesystem::path stick_ = folder_ / "stick";
-    const std::filesystem::path root_ = folder_ / "opt/usr/apps/app/data/Clone";
-    FakeEngine engine_;
-    RecordingView view_;
-    StopFlag stop_;
-    DiskCalls disk_ = realDiskCalls();
 };
 
 TEST_F(RunBackupTest, logosOfTheTelevisionAreInThePackage) {
@@ -99,7 +77,7 @@ TEST_F(RunBackupTest, goodBackupIsOnTheStickAndSafeToRemove) {
     const auto report = backUp();
     ASSERT_TRUE(report) << report.error().sentence;
     EXPECT_EQ(report->exitStatus, 0);
-    EXPECT_THAT(report->closing, Contains(HasSubstr("clone: 5 files, 1.3 kB.")));
+    EXPECT_THAT(report->closing, Contains(HasSubstr("clone: 5 files, ")));
     EXPECT_THAT(report->closing, Contains("Safe to remove the stick."));
     EXPECT_EQ(contentOf(stick_ / "clone"), contentOf(root_));
     EXPECT_EQ(rowFor(*report, VXCLONE_AV_SETTINGS).verdict, Verdict::Done);
@@ -112,9 +90,54 @@ TEST_F(RunBackupTest, packageCarriesItsIdentityAndASealThatTheReportNames) {
     ASSERT_TRUE(report) << report.error().sentence;
     EXPECT_EQ(readFile(stick_ / "clone/ProductCloneInfo.txt"), "VX-R1-EU\nVX55R1\n131\n");
     EXPECT_TRUE(std::filesystem::exists(stick_ / "clone/validate.txt"));
-    ASSERT_EQ(report->checks.size(), 2U);
+    ASSERT_EQ(report->checks.size(), 3U);
     EXPECT_EQ(textOf(report->checks[0]), "recorded");
-    EXPECT_EQ(textOf(report->checks[1]), "sealed");
+    EXPECT_EQ(textOf(report->checks[1]), "recorded");
+    EXPECT_EQ(textOf(report->checks[2]), "sealed");
+}
+
+/// The manifest of the package, which must be proven.
+ReadManifest manifestIn(const std::filesystem::path& package) {
+    const Descriptor folder(open(package.c_str(), O_RDONLY | O_DIRECTORY));
+    auto read = readManifest({folder.get(), package.string(), Place::Stick}, PackageKey::ofTelevision());
+    EXPECT_TRUE(read && *read && (*read)->authenticity == Authenticity::Proven);
+    return read && *read ? std::move(**read) : ReadManifest{};
+}
+
+TEST_F(RunBackupTest, packageCarriesAManifestOfWhatItIs) {
+    const auto report = backUp();
+    ASSERT_TRUE(report) << report.error().sentence;
+    const ReadManifest read = manifestIn(stick_ / "clone");
+    EXPECT_EQ(read.digest, report->digest);
+    EXPECT_THAT(report->closing, Contains("Digest " + read.digest));
+    const PackageOrigin& origin = read.manifest.origin;
+    EXPECT_EQ(origin.name, "clone");
+    EXPECT_THAT(origin.madeBy, HasSubstr("vxclone "));
+    EXPECT_EQ(origin.source.model, "VX55R1");
+    ASSERT_EQ(origin.results.size(), report->rows.size());
+    for (std::size_t row = 0; row < report->rows.size(); ++row) {
+        EXPECT_EQ(origin.results[row].category, categoryOf(report->rows[row].category).name);
+        EXPECT_EQ(origin.results[row].result, nameOf(report->rows[row].verdict));
+        EXPECT_EQ(origin.results[row].detail, report->rows[row].detail);
+    }
+}
+
+TEST_F(RunBackupTest, nameIsTheUsersAndMustBeOne) {
+    ASSERT_TRUE(runBackup(context(), stick_ / "clone", {"Lobby \n 2"}));
+    EXPECT_EQ(manifestIn(stick_ / "clone").manifest.origin.name, "Lobby \n 2");
+    for (const std::string& name : {std::string(), std::string(256, 'n')}) {
+        const auto report = runBackup(context(), stick_ / "clone", {name});
+        ASSERT_FALSE(report);
+        EXPECT_EQ(report.error().code, ErrorCode::BadArguments);
+    }
+    EXPECT_EQ(engine_.runs, 1);
+}
+
+TEST_F(RunBackupTest, noPackageKeyEndsBeforeTheRun) {
+    FakeSecureStorage::instance().packageKey.reset();
+    expectRefused(ErrorCode::NoKey);
+    EXPECT_EQ(engine_.runs, 0);
+    EXPECT_FALSE(std::filesystem::exists(root_));
 }
 
 TEST_F(RunBackupTest, noKeyKeepsTheOldPackageAndEndsBeforeTheRun) {
@@ -199,7 +222,7 @@ TEST_F(RunBackupTest, folderWithOtherFilesIsLeftAloneBeforeTheRun) {
 TEST_F(RunBackupTest, televisionsOwnFolderIsRefused) {
     for (const auto& folder : {root_, root_ / "sub", root_.parent_path()}) {
         std::filesystem::create_directories(root_);
-        const auto report = runBackup({engine_, view_, stop_, root_, disk_}, folder);
+        const auto report = runBackup(context(), folder);
         ASSERT_FALSE(report) << folder;
         EXPECT_EQ(report.error().code, ErrorCode::BadArguments);
     }
@@ -309,7 +332,7 @@ TEST_F(RunBackupTest, anyDiskCallFailingIsAnErrorWithAWholePackageOnTheStick) {
 
 TEST_F(RunBackupTest, storeThatRefusesTheResultKeyStopsBeforeTheRun) {
     FakeSettingsStore::instance().refuseWriting(kResultKey);
-    expectRefused(ErrorCode::TelevisionIo);
+    expectRefused(ErrorCode::SettingsRefused);
     EXPECT_EQ(engine_.runs, 0);
 }
 

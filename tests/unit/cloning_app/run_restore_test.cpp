@@ -3,12 +3,8 @@
 
 #include <csignal>
 
-#include "cloning_app/run/clone_run.h"
-#include "tests/unit/cloning_app/fake_settings_store.h"
-#include "tests/unit/cloning_app/fake_system_info.h"
-#include "tests/unit/cloning_app/recording_view.h"
+#include "tests/unit/cloning_app/run_test.h"
 #include "tests/unit/cloning_app/sealed_package.h"
-#include "tests/unit/cloning_app/test_folder.h"
 
 namespace vxclone {
 namespace {
@@ -16,11 +12,9 @@ namespace {
 using testing::Contains;
 using testing::HasSubstr;
 
-class RunRestoreTest : public testing::Test {
+class RunRestoreTest : public RunTest {
  protected:
     RunRestoreTest() {
-        FakeSettingsStore::instance().reset();
-        FakeSystemInfo::reset();
         writeFile(root_ / "stale", "x");
         writeFile(package_ / "vconf/Vconf.json", R"({"a":{"int":1},"b":{"string":"x"}})");
         writeFile(package_ / "avoc.db", "a");
@@ -38,7 +32,7 @@ class RunRestoreTest : public testing::Test {
     }
 
     Result<Report> restoreAsItIs(const RestoreOptions& options = {allCategories()}) {
-        return runRestore({engine_, view_, stop_, root_}, package_, options);
+        return runRestore(context(), package_, options);
     }
 
     /// The restore is refused with the code before anything was touched, the clone folder included.
@@ -64,23 +58,6 @@ class RunRestoreTest : public testing::Test {
         EXPECT_EQ(report ? ErrorCode::Internal : report.error().code, code);
         return report ? "" : report.error().sentence;
     }
-
-    const Row& rowFor(const Report& report, VXClone category) {
-        for (const Row& row : report.rows) {
-            if (row.category == category) {
-                return row;
-            }
-        }
-        ADD_FAILURE() << "no row";
-        return report.rows.front();
-    }
-
-    TestFolder folder_;
-    const std::filesystem::path package_ = folder_ / "stick/clone";
-    const std::filesystem::path root_ = folder_ / "Clone";
-    FakeEngine engine_;
-    RecordingView view_;
-    StopFlag stop_;
 };
 
 TEST_F(RunRestoreTest, goodPackageReplacesTheCloneFolderAndIsReadBack) {
@@ -90,7 +67,7 @@ TEST_F(RunRestoreTest, goodPackageReplacesTheCloneFolderAndIsReadBack) {
     EXPECT_EQ(contentOf(root_), contentOf(package_));
     EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "applied, 2 settings");
     EXPECT_EQ(engine_.list, allCategories());
-    EXPECT_THAT(view_.percents, testing::ElementsAre(100));
+    EXPECT_THAT(view_.percents, testing::ElementsAre(0, 100));
 }
 
 TEST_F(RunRestoreTest, settingsThatTheTelevisionDoesNotHoldAreAFailureThatNamesThem) {
@@ -215,7 +192,7 @@ TEST_F(RunRestoreTest, linkOrFifoInThePackageChangesNothing) {
 
 TEST_F(RunRestoreTest, televisionsOwnFolderIsRefusedAndKept) {
     writeFile(root_ / "vconf/Vconf.json", "{}");
-    const auto report = runRestore({engine_, view_, stop_, root_}, root_, {allCategories()});
+    const auto report = runRestore(context(), root_, {allCategories()});
     ASSERT_FALSE(report);
     EXPECT_EQ(report.error().code, ErrorCode::BadArguments);
     EXPECT_TRUE(std::filesystem::exists(root_ / "vconf/Vconf.json"));
@@ -238,14 +215,14 @@ TEST_F(RunRestoreTest, stopDuringTheRunEndsWithTheSignalAfterTheTable) {
     };
     const auto report = restore();
     ASSERT_TRUE(report);
-    EXPECT_EQ(report->exitStatus, 143);
+    EXPECT_EQ(report->exitStatus, 8);
     EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).verdict, Verdict::Done);
 }
 
 TEST_F(RunRestoreTest, storeThatRefusesTheProgressKeyChangesNothing) {
     FakeSettingsStore::instance().refuseWriting(kProgressKey);
     sealFolder(package_);
-    refusalOfStaged(ErrorCode::TelevisionIo);
+    refusalOfStaged(ErrorCode::SettingsRefused);
 }
 
 TEST_F(RunRestoreTest, engineThatBreaksOffIsAnError) {
@@ -266,7 +243,7 @@ TEST_F(RunRestoreTest, packageWithoutIdentityOrSealIsNotComplete) {
 TEST_F(RunRestoreTest, alteredPackageIsRefused) {
     sealFolder(package_);
     writeFile(package_ / "avoc.db", "b");
-    EXPECT_THAT(refusalOfStaged(ErrorCode::Altered), HasSubstr("(avoc.db)"));
+    EXPECT_THAT(refusalOfStaged(ErrorCode::Altered), HasSubstr("(avoc.db altered)"));
     writeFile(package_ / "vconf/Vconf.json", "{\"a\":");
     EXPECT_THAT(refusalOfStaged(ErrorCode::Altered), HasSubstr("vconf/Vconf.json"));
 }
@@ -297,8 +274,8 @@ TEST_F(RunRestoreTest, otherModelIsRestoredWhenForcedWithAWarningNamingBoth) {
     for (const Check& check : report->checks) {
         findings.push_back(check.finding);
     }
-    EXPECT_THAT(findings,
-                testing::ElementsAre(Finding::Overridden, Finding::Same, Finding::Same, Finding::Verified));
+    EXPECT_THAT(findings, testing::ElementsAre(Finding::Overridden, Finding::Same, Finding::Same,
+                                               Finding::Verified, Finding::Verified));
 }
 
 TEST_F(RunRestoreTest, forcedModelForcesNothingElse) {
@@ -321,9 +298,10 @@ TEST_F(RunRestoreTest, forcedModelThatIsTheSameSaysNothing) {
     const auto report = restoreAsItIs({allCategories(), true});
     ASSERT_TRUE(report);
     EXPECT_TRUE(view_.notices.empty());
-    ASSERT_EQ(report->checks.size(), 2U);
-    EXPECT_EQ(textOf(report->checks[0]), "verified");
-    EXPECT_EQ(textOf(report->checks[1]), "verified");
+    ASSERT_EQ(report->checks.size(), 3U);
+    for (const Check& check : report->checks) {
+        EXPECT_EQ(textOf(check), "verified");
+    }
 }
 
 TEST_F(RunRestoreTest, examinationThatBreaksOffEmptiesTheCloneFolder) {
@@ -336,6 +314,36 @@ TEST_F(RunRestoreTest, unknownEntriesAreCarriedAlong) {
     writeFile(package_ / "of-a-service/deep/file", "x");
     ASSERT_TRUE(restore());
     EXPECT_EQ(readFile(root_ / "of-a-service/deep/file"), "x");
+}
+
+TEST_F(RunRestoreTest, onlyThePackageThatIsExpectedIsLetIn) {
+    const std::string digest = sealFolder(package_);
+    for (const std::string& expected : {digest, digest.substr(0, 16)}) {
+        const auto report = restoreAsItIs({allCategories(), false, false, expected});
+        ASSERT_TRUE(report) << report.error().sentence;
+        EXPECT_EQ(report->digest, digest);
+    }
+    FakeSettingsStore::instance().reset();
+    engine_.runs = 0;
+    const RestoreOptions other{allCategories(), false, false, std::string(16, '0')};
+    EXPECT_THAT(refusalOfStaged(ErrorCode::Altered, other),
+                testing::AllOf(HasSubstr(digest), HasSubstr("not 0000000000000000")));
+    sealFolderWithoutManifest(package_);
+    EXPECT_THAT(refusalOfStaged(ErrorCode::Altered, other), HasSubstr("no manifest"));
+}
+
+TEST_F(RunRestoreTest, packageOfAnotherToolIsRestoredAndSaidToBeWeaker) {
+    sealFolderWithoutManifest(package_);
+    const auto report = restoreAsItIs();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_THAT(textOf(report->checks.at(1)), HasSubstr("weaker"));
+}
+
+TEST_F(RunRestoreTest, noPackageKeyRefusesAPackageWithAManifest) {
+    sealFolder(package_);
+    FakeSecureStorage::instance().packageKey.reset();
+    refusalOfStaged(ErrorCode::NoKey);
 }
 
 }  // namespace

@@ -2,12 +2,8 @@
 
 #include <csignal>
 
-#include "cloning_app/run/clone_run.h"
-#include "tests/unit/cloning_app/fake_settings_store.h"
-#include "tests/unit/cloning_app/fake_system_info.h"
-#include "tests/unit/cloning_app/recording_view.h"
+#include "tests/unit/cloning_app/run_test.h"
 #include "tests/unit/cloning_app/sealed_package.h"
-#include "tests/unit/cloning_app/test_folder.h"
 
 namespace vxclone {
 namespace {
@@ -15,17 +11,15 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class RunVerifyTest : public testing::Test {
+class RunVerifyTest : public RunTest {
  protected:
     RunVerifyTest() {
-        FakeSettingsStore::instance().reset();
-        FakeSystemInfo::reset();
         writeFile(root_ / "stale", "x");
         writeFile(package_ / "vconf/Vconf.json", "{}");
         sealFolder(package_);
     }
 
-    Result<Report> verify() { return runVerify({engine_, view_, stop_, root_}, package_); }
+    Result<Report> verify() { return runVerify(context(), package_); }
 
     /// The status of a verification that leaves the stick as it was and nothing on the television.
     int status() {
@@ -36,19 +30,14 @@ class RunVerifyTest : public testing::Test {
         EXPECT_EQ(engine_.runs, 0);
         return conclude(report, view_);
     }
-
-    TestFolder folder_;
-    const std::filesystem::path package_ = folder_ / "stick/clone";
-    const std::filesystem::path root_ = folder_ / "Clone";
-    FakeEngine engine_;
-    RecordingView view_;
-    StopFlag stop_;
 };
 
 TEST_F(RunVerifyTest, goodPackageEndsWithZeroAndSaysSo) {
     EXPECT_EQ(status(), 0);
-    EXPECT_THAT(view_.ended->closing, ElementsAre(HasSubstr("fits this television and is unaltered.")));
-    EXPECT_EQ(view_.ended->checks.size(), 4U);
+    EXPECT_THAT(view_.ended->closing,
+                ElementsAre(HasSubstr("fits this television and is unaltered."), HasSubstr("Digest ")));
+    EXPECT_EQ(view_.ended->checks.size(), 5U);
+    EXPECT_EQ(view_.ended->digest.size(), 64U);
 }
 
 TEST_F(RunVerifyTest, statusIsThatOfTheGravestFinding) {
@@ -58,16 +47,40 @@ TEST_F(RunVerifyTest, statusIsThatOfTheGravestFinding) {
     EXPECT_EQ(status(), 5);
     engine_.key = false;
     EXPECT_EQ(status(), 7);
-    EXPECT_EQ(view_.ended->closing.size(), 2U);
+    EXPECT_EQ(view_.ended->closing.size(), 4U);
     std::filesystem::remove(package_ / "validate.txt");
     EXPECT_EQ(status(), 3);
     EXPECT_THAT(view_.ended->closing.at(0), HasSubstr("validate.txt"));
-    EXPECT_EQ(view_.ended->closing.size(), 3U);
+    EXPECT_EQ(view_.ended->closing.size(), 5U);
 }
 
 TEST_F(RunVerifyTest, damagedSettingsOfASealedPackageAreAltered) {
     writeFile(package_ / "vconf/Vconf.json", "{\"a");
     EXPECT_EQ(status(), 5);
+}
+
+TEST_F(RunVerifyTest, packageKeyThatIsMissingIsSeven) {
+    FakeSecureStorage::instance().packageKey.reset();
+    EXPECT_EQ(status(), 7);
+    EXPECT_THAT(view_.ended->closing.at(0), HasSubstr("no package key"));
+}
+
+TEST_F(RunVerifyTest, packageOfAnotherToolIsGood) {
+    sealFolderWithoutManifest(package_);
+    EXPECT_EQ(status(), 0);
+    EXPECT_EQ(view_.ended->digest, "");
+}
+
+TEST_F(RunVerifyTest, everyFileThatIsNotAsItWasIsAFinding) {
+    for (int file = 0; file < 30; ++file) {
+        writeFile(package_ / ("added" + std::to_string(file)), "x");
+    }
+    EXPECT_EQ(status(), 5);
+    EXPECT_EQ(view_.ended->checks.size(), 35U);
+    EXPECT_THAT(view_.ended->closing.at(0), HasSubstr("and 27 more"));
+    const std::string table = renderTable({}, view_.ended->checks, false);
+    EXPECT_THAT(table, HasSubstr("and 10 more; --json names all"));
+    EXPECT_THAT(table, testing::Not(HasSubstr("added: added9")));
 }
 
 TEST_F(RunVerifyTest, folderThatIsNoPackageLeavesTheCloneFolderAlone) {
@@ -85,12 +98,12 @@ TEST_F(RunVerifyTest, unsafeEntryIsRefusedWithNothingStaged) {
 
 TEST_F(RunVerifyTest, libraryThatBreaksOffEmptiesTheCloneFolder) {
     engine_.identityAnswer = failure(ErrorCode::Internal, "broke off");
-    EXPECT_EQ(status(), 70);
+    EXPECT_EQ(status(), 10);
 }
 
 TEST_F(RunVerifyTest, stopEndsItWithTheSignal) {
     stop_.raise(SIGINT);
-    EXPECT_EQ(status(), 130);
+    EXPECT_EQ(status(), 8);
 }
 
 TEST_F(RunVerifyTest, televisionsSettingsAreNotTouched) {

@@ -3,14 +3,41 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "cloning_app/run/integrity.h"
+#include "cloning_app/run/package_origin.h"
+#include "cloning_app/run/sealing.h"
 #include "tests/unit/cloning_app/fake_engine.h"
 
-/// Makes what is in the folder a package of this television, complete and sealed.
-inline void sealFolder(const std::filesystem::path& folder) {
+/// What a package of this television says of where it comes from.
+inline vxclone::PackageOrigin originHere() {
+    return {"Room 101",
+            "2026-03-01T12:30:00Z",
+            "vxclone 1.0.0",
+            vxclone::televisionIdentity(),
+            {{"av", "success"}, {"apps", "failed", "it did not answer", "org.vorta.orvel-app"}}};
+}
+
+/// Makes what is in the folder a package of this television, complete and sealed. Result: its digest.
+inline std::string sealFolder(const std::filesystem::path& folder) {
     FakeEngine engine;
     const vxclone::Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY));
+    const auto key = vxclone::PackageKey::ofTelevision();
     const auto sealed = vxclone::sealPackage(
-        engine, {opened.get(), folder.string(), vxclone::Place::Television}, vxclone::televisionIdentity());
-    ASSERT_TRUE(sealed) << sealed.error().sentence;
+        engine, {opened.get(), folder.string(), vxclone::Place::Television}, originHere(), key.value());
+    EXPECT_TRUE(sealed) << sealed.error().sentence;
+    return sealed ? sealed->digest : std::string();
+}
+
+/// What a television makes of the folder that is another tool's: the identity and the seal alone.
+inline void sealFolderWithoutManifest(const std::filesystem::path& folder) {
+    sealFolder(folder);
+    std::filesystem::remove(folder / "manifest.json");
+    std::vector<std::string> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+        if (entry.is_regular_file() && entry.path().filename() != "validate.txt") {
+            files.push_back(entry.path().string());
+        }
+    }
+    FakeEngine engine;
+    ASSERT_TRUE(engine.seal(files, (folder / "validate.vxclone-new").string()).value());
+    std::filesystem::rename(folder / "validate.vxclone-new", folder / "validate.txt");
 }

@@ -69,6 +69,18 @@ TEST_F(TreeCopyTest, filesAndFoldersArriveAsTheyAre) {
     EXPECT_EQ(measured->bytes, size->bytes);
 }
 
+TEST_F(TreeCopyTest, otherFileSystemBelowTheFolderIsRefused) {
+    std::filesystem::create_directories(from_ / "vconf");
+    const bool allowed = withOwnMounts([this] {
+        ASSERT_EQ(mount("tmpfs", (from_ / "vconf").c_str(), "tmpfs", 0, "size=64k"), 0);
+        EXPECT_EQ(refusal(), ErrorCode::UnsafeEntry);
+        EXPECT_THAT(measure().error().sentence, HasSubstr("another file system"));
+    });
+    if (!allowed) {
+        GTEST_SKIP() << "mounting is not allowed here";
+    }
+}
+
 TEST_F(TreeCopyTest, linksToFilesAndFoldersAreRefused) {
     writeFile(from_ / "vconf/Vconf.json", "{}");
     std::filesystem::create_symlink("/etc/passwd", from_ / "logo");

@@ -6,15 +6,9 @@
 #include <cstring>
 #include <memory>
 
-#include "platform/avoc.h"
-#include "platform/bundle.h"
 #include "platform/dlog.h"
-#include "platform/home_data_control.h"
-#include "platform/settings_data_clone.h"
 #include "platform/source_api.h"
 #include "platform/system_info.h"
-#include "platform/tv_service.h"
-#include "platform/tvtimer.h"
 #include "platform/vconf.h"
 #include "platform/vx_paths.h"
 #include "shared_television.h"
@@ -124,22 +118,6 @@ TEST_F(PlatformTest, delayComesBeforeTheWork) {
     EXPECT_EQ(0, vconf_set_int("volume", 30));
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(40));
     EXPECT_EQ(30, television().settings().getInt("volume").value());
-}
-
-TEST_F(PlatformTest, servicesThatAreNotThereFailInTheirOwnWay) {
-    EXPECT_EQ(0, tvtimer_init());
-    EXPECT_EQ(-1, tvtimer_get_db("/opt"));
-    EXPECT_EQ(-1, avoc_backup_all_settings("/opt"));
-    EXPECT_EQ(0, SettingsDataCloneAPI::BackupSettingsData("/opt"));
-    EXPECT_EQ(nullptr, CHomeDataControlAPI::GetInstance());
-    EXPECT_EQ(nullptr, bundle_create());
-    IUtil* util = nullptr;
-    EXPECT_NE(0, TVServiceAPI::CreateUtil(&util));
-    EXPECT_EQ(nullptr, util);
-    ASSERT_NE(nullptr, CCCategoryUtil::GetInstance());
-    std::list<CCNavigationModeInfo> list;
-    EXPECT_NE(0,
-              CCCategoryUtil::GetInstance()->GetNavigationList({ANTENNA_MODE_ALL, SERVICE_MODE_ALL}, list));
 }
 
 TEST_F(PlatformTest, picturesLieUnderOptWithoutATrailingSlash) {

@@ -25,7 +25,8 @@ Json goodProfile() {
         "settings": {"a": {"int": -1}, "b": {"bool": true}, "c": {"string": ""}},
         "status": {"s": {"int": 0}},
         "pictures": {"boot-logo": {"logo.png": "picture.png"}, "home-menu": {}, "mbr-logo": {}},
-        "installationSecret": "fleet.secret", "keyFile": "fleet.bin", "services": {}})");
+        "installationSecret": "fleet.secret", "keyFile": "fleet.bin", "packageKey": "package.key", "services": {},
+        "applications": []})");
 }
 
 class ProfileTest : public testing::Test {
@@ -35,6 +36,7 @@ class ProfileTest : public testing::Test {
         test::writeFile(folder_.path() / "fleet.secret", test::smallProfile().installationSecret);
         test::writeFile(folder_.path() / "other.secret", std::string(32, 'o'));
         test::writeFile(folder_.path() / "fleet.bin", test::smallProfile().keyFile);
+        test::writeFile(folder_.path() / "package.key", test::smallProfile().packageKey);
     }
 
     Result<Profile> reading(const std::string& text) {
@@ -57,6 +59,7 @@ TEST_F(ProfileTest, goodProfileIsRead) {
     EXPECT_EQ("logo.png", profile->pictures[0].name);
     EXPECT_EQ(test::smallProfile().installationSecret, profile->installationSecret);
     EXPECT_EQ(test::smallProfile().keyFile, profile->keyFile);
+    EXPECT_EQ(test::smallProfile().packageKey, profile->packageKey);
 }
 
 struct BadProfileCase {
@@ -118,6 +121,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadProfileCase{"keyFileMissing", "/keyFile", "\"no.bin\"", "no.bin"},
         BadProfileCase{"keyFileOutside", "/keyFile", "\"../../etc/passwd\"", "keyFile"},
         BadProfileCase{"keyFileNoKeyFile", "/keyFile", "\"picture.png\"", "no key file"},
+        BadProfileCase{"packageKeyMissing", "/packageKey", nullptr, "packageKey"},
+        BadProfileCase{"packageKeyOfAnotherLength", "/packageKey", "\"picture.png\"", "no package key"},
         BadProfileCase{"pictureFolder", "/pictures/boot-logo/logo.png", "\".\"", "logo.png"},
         BadProfileCase{"pictureNameDots", "/pictures/boot-logo/..", "\"picture.png\"", "plain file name"},
         BadProfileCase{"pictureNameSlash", "/pictures/boot-logo/a~1b", "\"picture.png\"", "plain file name"}),
@@ -162,6 +167,8 @@ TEST(ProfileShelf, everyShippedProfileIsGoodAndHasTheSameSettings) {
         for (const Setting& setting : profile->settings) {
             keys.insert(setting.key);
         }
+        // A conference room has no application for its first screen.
+        EXPECT_EQ(name == "conference" ? 0U : 1U, keys.erase("db/first_screen/type")) << name;
         keySets.insert(keys);
     }
     EXPECT_EQ(3U, shippedShelf().names().size());

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include "test_television.h"
+#include "virtual_tv/television/package_key.h"
 
 namespace vxtv {
 namespace {
@@ -13,7 +14,7 @@ namespace fs = std::filesystem;
 class SecureStorageTest : public testing::Test {
  protected:
     SecureStorageTest() {
-        EXPECT_TRUE(storage_.replaceAll({{"FIRST", "one secret"}, {"SECOND", "two secret"}}, owner_));
+        EXPECT_TRUE(storage_.put({{"FIRST", "one secret"}, {"SECOND", "two secret"}}, owner_));
     }
 
     ErrorCode readingFails(const std::string& name = "FIRST") const {
@@ -30,7 +31,7 @@ class SecureStorageTest : public testing::Test {
     Credential owner_ = test::smallCloneKey().credential;
 };
 
-TEST_F(SecureStorageTest, readAfterReplaceIsTheValue) {
+TEST_F(SecureStorageTest, readAfterPutIsTheValue) {
     EXPECT_TRUE(storage_.checkUp());
     EXPECT_EQ(storage_.read("FIRST", owner_).value(), "one secret");
     EXPECT_EQ(storage_.read("SECOND", owner_).value(), "two secret");
@@ -80,7 +81,7 @@ TEST_F(SecureStorageTest, entryUnderAnotherNameIsRefused) {
 
 TEST_F(SecureStorageTest, entryOfAnotherTelevisionIsRefused) {
     const Television other = test::makeTelevision(folder_.path() / "other");
-    ASSERT_TRUE(other.secureStorage().replaceAll({{"FIRST", "one secret"}}, owner_));
+    ASSERT_TRUE(other.secureStorage().put({{"FIRST", "one secret"}}, owner_));
     fs::copy_file(other.folder().secureEntries() / "FIRST", entry("FIRST"),
                   fs::copy_options::overwrite_existing);
     EXPECT_EQ(readingFails(), ErrorCode::BrokenSeal);
@@ -126,21 +127,44 @@ TEST_F(SecureStorageTest, missingOrShortDeviceKeyMeansNotUp) {
     fs::remove(television_.folder().deviceKey());
     EXPECT_EQ(readingFails(), ErrorCode::NoDeviceKey);
     EXPECT_FALSE(storage_.checkUp());
-    EXPECT_EQ(storage_.replaceAll({{"FIRST", "x"}}, owner_).error().code, ErrorCode::NoDeviceKey);
+    EXPECT_EQ(storage_.put({{"FIRST", "x"}}, owner_).error().code, ErrorCode::NoDeviceKey);
 }
 
-TEST_F(SecureStorageTest, replaceForgetsWhatWasThereAndLeavesNothingBeside) {
+TEST_F(SecureStorageTest, putKeepsOtherEntriesAndLeavesNothingBeside) {
     test::writeFile(television_.folder().secure() / "entries.old", "of a killed process");
     fs::create_directories(television_.folder().secure() / "entries.new" / "x");
-    ASSERT_TRUE(storage_.replaceAll({{"THIRD", "three"}}, owner_));
-    EXPECT_EQ(readingFails("FIRST"), ErrorCode::UnknownEntry);
+    ASSERT_TRUE(storage_.put({{"SECOND", "new"}, {"THIRD", "three"}}, owner_));
+    EXPECT_EQ(storage_.read("FIRST", owner_).value(), "one secret");
+    EXPECT_EQ(storage_.read("SECOND", owner_).value(), "new");
     EXPECT_EQ(storage_.read("THIRD", owner_).value(), "three");
     EXPECT_EQ(std::distance(fs::directory_iterator(television_.folder().secure()), fs::directory_iterator()),
               3);  // the two keys and the entries
 }
 
-TEST_F(SecureStorageTest, failedReplaceKeepsEveryEntry) {
-    EXPECT_FALSE(storage_.replaceAll({{"FIRST", "new"}, {"no/such/folder", "x"}}, owner_));
+TEST_F(SecureStorageTest, putPassesOverWhatIsNoPlainFile) {
+    fs::create_symlink("/etc/passwd", entry("LINK"));
+    fs::create_directory(entry("FOLDER"));
+    ASSERT_TRUE(storage_.put({{"THIRD", "three"}}, owner_));
+    EXPECT_FALSE(fs::exists(fs::symlink_status(entry("LINK"))));
+    EXPECT_EQ(storage_.read("FIRST", owner_).value(), "one secret");
+}
+
+TEST_F(SecureStorageTest, forgetTakesTheNamedEntriesAlone) {
+    ASSERT_TRUE(storage_.forget({"FIRST", "NEVER_THERE"}));
+    EXPECT_EQ(readingFails("FIRST"), ErrorCode::UnknownEntry);
+    EXPECT_EQ(storage_.read("SECOND", owner_).value(), "two secret");
+    fs::remove_all(television_.folder().secureEntries());
+    EXPECT_TRUE(storage_.forget({"FIRST"}));
+}
+
+TEST_F(SecureStorageTest, newTelevisionHoldsThePackageKey) {
+    EXPECT_EQ(storage_.read(kPackageKeyEntry, packageKeyCredential()).value(),
+              test::smallProfile().packageKey);
+    EXPECT_EQ(storage_.read(kPackageKeyEntry, owner_).error().code, ErrorCode::WrongCredential);
+}
+
+TEST_F(SecureStorageTest, failedPutKeepsEveryEntry) {
+    EXPECT_FALSE(storage_.put({{"FIRST", "new"}, {"no/such/folder", "x"}}, owner_));
     EXPECT_EQ(storage_.read("FIRST", owner_).value(), "one secret");
     EXPECT_EQ(storage_.read("SECOND", owner_).value(), "two secret");
     EXPECT_FALSE(fs::exists(television_.folder().secure() / "entries.new"));
@@ -148,7 +172,7 @@ TEST_F(SecureStorageTest, failedReplaceKeepsEveryEntry) {
 
 TEST_F(SecureStorageTest, sameValueIsSealedAnewEachTime) {
     const std::string before = test::readFile(entry("FIRST"));
-    ASSERT_TRUE(storage_.replaceAll({{"FIRST", "one secret"}}, owner_));
+    ASSERT_TRUE(storage_.put({{"FIRST", "one secret"}}, owner_));
     EXPECT_NE(test::readFile(entry("FIRST")), before);
 }
 

@@ -10,6 +10,9 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "tests/support/services/sample_channels.h"
+#include "tests/support/services/sample_services.h"
+
 namespace vxtv::test {
 
 namespace fs = std::filesystem;
@@ -39,6 +42,9 @@ Profile smallProfile() {
     static const std::string keyFile = sealKeyFile(smallCloneKey(), secret).value();
     profile.installationSecret = secret;
     profile.keyFile = keyFile;
+    profile.packageKey = std::string(32, 'p');
+    vxtest::addSampleServices(profile, vxtest::Sample::Lowest);
+    vxtest::addSampleChannels(profile);
     return profile;
 }
 

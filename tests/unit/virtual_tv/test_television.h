@@ -24,7 +24,8 @@ class TestFolder {
 };
 
 /// A small profile: an int `volume` 12, a bool `dooreye` false, a string `welcome` "hello", and the status
-/// key `progress` 0; one feature of each type; no pictures; a key file.
+/// key `progress` 0; a feature of each type; no pictures; a key file; the services of sample_services.h, each
+/// value at its lowest.
 Profile smallProfile();
 
 /// The clone key of the small profile, for the identifier "test-credential-0001", owner 1 and group 0.

@@ -1,0 +1,40 @@
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "cloning_app/commands/command.h"
+#include "cloning_app/run/looking.h"
+
+namespace vxclone {
+
+namespace {
+
+struct Arguments {
+    std::string folder;
+    std::string other;
+    bool compared = false;
+    bool json = false;
+};
+
+}  // namespace
+
+void addDiffCommand(CLI::App& app, Action& chosen) {
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App* const verb = app.add_subcommand(
+        "diff", "Show what a restore would change on this television, or how two packages differ");
+    verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
+    const CLI::Option* const other =
+        verb->add_option("DIR2", arguments->other, "Another package, to compare the first one with");
+    verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
+    verb->callback([&chosen, arguments, other] {
+        arguments->compared = other->count() != 0;
+        chosen = [arguments] {
+            const auto second =
+                arguments->compared ? std::optional<std::filesystem::path>(arguments->other) : std::nullopt;
+            return sayOutput(diffPackage(arguments->folder, second), arguments->json, std::cout, std::cerr);
+        };
+    });
+}
+
+}  // namespace vxclone

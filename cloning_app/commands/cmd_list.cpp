@@ -1,0 +1,33 @@
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "cloning_app/commands/command.h"
+#include "cloning_app/run/looking.h"
+
+namespace vxclone {
+
+namespace {
+
+struct Arguments {
+    std::string folder = kMediaFolder;
+    bool json = false;
+};
+
+}  // namespace
+
+void addListCommand(CLI::App& app, Action& chosen) {
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App* const verb =
+        app.add_subcommand("list", "Find the packages on the sticks, and say which fit this television");
+    verb->add_option("DIR", arguments->folder, "Look here instead: in the folder and two levels below it")
+        ->capture_default_str();
+    verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
+    verb->callback([&chosen, arguments] {
+        chosen = [arguments] {
+            return sayOutput(listPackages(arguments->folder), arguments->json, std::cout, std::cerr);
+        };
+    });
+}
+
+}  // namespace vxclone

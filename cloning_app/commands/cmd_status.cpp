@@ -1,0 +1,50 @@
+#include <unistd.h>
+
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "cloning_app/commands/command.h"
+#include "cloning_app/commands/stop_signals.h"
+#include "cloning_app/package/layout.h"
+#include "cloning_app/run/status.h"
+
+namespace vxclone {
+
+namespace {
+
+struct Arguments {
+    bool follow = false;
+    bool json = false;
+};
+
+Result<Status> statusAsTold(const Arguments& arguments) {
+    const auto folder = recordFolderOf(kCloneRoot);
+    if (!arguments.follow) {
+        return readStatus(folder);
+    }
+    const auto view = makeView(viewKindOfRun(arguments.json), Direction::Restore);
+    auto status = followRun(folder, *view, heedStopSignals());
+    view->clear();
+    return status;
+}
+
+int tellStatus(const Arguments& arguments) {
+    const bool coloured = vxcommon::wantsColour(STDOUT_FILENO);
+    const auto output =
+        statusAsTold(arguments).map([coloured](const Status& status) { return outputOf(status, coloured); });
+    return sayOutput(output, arguments.json, std::cout, std::cerr);
+}
+
+}  // namespace
+
+void addStatusCommand(CLI::App& app, Action& chosen) {
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App* const verb =
+        app.add_subcommand("status", "Say what became of the last run, or how this one goes");
+    verb->add_flag("--follow", arguments->follow, "Watch the run that is going on until its end");
+    verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
+    verb->callback([&chosen, arguments] { chosen = [arguments] { return tellStatus(*arguments); }; });
+}
+
+}  // namespace vxclone

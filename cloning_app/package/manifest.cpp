@@ -1,0 +1,100 @@
+#include "cloning_app/package/manifest.h"
+
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "cloning_app/package/escaped_text.h"
+#include "cloning_app/package/manifest_reading.h"
+#include "cloning_app/package/strict_json.h"
+
+namespace vxclone {
+
+namespace {
+
+using Json = nlohmann::json;
+
+/// The deepest value stands in an object of a list of the whole; each entry has four values and their names.
+constexpr JsonLimits kLimits{4, 12 * 10'000};
+
+Json jsonOf(const PackageEntry& entry) {
+    if (entry.folder) {
+        return {{"path", escaped(entry.path)}, {"type", "folder"}};
+    }
+    return {{"path", escaped(entry.path)}, {"type", "file"}, {"size", entry.bytes}, {"sha256", entry.digest}};
+}
+
+Json jsonOf(const ManifestResult& result) {
+    Json json = {{"category", result.category}, {"result", result.result}};
+    for (const auto& [name, text] :
+         {std::pair("detail", &result.detail), std::pair("application", &result.application)}) {
+        if (!text->empty()) {
+            json[name] = escaped(*text);
+        }
+    }
+    return json;
+}
+
+ManifestResult resultIn(const Json& json) {
+    return {textIn(json, "category"), textIn(json, "result"), textOrNothingIn(json, "detail"),
+            textOrNothingIn(json, "application")};
+}
+
+Identity sourceIn(const Json& json) {
+    return {textIn(json, "model"), textIn(json, "productTag"), tunerIn(json)};
+}
+
+Manifest manifestFrom(const Json& json) {
+    Manifest manifest;
+    manifest.origin = {nameIn(json),
+                       timeIn(json, "madeAt"),
+                       textIn(json, "madeBy"),
+                       sourceIn(memberOf(json, "source", Json::value_t::object)),
+                       {}};
+    for (const Json& result : memberOf(json, "categories", Json::value_t::array)) {
+        manifest.origin.results.push_back(resultIn(result));
+    }
+    for (const Json& entry : memberOf(json, "entries", Json::value_t::array)) {
+        PackageEntry read = entryIn(entry);
+        if (!manifest.entries.empty() && !(manifest.entries.back().path < read.path)) {
+            throw WrongManifest{"does not list its entries in order, each once"};
+        }
+        manifest.entries.push_back(std::move(read));
+    }
+    return manifest;
+}
+
+}  // namespace
+
+std::string manifestBody(const Manifest& manifest) {
+    const PackageOrigin& origin = manifest.origin;
+    Json json = {{"name", escaped(origin.name)},
+                 {"madeAt", origin.madeAt},
+                 {"madeBy", escaped(origin.madeBy)},
+                 {"source",
+                  {{"model", escaped(origin.source.model.value_or(""))},
+                   {"productTag", escaped(origin.source.productTag.value_or(""))},
+                   {"tuner", origin.source.tuner.value_or(0)}}},
+                 {"categories", Json::array()},
+                 {"entries", Json::array()}};
+    for (const ManifestResult& result : origin.results) {
+        json["categories"].push_back(jsonOf(result));
+    }
+    for (const PackageEntry& entry : manifest.entries) {
+        json["entries"].push_back(jsonOf(entry));
+    }
+    return json.dump();
+}
+
+tl::expected<Manifest, std::string> manifestIn(std::string_view body) {
+    const auto json = parseStrictly(body, kLimits);
+    if (!json) {
+        return tl::make_unexpected(json.error());
+    }
+    try {
+        return manifestFrom(*json);
+    } catch (const WrongManifest& wrong) {
+        return tl::make_unexpected(wrong.why);
+    }
+}
+
+}  // namespace vxclone

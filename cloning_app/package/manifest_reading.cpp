@@ -1,0 +1,132 @@
+#include "cloning_app/package/manifest_reading.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <limits>
+#include <string_view>
+
+#include "cloning_app/package/escaped_text.h"
+#include "cloning_app/package/layout.h"
+#include "cloning_app/package/manifest.h"
+
+namespace vxclone {
+
+namespace {
+
+using Json = nlohmann::json;
+using Type = Json::value_t;
+
+constexpr std::size_t kDigestDigits = 64;
+constexpr std::string_view kHexDigits = "0123456789abcdef";
+/// A time: a digit stands for any digit.
+constexpr std::string_view kTimeForm = "0000-00-00T00:00:00Z";
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+bool isWithinPackage(std::string_view path) {
+    const TreeLimits limits;
+    std::size_t depth = 0;
+    for (bool more = true; more;) {
+        const std::size_t slash = path.find('/');
+        const std::string_view name = path.substr(0, slash);
+        if (name.empty() || name == "." || name == ".." || name.size() > limits.nameBytes ||
+            name.find('\0') != std::string_view::npos || ++depth > limits.depth) {
+            return false;
+        }
+        more = slash != std::string_view::npos;
+        path.remove_prefix(more ? slash + 1 : path.size());
+    }
+    return true;
+}
+
+std::uint64_t sizeIn(const Json& json) {
+    const auto size = memberOf(json, "size", Type::number_unsigned).get<std::uint64_t>();
+    if (size > TreeLimits{}.fileBytes) {
+        throw WrongManifest{"lists a file that is larger than any in a package"};
+    }
+    return size;
+}
+
+std::string digestIn(const Json& json) {
+    std::string digest = textIn(json, "sha256");
+    if (digest.size() != kDigestDigits || digest.find_first_not_of(kHexDigits) != std::string::npos) {
+        throw WrongManifest{"lists a file with something else than a SHA-256"};
+    }
+    return digest;
+}
+
+}  // namespace
+
+const Json& memberOf(const Json& json, const char* name, Type type) {
+    const auto member = json.is_object() ? json.find(name) : json.end();
+    if (!json.is_object() || member == json.end() || member->type() != type) {
+        throw WrongManifest{fmt::format("has no member \"{}\" of the right kind", name)};
+    }
+    return *member;
+}
+
+std::string textIn(const Json& json, const char* name) {
+    auto text = unescaped(memberOf(json, name, Type::string).get_ref<const std::string&>());
+    if (!text) {
+        throw WrongManifest{fmt::format("has a text in \"{}\" that is not written as it must be", name)};
+    }
+    return std::move(*text);
+}
+
+std::string textOrNothingIn(const Json& json, const char* name) {
+    return json.is_object() && !json.contains(name) ? std::string() : textIn(json, name);
+}
+
+std::string nameIn(const Json& json) {
+    std::string name = textIn(json, "name");
+    if (name.empty() || name.size() > kLongestPackageName) {
+        throw WrongManifest{"has a name that is empty or too long"};
+    }
+    return name;
+}
+
+std::string timeIn(const Json& json, const char* name) {
+    std::string time = textIn(json, name);
+    const bool good = std::equal(
+        time.begin(), time.end(), kTimeForm.begin(), kTimeForm.end(),
+        [](char character, char form) { return isDigit(form) ? isDigit(character) : character == form; });
+    if (!good) {
+        throw WrongManifest{fmt::format("has something else than a time in \"{}\"", name)};
+    }
+    return time;
+}
+
+int tunerIn(const Json& json) {
+    // Written without a sign where there is none: such a number has another type.
+    const Json& tuner = json.value("tuner", Json());
+    const auto most = std::int64_t{std::numeric_limits<int>::max()};
+    const bool good = tuner.is_number_integer() &&
+                      (tuner.is_number_unsigned() ? tuner.get<std::uint64_t>() <= std::uint64_t(most)
+                                                  : tuner.get<std::int64_t>() >= -most - 1);
+    if (!good) {
+        throw WrongManifest{"has no member \"tuner\" of the right kind"};
+    }
+    return tuner.get<int>();
+}
+
+PackageEntry entryIn(const Json& json) {
+    PackageEntry entry{textIn(json, "path")};
+    if (!isWithinPackage(entry.path) || entry.path == kManifestFile || entry.path == kSealFile) {
+        throw WrongManifest{"lists a path that no entry of a package has"};
+    }
+    const std::string type = textIn(json, "type");
+    entry.folder = type == "folder";
+    if (!entry.folder && type != "file") {
+        throw WrongManifest{"lists something that is neither a file nor a folder"};
+    }
+    if (!entry.folder) {
+        entry.bytes = sizeIn(json);
+        entry.digest = digestIn(json);
+    }
+    return entry;
+}
+
+}  // namespace vxclone

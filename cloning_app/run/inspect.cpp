@@ -1,0 +1,147 @@
+#include <fmt/format.h>
+
+#include <array>
+#include <utility>
+
+#include "cloning_app/package/disk_space.h"
+#include "cloning_app/package/settings_file.h"
+#include "cloning_app/run/looking.h"
+#include "cloning_app/run/package_facts.h"
+#include "cloning_app/run/setting_kinds.h"
+#include "cloning_app/run/setting_value.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using vxcommon::Colour;
+using vxcommon::TerminalTable;
+
+constexpr const char* kFileKind = "file";
+
+std::string tableText(const TerminalTable& table) {
+    std::string text = table.render(false);
+    text.pop_back();
+    return text;
+}
+
+/// A package that can be understood so far is inspected as far as it can be.
+OutputLine packageLine(const std::string& path, const PackageLook& look, const PackageContents& contents) {
+    std::uint64_t files = 0;
+    std::uint64_t bytes = 0;
+    for (const PackageEntry& entry : contents.entries) {
+        files += entry.folder ? 0U : 1U;
+        bytes += entry.bytes;
+    }
+    Json members = factsOf(path, look);
+    members["files"] = files;
+    members["bytes"] = bytes;
+    const PackageOrigin origin = look.manifest ? look.manifest->manifest.origin : PackageOrigin{};
+    const Identity identity = look.identity.value_or(Identity{});
+    TerminalTable table({"package", path});
+    const std::optional<std::string> tuner =
+        identity.tuner ? std::optional(std::to_string(*identity.tuner)) : std::nullopt;
+    for (const auto& [name, value] :
+         {std::pair("name", orDash(origin.name)), std::pair("made", orDash(origin.madeAt)),
+          std::pair("by", orDash(origin.madeBy)), std::pair("model", orDash(identity.model)),
+          std::pair("product tag", orDash(identity.productTag)), std::pair("tuner type", orDash(tuner)),
+          std::pair("size", countText(files, kFileKind) + ", " + sizeText(bytes)),
+          std::pair("digest", look.manifest ? look.manifest->digest : "-")}) {
+        table.addRow({{name, Colour::Plain}, {value, Colour::Plain}});
+    }
+    return {Event::Result, std::move(members), tableText(table)};
+}
+
+void addChecks(Output& output, const std::vector<Check>& checks) {
+    TerminalTable table({"check", "", "result"});
+    for (const Check& check : checks) {
+        output.lines.push_back(lineOf(check));
+        table.addRow({{std::string(nameOf(check.subject)), Colour::Plain},
+                      {std::string(wordsOf(check.subject)), Colour::Plain},
+                      {textOf(check), Colour::Plain}});
+    }
+    output.lines.push_back(lineOf("\n" + tableText(table)));
+}
+
+void addCategories(Output& output, const PackageLook& look) {
+    if (!look.manifest) {
+        return;
+    }
+    TerminalTable table({"category", "", "result when it was made"});
+    for (const ManifestResult& result : look.manifest->manifest.origin.results) {
+        Json members = {{"kind", "category"}, {"category", result.category}, {"result", result.result}};
+        for (const auto& [name, text] :
+             {std::pair("application", &result.application), std::pair("detail", &result.detail)}) {
+            if (!text->empty()) {
+                members[name] = *text;
+            }
+        }
+        output.lines.push_back({Event::Result, std::move(members)});
+        table.addRow({{result.category, Colour::Plain},
+                      {result.application, Colour::Plain},
+                      {result.result + (result.detail.empty() ? "" : ": " + result.detail), Colour::Plain}});
+    }
+    output.lines.push_back(lineOf("\n" + tableText(table)));
+}
+
+void addFiles(Output& output, const PackageContents& contents, bool everyFile) {
+    TerminalTable table({"file", "size"});
+    for (const PackageEntry& entry : contents.entries) {
+        if (!entry.folder) {
+            output.lines.push_back(
+                {Event::Result, {{"kind", kFileKind}, {"path", entry.path}, {"bytes", entry.bytes}}});
+            table.addRow({{entry.path, Colour::Plain}, {sizeText(entry.bytes), Colour::Plain}});
+        }
+    }
+    if (everyFile) {
+        output.lines.push_back(lineOf("\n" + tableText(table)));
+    }
+}
+
+void addSettings(Output& output, const std::vector<Setting>& settings) {
+    TerminalTable table({"setting", "value"});
+    for (const Setting& setting : settings) {
+        output.lines.push_back({Event::Result,
+                                {{"kind", "setting"},
+                                 {"setting", setting.key},
+                                 {"value", jsonValue(setting)},
+                                 {"settingKind", nameOf(kindOf(setting.key))}}});
+        table.addRow({{setting.key, Colour::Plain}, {shownValue(setting), Colour::Plain}});
+    }
+    output.lines.push_back(lineOf("\n" + tableText(table)));
+}
+
+}  // namespace
+
+Result<Output> inspectPackage(const std::filesystem::path& folder, bool everyFile) {
+    const auto package = OpenPackage::open(folder);
+    if (!package) {
+        return tl::make_unexpected(package.error());
+    }
+    const Tree tree = package->tree();
+    const auto look = lookAt(tree);
+    if (!look) {
+        return tl::make_unexpected(look.error());
+    }
+    const auto contents = readContents(tree, Digests::None);
+    if (!contents) {
+        return tl::make_unexpected(contents.error());
+    }
+    Output output{{packageLine(tree.path, *look, *contents)}, statusOfLook(*look)};
+    addChecks(output, look->checks);
+    addCategories(output, *look);
+    addFiles(output, *contents, everyFile);
+    if (const auto settings = readSettings(tree); !settings) {
+        output.closing.push_back(settings.error().sentence);
+        output.exitStatus =
+            output.exitStatus == kExitOk ? exitStatusOf(settings.error().code) : output.exitStatus;
+    } else if (*settings) {
+        addSettings(output, **settings);
+    }
+    output.closing.emplace_back("Not checked: the files and the seal; vxclone verify does that.");
+    return output;
+}
+
+}  // namespace vxclone

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "cloning_app/run/json_lines.h"
+
+namespace vxclone {
+
+/// One thing that a command found, for both kinds of readers. A form that is empty is not written.
+struct OutputLine {
+    Event event;
+    nlohmann::ordered_json members = {};  ///< for programs
+    std::string text = {};                ///< for people; may be several lines, the last one without its end
+};
+
+/// What a command found that looks and changes nothing.
+struct Output {
+    std::vector<OutputLine> lines;
+    int exitStatus = kExitOk;
+    std::vector<std::string> closing = {};  ///< sentences for the end
+};
+
+/// The line for a check of a package, for programs alone.
+OutputLine lineOf(const Check& check);
+/// Text for people alone.
+OutputLine lineOf(std::string text);
+
+/// Writes all of it, or the error, as text or as JSON lines. Result: the exit status.
+int sayOutput(const Result<Output>& output, bool json, std::ostream& out, std::ostream& err);
+
+}  // namespace vxclone

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "cloning_app/run/package_look.h"
+
+namespace vxclone {
+
+/// What a package says of itself, as members of a JSON line.
+nlohmann::ordered_json factsOf(const std::string& path, const PackageLook& look);
+
+/// The value for people; a dash where there is none.
+std::string orDash(const std::optional<std::string>& value);
+
+}  // namespace vxclone

@@ -1,0 +1,152 @@
+// The record of a run as JSON.
+
+#include <array>
+#include <nlohmann/json.hpp>
+
+#include "cloning_app/run/run_record.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::int64_t kFormatVersion = 1;
+constexpr std::size_t kMostRows = 100;
+constexpr std::int64_t kMostExitStatus = 255;
+/// The end of the year 9999: later than any clock of a television.
+constexpr std::int64_t kLatestTime = 253'402'300'799;
+
+constexpr std::array<std::string_view, 3> kKinds = {"backup", "restore", "undo"};
+constexpr std::array<std::string_view, 7> kPhases = {"staging",   "safety",       "saving", "writing",
+                                                     "restoring", "reading-back", "done"};
+
+/// The text of a member, or none.
+std::optional<std::string> text(const Json& object, const char* name) {
+    const auto found = object.find(name);
+    return found != object.end() && found->is_string() ? std::optional(found->get<std::string>())
+                                                       : std::nullopt;
+}
+
+/// The number of a member, or none where it is not one from 0 to `most`.
+std::optional<std::int64_t> number(const Json& object, const char* name, std::int64_t most) {
+    const auto found = object.find(name);
+    if (found == object.end() || !found->is_number_integer()) {
+        return std::nullopt;
+    }
+    const auto value = found->get<std::int64_t>();
+    return value >= 0 && value <= most ? std::optional(value) : std::nullopt;
+}
+
+/// The value whose name the member holds.
+template <class Value, std::size_t count>
+std::optional<Value> named(const Json& object, const char* name,
+                           const std::array<std::string_view, count>& names) {
+    const auto wanted = text(object, name);
+    for (std::size_t index = 0; wanted && index < count; ++index) {
+        if (names.at(index) == *wanted) {
+            return static_cast<Value>(index);
+        }
+    }
+    return std::nullopt;
+}
+
+Json jsonOfRow(const Row& row) {
+    return {{"category", categoryOf(row.category).enumerator},
+            {"result", nameOf(row.verdict)},
+            {"detail", row.detail},
+            {"application", row.subject}};
+}
+
+std::optional<Row> rowOf(const Json& object) {
+    if (!object.is_object()) {
+        return std::nullopt;
+    }
+    const auto category = categoryNamed(text(object, "category").value_or(""));
+    const auto verdict = verdictNamed(text(object, "result").value_or(""));
+    const auto detail = text(object, "detail");
+    const auto subject = text(object, "application");
+    if (!category || !verdict || !detail || !subject) {
+        return std::nullopt;
+    }
+    return Row{*category, *verdict, *detail, *subject};
+}
+
+std::optional<std::vector<Row>> rowsOf(const Json& object) {
+    const auto found = object.find("rows");
+    if (found == object.end() || !found->is_array() || found->size() > kMostRows) {
+        return std::nullopt;
+    }
+    std::vector<Row> rows;
+    for (const Json& entry : *found) {
+        const auto row = rowOf(entry);
+        if (!row) {
+            return std::nullopt;
+        }
+        rows.push_back(*row);
+    }
+    return rows;
+}
+
+std::optional<RunRecord> recordOf(const Json& object) {
+    if (!object.is_object() || number(object, "version", kFormatVersion) != kFormatVersion) {
+        return std::nullopt;
+    }
+    const auto kind = named<RunKind>(object, "kind", kKinds);
+    const auto phase = named<RunPhase>(object, "phase", kPhases);
+    const auto package = text(object, "package");
+    const auto digest = text(object, "digest");
+    const auto begun = number(object, "begun", kLatestTime);
+    const auto rows = rowsOf(object);
+    if (!kind || !phase || !package || !digest || !begun || !rows) {
+        return std::nullopt;
+    }
+    RunRecord record{*kind, *phase, *package, *digest, *begun, {}, {}, *rows};
+    record.ended = number(object, "ended", kLatestTime);
+    if (const auto status = number(object, "exit", kMostExitStatus)) {
+        record.exitStatus = static_cast<int>(*status);
+    }
+    const bool ends = record.ended && record.exitStatus;
+    return ends == (*phase == RunPhase::Done) ? std::optional(record) : std::nullopt;
+}
+
+}  // namespace
+
+std::string_view nameOf(RunKind kind) {
+    return kKinds.at(static_cast<std::size_t>(kind));
+}
+
+std::string_view nameOf(RunPhase phase) {
+    return kPhases.at(static_cast<std::size_t>(phase));
+}
+
+std::string recordText(const RunRecord& record) {
+    Json object = {{"version", kFormatVersion},     {"kind", nameOf(record.kind)},
+                   {"phase", nameOf(record.phase)}, {"package", record.package},
+                   {"digest", record.digest},       {"begun", record.begun},
+                   {"rows", Json::array()}};
+    if (record.ended) {
+        object["ended"] = *record.ended;
+    }
+    if (record.exitStatus) {
+        object["exit"] = *record.exitStatus;
+    }
+    for (const Row& row : record.rows) {
+        object["rows"].push_back(jsonOfRow(row));
+    }
+    return object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+Result<RunRecord> parseRecord(const std::string& text, const std::string& path) {
+    const Json parsed = Json::parse(text, nullptr, false);
+    auto record = recordOf(parsed);
+    if (!record) {
+        return failure(ErrorCode::RecordDamaged,
+                       "the record of the last run cannot be understood, so nothing is known of it; remove " +
+                           vxcommon::printable(path));
+    }
+    return *std::move(record);
+}
+
+}  // namespace vxclone

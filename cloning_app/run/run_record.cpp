@@ -1,0 +1,162 @@
+#include "cloning_app/run/run_record.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <ctime>
+
+#include "cloning_app/package/small_file.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr const char* kRecordFile = "run.json";
+constexpr const char* kNewRecordFile = "run.json.new";
+/// Held by the process whose run goes on. It stays when the run has ended: it is the hold that counts.
+constexpr const char* kLockFile = "run.lock";
+constexpr mode_t kLockMode = 0644;
+/// Far more than any record holds.
+constexpr std::size_t kMostRecordBytes = std::size_t{256} << 10U;
+
+struct flock wholeFile() {
+    struct flock lock {};
+    lock.l_type = F_WRLCK;
+    lock.l_whence = SEEK_SET;
+    return lock;
+}
+
+Result<Descriptor> openFolder(const std::filesystem::path& folder) {
+    Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened.valid()) {
+        return tl::make_unexpected(readError(Place::Television, folder.string(), errno));
+    }
+    return opened;
+}
+
+Result<Descriptor> takeLock(int folder, const std::string& path) {
+    Descriptor file(openat(folder, kLockFile, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, kLockMode));
+    if (!file.valid()) {
+        return tl::make_unexpected(writeError(Place::Television, path + "/" + kLockFile, errno));
+    }
+    struct flock lock = wholeFile();
+    if (fcntl(file.get(), F_OFD_SETLK, &lock) == 0) {
+        return file;
+    }
+    if (errno != EAGAIN && errno != EACCES) {
+        return tl::make_unexpected(writeError(Place::Television, path + "/" + kLockFile, errno));
+    }
+    return failure(ErrorCode::TelevisionBusy,
+                   "another vxclone works on this television; wait for its end (vxclone status --follow)");
+}
+
+/// Asks without taking, so that whoever begins a run at this moment is not kept from it.
+bool isHeld(int folder) {
+    const Descriptor file(openat(folder, kLockFile, O_RDWR | O_NOFOLLOW | O_CLOEXEC));
+    struct flock lock = wholeFile();
+    return file.valid() && fcntl(file.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+}
+
+}  // namespace
+
+std::filesystem::path recordFolderOf(const std::filesystem::path& cloneRoot) {
+    const bool endsWithSlash = cloneRoot.filename().empty();
+    return (endsWithSlash ? cloneRoot.parent_path() : cloneRoot).parent_path();
+}
+
+RunRecorder::RunRecorder(Descriptor folder, Descriptor lock, std::string path, RunRecord record)
+    : folder_(std::move(folder)),
+      lock_(std::move(lock)),
+      path_(std::move(path)),
+      record_(std::move(record)) {}
+
+Result<RunRecorder> RunRecorder::begin(const std::filesystem::path& folder, RunRecord record) {
+    std::error_code reason;
+    std::filesystem::create_directories(folder, reason);
+    if (reason) {
+        return tl::make_unexpected(writeError(Place::Television, folder.string(), reason.value()));
+    }
+    auto opened = openFolder(folder);
+    if (!opened) {
+        return tl::make_unexpected(opened.error());
+    }
+    auto lock = takeLock(opened->get(), folder.string());
+    if (!lock) {
+        return tl::make_unexpected(lock.error());
+    }
+    RunRecorder recorder(*std::move(opened), *std::move(lock), folder.string(), std::move(record));
+    if (const auto written = recorder.write(recorder.record_); !written) {
+        return tl::make_unexpected(written.error());
+    }
+    return recorder;
+}
+
+Result<void> RunRecorder::enter(RunPhase phase) {
+    RunRecord next = record_;
+    next.phase = phase;
+    return write(next);
+}
+
+Result<void> RunRecorder::end(int exitStatus, std::vector<Row> rows) {
+    RunRecord next = record_;
+    next.phase = RunPhase::Done;
+    next.ended = secondsNow();
+    next.exitStatus = exitStatus;
+    next.rows = std::move(rows);
+    return write(next);
+}
+
+Result<void> RunRecorder::write(const RunRecord& record) {
+    const Tree tree{folder_.get(), path_, Place::Television};
+    if (const auto written = writeSmallFile(tree, kNewRecordFile, recordText(record)); !written) {
+        return written;
+    }
+    if (renameat(folder_.get(), kNewRecordFile, folder_.get(), kRecordFile) != 0 ||
+        fsync(folder_.get()) != 0) {
+        return tl::make_unexpected(writeError(Place::Television, path_ + "/" + kRecordFile, errno));
+    }
+    record_ = record;
+    return {};
+}
+
+Result<std::optional<LastRun>> readLastRun(const std::filesystem::path& folder) {
+    const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened.valid() && errno == ENOENT) {
+        return std::optional<LastRun>();
+    }
+    if (!opened.valid()) {
+        return tl::make_unexpected(readError(Place::Television, folder.string(), errno));
+    }
+    // Asked first: a run that ends in between leaves a record that is done.
+    const bool goingOn = isHeld(opened.get());
+    const Tree tree{opened.get(), folder.string(), Place::Television};
+    const auto text = readSmallFile(tree, kRecordFile, kMostRecordBytes);
+    if (!text) {
+        return tl::make_unexpected(text.error());
+    }
+    if (!*text) {
+        return std::optional<LastRun>();
+    }
+    auto record = parseRecord(**text, tree.path + "/" + kRecordFile);
+    if (!record) {
+        return tl::make_unexpected(record.error());
+    }
+    return std::optional(LastRun{*std::move(record), goingOn});
+}
+
+std::string timeText(std::int64_t seconds) {
+    const auto time = static_cast<std::time_t>(seconds);
+    std::tm parts{};
+    gmtime_r(&time, &parts);
+    char text[sizeof "2026-11-21T05:10:50Z -2147481748"];
+    const std::size_t size = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+    return {text, size};
+}
+
+std::int64_t secondsNow() {
+    return std::time(nullptr);
+}
+
+}  // namespace vxclone

@@ -1,0 +1,96 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cloning_app/package/descriptor.h"
+#include "cloning_app/run/result_table.h"
+
+namespace vxclone {
+
+enum class RunKind { Backup, Restore, Undo };
+
+/// How far a run came, in the order of the work; a backup passes through `Saving` and `Writing`, a restore
+/// and an undo through the others.
+enum class RunPhase {
+    Staging,      ///< the package is copied and checked; the television is as it was
+    Safety,       ///< the safety backup is being made; the television is as it was
+    Saving,       ///< the library saves the television
+    Writing,      ///< the package goes to the stick
+    Restoring,    ///< the library loads the package: the television may be half changed
+    ReadingBack,  ///< all is loaded and is being compared
+    Done          ///< the run has ended by itself, well or not
+};
+
+std::string_view nameOf(RunKind kind);
+std::string_view nameOf(RunPhase phase);
+
+/// What is kept of the last run.
+struct RunRecord {
+    RunKind kind = RunKind::Backup;
+    RunPhase phase = RunPhase::Staging;
+    std::string package;                     ///< where on the stick; may be empty
+    std::string digest;                      ///< of the package; may be empty
+    std::int64_t begun = 0;                  ///< seconds since the epoch
+    std::optional<std::int64_t> ended = {};  ///< the same, of a run that is done
+    std::optional<int> exitStatus = {};      ///< of a run that is done
+    std::vector<Row> rows = {};              ///< what became of the categories, as far as it is known
+};
+
+/// The record's folder: the application's own data, beside its clone folder.
+std::filesystem::path recordFolderOf(const std::filesystem::path& cloneRoot);
+
+/// The record as text and back. Parsing takes nothing on trust. Errors: `RecordDamaged`, for anything that
+/// is no record; the sentence names `path`.
+std::string recordText(const RunRecord& record);
+Result<RunRecord> parseRecord(const std::string& text, const std::string& path);
+
+/// Keeps the record of a run that goes on, and tells other processes that it does: while this object lives no
+/// other begins. One thread at a time.
+class RunRecorder {
+ public:
+    /// Takes the television for this process and writes the record. Errors: `TelevisionBusy` while another
+    /// run goes on, and the record is that one's; `TelevisionIo`, `TelevisionFull`.
+    static Result<RunRecorder> begin(const std::filesystem::path& folder, RunRecord record);
+
+    const RunRecord& record() const { return record_; }
+
+    /// Writes that the run has come to the phase; after a power cut the record says this phase or the one
+    /// before. Errors: the disk says no; the record is the one before.
+    Result<void> enter(RunPhase phase);
+    /// As `enter` with `Done`, and how it ended, now.
+    Result<void> end(int exitStatus, std::vector<Row> rows);
+    void setDigest(std::string digest) { record_.digest = std::move(digest); }
+
+ private:
+    RunRecorder(Descriptor folder, Descriptor lock, std::string path, RunRecord record);
+    Result<void> write(const RunRecord& record);
+
+    Descriptor folder_;
+    Descriptor lock_;
+    std::string path_;
+    RunRecord record_;
+};
+
+/// The last run as another process sees it.
+struct LastRun {
+    RunRecord record;
+    bool goingOn;  ///< its process is alive and at work
+
+    /// Whether it died before its end.
+    bool unfinished() const { return !goingOn && record.phase != RunPhase::Done; }
+};
+
+/// Reads the record in the folder; changes nothing and keeps nobody from beginning. Result: none when there
+/// was no run yet. Errors: `RecordDamaged`, or it cannot be read.
+Result<std::optional<LastRun>> readLastRun(const std::filesystem::path& folder);
+
+/// Seconds since the epoch as ISO 8601 in UTC: "2026-11-21T05:10:50Z".
+std::string timeText(std::int64_t seconds);
+std::int64_t secondsNow();
+
+}  // namespace vxclone

@@ -1,0 +1,151 @@
+#include "cloning_app/run/status.h"
+
+#include <fmt/format.h>
+
+#include <chrono>
+#include <thread>
+
+#include "cloning_app/run/settings_store.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr std::chrono::milliseconds kPollInterval{50};
+
+Direction directionOf(const std::optional<LastRun>& last) {
+    return last && last->record.kind == RunKind::Backup ? Direction::Backup : Direction::Restore;
+}
+
+/// "restore from /media/usb/clone, begun 2026-11-21T05:10:50Z"
+std::string describe(const RunRecord& record) {
+    std::string text(nameOf(record.kind));
+    if (!record.package.empty()) {
+        text += record.kind == RunKind::Backup ? " to " : " from ";
+        text += vxcommon::printable(record.package);
+    }
+    return text + ", begun " + timeText(record.begun);
+}
+
+/// What a run that died in this phase leaves behind.
+std::string_view consequenceOf(RunPhase phase) {
+    switch (phase) {
+        case RunPhase::Restoring:
+            return "the television may be half changed; restore again, or go back with vxclone undo";
+        case RunPhase::ReadingBack:
+            return "everything was loaded but not compared; restore again, or go back with vxclone undo";
+        case RunPhase::Writing:
+            return "the stick holds the old package or the new one, whole; back up again";
+        default:
+            return "the television is as it was; start again when ready";
+    }
+}
+
+std::string sentenceOf(const LastRun& last) {
+    const RunRecord& record = last.record;
+    const std::string what = describe(record);
+    if (last.goingOn) {
+        return fmt::format("Going on: {}; phase {}.", what, nameOf(record.phase));
+    }
+    if (last.unfinished()) {
+        return fmt::format("UNFINISHED: {}; it died in phase {}: {}.", what, nameOf(record.phase),
+                           consequenceOf(record.phase));
+    }
+    return fmt::format("Last run: {}, ended {}, exit status {}.", what, timeText(record.ended.value_or(0)),
+                       record.exitStatus.value_or(0));
+}
+
+nlohmann::ordered_json jsonOf(const LastRun& last) {
+    const RunRecord& record = last.record;
+    nlohmann::ordered_json members = {{"run", nameOf(record.kind)},
+                                      {"phase", nameOf(record.phase)},
+                                      {"package", record.package},
+                                      {"begun", timeText(record.begun)}};
+    if (!record.digest.empty()) {
+        members["digest"] = record.digest;
+    }
+    if (record.ended) {
+        members["ended"] = timeText(*record.ended);
+    }
+    if (record.exitStatus) {
+        members["exit"] = *record.exitStatus;
+    }
+    const std::string_view state = last.unfinished() ? "unfinished" : "ended";
+    return {{"check", "last-run"}, {"result", last.goingOn ? "going-on" : state}, {"lastRun", members}};
+}
+
+}  // namespace
+
+Result<Status> readStatus(const std::filesystem::path& folder) {
+    auto last = readLastRun(folder);
+    if (!last) {
+        return tl::make_unexpected(last.error());
+    }
+    Status status{store::readInt(kProgressKey), {}, {}, *std::move(last)};
+    ResultList results;
+    for (const Outcome& outcome : results.update(store::readString(kResultKey).value_or(""))) {
+        status.reported.push_back(rowOf(outcome, directionOf(status.last)));
+    }
+    status.unknown = results.unknownLines();
+    return status;
+}
+
+std::vector<std::string> sentencesOf(const Status& status) {
+    std::vector<std::string> sentences;
+    for (const std::string& line : status.unknown) {
+        sentences.push_back("The library reported something unknown: " + vxcommon::printable(line));
+    }
+    if (status.percent) {
+        sentences.push_back(fmt::format("Progress of the last restore: {} %.", *status.percent));
+    }
+    sentences.push_back(status.last ? sentenceOf(*status.last) : "No run is recorded.");
+    return sentences;
+}
+
+Output outputOf(const Status& status, bool coloured) {
+    Output output;
+    if (status.percent) {
+        output.lines.push_back({Event::Progress, {{"percent", *status.percent}}});
+    }
+    for (const Row& row : status.reported) {
+        output.lines.push_back({Event::Result, vxclone::jsonOf(row)});
+    }
+    if (!status.reported.empty()) {
+        std::string table = renderTable(status.reported, {}, coloured);
+        table.pop_back();
+        output.lines.push_back(lineOf(std::move(table)));
+    }
+    if (status.last) {
+        output.lines.push_back({Event::Finding, jsonOf(*status.last)});
+    }
+    const bool unfinished = status.last && status.last->unfinished();
+    output.exitStatus = unfinished ? exitStatusOf(ErrorCode::CategoryFailed) : kExitOk;
+    output.closing = sentencesOf(status);
+    return output;
+}
+
+Result<Status> followRun(const std::filesystem::path& folder, ProgressView& view, const StopFlag& stop) {
+    std::size_t shown = 0;
+    std::optional<int> percent;
+    for (;;) {
+        auto status = readStatus(folder);
+        if (!status || !status->last || !status->last->goingOn) {
+            return status;
+        }
+        if (stop.raised()) {
+            return tl::make_unexpected(stopError(stop.signal()));
+        }
+        for (; shown < status->reported.size(); ++shown) {
+            view.category(status->reported[shown]);
+        }
+        if (status->last->record.kind != RunKind::Backup && status->percent != percent) {
+            percent = status->percent;
+            view.progress({percent, 0, 0, std::nullopt});
+        }
+        view.tick();
+        std::this_thread::sleep_for(kPollInterval);
+    }
+}
+
+}  // namespace vxclone

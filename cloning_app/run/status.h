@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "cloning_app/run/output.h"
+#include "cloning_app/run/progress_view.h"
+#include "cloning_app/run/run_record.h"
+#include "cloning_app/run/stop_flag.h"
+
+namespace vxclone {
+
+/// What the television tells of its runs.
+struct Status {
+    std::optional<int> percent;        ///< of the last restore; none where the settings store refuses it
+    std::vector<Row> reported;         ///< what the library's result list holds
+    std::vector<std::string> unknown;  ///< its lines that are no outcome
+    std::optional<LastRun> last;       ///< none where no run is recorded
+};
+
+/// Reads the two keys of the settings store, and the record in `folder`. Changes nothing. Errors: those of
+/// `readLastRun`.
+Result<Status> readStatus(const std::filesystem::path& folder);
+
+/// What there is to say of the last run, for people: a sentence or more.
+std::vector<std::string> sentencesOf(const Status& status);
+
+/// All of it. The exit status is 1 when a run died before its end.
+Output outputOf(const Status& status, bool coloured);
+
+/// Shows the run that goes on until it has ended or `stop` is raised; where none goes on it ends at once.
+/// Result: the status then. Errors: those of `readStatus`; a stop.
+Result<Status> followRun(const std::filesystem::path& folder, ProgressView& view, const StopFlag& stop);
+
+}  // namespace vxclone

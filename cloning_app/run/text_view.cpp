@@ -1,0 +1,199 @@
+#include "cloning_app/run/text_view.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+namespace vxclone {
+
+namespace {
+
+using vxcommon::Colour;
+
+constexpr std::string_view kGap = "  ";
+
+/// What both views for people do at the end.
+class TextView : public ProgressView {
+ public:
+    TextView(Direction direction, std::ostream& out, std::ostream& err, ViewOptions options)
+        : direction_(direction), out_(out), err_(err), options_(std::move(options)) {}
+
+    void done(const Report& report) override {
+        out_ << renderTable(report.rows, report.checks, options_.coloured);
+        for (const std::string& sentence : report.closing) {
+            out_ << sentence << '\n';
+        }
+        out_ << std::flush;
+    }
+
+    void failed(const Error& error) override { err_ << "vxclone: " << error.sentence << '\n' << std::flush; }
+
+ protected:
+    std::ostream& out() { return out_; }
+    Direction direction() const { return direction_; }
+    const ViewOptions& options() const { return options_; }
+
+ private:
+    Direction direction_;
+    std::ostream& out_;
+    std::ostream& err_;
+    ViewOptions options_;
+};
+
+class PlainView final : public TextView {
+ public:
+    using TextView::TextView;
+
+    void progress(const Progress& progress) override {
+        std::vector<std::string> parts;
+        if (progress.percent) {
+            parts.push_back(fmt::format("{} %", *progress.percent));
+        }
+        if (progress.entries != 0) {
+            parts.push_back(fmt::format("{} of {}", progress.entry, progress.entries));
+        }
+        if (progress.category) {
+            parts.emplace_back(categoryOf(*progress.category).name);
+        }
+        parts.push_back(clockText(options().elapsed()));
+        out() << fmt::format("{} {}\n", nameOf(direction()), fmt::join(parts, ", ")) << std::flush;
+    }
+    void category(const Row& row) override {
+        out() << categoryOf(row.category).name << ": " << textOf(row) << '\n' << std::flush;
+    }
+    void tick() override {}
+    void clear() override {}
+    void notice(const std::string& sentence) override { out() << sentence << '\n' << std::flush; }
+};
+
+class TerminalView final : public TextView {
+ public:
+    using TextView::TextView;
+
+    void progress(const Progress& progress) override {
+        progress_ = progress;
+        draw();
+    }
+    void category(const Row& row) override {
+        latest_ = {std::string(categoryOf(row.category).name) + " " + std::string(wordsOf(row.verdict)),
+                   colourOf(row.verdict)};
+        draw();
+    }
+    void tick() override {
+        ++ticks_;
+        draw();
+    }
+    void notice(const std::string& sentence) override {
+        clear();
+        out() << sentence << '\n' << std::flush;
+    }
+    void clear() override {
+        if (!drawn_.empty()) {
+            out() << "\r\x1b[K" << std::flush;
+        }
+        drawn_.clear();
+    }
+    void done(const Report& report) override {
+        clear();
+        TextView::done(report);
+    }
+    void failed(const Error& error) override {
+        clear();
+        TextView::failed(error);
+    }
+
+ private:
+    static constexpr std::size_t kBarWidth = 20;
+    static constexpr std::size_t kWholePercent = 100;
+
+    std::string bar() const {
+        std::string bar(kBarWidth, ' ');
+        if (progress_.percent) {
+            const auto filled = static_cast<std::size_t>(*progress_.percent) * kBarWidth / kWholePercent;
+            bar.replace(0, filled, filled, '#');
+        } else {
+            bar[ticks_ % kBarWidth] = '#';
+        }
+        return "[" + bar + "]";
+    }
+
+    std::vector<Piece> pieces() const {
+        std::vector<Piece> all = {{std::string(nameOf(direction()))}, {bar(), Colour::Good, true}};
+        if (progress_.percent) {
+            all.push_back({fmt::format("{} %", *progress_.percent)});
+        }
+        if (progress_.entries != 0) {
+            all.push_back({fmt::format("{} of {}", progress_.entry, progress_.entries)});
+        }
+        if (progress_.percent && progress_.category) {
+            all.push_back({std::string(categoryOf(*progress_.category).name)});
+        }
+        all.push_back({clockText(options().elapsed()), Colour::Dim});
+        if (!latest_.text.empty()) {
+            all.push_back(latest_);
+        }
+        return all;
+    }
+
+    void draw() {
+        const std::string line = fitPieces(pieces(), options().width(), options().coloured);
+        if (line != drawn_) {
+            clear();
+            out() << line << std::flush;
+            drawn_ = line;
+        }
+    }
+
+    Progress progress_;
+    std::size_t ticks_ = 0;
+    Piece latest_ = {"", Colour::Plain, true};
+    std::string drawn_;
+};
+
+std::size_t widthOf(const std::vector<Piece>& pieces) {
+    std::size_t width = 0;
+    for (const Piece& piece : pieces) {
+        width += (width == 0 ? 0 : kGap.size()) + piece.text.size();
+    }
+    return width;
+}
+
+}  // namespace
+
+std::unique_ptr<ProgressView> makePlainView(Direction direction, std::ostream& out, std::ostream& err,
+                                            ViewOptions options) {
+    return std::make_unique<PlainView>(direction, out, err, std::move(options));
+}
+
+std::unique_ptr<ProgressView> makeTerminalView(Direction direction, std::ostream& out, std::ostream& err,
+                                               ViewOptions options) {
+    return std::make_unique<TerminalView>(direction, out, err, std::move(options));
+}
+
+std::string clockText(std::chrono::milliseconds elapsed) {
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(elapsed).count();
+    return fmt::format("{}:{:02}", seconds / 60, seconds % 60);
+}
+
+std::string fitPieces(std::vector<Piece> pieces, std::size_t width, bool coloured) {
+    const std::size_t room = width == 0 ? 0 : width - 1;
+    if (widthOf(pieces) > room) {
+        pieces.erase(
+            std::remove_if(pieces.begin(), pieces.end(), [](const Piece& piece) { return piece.expendable; }),
+            pieces.end());
+    }
+    std::string line;
+    std::size_t used = 0;
+    for (const Piece& piece : pieces) {
+        const std::string gap(used == 0 ? "" : kGap);
+        if (used + gap.size() >= room) {
+            break;
+        }
+        const std::string text = piece.text.substr(0, room - used - gap.size());
+        line += gap + vxcommon::paint(text, piece.colour, coloured);
+        used += gap.size() + text.size();
+    }
+    return line;
+}
+
+}  // namespace vxclone

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "cloning_app/run/progress_view.h"
+
+namespace vxclone {
+
+/// A view for people: a line for each step, or one live line.
+std::unique_ptr<ProgressView> makePlainView(Direction direction, std::ostream& out, std::ostream& err,
+                                            ViewOptions options);
+std::unique_ptr<ProgressView> makeTerminalView(Direction direction, std::ostream& out, std::ostream& err,
+                                               ViewOptions options);
+
+/// Minutes and seconds: "0:07".
+std::string clockText(std::chrono::milliseconds elapsed);
+
+/// A piece of the live line.
+struct Piece {
+    std::string text;
+    vxcommon::Colour colour = vxcommon::Colour::Plain;
+    bool expendable = false;  ///< left out first where the line is too long
+};
+
+/// The pieces on one line of fewer than `width` columns, so that no terminal wraps it: first what is
+/// expendable goes, then the end.
+std::string fitPieces(std::vector<Piece> pieces, std::size_t width, bool coloured);
+
+}  // namespace vxclone

@@ -1,0 +1,100 @@
+#include "cloning_app/support/archive.h"
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <memory>
+
+#include "cloning_app/package/descriptor.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr mode_t kEntryMode = 0644;
+constexpr mode_t kFileMode = 0600;
+
+struct FreeArchive {
+    void operator()(archive* pointer) const { archive_write_free(pointer); }
+    void operator()(archive_entry* pointer) const { archive_entry_free(pointer); }
+};
+using Archive = std::unique_ptr<archive, FreeArchive>;
+using Entry = std::unique_ptr<archive_entry, FreeArchive>;
+
+la_ssize_t append(archive* /*archive*/, void* text, const void* data, std::size_t size) {
+    static_cast<std::string*>(text)->append(static_cast<const char*>(data), size);
+    return static_cast<la_ssize_t>(size);
+}
+
+bool add(archive* tar, const ArchiveEntry& file, std::int64_t seconds) {
+    const Entry entry(archive_entry_new());
+    archive_entry_set_pathname(entry.get(), file.name.c_str());
+    archive_entry_set_size(entry.get(), static_cast<la_int64_t>(file.content.size()));
+    archive_entry_set_filetype(entry.get(), AE_IFREG);
+    archive_entry_set_perm(entry.get(), kEntryMode);
+    archive_entry_set_mtime(entry.get(), seconds, 0);
+    return archive_write_header(tar, entry.get()) == ARCHIVE_OK &&
+           archive_write_data(tar, file.content.data(), file.content.size()) ==
+               static_cast<la_ssize_t>(file.content.size());
+}
+
+/// Result: 0, or the system's reason (errno).
+int writeAndFlush(int file, const std::string& content) {
+    for (std::size_t done = 0; done < content.size();) {
+        const ssize_t written = write(file, content.data() + done, content.size() - done);
+        if (written < 0 && errno != EINTR) {
+            return errno;
+        }
+        done += written < 0 ? 0 : static_cast<std::size_t>(written);
+    }
+    return fsync(file) == 0 ? 0 : errno;
+}
+
+}  // namespace
+
+Result<std::string> tarOf(const std::vector<ArchiveEntry>& entries, std::int64_t seconds) {
+    std::string text;
+    const Archive tar(archive_write_new());
+    bool good = archive_write_set_format_ustar(tar.get()) == ARCHIVE_OK &&
+                archive_write_open(tar.get(), &text, nullptr, append, nullptr) == ARCHIVE_OK;
+    for (const ArchiveEntry& entry : entries) {
+        good = good && add(tar.get(), entry, seconds);
+    }
+    good = good && archive_write_close(tar.get()) == ARCHIVE_OK;
+    if (!good) {
+        const char* const why = archive_error_string(tar.get());
+        return failure(ErrorCode::Internal, std::string("the bundle could not be put together: ") +
+                                                (why == nullptr ? "no reason given" : why) + "; try again");
+    }
+    return text;
+}
+
+Result<void> writeNewFile(const std::string& path, const std::string& content) {
+    const Descriptor file(
+        open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kFileMode));
+    const int refused = file.valid() ? 0 : errno;
+    if (refused == EEXIST) {
+        return failure(ErrorCode::FileExists,
+                       vxcommon::printable(path) +
+                           " is there already and is left alone; name another file, or remove that one");
+    }
+    if (refused == ENOENT) {
+        return failure(ErrorCode::StickMissing, "there is no folder for " + vxcommon::printable(path) +
+                                                    "; put the stick in and see where it is mounted");
+    }
+    const int reason = file.valid() ? writeAndFlush(file.get(), content) : refused;
+    if (reason == 0) {
+        return {};
+    }
+    if (file.valid()) {
+        unlink(path.c_str());
+    }
+    return tl::make_unexpected(writeError(Place::Stick, path, reason));
+}
+
+}  // namespace vxclone

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "packaging/cli_tree.h"
+
+namespace vxpages {
+
+/// A section of a manual page: terms, each with its text.
+struct Section {
+    std::string heading;
+    std::vector<std::pair<std::string, std::string>> items;
+};
+
+/// All that a program's manual page and completions are made from.
+struct Manual {
+    CliVerb program;
+    std::string version;
+    std::string about;              ///< a paragraph or more, parted by empty lines
+    std::vector<Section> sections;  ///< after the commands
+    std::string seeAlso;            ///< another program's name
+};
+
+/// The page for man(1), and the completion functions for bash and zsh.
+std::string manPage(const Manual& manual);
+std::string bashCompletion(const CliVerb& program);
+std::string zshCompletion(const CliVerb& program);
+
+/// Writes all three where they belong below `share`. Result: 0, or 1 with a sentence on standard error.
+int writePages(const Manual& manual, const std::filesystem::path& share);
+
+}  // namespace vxpages

@@ -1,0 +1,155 @@
+// What a person sees of vxclone at a terminal, and what Ctrl-C does.
+
+#include "tests/support/machine/terminal.h"
+
+#include <algorithm>
+#include <thread>
+
+#include "tests/integration/clone_fixture.h"
+
+namespace vxtest {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Key;
+using testing::Not;
+
+constexpr int kInterrupted = 8;
+constexpr const char* kBackAtTheStart = "\r\x1b[K";
+constexpr const char* kCloneFolder = "opt/usr/apps/org.vorta.vxhotel-cloning/data/Clone";
+
+class TerminalTest : public CloneTest {
+ protected:
+    Program inTelevision(const std::string& television, std::vector<std::string> arguments) const {
+        Program program;
+        program.command = {vxtvProgram().string(),   "run", television, "--quiet", "--stick", stick, "--",
+                           vxcloneProgram().string()};
+        program.command.insert(program.command.end(), arguments.begin(), arguments.end());
+        program.environment = {{"TERM", "xterm"}};
+        return program;
+    }
+
+    /// What the live line was, each time that it was drawn.
+    static std::vector<std::string> liveLines(const std::string& text) {
+        std::vector<std::string> lines;
+        const std::size_t size = std::string(kBackAtTheStart).size();
+        std::size_t begin = 0;
+        for (std::size_t end = text.find(kBackAtTheStart); end != std::string::npos;
+             end = text.find(kBackAtTheStart, begin)) {
+            const std::string line = text.substr(begin, end - begin);
+            lines.push_back(line.substr(line.rfind('\n') == std::string::npos ? 0 : line.rfind('\n') + 1));
+            begin = end + size;
+        }
+        return lines;
+    }
+
+    bool cloneFolderIsEmpty(const std::string& television) const {
+        const auto folder = std::filesystem::path(television) / kCloneFolder;
+        return !std::filesystem::exists(folder) || std::filesystem::is_empty(folder);
+    }
+};
+
+TEST_F(TerminalTest, backupShowsALiveLineAndThenTheTable) {
+    Terminal terminal(inTelevision(first, {"backup", "/media/usb/clone"}), 100);
+    EXPECT_EQ(terminal.wait(), 0) << terminal.text();
+    EXPECT_THAT(liveLines(terminal.text()), Contains(HasSubstr("backup  ")));
+    EXPECT_THAT(terminal.text(), HasSubstr("\x1b["));
+    EXPECT_THAT(terminal.text(), HasSubstr("Safe to remove the stick.\r\n"));
+}
+
+TEST_F(TerminalTest, restoreShowsPercentEntryAndTime) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    Terminal terminal(inTelevision(second, {"restore", "/media/usb/clone"}), 100);
+    EXPECT_EQ(terminal.wait(), 0) << terminal.text();
+    EXPECT_THAT(terminal.text(), HasSubstr("100 %"));
+    EXPECT_THAT(terminal.text(), testing::ContainsRegex("of 1[0-9]"));
+    EXPECT_THAT(terminal.text(), HasSubstr("0:0"));
+}
+
+TEST_F(TerminalTest, noColorMeansNoColour) {
+    Program program = inTelevision(first, {"backup", "/media/usb/clone"});
+    program.environment["NO_COLOR"] = "1";
+    Terminal terminal(program, 100);
+    EXPECT_EQ(terminal.wait(), 0) << terminal.text();
+    EXPECT_THAT(terminal.text(), HasSubstr(kBackAtTheStart));
+    EXPECT_THAT(terminal.text(), Not(testing::ContainsRegex("\x1b\\[[0-9]+m")));
+}
+
+TEST_F(TerminalTest, liveLineIsNeverWiderThanANarrowTerminal) {
+    constexpr unsigned short kColumns = 24;
+    Program program = inTelevision(first, {"backup", "/media/usb/clone"});
+    program.environment["NO_COLOR"] = "1";
+    Terminal terminal(program, kColumns);
+    EXPECT_EQ(terminal.wait(), 0) << terminal.text();
+    const auto lines = liveLines(terminal.text());
+    EXPECT_THAT(lines, Not(IsEmpty()));
+    for (const std::string& line : lines) {
+        EXPECT_LT(line.size(), kColumns) << line;
+    }
+}
+
+TEST_F(TerminalTest, outputThatIsNoTerminalIsALineForEachStep) {
+    const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
+    EXPECT_EQ(backup.status, 0);
+    EXPECT_THAT(backup.output, Not(HasSubstr("\x1b")));
+    EXPECT_THAT(backup.output, Not(HasSubstr("\r")));
+    EXPECT_THAT(backup.output, testing::StartsWith("backup 0 of 10, 0:0"));
+    EXPECT_THAT(backup.output, HasSubstr("\nbackup 10 of 10, apps, 0:0"));
+}
+
+TEST_F(TerminalTest, ctrlCDuringTheRunLetsItEndSaysSoAndLeavesTheStickAsItWas) {
+    vxtv({"fault", first, "add", "tvtimer_init", "--delay", "300"});
+    Terminal terminal(inTelevision(first, {"backup", "/media/usb/clone"}), 100);
+    ASSERT_TRUE(terminal.waitFor("backup  ")) << terminal.text();
+    terminal.type(kCtrlC);
+    EXPECT_TRUE(terminal.waitFor("cannot be interrupted now")) << terminal.text();
+    EXPECT_EQ(terminal.wait(), kInterrupted) << terminal.text();
+    EXPECT_THAT(terminal.text(), HasSubstr("stopped by you"));
+    EXPECT_THAT(snapshot(stick), IsEmpty());
+}
+
+TEST_F(TerminalTest, ctrlCBeforeTheRunStopsAtOnceAndLeavesNothing) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    const std::string before = get(second, kWelcome);
+    vxtv({"fault", second, "add", "ss_read", "--delay", "300"});
+    Terminal terminal(inTelevision(second, {"restore", "/media/usb/clone"}), 100);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (cloneFolderIsEmpty(second) && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::yield();
+    }
+    terminal.type(kCtrlC);
+    EXPECT_EQ(terminal.wait(), kInterrupted) << terminal.text();
+    EXPECT_TRUE(cloneFolderIsEmpty(second));
+    EXPECT_EQ(get(second, kWelcome), before);
+}
+
+TEST_F(TerminalTest, helpTeachesWithExamplesAndExitStatuses) {
+    Terminal terminal(inTelevision(first, {"--help"}), 100);
+    EXPECT_EQ(terminal.wait(), 0);
+    EXPECT_THAT(terminal.text(), HasSubstr("vxclone backup /media/usb/clone"));
+    EXPECT_THAT(terminal.text(), HasSubstr("another run is going on"));
+}
+
+TEST_F(TerminalTest, supportBundleHoldsNoPin) {
+    vxtv({"set", first, "db/vxhotel/securitymode/changepin", "8642"});
+    vxtv({"set", first, "db/hotel/clone_result", "8642\n"});
+    ASSERT_EQ(vxclone(first, {"support-bundle", "/media/usb/support.tar"}).status, 0);
+    const std::string bundle = readFile(place / "stick/support.tar");
+    EXPECT_THAT(bundle, HasSubstr("vxclone-support/versions.txt"));
+    EXPECT_THAT(bundle, Not(HasSubstr("8642")));
+    EXPECT_EQ(vxclone(first, {"support-bundle", "/media/usb/support.tar"}).status, 2);
+    EXPECT_EQ(readFile(place / "stick/support.tar"), bundle);
+}
+
+TEST_F(TerminalTest, statusAfterABackupTellsWhatWasReported) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    const Finished status = vxclone(first, {"status"});
+    EXPECT_EQ(status.status, 0) << status.errors;
+    EXPECT_THAT(status.output, HasSubstr("picture and sound"));
+    EXPECT_THAT(vxclone(first, {"status", "--follow", "--json"}).output, HasSubstr("\"event\":\"summary\""));
+}
+
+}  // namespace
+}  // namespace vxtest

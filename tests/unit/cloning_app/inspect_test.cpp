@@ -1,0 +1,126 @@
+#include <gmock/gmock.h>
+
+#include "tests/unit/cloning_app/looking_test.h"
+
+namespace vxclone {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+class InspectTest : public LookingTest {
+ protected:
+    std::string inspect(bool everyFile = false) {
+        const auto before = contentOf(package_);
+        std::string text = said(inspectPackage(package_, everyFile));
+        EXPECT_EQ(contentOf(package_), before);
+        return text;
+    }
+};
+
+TEST_F(InspectTest, packageIsShownWithOriginDigestAndSize) {
+    const std::string digest = fill(package_);
+    EXPECT_THAT(inspect(),
+                AllOf(HasSubstr("Room 101"), HasSubstr("2026-03-01T12:30:00Z"), HasSubstr("vxclone 1.0.0"),
+                      HasSubstr("VX55R1"), HasSubstr("VX-R1-EU"), HasSubstr(digest), HasSubstr("5 files")));
+    EXPECT_EQ(status_, 0);
+}
+
+TEST_F(InspectTest, categoriesShowWhatTheyReported) {
+    EXPECT_THAT(inspect(), AllOf(HasSubstr("org.vorta.orvel-app"), HasSubstr("failed: it did not answer")));
+}
+
+TEST_F(InspectTest, settingsAreShownWithTheirValuesAndSecretsWithoutThem) {
+    EXPECT_THAT(inspect(), AllOf(HasSubstr("a/volume"), HasSubstr("12"), HasSubstr("\"hello\""),
+                                 HasSubstr(kPin), HasSubstr("(set)")));
+}
+
+TEST_F(InspectTest, filesAreNamedOnRequest) {
+    EXPECT_THAT(inspect(), Not(HasSubstr("VXHotel/menu.json")));
+    EXPECT_THAT(inspect(true), HasSubstr("VXHotel/menu.json"));
+}
+
+TEST_F(InspectTest, televisionWithoutKeysShowsItAllTheSame) {
+    FakeSecureStorage::instance().packageKey.reset();
+    EXPECT_THAT(inspect(), AllOf(HasSubstr("Room 101"), HasSubstr("package-key")));
+    EXPECT_EQ(status_, 0);
+}
+
+TEST_F(InspectTest, packageOfAnotherKindIsShownWithBothValues) {
+    FakeSystemInfo::instance().model = "VX75C2";
+    EXPECT_THAT(inspect(), HasSubstr("this television VX75C2, the package VX55R1"));
+    EXPECT_EQ(status_, 0);
+}
+
+TEST_F(InspectTest, alteredManifestIsShownAndFails) {
+    std::string text = readFile(package_ / "manifest.json");
+    text.replace(text.find("Room 101"), 8, "Room 102");
+    writeFile(package_ / "manifest.json", text);
+    EXPECT_THAT(inspect(), AllOf(HasSubstr("Room 102"), HasSubstr("altered: manifest.json")));
+    EXPECT_EQ(status_, 5);
+    writeFile(package_ / "manifest.json", "{");
+    EXPECT_THAT(inspect(), HasSubstr("altered: manifest.json"));
+    EXPECT_EQ(status_, 5);
+}
+
+TEST_F(InspectTest, packageOfAnotherToolIsShownWithoutAManifest) {
+    sealFolderWithoutManifest(package_);
+    EXPECT_THAT(inspect(), HasSubstr("checked by the seal alone"));
+    EXPECT_EQ(status_, 0);
+}
+
+TEST_F(InspectTest, damagedSettingsAreSaidAndTheRestIsShown) {
+    writeFile(package_ / "vconf/Vconf.json", "[");
+    EXPECT_THAT(inspect(), AllOf(HasSubstr("Room 101"), HasSubstr("is damaged")));
+    EXPECT_EQ(status_, 3);
+}
+
+TEST_F(InspectTest, whatIsNoPackageOrNewerIsAnError) {
+    writeFile(package_ / "manifest.json", R"({"format":"2.0"})");
+    EXPECT_THAT(inspect(), HasSubstr("later vxclone"));
+    EXPECT_EQ(status_, 3);
+    said(inspectPackage(folder_ / "none/at/all", false));
+    EXPECT_EQ(status_, 6);
+    said(inspectPackage(folder_ / "none", false));
+    EXPECT_EQ(status_, 3);
+}
+
+TEST_F(InspectTest, unsafeEntryIsAnError) {
+    std::filesystem::create_symlink("/etc/passwd", package_ / "link");
+    inspect();
+    EXPECT_EQ(status_, 3);
+}
+
+TEST_F(InspectTest, hostileTextDoesNotSteerTheTerminal) {
+    writeFile(package_ / "vconf/Vconf.json", R"({"k\u001b[31m":{"string":"v\u001b[2J"}})");
+    writeFile(package_ / "ProductCloneInfo.txt",
+              "\x1b[31mtag\nmo\x07"
+              "del\n3\n");
+    EXPECT_EQ(inspect(true).find_first_of("\x1b\x07"), std::string::npos);
+}
+
+TEST_F(InspectTest, jsonHasALineForEachThing) {
+    std::map<std::string, int> kinds;
+    for (const auto& line : lines(inspectPackage(package_, false))) {
+        ++kinds[line.value("kind", line.at("event").get<std::string>())];
+        if (line.value("setting", "") == kPin) {
+            EXPECT_EQ(line.at("value"), "(set)");
+            EXPECT_EQ(line.at("settingKind"), "secret");
+        }
+    }
+    EXPECT_EQ(
+        kinds,
+        (std::map<std::string, int>{
+            {"package", 1}, {"finding", 4}, {"category", 2}, {"file", 5}, {"setting", 4}, {"summary", 1}}));
+}
+
+TEST_F(InspectTest, jsonOfAnErrorIsOneLine) {
+    const auto all = lines(inspectPackage(folder_ / "none", false));
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_EQ(all[0].at("event"), "error");
+    EXPECT_EQ(all[0].at("exit"), 3);
+}
+
+}  // namespace
+}  // namespace vxclone

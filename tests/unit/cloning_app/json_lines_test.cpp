@@ -1,0 +1,110 @@
+#include "cloning_app/run/json_lines.h"
+
+#include <gmock/gmock.h>
+
+#include "cloning_app/error_catalogue.h"
+#include "cloning_app/run/progress_view.h"
+#include "tests/unit/cloning_app/json_schema.h"
+
+namespace vxclone {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+const Row kChannelsFailed{VXCLONE_BROADCAST_TVS, Verdict::Failed, "the package holds no channels"};
+
+class JsonLinesTest : public testing::Test {
+ protected:
+    /// Every line that was written; each must fit the schema.
+    std::vector<json> lines() const {
+        std::vector<json> parsed = jsonLines(out_.str());
+        for (const json& line : parsed) {
+            EXPECT_THAT(schemaComplaint(line), IsEmpty());
+        }
+        return parsed;
+    }
+
+    std::ostringstream out_;
+    std::ostringstream err_;
+    std::unique_ptr<ProgressView> view_ =
+        makeProgressView(ViewKind::Json, Direction::Restore, out_, err_,
+                         {false, {}, [] { return std::chrono::milliseconds(1500); }});
+};
+
+TEST_F(JsonLinesTest, progressTellsPercentEntryCategoryAndTime) {
+    view_->progress({33, 5, 15, VXCLONE_BROADCAST_TVS});
+    view_->tick();
+    EXPECT_EQ(lines().at(0), json::parse(R"({"version": 1, "event": "progress", "run": "restore",
+        "elapsed": 1.5, "percent": 33, "entry": 5, "entries": 15, "category": "channels"})"));
+    EXPECT_EQ(lines().size(), 1U);
+}
+
+TEST_F(JsonLinesTest, progressOfABackupHasNoPercent) {
+    makeProgressView(ViewKind::Json, Direction::Backup, out_, err_)
+        ->progress({std::nullopt, 2, 9, std::nullopt});
+    EXPECT_FALSE(lines().at(0).contains("percent"));
+    EXPECT_EQ(lines().at(0).at("run"), "backup");
+}
+
+TEST_F(JsonLinesTest, outcomeAndSentenceDuringTheRunAreProgress) {
+    view_->category(kChannelsFailed);
+    view_->notice("recovered");
+    EXPECT_EQ(lines().at(0).at("reported"), "failed");
+    EXPECT_EQ(lines().at(0).at("category"), "channels");
+    EXPECT_EQ(lines().at(1).at("message"), "recovered");
+}
+
+TEST_F(JsonLinesTest, endIsAResultForEachRowAFindingForEachCheckAndASummary) {
+    view_->done({Direction::Restore,
+                 {kChannelsFailed, {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::Done, "", "org.some.app"}},
+                 4,
+                 {"It does not fit."},
+                 {{Subject::ProductTag, Finding::Differs, "here", "there"},
+                  {Subject::Seal, Finding::Altered, "", "", "avoc.db"}}});
+    const auto all = lines();
+    ASSERT_EQ(all.size(), 5U);
+    EXPECT_EQ(all[0],
+              json::parse(R"({"version": 1, "event": "result", "kind": "category", "category": "channels",
+        "result": "failed", "detail": "the package holds no channels"})"));
+    EXPECT_EQ(all[1].at("application"), "org.some.app");
+    EXPECT_EQ(all[2], json::parse(R"({"version": 1, "event": "finding", "check": "product-tag",
+        "result": "differs", "television": "here", "package": "there"})"));
+    EXPECT_EQ(all[4], json::parse(R"({"version": 1, "event": "summary", "exit": 4,
+        "messages": ["It does not fit."]})"));
+}
+
+TEST_F(JsonLinesTest, everyVerdictSubjectFindingAndErrorFitsTheSchema) {
+    for (std::size_t index = 0; index < verdictCount(); ++index) {
+        view_->done({Direction::Restore, {{VXCLONE_BROADCAST_TVS, static_cast<Verdict>(index)}}, 0, {}});
+    }
+    for (const ErrorFact& fact : errorCatalogue()) {
+        view_->failed({fact.code, "sentence"});
+    }
+    EXPECT_THAT(lines(), Not(IsEmpty()));
+    EXPECT_THAT(err_.str(), IsEmpty());
+}
+
+TEST_F(JsonLinesTest, errorHasCodeStatusAndSentenceEvenOfBytesThatAreNoText) {
+    view_->failed({ErrorCode::NotAPackage, "a\xff is not a package"});
+    EXPECT_EQ(lines().at(0).at("code"), "not-a-package");
+    EXPECT_EQ(lines().at(0).at("exit"), 3);
+    EXPECT_THAT(lines().at(0).at("message").get<std::string>(), HasSubstr("is not a package"));
+}
+
+TEST_F(JsonLinesTest, schemaRefusesWhatIsNotPublished) {
+    const json good = {
+        {"version", 1}, {"event", "error"}, {"code", "altered"}, {"exit", 5}, {"message", "m"}};
+    EXPECT_THAT(schemaComplaint(good), IsEmpty());
+    for (const auto& [member, value] : std::vector<std::pair<const char*, json>>{
+             {"version", 2}, {"event", "done"}, {"code", "no-such-code"}, {"exit", "5"}, {"more", 1}}) {
+        json bad = good;
+        bad[member] = value;
+        EXPECT_THAT(schemaComplaint(bad), Not(IsEmpty())) << member;
+    }
+}
+
+}  // namespace
+}  // namespace vxclone

@@ -1,0 +1,84 @@
+#include <gmock/gmock.h>
+
+#include "tests/unit/cloning_app/looking_test.h"
+
+namespace vxclone {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+
+class ListTest : public LookingTest {
+ protected:
+    std::string list() { return said(listPackages(folder_.path())); }
+
+    /// The state of the one package that is found.
+    std::string state() {
+        const auto all = lines(listPackages(folder_.path()));
+        EXPECT_EQ(all.size(), 2U);
+        return all.front().value("result", "");
+    }
+};
+
+TEST_F(ListTest, packagesOfAllSticksAreListed) {
+    fill(folder_ / "other/second");
+    EXPECT_THAT(list(), AllOf(HasSubstr((folder_ / "stick/clone").string()),
+                              HasSubstr((folder_ / "other/second").string()), HasSubstr("Room 101"),
+                              HasSubstr("VX55R1"), HasSubstr("fits")));
+    EXPECT_EQ(status_, 0);
+}
+
+TEST_F(ListTest, stateIsWhatCanBeSeenWithoutACopy) {
+    EXPECT_EQ(state(), "fits");
+    FakeSystemInfo::instance().model = "VX75C2";
+    EXPECT_EQ(state(), "does-not-fit");
+    EXPECT_THAT(list(), HasSubstr("this television VX75C2, the package VX55R1"));
+    writeFile(package_ / "manifest.json", "{");
+    EXPECT_EQ(state(), "damaged");
+    writeFile(package_ / "manifest.json", R"({"format":"2.0"})");
+    EXPECT_EQ(state(), "unreadable");
+    FakeSystemInfo::reset();
+    std::filesystem::remove(package_ / "manifest.json");
+    EXPECT_EQ(state(), "fits");
+    std::filesystem::remove(package_ / "ProductCloneInfo.txt");
+    EXPECT_EQ(state(), "damaged");
+}
+
+TEST_F(ListTest, noPackageIsSaidAndNoFailure) {
+    std::filesystem::remove_all(package_);
+    writeFile(folder_ / "stick/photos/a.jpg", "x");
+    EXPECT_THAT(list(), HasSubstr("There is no package in"));
+    EXPECT_EQ(status_, 0);
+}
+
+TEST_F(ListTest, onlyTwoLevelsAreLookedInto) {
+    fill(folder_ / "a/b/c");
+    EXPECT_THAT(list(), Not(HasSubstr("a/b/c")));
+}
+
+TEST_F(ListTest, namedFolderMayBeAPackageItself) {
+    EXPECT_THAT(said(listPackages(package_.string() + "/")), HasSubstr("fits"));
+}
+
+TEST_F(ListTest, linksAndLeftoversAreNotFollowed) {
+    std::filesystem::create_directory_symlink(package_, folder_ / "link");
+    std::filesystem::rename(package_, folder_ / "stick/.clone.vxclone-old");
+    EXPECT_THAT(list(), HasSubstr("There is no package"));
+}
+
+TEST_F(ListTest, missingFolderIsAnError) {
+    said(listPackages(folder_ / "none"));
+    EXPECT_EQ(status_, 6);
+}
+
+TEST_F(ListTest, moreFoldersThanAnybodyHasAreCut) {
+    std::filesystem::remove_all(package_);
+    for (int folder = 0; folder < 2010; ++folder) {
+        std::filesystem::create_directory(folder_ / ("f" + std::to_string(folder)));
+    }
+    EXPECT_THAT(list(), HasSubstr("Only 2000 folders were looked into"));
+}
+
+}  // namespace
+}  // namespace vxclone

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "cloning_app/run/clone_run.h"
+#include "tests/unit/cloning_app/fake_engine.h"
+#include "tests/unit/cloning_app/fake_paths.h"
+#include "tests/unit/cloning_app/fake_secure_storage.h"
+#include "tests/unit/cloning_app/fake_settings_store.h"
+#include "tests/unit/cloning_app/fake_system_info.h"
+#include "tests/unit/cloning_app/recording_view.h"
+#include "tests/unit/cloning_app/test_folder.h"
+
+/// A television as it leaves the factory, in a process of its own.
+struct NewTelevision {
+    NewTelevision() {
+        FakeSettingsStore::instance().reset();
+        FakeSystemInfo::reset();
+        FakeSecureStorage::reset();
+        FakePaths::reset();
+    }
+};
+
+/// What every run of these tests works with.
+class RunTest : public testing::Test {
+ protected:
+    static const vxclone::Row& rowFor(const vxclone::Report& report, VXClone category) {
+        for (const vxclone::Row& row : report.rows) {
+            if (row.category == category) {
+                return row;
+            }
+        }
+        ADD_FAILURE() << "no row";
+        return report.rows.front();
+    }
+
+    vxclone::CloneContext context() { return {engine_, view_, stop_, root_, disk_}; }
+
+    NewTelevision television_;
+    TestFolder folder_;
+    const std::filesystem::path package_ = folder_ / "stick/clone";
+    const std::filesystem::path root_ = folder_ / "opt/usr/apps/app/data/Clone";
+    FakeEngine engine_;
+    RecordingView view_;
+    vxclone::StopFlag stop_;
+    vxclone::DiskCalls disk_ = vxclone::realDiskCalls();
+};

@@ -1,0 +1,127 @@
+#include "cloning_app/run/status.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <optional>
+#include <sstream>
+
+#include "cloning_app/run/settings_store.h"
+#include "tests/unit/cloning_app/fake_settings_store.h"
+#include "tests/unit/cloning_app/json_schema.h"
+#include "tests/unit/cloning_app/recording_view.h"
+#include "tests/unit/cloning_app/test_folder.h"
+
+namespace vxclone {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+RunRecord recordOf(RunKind kind) {
+    RunRecord record;
+    record.kind = kind;
+    record.package = "/media/usb/clone";
+    record.begun = 1'800'000'000;
+    return record;
+}
+
+class StatusTest : public testing::Test {
+ protected:
+    StatusTest() { store_.reset(); }
+
+    Output output() const {
+        const auto status = readStatus(folder_.path());
+        EXPECT_TRUE(status) << status.error().sentence;
+        return outputOf(*status, false);
+    }
+
+    FakeSettingsStore& store_ = FakeSettingsStore::instance();
+    TestFolder folder_;
+    RecordingView view_;
+    StopFlag stop_;
+};
+
+TEST_F(StatusTest, statusWithoutARecordIsThatOfTheTwoKeys) {
+    const Output said = output();
+    EXPECT_EQ(said.exitStatus, 0);
+    EXPECT_THAT(said.closing, Contains("Progress of the last restore: 100 %."));
+    EXPECT_THAT(said.closing, Contains("No run is recorded."));
+    std::ostringstream out;
+    sayOutput(said, false, out, out);
+    EXPECT_THAT(out.str(), HasSubstr("picture and sound"));
+}
+
+TEST_F(StatusTest, unfinishedRunIsNamedWithWhatToDoAndIsAFailure) {
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
+        ASSERT_TRUE(recorder && recorder->enter(RunPhase::Restoring));
+    }
+    const Output said = output();
+    EXPECT_EQ(said.exitStatus, 1);
+    EXPECT_THAT(said.closing.back(), HasSubstr("UNFINISHED: restore from /media/usb/clone"));
+    EXPECT_THAT(said.closing.back(), HasSubstr("vxclone undo"));
+}
+
+TEST_F(StatusTest, runThatEndedIsToldWithItsTimesAndStatus) {
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Backup));
+        ASSERT_TRUE(recorder && recorder->end(6, {}));
+    }
+    EXPECT_EQ(output().exitStatus, 0);
+    EXPECT_THAT(output().closing.back(), HasSubstr("backup to /media/usb/clone, begun 2027-01-15T08:00:00Z"));
+    EXPECT_THAT(output().closing.back(), HasSubstr("exit status 6"));
+}
+
+TEST_F(StatusTest, everyPhaseAndKindFitsTheSchemaOfTheLines) {
+    for (const RunKind kind : {RunKind::Backup, RunKind::Restore, RunKind::Undo}) {
+        for (int phase = 0; phase < static_cast<int>(RunPhase::Done); ++phase) {
+            std::ostringstream out;
+            auto recorder = RunRecorder::begin(folder_.path(), recordOf(kind));
+            ASSERT_TRUE(recorder && recorder->enter(static_cast<RunPhase>(phase)));
+            sayOutput(output(), true, out, out);
+            ASSERT_TRUE(recorder->end(0, {}));
+            sayOutput(output(), true, out, out);
+            for (const auto& line : jsonLines(out.str())) {
+                EXPECT_THAT(schemaComplaint(line), IsEmpty());
+            }
+        }
+    }
+}
+
+TEST_F(StatusTest, followOfNoRunEndsAtOnce) {
+    EXPECT_TRUE(followRun(folder_.path(), view_, stop_));
+    EXPECT_EQ(view_.ticks, 0);
+}
+
+/// Ends the run as soon as it is shown.
+struct EndingView : RecordingView {
+    void tick() override { recorder.reset(); }
+    std::optional<RunRecorder> recorder;
+};
+
+TEST_F(StatusTest, followShowsTheRunAndEndsWithIt) {
+    auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
+    ASSERT_TRUE(recorder);
+    EndingView view;
+    view.recorder.emplace(*std::move(recorder));
+    store_.set(kProgressKey, 40);
+    const auto status = followRun(folder_.path(), view, stop_);
+    ASSERT_TRUE(status && status->last);
+    EXPECT_TRUE(status->last->unfinished());
+    EXPECT_THAT(view.percents, testing::ElementsAre(40));
+    EXPECT_EQ(view.rows.size(), 1U);
+}
+
+TEST_F(StatusTest, followThatIsStoppedEndsBeforeTheRun) {
+    const auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
+    ASSERT_TRUE(recorder);
+    stop_.raise(SIGINT);
+    const auto stopped = followRun(folder_.path(), view_, stop_);
+    ASSERT_FALSE(stopped);
+    EXPECT_EQ(exitStatusOf(stopped.error().code), 8);
+}
+
+}  // namespace
+}  // namespace vxclone

@@ -1,0 +1,68 @@
+// The parent of one application of a virtual television; see virtual_tv/television/application_launch.h.
+
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <string_view>
+
+#include "virtual_tv/apps/app_host/host.h"
+#include "virtual_tv/session/descriptor.h"
+#include "virtual_tv/television/application_launch.h"
+
+namespace {
+
+constexpr int kArguments = 5;
+constexpr int kWrongCall = 2;
+
+/// Leaves a child to go on, which belongs to nobody.
+void detach() {
+    if (fork() != 0) {
+        _exit(0);
+    }
+    // A launcher's working directory is nothing that an application should hold on to.
+    if (chdir("/") != 0) {
+        _exit(1);
+    }
+}
+
+int host(const char* television, const char* id, vxtv::HostWay way, int report) {
+    bool isRunning = false;
+    {
+        vxtv::Descriptor channel(report);
+        fcntl(report, F_SETFD, FD_CLOEXEC);
+        vxtv::hostApplication(vxtv::Folder(television), id, way, [&](const vxtv::Result<pid_t>& result) {
+            isRunning = result.has_value();
+            vxtv::writeHostReport(channel.get(), result);
+            channel.close();
+        });
+    }
+    return isRunning ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    int report = -1;
+    if (argc != kArguments ||
+        std::from_chars(argv[3], argv[3] + std::strlen(argv[3]), report).ec != std::errc()) {
+        std::fputs("vxtv-app-host: this program is started by the platform; use `vxtv app start`\n", stderr);
+        return kWrongCall;
+    }
+    const bool isDetached = argv[4] == std::string_view(vxtv::nameOf(vxtv::HostWay::Detached));
+    if (isDetached) {
+        detach();
+    }
+    // A launcher that does not wait for the report has closed its end.
+    signal(SIGPIPE, SIG_IGN);
+    try {
+        return host(argv[1], argv[2], isDetached ? vxtv::HostWay::Detached : vxtv::HostWay::Attached, report);
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "vxtv-app-host: %s\n", exception.what());
+        return 1;
+    }
+}

@@ -1,0 +1,111 @@
+#include "virtual_tv/apps/hotel_app/data_folder.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <stdio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+#include "virtual_tv/apps/hotel_app/hotel_database.h"
+#include "virtual_tv/session/descriptor.h"
+#include "virtual_tv/television/private_file.h"
+
+namespace vxtv::hotel {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+tl::unexpected<Error> cannotWrite(const fs::path& path, int error) {
+    const bool full = error == ENOSPC || error == EDQUOT;
+    return failure(full ? ErrorCode::NoSpace : ErrorCode::Io,
+                   fmt::format("{} cannot be written: {}; {}", path.string(), reason(error),
+                               full ? "make room on the disk and try again" : "check who may write there"));
+}
+
+bool writeAll(int file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = write(file, bytes.data(), bytes.size());
+        if (written < 0 && errno != EINTR) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    return true;
+}
+
+}  // namespace
+
+Result<void> DataFolder::recover() const {
+    dropStaged();
+    try {
+        fs::create_directories(path() / kPicturesName);
+        if (fs::exists(path() / kDatabaseName)) {
+            return {};
+        }
+        // Made beside, since an application that dies on the way must find it whole or not at all.
+        const fs::path beside = folder_ / "hotel.db.new";
+        fs::remove(beside);
+        return createDatabase(beside, {}).and_then([&] { return flushFile(beside); }).map([&] {
+            fs::rename(beside, path() / kDatabaseName);
+        });
+    } catch (const fs::filesystem_error& error) {
+        return cannotWrite(error.path1(), error.code().value());
+    }
+}
+
+Result<void> DataFolder::beginStaging() const {
+    std::error_code error;
+    fs::remove_all(staging(), error);
+    fs::create_directories(staging() / kPicturesName, error);
+    return error ? cannotWrite(staging(), error.value()) : Result<void>();
+}
+
+Result<void> DataFolder::replaceByStaged() const {
+    return flushFolder(staging() / kPicturesName)
+        .and_then([this] { return flushFolder(staging()); })
+        .and_then([this] { return putInPlace(staging(), path()); })
+        .map_error([this](const Error& error) {
+            dropStaged();
+            return error;
+        });
+}
+
+void DataFolder::dropStaged() const {
+    std::error_code ignored;
+    fs::remove_all(staging(), ignored);
+}
+
+Result<void> putInPlace(const fs::path& made, const fs::path& target) {
+    std::error_code absent;
+    const bool isReplaced = fs::exists(fs::symlink_status(target, absent));
+    const unsigned int how = isReplaced ? RENAME_EXCHANGE : RENAME_NOREPLACE;
+    if (renameat2(AT_FDCWD, made.c_str(), AT_FDCWD, target.c_str(), how) != 0) {
+        return cannotWrite(target, errno);
+    }
+    const Result<void> flushed = flushFolder(target.parent_path());
+    if (isReplaced) {
+        std::error_code ignored;
+        fs::remove_all(made, ignored);
+    }
+    return flushed;
+}
+
+Result<void> writeFlushed(const fs::path& file, std::string_view bytes) {
+    constexpr mode_t kMode = 0644;
+    const Descriptor target(open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, kMode));
+    if (!target || !writeAll(target.get(), bytes) || fsync(target.get()) != 0) {
+        return cannotWrite(file, errno);
+    }
+    return {};
+}
+
+Result<void> flushFile(const fs::path& file) {
+    const Descriptor target(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    return target && fsync(target.get()) == 0 ? Result<void>() : cannotWrite(file, errno);
+}
+
+}  // namespace vxtv::hotel

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <tl/expected.hpp>
+
+namespace vxtv {
+
+/// Why an operation on message ports failed: the status that the platform's call answers with.
+enum class PortError : int {
+    Failed = -1,       ///< short of memory, or the system said no
+    BadArgument = -2,  ///< a null, an empty name, a character that names may not have, text that is no UTF-8
+    NameTooLong = -3,  ///< application and port make a name of more than 255 bytes
+    NameTaken = -4,    ///< another process has the port
+    NoSuchPort = -5,   ///< the application has no such port
+    MessageTooLarge = -6,  ///< keys and values together are over the limit
+    ReceiverFull = -7,     ///< the receiver has not looked at too many messages yet
+    NoBus = -8,            ///< no bus is up, or it went away
+    NoAnswer = -9,         ///< bus or receiver took too long
+    NoLocalPort = -10,     ///< this process has no port of that id
+    TooManyPorts = -11,    ///< a process may have so many and no more
+};
+
+template <class Value>
+using PortResult = tl::expected<Value, PortError>;
+
+}  // namespace vxtv

@@ -1,0 +1,31 @@
+#include "virtual_tv/commands/app.h"
+
+namespace vxtv {
+
+namespace {
+
+using AddCommand = void (*)(CLI::App&, Action&);
+
+// In the order of the help.
+constexpr AddCommand kCommands[] = {
+    addCreateCommand,   addDestroyCommand,  addRunCommand,    addShellCommand,    addInfoCommand,
+    addSettingsCommand, addGetCommand,      addSetCommand,    addServicesCommand, addSourcesCommand,
+    addCompareCommand,  addFaultCommand,    addCallsCommand,  addLogCommand,      addKeyfileCommand,
+    addAppCommand,      addChannelsCommand, addTimersCommand,
+};
+
+}  // namespace
+
+std::unique_ptr<CLI::App> makeApp(Action& chosen) {
+    auto app = std::make_unique<CLI::App>(
+        "A virtual television on this machine, to clone hotel televisions without one.", "vxtv");
+    app->set_version_flag("--version", "vxtv " VX_VERSION, "Print the version and end");
+    app->require_subcommand(0, 1);
+    app->footer("A television is a folder. Each command explains itself: vxtv COMMAND --help");
+    for (const AddCommand add : kCommands) {
+        add(*app, chosen);
+    }
+    return app;
+}
+
+}  // namespace vxtv

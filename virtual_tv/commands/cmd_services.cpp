@@ -1,0 +1,120 @@
+#include <unistd.h>
+
+#include <memory>
+#include <vector>
+
+#include "common/terminal_table.h"
+#include "virtual_tv/commands/command.h"
+#include "virtual_tv/commands/output.h"
+#include "virtual_tv/services/data_services.h"
+#include "virtual_tv/television/television.h"
+
+namespace vxtv {
+
+namespace {
+
+struct Options {
+    std::string folder;
+    std::string name;
+    bool json = false;
+};
+
+/// What a television has of a service.
+struct Content {
+    std::string name;
+    Texts carried;
+    Texts kept;
+};
+
+Content contentOf(SQLite::Database& connection, const DataService& service) {
+    return {std::string(service.name), service.texts(connection),
+            service.keptTexts != nullptr ? service.keptTexts(connection) : Texts()};
+}
+
+Result<std::vector<Content>> contentsIn(const Television& television) {
+    return television.database().read([](SQLite::Database& connection) -> Result<std::vector<Content>> {
+        std::vector<Content> contents;
+        for (const DataService& service : dataServices()) {
+            if (hasDataService(connection, service.name)) {
+                contents.push_back(contentOf(connection, service));
+            }
+        }
+        return contents;
+    });
+}
+
+Result<Content> contentIn(const Television& television, const std::string& name) {
+    return television.database().read([&name](SQLite::Database& connection) {
+        return requireDataService(connection, name).map([&] {
+            return contentOf(connection, *findDataService(name));
+        });
+    });
+}
+
+int listServices(const Television& television, bool json) {
+    const auto contents = contentsIn(television);
+    if (!contents) {
+        return complain(contents.error());
+    }
+    vxcommon::TerminalTable table({"SERVICE", "CLONED", "KEPT"});
+    auto document = nlohmann::ordered_json::array();
+    for (const Content& content : *contents) {
+        table.addRow({{content.name},
+                      {std::to_string(content.carried.size())},
+                      {std::to_string(content.kept.size())}});
+        document.push_back(
+            {{"name", content.name}, {"cloned", content.carried.size()}, {"kept", content.kept.size()}});
+    }
+    json ? printJson(document) : print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
+    return finishOutput();
+}
+
+void printContent(const Content& content) {
+    vxcommon::TerminalTable table({"NAME", "VALUE", "CLONED"});
+    for (const auto& [name, value] : content.carried) {
+        table.addRow({{name}, {value}, {"yes"}});
+    }
+    for (const auto& [name, value] : content.kept) {
+        table.addRow({{name, vxcommon::Colour::Dim},
+                      {value, vxcommon::Colour::Dim},
+                      {"no, it stays", vxcommon::Colour::Dim}});
+    }
+    print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
+}
+
+int showService(const Television& television, const Options& options) {
+    const Result<Content> content = contentIn(television, options.name);
+    if (!content) {
+        return complain(content.error());
+    }
+    if (options.json) {
+        printJson({{"name", content->name}, {"cloned", content->carried}, {"kept", content->kept}});
+    } else {
+        printContent(*content);
+    }
+    return finishOutput();
+}
+
+int show(const Options& options) {
+    const Result<Television> television = Television::open(options.folder);
+    if (!television) {
+        return complain(television.error());
+    }
+    return options.name.empty() ? listServices(*television, options.json) : showService(*television, options);
+}
+
+}  // namespace
+
+void addServicesCommand(CLI::App& app, Action& chosen) {
+    auto* const verb = app.add_subcommand("services", "List the services that own data, or the data of one");
+    const auto options = std::make_shared<Options>();
+    verb->add_option("DIR", options->folder, "The television")->required();
+    verb->add_option("NAME", options->name, "The service whose data is shown");
+    verb->add_flag(
+        "--json", options->json,
+        "For programs: the names, and how many values a clone carries and how many stay; with NAME "
+        "the values");
+    verb->callback([options, &chosen] { chosen = [options] { return show(*options); }; });
+}
+
+}  // namespace vxtv

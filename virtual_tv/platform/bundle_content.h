@@ -1,0 +1,9 @@
+#pragma once
+
+#include "platform/bundle.h"
+#include "virtual_tv/bus/port_entries.h"
+
+/// What a bundle is on this television.
+struct _bundle_t {
+    vxtv::PortEntries entries;
+};

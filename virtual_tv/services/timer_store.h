@@ -1,0 +1,55 @@
+#pragma once
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "virtual_tv/services/data_service.h"
+#include "virtual_tv/television/database.h"
+
+namespace vxtv {
+
+/// The service of recordings and wake-ups.
+extern const DataService kTimerService;
+
+/// The file of the timers, in the directory that a caller names; docs/service-backups.md describes it.
+inline constexpr const char* kTimerFile = "timers.backup";
+
+struct Timer {
+    int id = 0;          ///< of one timer alone
+    std::string kind;    ///< "recording" or "wake-up"
+    std::string start;   ///< the television's own time: "2027-01-05T20:15"
+    int minutes = 0;     ///< how long it lasts
+    std::string repeat;  ///< "once", "daily", "weekdays", "weekend" or "weekly"
+    int channel = 0;     ///< the channel's number; 0: the one that was on last, for a wake-up alone
+    std::string title;
+};
+
+/// The timers as the JSON document of their file and of `vxtv timers --json`.
+nlohmann::json timersToJson(const std::vector<Timer>& timers);
+
+/// The timers of a television, ordered by id.
+///
+/// Errors common to all: UnknownService when the television has no timers, and those of `Database`. Threads
+/// and processes: any.
+class TimerStore {
+ public:
+    explicit TimerStore(Database& database) : database_(database) {}
+
+    Result<std::vector<Timer>> list() const;
+
+    /// Writes the timers into the directory, which must be there. Errors: those of writeBackupFile.
+    Result<void> exportTo(const std::filesystem::path& directory) const;
+
+    /// Puts the timers of the directory in place of the television's, all of them or, after an error, none.
+    /// Errors: those of readBackupFile; BadBackup for what is no timer.
+    Result<void> importFrom(const std::filesystem::path& directory);
+
+ private:
+    Database& database_;
+};
+
+}  // namespace vxtv
