@@ -23,6 +23,7 @@ enum class ErrorCode {
     Unreadable,        ///< the package cannot be read
     NewerPackage,      ///< the package is of a format that only a later vxclone reads
     NotComplete,       ///< the package lacks its identity or its seal
+    NoSafetyBackup,    ///< there is none to go back to
     DoesNotFit,        ///< the package is from another kind of television
     Altered,           ///< the package is not what was sealed
     StickMissing,      ///< nothing is where the stick should be
@@ -41,6 +42,7 @@ enum class ErrorCode {
     SettingsNotSaved,  ///< a backup ended without a good settings file
     IdentityUnusable,  ///< the television does not say what it is, or in a way that no package can hold
     NotSealed,         ///< a backup could not be sealed
+    SafetyIncomplete,  ///< the safety backup lacks a category that would be loaded
     RecordDamaged,     ///< the record of the last run cannot be understood
     Internal           ///< a fault of the library or of vxclone
 };

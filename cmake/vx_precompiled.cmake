@@ -16,7 +16,7 @@ endfunction()
 
 vx_precompile(TARGETS vx-clone-objects HEADERS <boost/filesystem.hpp> <json/json.h> <fstream>)
 vx_precompile(
-  TARGETS vxtv-television vx-virtual-tv vxtv-hotel-app
+  TARGETS vxtv-television vx-virtual-tv vxtv-hotel-app vxtv-show
   HEADERS <SQLiteCpp/SQLiteCpp.h> <nlohmann/json.hpp> <fmt/format.h>)
 vx_precompile(
   TARGETS vxtv-commands vxtv-session vxclone-commands vx-pages vxclone-manual vxtv-manual
@@ -26,6 +26,6 @@ vx_precompile(
   TARGETS vx-clone-tests
   HEADERS <boost/filesystem.hpp> <gmock/gmock.h> <gtest/gtest.h> <json/json.h>)
 vx_precompile(
-  TARGETS vxtv-unit-tests vxtv-application-unit-tests vxclone-unit-tests vx-clone-integration-tests
+  TARGETS vxtv-unit-tests vxtv-application-unit-tests vxtv-show-tests vxclone-unit-tests vx-clone-integration-tests
   vx-session-tests vx-application-tests vx-contract-scripted-tests vx-contract-virtual-tests
   HEADERS <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp>)

@@ -27,7 +27,13 @@ constexpr Verb kVerbs[] = {
     {addRestoreCommand, "restore",
      "  vxclone restore /media/usb/clone          load the package into this television\n"
      "  vxclone restore /media/usb/clone --only channels,settings-keys\n"
-     "                                            load these two categories, leave the rest\n"},
+     "                                            load these two categories, leave the rest\n"
+     "  vxclone restore /media/usb/clone --dry-run\n"
+     "                                            what would be changed? nothing is\n"
+     "  vxclone restore /media/usb/clone --keep-identity\n"
+     "                                            leave addresses and the PIN as they are here\n"},
+    {addUndoCommand, "undo",
+     "  vxclone undo                              go back to how it was before the restore\n"},
     {addVerifyCommand, "verify",
      "  vxclone verify /media/usb/clone           does it fit, and is it unaltered?\n"},
     {addInspectCommand, "inspect",

@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "cloning_app/commands/command.h"
 
@@ -10,9 +12,14 @@ namespace {
 struct Arguments {
     std::string folder;
     std::string only;
+    std::string except;
     std::string expect;
     bool all = true;
     bool forceModel = false;
+    bool keepIdentity = false;
+    bool dryRun = false;
+    bool noSafety = false;
+    bool noReadBack = false;
     bool json = false;
 };
 
@@ -26,13 +33,41 @@ std::string isDigest(const std::string& text) {
     return good ? "" : "give 16 to 64 digits of a digest, 0-9 and a-f, from its beginning";
 }
 
+/// The categories that `--only` and `--except` leave.
+Result<std::vector<VXClone>> listOf(const Arguments& arguments) {
+    if (!arguments.all) {
+        return parseCategories(arguments.only);
+    }
+    std::vector<VXClone> list = allCategories();
+    if (arguments.except.empty()) {
+        return list;
+    }
+    const auto without = parseCategories(arguments.except);
+    if (!without) {
+        return without;
+    }
+    list.erase(std::remove_if(list.begin(), list.end(),
+                              [&without](VXClone category) {
+                                  return std::find(without->begin(), without->end(), category) !=
+                                         without->end();
+                              }),
+               list.end());
+    return list.empty()
+               ? failure(ErrorCode::BadArguments, "--except leaves no category to load; name fewer of them")
+               : Result<std::vector<VXClone>>(std::move(list));
+}
+
 Result<Report> restoreAsTold(const CloneContext& context, const Arguments& arguments) {
-    const auto list = arguments.all ? allCategories() : parseCategories(arguments.only);
+    const auto list = listOf(arguments);
     if (!list) {
         return tl::make_unexpected(list.error());
     }
-    return runRestore(context, arguments.folder,
-                      {*list, arguments.forceModel, arguments.all, arguments.expect});
+    RestoreOptions options{*list, arguments.forceModel, arguments.all, arguments.expect};
+    options.safety = !arguments.noSafety;
+    options.readBack = !arguments.noReadBack;
+    options.keepIdentity = arguments.keepIdentity;
+    options.dryRun = arguments.dryRun;
+    return runRestore(context, arguments.folder, options);
 }
 
 }  // namespace
@@ -43,6 +78,16 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
     const CLI::Option* const only =
         verb->add_option("--only", arguments->only, "Only these categories, separated by commas")->join(',');
+    verb->add_option("--except", arguments->except, "All but these categories, separated by commas")
+        ->join(',')
+        ->excludes("--only");
+    verb->add_flag("--dry-run", arguments->dryRun, "Say what would be changed, and change nothing");
+    verb->add_flag("--keep-identity", arguments->keepIdentity,
+                   "Leave this television's own addresses, numbers and PIN as they are");
+    verb->add_flag("--no-safety", arguments->noSafety,
+                   "Do not back this television up first; vxclone undo then cannot go back");
+    verb->add_flag("--no-read-back", arguments->noReadBack,
+                   "Do not back the television up again to see what it holds");
     verb->add_flag("--force-model", arguments->forceModel, "Load a package that was made on another model");
     verb->add_option("--expect", arguments->expect,
                      "Load only the package with this digest, as backup and inspect print it")

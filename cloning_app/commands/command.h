@@ -14,6 +14,7 @@ using Action = std::function<int()>;
 /// Each adds its verb to the application; parsing the verb sets `chosen`, which main then runs.
 void addBackupCommand(CLI::App& app, Action& chosen);
 void addRestoreCommand(CLI::App& app, Action& chosen);
+void addUndoCommand(CLI::App& app, Action& chosen);
 void addVerifyCommand(CLI::App& app, Action& chosen);
 void addInspectCommand(CLI::App& app, Action& chosen);
 void addDiffCommand(CLI::App& app, Action& chosen);

@@ -29,6 +29,10 @@ int makeFolders(const std::filesystem::path& path) {
     return mkdir(path.c_str(), kFolderMode) == 0 || errno == EEXIST ? 0 : errno;
 }
 
+TreeSize sumOf(const TreeSize& one, const TreeSize& other) {
+    return {one.entries + other.entries, one.files + other.files, one.bytes + other.bytes};
+}
+
 std::filesystem::path withoutLastSlash(const std::filesystem::path& path) {
     return path.filename().empty() ? path.parent_path() : path;
 }
@@ -61,13 +65,14 @@ Result<void> CloneRoot::empty() {
     return {};
 }
 
-Result<TreeSize> CloneRoot::fillFrom(const Tree& from, const TreeLimits& limits, const StopFlag& stop) {
+Result<TreeSize> CloneRoot::fillFrom(const Tree& from, const TreeLimits& limits, const StopFlag& stop,
+                                     const TreeSize& reserve) {
     const auto needed = measureTree(from, limits);
     if (!needed) {
         return needed;
     }
     const std::uint64_t held = measureTree(tree(), limits).value_or(TreeSize{}).bytes;
-    if (const auto space = checkSpace(tree(), *needed, held); !space) {
+    if (const auto space = checkSpace(tree(), sumOf(*needed, reserve), held); !space) {
         return tl::make_unexpected(space.error());
     }
     if (const auto emptied = empty(); !emptied) {

@@ -16,9 +16,10 @@ class CloneRoot {
 
     Tree tree() const { return {folder_.get(), path_, Place::Television}; }
 
-    /// Replaces what is there by the package `from`. On failure, or once `stop` is raised, the folder is left
-    /// empty.
-    Result<TreeSize> fillFrom(const Tree& from, const TreeLimits& limits, const StopFlag& stop);
+    /// Replaces what is there by the package `from`, where the disk has room for `reserve` besides. On
+    /// failure, or once `stop` is raised, the folder is left empty.
+    Result<TreeSize> fillFrom(const Tree& from, const TreeLimits& limits, const StopFlag& stop,
+                              const TreeSize& reserve = {});
 
     /// Removes everything in the folder.
     Result<void> empty();

@@ -34,16 +34,24 @@ Result<Report> runBackup(const CloneContext& context, const std::filesystem::pat
 /// What of a package is restored, and how.
 struct RestoreOptions {
     std::vector<VXClone> list;
-    bool forceModel = false;  ///< load a package of another model, if nothing else is wrong with it
-    bool everything = false;  ///< the list is all there is because nobody chose
-    std::string expect = {};  ///< the beginning of the only manifest digest that is let in; empty: any is
+    bool forceModel = false;    ///< load a package of another model, if nothing else is wrong with it
+    bool everything = false;    ///< the list is all there is because nobody chose
+    std::string expect = {};    ///< the beginning of the only manifest digest that is let in; empty: any is
+    bool safety = true;         ///< back the television up first
+    bool readBack = true;       ///< back it up again afterwards, and compare
+    bool keepIdentity = false;  ///< leave the settings that belong to this television as they are
+    bool dryRun = false;        ///< do everything up to the run, and say what would be done
 };
 
 /// Loads the categories of the package in `folder` into the television, if it fits and is unaltered. Result:
-/// the report; its exit status says whether a category failed. Errors: nothing of the television was touched
-/// before the run began, and the clone folder is empty unless it was not yet touched either.
+/// the report; its exit status says whether a category failed or differs. Errors: nothing of the television
+/// was touched before the run began, and the clone folder is empty unless it was not yet touched either.
 Result<Report> runRestore(const CloneContext& context, const std::filesystem::path& folder,
                           const RestoreOptions& options);
+
+/// Loads the safety backup of the last restore, in the same way; it stays what it is. Errors: those of
+/// `runRestore`; `NoSafetyBackup`.
+Result<Report> runUndo(const CloneContext& context, bool readBack);
 
 /// Finds out whether the package in `folder` fits the television and is unaltered, on a copy of it in the
 /// clone folder, which is emptied at the end. Result: the report with every finding; its exit status is that

@@ -17,8 +17,13 @@ struct Spot {
     VXClone category;
 };
 
-/// What services put into a package beside these has no name that is fixed.
+/// What services put into a package beside these has no name that is known; applications have a folder with
+/// their id each.
 constexpr std::array kSpots = {
+    Spot{"factory.backup", VXCLONE_FACTORY_SETTINGS},
+    Spot{"picture-and-sound.backup", VXCLONE_AV_SETTINGS},
+    Spot{"web-applications.backup", VXCLONE_WAS_API_DATA},
+    Spot{"settings-data.backup", VXCLONE_SETTINGS_DATA},
     Spot{kSettingsFolder, VXCLONE_VCONF_DATA},
     Spot{"org.vorta.homedatacontrol-service", VXCLONE_HOME_INTERNAL_API_DATA},
     Spot{"tvs-chms", VXCLONE_BROADCAST_TVS},

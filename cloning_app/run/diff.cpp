@@ -6,59 +6,18 @@
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/run/category.h"
 #include "cloning_app/run/compared_state.h"
+#include "cloning_app/run/difference_text.h"
 #include "cloning_app/run/looking.h"
 #include "cloning_app/run/package_look.h"
-#include "cloning_app/run/setting_kinds.h"
-#include "cloning_app/run/setting_value.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
 using vxcommon::printable;
 
 constexpr const char* kTelevision = "this television";
-
-std::string valueOf(const std::optional<Setting>& setting) {
-    return setting ? shownValue(*setting) : "(not there)";
-}
-
-/// What is different, to follow the name of the setting or of the file.
-std::string wordsOf(const Difference& difference, const std::string& first, const std::string& second) {
-    if (difference.isSetting && kindOf(difference.what) == SettingKind::Secret) {
-        return "differs";
-    }
-    if (difference.isSetting) {
-        return valueOf(difference.firstSetting) + " -> " + valueOf(difference.secondSetting);
-    }
-    if (difference.inFirst && difference.inSecond) {
-        return "other content";
-    }
-    return "only in " + (difference.inFirst ? first : second);
-}
-
-std::string_view nameOf(const Difference& difference) {
-    if (difference.inFirst && difference.inSecond) {
-        return "differs";
-    }
-    return difference.inFirst ? "missing" : "added";
-}
-
-Json jsonOf(const Difference& difference) {
-    Json members = {{"kind", difference.isSetting ? "setting" : "file"},
-                    {"category", difference.category},
-                    {difference.isSetting ? "setting" : "path", difference.what},
-                    {"result", nameOf(difference)}};
-    for (const auto& [name, setting] :
-         {std::pair("first", &difference.firstSetting), std::pair("second", &difference.secondSetting)}) {
-        if (*setting) {
-            members[name] = jsonValue(**setting);
-        }
-    }
-    return members;
-}
 
 Output outputOf(const std::vector<Difference>& differences, const std::string& first,
                 const std::string& second) {

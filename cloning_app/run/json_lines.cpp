@@ -40,6 +40,7 @@ Json jsonOf(const Row& row) {
         {"kind", "category"}, {"category", categoryOf(row.category).name}, {"result", nameOf(row.verdict)}};
     addText(members, "application", row.subject);
     addText(members, "detail", row.detail);
+    addText(members, "readBack", std::string(nameOf(row.readBack)));
     return members;
 }
 

@@ -77,6 +77,10 @@ std::vector<Row> saveLogos(const Tree& root, const StopFlag& stop) {
     return rows;
 }
 
+bool hasBootLogo() {
+    return access(vx_get_bootlogo_path().c_str(), F_OK) == 0;
+}
+
 bool holdsEntry(const Tree& package, VXClone category) {
     const std::string entry(categoryOf(category).entry);
     return entry.empty() || faccessat(package.descriptor, entry.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;

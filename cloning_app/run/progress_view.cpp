@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "cloning_app/run/difference_text.h"
 #include "cloning_app/run/json_lines.h"
 #include "cloning_app/run/text_view.h"
 
@@ -44,6 +45,9 @@ class JsonView final : public ProgressView {
     void done(const Report& report) override {
         for (const Row& row : report.rows) {
             lines_.write(Event::Result, jsonOf(row));
+        }
+        for (const Difference& difference : report.differences.list) {
+            lines_.write(Event::Result, jsonOf(difference));
         }
         for (const Check& check : report.checks) {
             lines_.write(Event::Finding, jsonOf(check));

@@ -8,18 +8,27 @@
 #include <string>
 #include <vector>
 
+#include "cloning_app/run/comparison.h"
 #include "cloning_app/run/result_table.h"
 
 namespace vxclone {
+
+/// What two states do not have alike, and what the two are called.
+struct NamedDifferences {
+    std::string first;
+    std::string second;
+    std::vector<Difference> list;
+};
 
 /// What a run that reached its end has to say.
 struct Report {
     Direction direction;
     std::vector<Row> rows;  ///< none where no category was cloned
     int exitStatus;
-    std::vector<std::string> closing;  ///< sentences for the end, one a line
-    std::vector<Check> checks = {};    ///< what was judged of the package as a whole
-    std::string digest = {};           ///< the package's manifest; empty where there is none
+    std::vector<std::string> closing;   ///< sentences for the end, one a line
+    std::vector<Check> checks = {};     ///< what was judged of the package as a whole
+    std::string digest = {};            ///< the package's manifest; empty where there is none
+    NamedDifferences differences = {};  ///< between the package and the television
 };
 
 /// Where the library's run stands.

@@ -56,7 +56,8 @@ Json jsonOfRow(const Row& row) {
     return {{"category", categoryOf(row.category).enumerator},
             {"result", nameOf(row.verdict)},
             {"detail", row.detail},
-            {"application", row.subject}};
+            {"application", row.subject},
+            {"readBack", nameOf(row.readBack)}};
 }
 
 std::optional<Row> rowOf(const Json& object) {
@@ -70,7 +71,8 @@ std::optional<Row> rowOf(const Json& object) {
     if (!category || !verdict || !detail || !subject) {
         return std::nullopt;
     }
-    return Row{*category, *verdict, *detail, *subject};
+    const auto readBack = readBackNamed(text(object, "readBack").value_or(""));
+    return Row{*category, *verdict, *detail, *subject, readBack.value_or(ReadBack::None)};
 }
 
 std::optional<std::vector<Row>> rowsOf(const Json& object) {
@@ -107,6 +109,8 @@ std::optional<RunRecord> recordOf(const Json& object) {
     if (const auto status = number(object, "exit", kMostExitStatus)) {
         record.exitStatus = static_cast<int>(*status);
     }
+    const auto halfChanged = object.find("halfChanged");
+    record.halfChanged = halfChanged != object.end() && *halfChanged == true;
     const bool ends = record.ended && record.exitStatus;
     return ends == (*phase == RunPhase::Done) ? std::optional(record) : std::nullopt;
 }
@@ -122,10 +126,10 @@ std::string_view nameOf(RunPhase phase) {
 }
 
 std::string recordText(const RunRecord& record) {
-    Json object = {{"version", kFormatVersion},     {"kind", nameOf(record.kind)},
-                   {"phase", nameOf(record.phase)}, {"package", record.package},
-                   {"digest", record.digest},       {"begun", record.begun},
-                   {"rows", Json::array()}};
+    Json object = {{"version", kFormatVersion},         {"kind", nameOf(record.kind)},
+                   {"phase", nameOf(record.phase)},     {"package", record.package},
+                   {"digest", record.digest},           {"begun", record.begun},
+                   {"halfChanged", record.halfChanged}, {"rows", Json::array()}};
     if (record.ended) {
         object["ended"] = *record.ended;
     }

@@ -21,11 +21,26 @@ struct VerdictFacts {
 constexpr std::array kVerdicts = {
     VerdictFacts{"success", "done", Colour::Good},
     VerdictFacts{"failed", "failed", Colour::Bad},
+    VerdictFacts{"differs", "differs", Colour::Bad},
+    VerdictFacts{"not-applied", "not applied", Colour::Bad},
+    VerdictFacts{"planned", "would be loaded", Colour::Plain},
     VerdictFacts{"not-evaluated", "not evaluated", Colour::Dim},
     VerdictFacts{"not-reported", "not reported", Colour::Dim},
     VerdictFacts{"not-in-backup", "not part of a backup", Colour::Dim},
     VerdictFacts{"not-chosen", "not chosen", Colour::Dim},
     VerdictFacts{"not-possible", "not possible", Colour::Dim},
+};
+
+struct ReadBackFacts {
+    std::string_view name;
+    std::string_view words;
+};
+
+constexpr std::array kReadBacks = {
+    ReadBackFacts{"", ""},
+    ReadBackFacts{"same", "read back: same"},
+    ReadBackFacts{"differs", "read back: differs"},
+    ReadBackFacts{"unknown", "cannot be read back"},
 };
 
 const VerdictFacts& factsOf(Verdict verdict) {
@@ -79,9 +94,28 @@ Colour colourOf(Verdict verdict) {
     return factsOf(verdict).colour;
 }
 
+std::string_view nameOf(ReadBack readBack) {
+    return kReadBacks.at(static_cast<std::size_t>(readBack)).name;
+}
+std::string_view wordsOf(ReadBack readBack) {
+    return kReadBacks.at(static_cast<std::size_t>(readBack)).words;
+}
+std::optional<ReadBack> readBackNamed(std::string_view name) {
+    for (std::size_t index = 0; index < kReadBacks.size(); ++index) {
+        if (kReadBacks.at(index).name == name) {
+            return static_cast<ReadBack>(index);
+        }
+    }
+    return std::nullopt;
+}
+
 std::string textOf(const Row& row) {
-    return row.detail.empty() ? std::string(wordsOf(row.verdict))
-                              : std::string(wordsOf(row.verdict)) + ": " + row.detail;
+    std::string text(wordsOf(row.verdict));
+    const bool said = row.verdict == Verdict::Differs || row.verdict == Verdict::NotApplied;
+    if (row.readBack != ReadBack::None && !said) {
+        text += ", " + std::string(wordsOf(row.readBack));
+    }
+    return row.detail.empty() ? text : text + ": " + row.detail;
 }
 
 Row rowOf(const Outcome& outcome, Direction direction) {
@@ -108,9 +142,12 @@ std::vector<Row> tableRows(Direction direction, const std::vector<VXClone>& chos
     return rows;
 }
 
+bool isFailure(Verdict verdict) {
+    return verdict == Verdict::Failed || verdict == Verdict::Differs || verdict == Verdict::NotApplied;
+}
+
 bool anyFailed(const std::vector<Row>& rows) {
-    return std::any_of(rows.begin(), rows.end(),
-                       [](const Row& row) { return row.verdict == Verdict::Failed; });
+    return std::any_of(rows.begin(), rows.end(), [](const Row& row) { return isFailure(row.verdict); });
 }
 
 std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& checks, bool coloured) {

@@ -13,7 +13,26 @@
 namespace vxclone {
 
 /// What became of a category.
-enum class Verdict { Done, Failed, NotEvaluated, NotReported, NotInBackup, NotChosen, NotPossible };
+enum class Verdict {
+    Done,
+    Failed,
+    Differs,     ///< the library reported success, and the television does not hold what the package holds
+    NotApplied,  ///< the same, and the television holds what it held before
+    Planned,     ///< a dry run would load it
+    NotEvaluated,
+    NotReported,
+    NotInBackup,
+    NotChosen,
+    NotPossible
+};
+
+/// What was found when the television was backed up again after a restore and compared with the package.
+enum class ReadBack {
+    None,     ///< nobody looked
+    Same,     ///< the television holds what the package holds
+    Differs,  ///< it does not
+    Unknown   ///< it cannot be read back, or not be compared
+};
 
 /// One line of the table at the end of a run.
 struct Row {
@@ -21,6 +40,7 @@ struct Row {
     Verdict verdict;
     std::string detail = {};   ///< may be empty
     std::string subject = {};  ///< whose outcome it is, where a category has several; may be empty
+    ReadBack readBack = ReadBack::None;
 };
 
 /// The verdict in JSON, for people, and its colour.
@@ -29,9 +49,15 @@ std::size_t verdictCount();
 /// The verdict of that name in JSON.
 std::optional<Verdict> verdictNamed(std::string_view name);
 std::string_view wordsOf(Verdict verdict);
+
+/// The same of what was read back; both empty for `None`.
+std::string_view nameOf(ReadBack readBack);
+std::string_view wordsOf(ReadBack readBack);
+/// The finding of that name in JSON.
+std::optional<ReadBack> readBackNamed(std::string_view name);
 vxcommon::Colour colourOf(Verdict verdict);
 
-/// What the row says of its category: the verdict in words and the detail.
+/// What the row says of its category: the verdict in words, what was read back, and the detail.
 std::string textOf(const Row& row);
 
 /// The row for an outcome that the library reported.
@@ -42,7 +68,9 @@ Row rowOf(const Outcome& outcome, Direction direction);
 std::vector<Row> tableRows(Direction direction, const std::vector<VXClone>& chosen,
                            const std::vector<Outcome>& outcomes, const std::vector<Row>& own);
 
-/// Whether a category failed that is known to be evaluated.
+/// Whether the category is not as it should be, and that is known.
+bool isFailure(Verdict verdict);
+/// Whether this is so of any row.
 bool anyFailed(const std::vector<Row>& rows);
 
 /// The categories and, below them, what was judged of the package as a whole; either may be empty.

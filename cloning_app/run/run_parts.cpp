@@ -61,7 +61,7 @@ std::string failedNames(const std::vector<Row>& rows) {
     std::vector<std::string_view> names;
     for (const Row& row : rows) {
         const std::string_view name = categoryOf(row.category).name;
-        if (row.verdict == Verdict::Failed && (names.empty() || names.back() != name)) {
+        if (isFailure(row.verdict) && (names.empty() || names.back() != name)) {
             names.push_back(name);
         }
     }

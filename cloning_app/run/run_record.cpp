@@ -59,6 +59,16 @@ bool isHeld(int folder) {
     return file.valid() && fcntl(file.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
 }
 
+/// The record in the folder; none where there is none that can be understood.
+std::optional<RunRecord> recordIn(const Tree& folder) {
+    const auto text = readSmallFile(folder, kRecordFile, kMostRecordBytes);
+    if (!text || !*text) {
+        return std::nullopt;
+    }
+    auto record = parseRecord(**text, kRecordFile);
+    return record ? std::optional(*std::move(record)) : std::nullopt;
+}
+
 }  // namespace
 
 std::filesystem::path recordFolderOf(const std::filesystem::path& cloneRoot) {
@@ -87,6 +97,8 @@ Result<RunRecorder> RunRecorder::begin(const std::filesystem::path& folder, RunR
         return tl::make_unexpected(lock.error());
     }
     RunRecorder recorder(*std::move(opened), *std::move(lock), folder.string(), std::move(record));
+    recorder.previous_ = recordIn({recorder.folder_.get(), recorder.path_, Place::Television});
+    recorder.record_.halfChanged = recorder.previous_ && recorder.previous_->halfChanged;
     if (const auto written = recorder.write(recorder.record_); !written) {
         return tl::make_unexpected(written.error());
     }
@@ -96,11 +108,14 @@ Result<RunRecorder> RunRecorder::begin(const std::filesystem::path& folder, RunR
 Result<void> RunRecorder::enter(RunPhase phase) {
     RunRecord next = record_;
     next.phase = phase;
+    next.halfChanged = record_.halfChanged || phase == RunPhase::Restoring;
     return write(next);
 }
 
 Result<void> RunRecorder::end(int exitStatus, std::vector<Row> rows) {
     RunRecord next = record_;
+    const bool loaded = record_.phase == RunPhase::Restoring || record_.phase == RunPhase::ReadingBack;
+    next.halfChanged = record_.halfChanged && (!loaded || rows.empty());
     next.phase = RunPhase::Done;
     next.ended = secondsNow();
     next.exitStatus = exitStatus;

@@ -39,6 +39,8 @@ struct RunRecord {
     std::optional<std::int64_t> ended = {};  ///< the same, of a run that is done
     std::optional<int> exitStatus = {};      ///< of a run that is done
     std::vector<Row> rows = {};              ///< what became of the categories, as far as it is known
+    /// A restore or undo died while it changed the television, and none has come to its end since.
+    bool halfChanged = false;
 };
 
 /// The record's folder: the application's own data, beside its clone folder.
@@ -53,16 +55,21 @@ Result<RunRecord> parseRecord(const std::string& text, const std::string& path);
 /// other begins. One thread at a time.
 class RunRecorder {
  public:
-    /// Takes the television for this process and writes the record. Errors: `TelevisionBusy` while another
+    /// Takes the television for this process and writes the record; that the television is half changed is
+    /// taken over from the record before. Errors: `TelevisionBusy` while another
     /// run goes on, and the record is that one's; `TelevisionIo`, `TelevisionFull`.
     static Result<RunRecorder> begin(const std::filesystem::path& folder, RunRecord record);
 
     const RunRecord& record() const { return record_; }
+    /// The record of the run before, of which nobody may know yet that it died; none where there was none, or
+    /// it cannot be understood.
+    const std::optional<RunRecord>& previous() const { return previous_; }
 
     /// Writes that the run has come to the phase; after a power cut the record says this phase or the one
     /// before. Errors: the disk says no; the record is the one before.
     Result<void> enter(RunPhase phase);
-    /// As `enter` with `Done`, and how it ended, now.
+    /// As `enter` with `Done`, and how it ended, now. A run without rows broke off: a television that it had
+    /// begun to change stays half changed.
     Result<void> end(int exitStatus, std::vector<Row> rows);
     void setDigest(std::string digest) { record_.digest = std::move(digest); }
 
@@ -74,6 +81,7 @@ class RunRecorder {
     Descriptor lock_;
     std::string path_;
     RunRecord record_;
+    std::optional<RunRecord> previous_;
 };
 
 /// The last run as another process sees it.

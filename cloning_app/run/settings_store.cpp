@@ -46,6 +46,10 @@ bool writeInt(const std::string& key, int value) {
     return vconf_set_int(key.c_str(), value) == 0;
 }
 
+bool writeBool(const std::string& key, bool value) {
+    return vconf_set_bool(key.c_str(), value ? 1 : 0) == 0;
+}
+
 bool writeString(const std::string& key, const std::string& value) {
     return vconf_set_str(key.c_str(), value.c_str()) == 0;
 }

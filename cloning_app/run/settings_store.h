@@ -16,6 +16,7 @@ std::optional<bool> readBool(const std::string& key);
 std::optional<std::string> readString(const std::string& key);
 /// Result: whether the store took the value.
 bool writeInt(const std::string& key, int value);
+bool writeBool(const std::string& key, bool value);
 bool writeString(const std::string& key, const std::string& value);
 
 }  // namespace store

@@ -15,7 +15,8 @@ StagedPackage::~StagedPackage() {
     }
 }
 
-Result<StagedPackage> StagedPackage::bring(const CloneContext& context, const std::filesystem::path& folder) {
+Result<StagedPackage> StagedPackage::bring(const CloneContext& context, const std::filesystem::path& folder,
+                                           const TreeSize& reserve) {
     const auto target = openTarget(context, folder);
     if (!target) {
         return tl::make_unexpected(target.error());
@@ -24,15 +25,19 @@ Result<StagedPackage> StagedPackage::bring(const CloneContext& context, const st
     if (!opened) {
         return tl::make_unexpected(opened.error());
     }
+    return copyOf(context, {opened->get(), target->path(), Place::Stick}, reserve);
+}
+
+Result<StagedPackage> StagedPackage::copyOf(const CloneContext& context, const Tree& package,
+                                            const TreeSize& reserve) {
     auto root = CloneRoot::open(context.cloneRoot);
     if (!root) {
         return tl::make_unexpected(root.error());
     }
-    const Tree package{opened->get(), target->path(), Place::Stick};
-    if (const auto copied = root->fillFrom(package, TreeLimits{}, context.stop); !copied) {
+    if (const auto copied = root->fillFrom(package, TreeLimits{}, context.stop, reserve); !copied) {
         return tl::make_unexpected(copied.error());
     }
-    return StagedPackage(std::move(*root), target->path());
+    return StagedPackage(std::move(*root), package.path);
 }
 
 }  // namespace vxclone

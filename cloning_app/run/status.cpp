@@ -18,30 +18,6 @@ Direction directionOf(const std::optional<LastRun>& last) {
     return last && last->record.kind == RunKind::Backup ? Direction::Backup : Direction::Restore;
 }
 
-/// "restore from /media/usb/clone, begun 2026-11-21T05:10:50Z"
-std::string describe(const RunRecord& record) {
-    std::string text(nameOf(record.kind));
-    if (!record.package.empty()) {
-        text += record.kind == RunKind::Backup ? " to " : " from ";
-        text += vxcommon::printable(record.package);
-    }
-    return text + ", begun " + timeText(record.begun);
-}
-
-/// What a run that died in this phase leaves behind.
-std::string_view consequenceOf(RunPhase phase) {
-    switch (phase) {
-        case RunPhase::Restoring:
-            return "the television may be half changed; restore again, or go back with vxclone undo";
-        case RunPhase::ReadingBack:
-            return "everything was loaded but not compared; restore again, or go back with vxclone undo";
-        case RunPhase::Writing:
-            return "the stick holds the old package or the new one, whole; back up again";
-        default:
-            return "the television is as it was; start again when ready";
-    }
-}
-
 std::string sentenceOf(const LastRun& last) {
     const RunRecord& record = last.record;
     const std::string what = describe(record);
@@ -77,6 +53,28 @@ nlohmann::ordered_json jsonOf(const LastRun& last) {
 
 }  // namespace
 
+std::string describe(const RunRecord& record) {
+    std::string text(nameOf(record.kind));
+    if (!record.package.empty()) {
+        text += record.kind == RunKind::Backup ? " to " : " from ";
+        text += vxcommon::printable(record.package);
+    }
+    return text + ", begun " + timeText(record.begun);
+}
+
+std::string_view consequenceOf(RunPhase phase) {
+    switch (phase) {
+        case RunPhase::Restoring:
+            return "the television may be half changed; restore again, or go back with vxclone undo";
+        case RunPhase::ReadingBack:
+            return "everything was loaded but not compared; restore again, or go back with vxclone undo";
+        case RunPhase::Writing:
+            return "the stick holds the old package or the new one, whole; back up again";
+        default:
+            return "the television is as it was; start again when ready";
+    }
+}
+
 Result<Status> readStatus(const std::filesystem::path& folder) {
     auto last = readLastRun(folder);
     if (!last) {
@@ -100,6 +98,12 @@ std::vector<std::string> sentencesOf(const Status& status) {
         sentences.push_back(fmt::format("Progress of the last restore: {} %.", *status.percent));
     }
     sentences.push_back(status.last ? sentenceOf(*status.last) : "No run is recorded.");
+    if (status.last && !status.last->goingOn && !status.last->unfinished() &&
+        status.last->record.halfChanged) {
+        sentences.emplace_back(
+            "A restore before it broke off: the television may be half changed; restore again, or go back "
+            "with vxclone undo.");
+    }
     return sentences;
 }
 

@@ -19,6 +19,12 @@ struct Status {
     std::optional<LastRun> last;       ///< none where no run is recorded
 };
 
+/// The run in words: "restore from /media/usb/clone, begun 2026-11-21T05:10:50Z".
+std::string describe(const RunRecord& record);
+
+/// What a run that died in this phase leaves behind, and what to do about it.
+std::string_view consequenceOf(RunPhase phase);
+
 /// Reads the two keys of the settings store, and the record in `folder`. Changes nothing. Errors: those of
 /// `readLastRun`.
 Result<Status> readStatus(const std::filesystem::path& folder);

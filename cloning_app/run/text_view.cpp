@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "cloning_app/run/difference_text.h"
+
 namespace vxclone {
 
 namespace {
@@ -11,6 +13,25 @@ namespace {
 using vxcommon::Colour;
 
 constexpr std::string_view kGap = "  ";
+
+/// More differences than these are counted, not named.
+constexpr std::size_t kMostDifferencesShown = 20;
+
+void writeDifferences(std::ostream& out, const NamedDifferences& differences) {
+    const std::size_t shown = std::min(differences.list.size(), kMostDifferencesShown);
+    if (shown != 0) {
+        out << differences.first << " -> " << differences.second << '\n';
+    }
+    for (std::size_t index = 0; index < shown; ++index) {
+        const Difference& difference = differences.list[index];
+        out << vxcommon::printable(fmt::format("  {}  {}", difference.what,
+                                               wordsOf(difference, differences.first, differences.second)))
+            << '\n';
+    }
+    if (differences.list.size() > shown) {
+        out << "  and " << differences.list.size() - shown << " more; --json names all\n";
+    }
+}
 
 /// What both views for people do at the end.
 class TextView : public ProgressView {
@@ -20,6 +41,7 @@ class TextView : public ProgressView {
 
     void done(const Report& report) override {
         out_ << renderTable(report.rows, report.checks, options_.coloured);
+        writeDifferences(out_, report.differences);
         for (const std::string& sentence : report.closing) {
             out_ << sentence << '\n';
         }

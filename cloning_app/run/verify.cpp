@@ -1,12 +1,15 @@
 #include <fmt/format.h>
 
 #include "cloning_app/run/integrity.h"
+#include "cloning_app/run/recorded_run.h"
 #include "cloning_app/run/staged_package.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
 
-Result<Report> runVerify(const CloneContext& context, const std::filesystem::path& folder) {
+namespace {
+
+Result<Report> verify(const CloneContext& context, const std::filesystem::path& folder) {
     const auto package = StagedPackage::bring(context, folder);
     if (!package) {
         return tl::make_unexpected(package.error());
@@ -34,6 +37,12 @@ Result<Report> runVerify(const CloneContext& context, const std::filesystem::pat
         report.closing.push_back("Digest " + *found->digest);
     }
     return report;
+}
+
+}  // namespace
+
+Result<Report> runVerify(const CloneContext& context, const std::filesystem::path& folder) {
+    return unrecordedRun(context, [&] { return verify(context, folder); });
 }
 
 }  // namespace vxclone

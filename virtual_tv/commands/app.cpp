@@ -11,7 +11,7 @@ constexpr AddCommand kCommands[] = {
     addCreateCommand,   addDestroyCommand,  addRunCommand,    addShellCommand,    addInfoCommand,
     addSettingsCommand, addGetCommand,      addSetCommand,    addServicesCommand, addSourcesCommand,
     addCompareCommand,  addFaultCommand,    addCallsCommand,  addLogCommand,      addKeyfileCommand,
-    addAppCommand,      addChannelsCommand, addTimersCommand,
+    addAppCommand,      addChannelsCommand, addTimersCommand, addShowCommand,
 };
 
 }  // namespace

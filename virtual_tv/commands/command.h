@@ -31,6 +31,7 @@ void addLogCommand(CLI::App& app, Action& chosen);
 void addKeyfileCommand(CLI::App& app, Action& chosen);
 void addAppCommand(CLI::App& app, Action& chosen);
 void addServicesCommand(CLI::App& app, Action& chosen);
+void addShowCommand(CLI::App& app, Action& chosen);
 void addSourcesCommand(CLI::App& app, Action& chosen);
 void addChannelsCommand(CLI::App& app, Action& chosen);
 void addTimersCommand(CLI::App& app, Action& chosen);

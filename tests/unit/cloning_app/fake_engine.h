@@ -9,7 +9,14 @@
 
 /// A library of these tests: does what it is told to and reports as the real one does.
 struct FakeEngine final : vxclone::CloneEngine {
-    vxclone::Result<void> backUp() override { return run(); }
+    vxclone::Result<void> backUp() override {
+        if (save) {
+            ++backups;
+            save();
+            return end;
+        }
+        return run();
+    }
     vxclone::Result<void> restore(const std::vector<VXClone>& wanted) override {
         list = wanted;
         return run();
@@ -25,6 +32,8 @@ struct FakeEngine final : vxclone::CloneEngine {
     }
 
     std::function<void()> work = [] {};
+    std::function<void()> save;  ///< what a backup does, where that is not the same as `work`
+    int backups = 0;             ///< how often it did that
     vxclone::Result<void> end;
     std::vector<VXClone> list;
     int runs = 0;

@@ -84,6 +84,14 @@ TEST_F(HotelPackageTest, restoreOfABackupBringsRowsAndPictures) {
     EXPECT_FALSE(fs::exists(second_.staging()));
 }
 
+TEST_F(HotelPackageTest, backupOfWhatWasRestoredIsTheSameByteForByte) {
+    ASSERT_TRUE(backUp());
+    const std::string before = test::readFile(where_ / kId / "hotel.db");
+    ASSERT_TRUE(restore());
+    ASSERT_TRUE(writePackage(second_, where_, kId, [] {}));
+    EXPECT_EQ(test::readFile(where_ / kId / "hotel.db"), before);
+}
+
 TEST_F(HotelPackageTest, secondBackupReplacesTheFirst) {
     ASSERT_TRUE(backUp());
     fs::remove(first_.path() / kPicturesName / "one.png");

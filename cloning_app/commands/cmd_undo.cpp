@@ -1,0 +1,31 @@
+#include <memory>
+
+#include "cloning_app/commands/command.h"
+
+namespace vxclone {
+
+namespace {
+
+struct Arguments {
+    bool noReadBack = false;
+    bool json = false;
+};
+
+}  // namespace
+
+void addUndoCommand(CLI::App& app, Action& chosen) {
+    const auto arguments = std::make_shared<Arguments>();
+    CLI::App* const verb = app.add_subcommand("undo", "Go back to how it was before the last restore");
+    verb->add_flag("--no-read-back", arguments->noReadBack,
+                   "Do not back the television up again to see what it holds");
+    verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
+    verb->callback([&chosen, arguments] {
+        chosen = [arguments] {
+            return runCommand(
+                Direction::Restore, viewKindOfRun(arguments->json),
+                [&](const CloneContext& context) { return runUndo(context, !arguments->noReadBack); });
+        };
+    });
+}
+
+}  // namespace vxclone

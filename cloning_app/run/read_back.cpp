@@ -1,0 +1,234 @@
+#include "cloning_app/run/read_back.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "cloning_app/package/disk_space.h"
+#include "cloning_app/run/compared_state.h"
+#include "cloning_app/run/follower.h"
+#include "cloning_app/run/logos.h"
+#include "cloning_app/run/quiet_view.h"
+#include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/settings_store.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr std::size_t kMostNamed = 3;
+
+bool isOfApplication(const std::string& path, const Row& row) {
+    return !row.subject.empty() && path.rfind(row.subject + "/", 0) == 0;
+}
+
+/// Whether the entry belongs to what the row tells of.
+bool belongsTo(const std::string& path, const Row& row) {
+    return row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA
+               ? isOfApplication(path, row)
+               : categoryOfPath(path) == categoryOf(row.category).name;
+}
+
+/// What of the state the row tells of.
+ComparedState partOf(const ComparedState& state, const Row& row) {
+    ComparedState part;
+    if (row.category == VXCLONE_VCONF_DATA) {
+        part.settings = state.settings;
+    }
+    std::copy_if(state.entries.begin(), state.entries.end(), std::back_inserter(part.entries),
+                 [&row](const PackageEntry& entry) { return belongsTo(entry.path, row); });
+    return part;
+}
+
+bool isEmpty(const ComparedState& state) {
+    return state.settings.empty() && state.entries.empty();
+}
+
+/// Whether a restore leaves what the package does not hold where it is.
+bool staysBeside(const Row& row) {
+    return row.category == VXCLONE_VCONF_DATA || row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA;
+}
+
+/// Takes out what the television has beside the package, where that is as it should be. Result: how many.
+std::size_t removeAdded(std::vector<Difference>& differences) {
+    const auto end = std::remove_if(differences.begin(), differences.end(),
+                                    [](const Difference& difference) { return !difference.inFirst; });
+    const auto removed = static_cast<std::size_t>(differences.end() - end);
+    differences.erase(end, differences.end());
+    return removed;
+}
+
+std::string namesOf(const std::vector<Difference>& differences) {
+    std::string text;
+    for (std::size_t index = 0; index < std::min(differences.size(), kMostNamed); ++index) {
+        text += (text.empty() ? "" : ", ") + vxcommon::printable(differences[index].what);
+    }
+    return differences.size() > kMostNamed
+               ? text + fmt::format(" and {} more", differences.size() - kMostNamed)
+               : text;
+}
+
+void addDetail(Row& row, const std::string& detail) {
+    row.detail += (row.detail.empty() ? "" : "; ") + detail;
+}
+
+/// Whether the row tells of something that was loaded, or may have been.
+bool isToBeRead(const Row& row) {
+    return row.verdict == Verdict::Done || row.verdict == Verdict::Failed ||
+           row.verdict == Verdict::NotEvaluated || row.verdict == Verdict::NotReported;
+}
+
+void sayDifferent(Row& row, const std::vector<Difference>& differences, bool asBefore) {
+    row.readBack = ReadBack::Differs;
+    if (row.verdict != Verdict::Failed) {
+        row.verdict = asBefore ? Verdict::NotApplied : Verdict::Differs;
+        row.detail.clear();
+    }
+    addDetail(row, namesOf(differences));
+}
+
+void compareApplication(Row& row, std::size_t files, std::size_t differing) {
+    row.readBack = differing == 0 ? ReadBack::Same : ReadBack::Unknown;
+    if (differing != 0) {
+        addDetail(row, fmt::format("{} of {} the same, the rest only the application can compare",
+                                   files - std::min(files, differing), countText(files, "file")));
+    }
+}
+
+class Comparer {
+ public:
+    Comparer(const Expectation& expected, const ComparedState& after, const std::vector<VXClone>& unread)
+        : expected_(expected), after_(after), unread_(unread) {}
+
+    void compare(Row& row) {
+        const ComparedState wanted = partOf(expected_.package, row);
+        const ComparedState found = partOf(after_, row);
+        if (!isToBeRead(row) || (isEmpty(wanted) && row.verdict != Verdict::Done)) {
+            return;
+        }
+        const bool unread = std::find(unread_.begin(), unread_.end(), row.category) != unread_.end();
+        if (unread || isEmpty(wanted) || (isEmpty(found) && row.verdict == Verdict::NotReported)) {
+            row.readBack = ReadBack::Unknown;
+            result_.complete = result_.complete && !unread;
+            if (unread) {
+                addDetail(row, "it could not be saved again");
+            }
+            return;
+        }
+        compareParts(row, wanted, found);
+    }
+
+    /// What services put into the package under names that nobody knows.
+    void compareTheRest(const std::vector<Row>& rows) {
+        const auto unknown = [&rows](const PackageEntry& entry) {
+            return categoryOfPath(entry.path) == "other" &&
+                   std::none_of(rows.begin(), rows.end(),
+                                [&entry](const Row& row) { return isOfApplication(entry.path, row); });
+        };
+        ComparedState wanted;
+        ComparedState found;
+        std::copy_if(expected_.package.entries.begin(), expected_.package.entries.end(),
+                     std::back_inserter(wanted.entries), unknown);
+        std::copy_if(after_.entries.begin(), after_.entries.end(), std::back_inserter(found.entries),
+                     unknown);
+        if (const auto differences = differencesOf(wanted, found); !differences.empty()) {
+            result_.sentences.push_back(
+                fmt::format("Not the same bytes as in the package, which need not mean a difference: {}.",
+                            namesOf(differences)));
+        }
+    }
+
+    Comparison result() && { return std::move(result_); }
+
+ private:
+    void compareParts(Row& row, const ComparedState& wanted, const ComparedState& found) {
+        std::vector<Difference> differences = differencesOf(wanted, found);
+        if (row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
+            compareApplication(row, wanted.entries.size(), differences.size());
+            return;
+        }
+        const std::size_t beside = staysBeside(row) ? removeAdded(differences) : 0;
+        if (row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA && beside != 0) {
+            addDetail(row, countText(beside, "file") + " beside the package's stay");
+        }
+        if (differences.empty()) {
+            row.readBack = ReadBack::Same;
+            return;
+        }
+        const bool asBefore =
+            expected_.before && differencesOf(partOf(*expected_.before, row), found).empty();
+        sayDifferent(row, differences, asBefore);
+        result_.differences.insert(result_.differences.end(), differences.begin(), differences.end());
+    }
+
+    const Expectation& expected_;
+    const ComparedState& after_;
+    const std::vector<VXClone>& unread_;
+    Comparison result_;
+};
+
+/// The state that a new backup shows, and the categories that it lacks.
+struct SecondLook {
+    ComparedState state;
+    std::vector<VXClone> unread;
+};
+
+Result<SecondLook> lookAgain(const CloneContext& context, const Tree& root) {
+    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
+        return tl::make_unexpected(reset.error());
+    }
+    const auto results =
+        runAndFollow(context, Direction::Backup, allCategories(), [&] { return context.engine.backUp(); });
+    if (!results) {
+        return tl::make_unexpected(results.error());
+    }
+    SecondLook look;
+    std::vector<Row> rows = saveLogos(root, context.stop);
+    for (const Outcome& outcome : results->outcomes()) {
+        rows.push_back(rowOf(outcome, Direction::Backup));
+    }
+    for (const Row& row : rows) {
+        if (row.verdict == Verdict::Failed) {
+            look.unread.push_back(row.category);
+        }
+    }
+    auto state = stateOfPackage(root);
+    if (!state) {
+        return tl::make_unexpected(state.error());
+    }
+    look.state = std::move(*state);
+    return look;
+}
+
+}  // namespace
+
+Comparison compareRows(const Expectation& expected, const ComparedState& after,
+                       const std::vector<VXClone>& unread, std::vector<Row>& rows) {
+    Comparer comparer(expected, after, unread);
+    for (Row& row : rows) {
+        comparer.compare(row);
+    }
+    if (expected.everything) {
+        comparer.compareTheRest(rows);
+    }
+    return std::move(comparer).result();
+}
+
+Comparison readBack(const CloneContext& context, const StagedPackage& package, const Expectation& expected,
+                    std::vector<Row>& rows) {
+    context.view.notice("Reading the television back.");
+    QuietView quiet(context.view);
+    const CloneContext inner{context.engine, quiet, context.stop, context.cloneRoot, context.disk};
+    const auto reported = store::readString(kResultKey);
+    const auto look = lookAgain(inner, package.tree());
+    if (reported) {
+        store::writeString(kResultKey, *reported);
+    }
+    if (!look) {
+        return {{}, {"The television could not be read back: " + look.error().sentence + "."}, false};
+    }
+    return compareRows(expected, look->state, look->unread, rows);
+}
+
+}  // namespace vxclone

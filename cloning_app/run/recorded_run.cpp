@@ -1,0 +1,71 @@
+#include "cloning_app/run/recorded_run.h"
+
+#include <fmt/format.h>
+
+#include <system_error>
+
+#include "cloning_app/package/safety_store.h"
+#include "cloning_app/run/status.h"
+
+namespace vxclone {
+
+namespace {
+
+std::string absolutePath(const std::filesystem::path& path) {
+    std::error_code none;
+    return path.empty() ? std::string() : std::filesystem::absolute(path, none).lexically_normal().string();
+}
+
+/// Says which run is in the way.
+Error withTheOther(Error error, const std::filesystem::path& folder) {
+    const auto last = readLastRun(folder);
+    if (error.code == ErrorCode::TelevisionBusy && last && *last && (*last)->goingOn) {
+        error.sentence = fmt::format(
+            "another vxclone works on this television ({}, phase {}); wait for its end (vxclone status "
+            "--follow)",
+            describe((*last)->record), nameOf((*last)->record.phase));
+    }
+    return error;
+}
+
+void nameTheDead(ProgressView& view, const RunRecord& record) {
+    view.notice(fmt::format("The {} broke off in phase {}: {}.", describe(record), nameOf(record.phase),
+                            consequenceOf(record.phase)));
+}
+
+}  // namespace
+
+Result<Report> recordedRun(const CloneContext& context, RunKind kind, const std::filesystem::path& package,
+                           const std::function<Result<Report>(RunRecorder& recorder)>& run) {
+    const auto folder = recordFolderOf(context.cloneRoot);
+    const RunPhase first = kind == RunKind::Backup ? RunPhase::Saving : RunPhase::Staging;
+    auto recorder = RunRecorder::begin(folder, {kind, first, absolutePath(package), "", secondsNow()});
+    if (!recorder) {
+        return tl::make_unexpected(withTheOther(recorder.error(), folder));
+    }
+    if (recorder->previous() && recorder->previous()->phase != RunPhase::Done) {
+        nameTheDead(context.view, *recorder->previous());
+    }
+    removeLeftovers(folder);
+    auto report = run(*recorder);
+    const int status = report ? report->exitStatus : exitStatusOf(report.error().code);
+    const auto ended = recorder->end(status, report ? report->rows : std::vector<Row>());
+    if (!ended) {
+        context.view.notice("The end of this run is not recorded: " + ended.error().sentence + ".");
+    }
+    return report;
+}
+
+Result<Report> unrecordedRun(const CloneContext& context, const std::function<Result<Report>()>& run) {
+    const auto folder = recordFolderOf(context.cloneRoot);
+    const auto last = readLastRun(folder);
+    if (last && *last && (*last)->unfinished()) {
+        nameTheDead(context.view, (*last)->record);
+    }
+    if (last && *last && (*last)->goingOn) {
+        return tl::make_unexpected(withTheOther(Error{ErrorCode::TelevisionBusy, {}}, folder));
+    }
+    return run().map_error([&folder](const Error& error) { return withTheOther(error, folder); });
+}
+
+}  // namespace vxclone

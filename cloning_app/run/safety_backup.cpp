@@ -1,0 +1,146 @@
+#include "cloning_app/run/safety_backup.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+
+#include "cloning_app/package/safety_store.h"
+#include "cloning_app/run/compared_state.h"
+#include "cloning_app/run/follower.h"
+#include "cloning_app/run/package_completion.h"
+#include "cloning_app/run/quiet_view.h"
+#include "cloning_app/run/run_parts.h"
+#include "common/terminal_table.h"
+#include "platform/vx_paths.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr const char* kHowToGoOn =
+    "; the restore did not begin and nothing was changed (to go on without a safety backup: --no-safety)";
+
+/// Takes away what is left when the safety backup did not come to its end.
+class Leftovers {
+ public:
+    explicit Leftovers(std::filesystem::path folder) : folder_(std::move(folder)) {}
+    Leftovers(const Leftovers&) = delete;
+    Leftovers& operator=(const Leftovers&) = delete;
+    ~Leftovers() { removeLeftovers(folder_); }
+
+ private:
+    std::filesystem::path folder_;
+};
+
+bool isStop(ErrorCode code) {
+    return code == ErrorCode::Interrupted || code == ErrorCode::Terminated || code == ErrorCode::HungUp;
+}
+
+Error withTheWayOn(Error error) {
+    if (!isStop(error.code)) {
+        error.sentence = "the safety backup failed: " + error.sentence + kHowToGoOn;
+    }
+    return error;
+}
+
+/// The failed categories that the restore would change.
+std::vector<Row> failedAndChosen(const std::vector<Row>& rows, const std::vector<VXClone>& list) {
+    std::vector<Row> failed;
+    std::copy_if(rows.begin(), rows.end(), std::back_inserter(failed), [&list](const Row& row) {
+        return isFailure(row.verdict) && std::find(list.begin(), list.end(), row.category) != list.end();
+    });
+    return failed;
+}
+
+/// The backup in the clone folder, made a package. Result: what it holds.
+Result<ComparedState> backUpIntoRoot(const CloneContext& context, const Tree& root,
+                                     const std::vector<VXClone>& list, Means means) {
+    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
+        return tl::make_unexpected(reset.error());
+    }
+    const auto results =
+        runAndFollow(context, Direction::Backup, allCategories(), [&] { return context.engine.backUp(); });
+    if (!results) {
+        return tl::make_unexpected(results.error());
+    }
+    if (context.stop.raised()) {
+        return tl::make_unexpected(stopError(context.stop.signal()));
+    }
+    const auto report = completePackage(context, root, *results, std::move(means));
+    if (!report) {
+        return tl::make_unexpected(report.error());
+    }
+    if (const auto failed = failedAndChosen(report->rows, list); !failed.empty()) {
+        return failure(ErrorCode::SafetyIncomplete, "it lacks " + failedNames(failed));
+    }
+    return stateOfPackage(root);
+}
+
+Result<ComparedState> makeSafety(const CloneContext& context, const StagedPackage& package,
+                                 const std::vector<VXClone>& list) {
+    const auto folder = recordFolderOf(context.cloneRoot);
+    const Leftovers leftovers(folder);
+    const auto store = SafetyStore::open(folder);
+    if (!store) {
+        return tl::make_unexpected(store.error());
+    }
+    auto means = readyToSeal(context.engine, ("before " + package.origin()).substr(0, kLongestPackageName));
+    if (!means) {
+        return tl::make_unexpected(means.error());
+    }
+    if (const auto aside = store->setAside(package.tree()); !aside) {
+        return tl::make_unexpected(aside.error());
+    }
+    auto state = backUpIntoRoot(context, package.tree(), list, *std::move(means));
+    if (!state) {
+        return state;
+    }
+    if (const auto kept = store->keep(package.tree()); !kept) {
+        return tl::make_unexpected(kept.error());
+    }
+    if (const auto back = store->bringBack(package.tree()); !back) {
+        return tl::make_unexpected(back.error());
+    }
+    return state;
+}
+
+bool isThere(const CloneContext& context) {
+    const auto store = SafetyStore::open(recordFolderOf(context.cloneRoot));
+    const auto safety = store ? store->openSafety() : Result<Descriptor>(Descriptor());
+    return safety && safety->valid();
+}
+
+}  // namespace
+
+TreeSize safetyReserve() {
+    TreeSize reserve;
+    for (const auto folder : {vx_get_homemenu_path, vx_get_bootlogo_path, vx_get_mbrlogo_path}) {
+        const std::string path = folder();
+        const Descriptor opened(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (opened.valid()) {
+            const auto size = measureTree({opened.get(), path, Place::Television}, TreeLimits{});
+            const TreeSize found = size.value_or(TreeSize{});
+            reserve.entries += found.entries;
+            reserve.bytes += found.bytes;
+        }
+    }
+    return reserve;
+}
+
+Result<std::optional<ComparedState>> keepSafety(const CloneContext& context, const StagedPackage& package,
+                                                const std::vector<VXClone>& list, const RunRecord& record) {
+    if (record.halfChanged && isThere(context)) {
+        context.view.notice("The safety backup from before the run that broke off is kept.");
+        return std::optional<ComparedState>();
+    }
+    context.view.notice("Keeping a safety backup of this television.");
+    QuietView quiet(context.view);
+    const CloneContext inner{context.engine, quiet, context.stop, context.cloneRoot, context.disk};
+    auto state = makeSafety(inner, package, list);
+    if (!state) {
+        return tl::make_unexpected(withTheWayOn(state.error()));
+    }
+    return std::optional(std::move(*state));
+}
+
+}  // namespace vxclone

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+
+#include "cloning_app/run/comparison.h"
+#include "cloning_app/run/run_record.h"
+#include "cloning_app/run/staged_package.h"
+
+namespace vxclone {
+
+/// How much of the disk a safety backup needs, as far as that can be told before it is made: the files of the
+/// television that travel as they are.
+TreeSize safetyReserve();
+
+/// Backs the television up before the categories of `list` are loaded, and keeps the package beside the clone
+/// folder in place of the one before; the staged package is where it was afterwards. While the record says
+/// that the television is half changed, the safety backup that is there is kept instead: only that one knows
+/// how it was. Result: what the television holds; none where no backup was made. Errors: the safety backup
+/// before is there, the staged package is not; the sentence says how to go on.
+Result<std::optional<ComparedState>> keepSafety(const CloneContext& context, const StagedPackage& package,
+                                                const std::vector<VXClone>& list, const RunRecord& record);
+
+}  // namespace vxclone

@@ -1,0 +1,333 @@
+// What surrounds the load of a package: record, safety backup, read-back, undo, kept identity, dry run.
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+
+#include "cloning_app/run/run_record.h"
+#include "cloning_app/run/setting_kinds.h"
+#include "tests/unit/cloning_app/own_mounts.h"
+#include "tests/unit/cloning_app/run_test.h"
+#include "tests/unit/cloning_app/sealed_package.h"
+
+namespace vxclone {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr const char* kPin = "db/vxhotel/securitymode/changepin";
+constexpr const char* kVolume = "volume";
+
+/// A television that holds a volume and a PIN, and a package with others.
+class RunsTest : public RunTest {
+ protected:
+    RunsTest() {
+        set(kVolume, 20);
+        set(kPin, std::string("1111"));
+        engine_.save = [this] {
+            for (const auto& entry : std::filesystem::directory_iterator(root_)) {
+                std::filesystem::remove_all(entry);
+            }
+            writeSettings(root_, volume(), pin());
+            FakeEngine::report("VXCLONE_AV_SETTINGS-SUCCESS\n", 0);
+        };
+        engine_.work = [this] {
+            loaded_ = contentOf(root_);
+            const std::string text = readFile(root_ / "vconf/Vconf.json");
+            set(kVolume, text.find(":12}") != std::string::npos ? 12 : 20);
+            set(kPin, std::string(text.find("2222") != std::string::npos ? "2222" : "1111"));
+            FakeEngine::report("VXCLONE_AV_SETTINGS-SUCCESS\n", 100);
+        };
+        writeSettings(package_, 12, "2222");
+        sealFolder(package_);
+    }
+
+    static void set(const std::string& key, FakeSettingsStore::Value value) {
+        FakeSettingsStore::instance().set(key, std::move(value));
+    }
+    static int volume() { return std::get<int>(*FakeSettingsStore::instance().get(kVolume)); }
+    static std::string pin() { return std::get<std::string>(*FakeSettingsStore::instance().get(kPin)); }
+    static void writeSettings(const std::filesystem::path& package, int volume, const std::string& pin) {
+        writeFile(package / "vconf/Vconf.json", std::string(R"({")") + kPin + R"(":{"string":")" + pin +
+                                                    R"("},"volume":{"int":)" + std::to_string(volume) + "}}");
+    }
+
+    Result<Report> restore(RestoreOptions options = {allCategories(), false, true}) {
+        return runRestore(context(), package_, options);
+    }
+
+    std::filesystem::path data() const { return recordFolderOf(root_); }
+    LastRun lastRun() const { return readLastRun(data()).value().value(); }
+    bool hasSafety() const { return std::filesystem::exists(data() / "Safety/manifest.json"); }
+
+    /// What a run leaves that dies while the library loads.
+    void dieWhileRestoring() {
+        auto recorder =
+            RunRecorder::begin(data(), {RunKind::Restore, RunPhase::Staging, "/media/usb/old", "", 1});
+        ASSERT_TRUE(recorder);
+        ASSERT_TRUE(recorder->enter(RunPhase::Restoring));
+    }
+
+    std::map<std::string, std::string> loaded_;
+};
+
+TEST_F(RunsTest, restoreKeepsASafetyBackupLoadsReadsBackAndIsRecorded) {
+    const auto report = restore();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_EQ(volume(), 12);
+    EXPECT_EQ(engine_.backups, 2);
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VCONF_DATA)), "done, read back: same: applied, 2 settings");
+    EXPECT_THAT(report->closing, Contains("To go back: vxclone undo."));
+    EXPECT_TRUE(hasSafety());
+    EXPECT_THAT(readFile(data() / "Safety/vconf/Vconf.json"), HasSubstr("{\"int\":20}"));
+    EXPECT_EQ(loaded_, contentOf(package_));
+    EXPECT_TRUE(std::filesystem::is_empty(root_));
+    EXPECT_EQ(lastRun().record.phase, RunPhase::Done);
+    EXPECT_EQ(lastRun().record.exitStatus, 0);
+    EXPECT_EQ(lastRun().record.digest, report->digest);
+    EXPECT_FALSE(lastRun().record.halfChanged);
+}
+
+TEST_F(RunsTest, resultListAfterTheReadBackIsThatOfTheRestore) {
+    engine_.work = [] { FakeEngine::report("VXCLONE_VXTV_TIMER_DATA-FAIL\n", 100); };
+    ASSERT_TRUE(restore());
+    EXPECT_EQ(std::get<std::string>(*FakeSettingsStore::instance().get(kResultKey)),
+              "VXCLONE_VXTV_TIMER_DATA-FAIL\n");
+}
+
+TEST_F(RunsTest, undoGoesBackAndCanBeDoneAgain) {
+    ASSERT_TRUE(restore());
+    for (int count = 0; count < 2; ++count) {
+        set(kVolume, 12);
+        const auto undone = runUndo(context(), true);
+        ASSERT_TRUE(undone) << undone.error().sentence;
+        EXPECT_EQ(undone->exitStatus, 0);
+        EXPECT_EQ(volume(), 20);
+        EXPECT_EQ(pin(), "1111");
+        EXPECT_THAT(undone->closing, Contains(HasSubstr("before " + package_.string())));
+    }
+    EXPECT_TRUE(hasSafety());
+    EXPECT_EQ(lastRun().record.kind, RunKind::Undo);
+}
+
+TEST_F(RunsTest, undoWithoutASafetyBackupSaysSoAndTouchesNothing) {
+    const auto undone = runUndo(context(), true);
+    ASSERT_FALSE(undone);
+    EXPECT_EQ(undone.error().code, ErrorCode::NoSafetyBackup);
+    EXPECT_EQ(engine_.runs, 0);
+}
+
+TEST_F(RunsTest, undoOfAnAlteredSafetyBackupIsRefused) {
+    ASSERT_TRUE(restore());
+    writeSettings(data() / "Safety", 99, "1111");
+    const auto undone = runUndo(context(), true);
+    ASSERT_FALSE(undone);
+    EXPECT_EQ(undone.error().code, ErrorCode::Altered);
+    EXPECT_EQ(volume(), 12);
+}
+
+TEST_F(RunsTest, undoTakesABootLogoAwayThatTheTelevisionDidNotHave) {
+    FakePaths::instance().bootLogo = folder_ / "boot";
+    ASSERT_TRUE(restore());
+    writeFile(folder_ / "boot/logo.png", "new");
+    engine_.work = [this] {
+        std::filesystem::remove_all(folder_ / "boot");
+        set(kVolume, 20);
+        set(kPin, std::string("1111"));
+        FakeEngine::report("VXCLONE_HOSPITALITY_LOGO-FAIL\n", 100);
+    };
+    const auto undone = runUndo(context(), true);
+    ASSERT_TRUE(undone) << undone.error().sentence;
+    EXPECT_THAT(engine_.list, Contains(VXCLONE_HOSPITALITY_LOGO));
+    EXPECT_THAT(textOf(rowFor(*undone, VXCLONE_HOSPITALITY_LOGO)), HasSubstr("taken away"));
+    EXPECT_EQ(undone->exitStatus, 0);
+}
+
+TEST_F(RunsTest, withoutSafetyNoneIsMade) {
+    RestoreOptions options{allCategories(), false, true};
+    options.safety = false;
+    ASSERT_TRUE(restore(options));
+    EXPECT_EQ(engine_.backups, 1);
+    EXPECT_FALSE(hasSafety());
+}
+
+TEST_F(RunsTest, safetyBackupThatFailsKeepsTheRestoreFromBeginning) {
+    ASSERT_TRUE(restore());
+    const auto safety = contentOf(data() / "Safety");
+    engine_.runs = 0;
+    engine_.save = [this] { writeFile(root_ / "vconf/Vconf.json", ""); };
+    const auto report = restore();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::SettingsNotSaved);
+    EXPECT_THAT(report.error().sentence, HasSubstr("--no-safety"));
+    EXPECT_EQ(engine_.runs, 0);
+    EXPECT_EQ(contentOf(data() / "Safety"), safety);
+    EXPECT_TRUE(std::filesystem::is_empty(root_));
+    EXPECT_FALSE(std::filesystem::exists(data() / "Clone.aside"));
+}
+
+TEST_F(RunsTest, safetyBackupThatLacksAChosenCategoryKeepsTheRestoreFromBeginning) {
+    const auto save = engine_.save;
+    engine_.save = [save] {
+        save();
+        FakeEngine::report("VXCLONE_VXTV_TIMER_DATA-FAIL\n", 0);
+    };
+    const auto report = restore();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::SafetyIncomplete);
+    EXPECT_THAT(report.error().sentence, HasSubstr("lacks timers"));
+    EXPECT_TRUE(restore({{VXCLONE_AV_SETTINGS}}));
+}
+
+TEST_F(RunsTest, televisionWithoutRoomForTheSafetyBackupIsToldBeforeAnythingIsMade) {
+    const bool allowed = withOwnMounts([this] {
+        std::filesystem::create_directories(data());
+        ASSERT_EQ(mount("tmpfs", data().c_str(), "tmpfs", 0, "size=256k"), 0);
+        FakePaths::instance().homeMenu = folder_ / "menu";
+        writeFile(folder_ / "menu/film", std::string(300'000, 'f'));
+        const auto report = restore();
+        ASSERT_FALSE(report);
+        EXPECT_EQ(report.error().code, ErrorCode::TelevisionFull);
+        EXPECT_THAT(report.error().sentence, HasSubstr("--no-safety"));
+        EXPECT_EQ(engine_.runs + engine_.backups, 0);
+        RestoreOptions options{allCategories(), false, true};
+        options.safety = false;
+        EXPECT_TRUE(restore(options));
+    });
+    if (!allowed) {
+        GTEST_SKIP() << "mounting is not allowed here";
+    }
+}
+
+TEST_F(RunsTest, stopDuringTheSafetyBackupEndsBeforeTheTelevisionIsTouched) {
+    const auto save = engine_.save;
+    engine_.save = [this, save] {
+        save();
+        stop_.raise(SIGINT);
+    };
+    const auto report = restore();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::Interrupted);
+    EXPECT_EQ(engine_.runs, 0);
+    EXPECT_FALSE(hasSafety());
+    EXPECT_TRUE(std::filesystem::is_empty(root_));
+}
+
+TEST_F(RunsTest, restoreThatChangesNothingThoughReportedIsNotApplied) {
+    writeFile(package_ / "picture-and-sound.backup", "new");
+    sealFolder(package_);
+    const auto save = engine_.save;
+    engine_.save = [this, save] {
+        save();
+        writeFile(root_ / "picture-and-sound.backup", "old");
+    };
+    const auto report = restore();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_EQ(rowFor(*report, VXCLONE_AV_SETTINGS).verdict, Verdict::NotApplied);
+    EXPECT_THAT(report->closing, Contains(HasSubstr("not all of it (failed or different: av)")));
+    ASSERT_EQ(report->differences.list.size(), 1U);
+}
+
+TEST_F(RunsTest, televisionThatCannotBeReadBackIsNoSuccess) {
+    RestoreOptions options{allCategories(), false, true};
+    options.safety = false;
+    engine_.save = [this] { writeFile(root_ / "vconf/Vconf.json", ""); };
+    const auto report = restore(options);
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_THAT(report->closing, Contains(HasSubstr("could not be read back")));
+}
+
+TEST_F(RunsTest, keptIdentityIsTheTelevisionsOwnAfterwards) {
+    RestoreOptions options{allCategories(), false, true};
+    options.keepIdentity = true;
+    const auto report = restore(options);
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(pin(), "1111");
+    EXPECT_EQ(volume(), 12);
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "applied, 1 setting; kept, 1 setting");
+}
+
+TEST_F(RunsTest, identityThatCannotBeWrittenBackFailsTheSettings) {
+    RestoreOptions options{allCategories(), false, true};
+    options.keepIdentity = true;
+    FakeSettingsStore::instance().refuseWriting(kPin);
+    const auto report = restore(options);
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_THAT(rowFor(*report, VXCLONE_VCONF_DATA).detail, HasSubstr(std::string("not kept: ") + kPin));
+}
+
+TEST_F(RunsTest, dryRunTellsTheDifferencesAndLeavesNothing) {
+    RestoreOptions options{allCategories(), false, true};
+    options.dryRun = true;
+    const auto report = restore(options);
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VCONF_DATA)), "would be loaded: changes 2 settings");
+    EXPECT_EQ(rowFor(*report, VXCLONE_VXHOTEL_AMBIENT_APP_DATA).verdict, Verdict::NotPossible);
+    EXPECT_EQ(report->differences.list.size(), 2U);
+    EXPECT_EQ(engine_.runs + engine_.backups, 0);
+    EXPECT_TRUE(std::filesystem::is_empty(root_));
+    EXPECT_FALSE(std::filesystem::exists(data() / "run.json"));
+    options.keepIdentity = true;
+    EXPECT_EQ(rowFor(*restore(options), VXCLONE_VCONF_DATA).detail, "changes 1 setting; keeps 1 setting");
+}
+
+TEST_F(RunsTest, partThatNeedsAnotherIsSaid) {
+    ASSERT_TRUE(restore({{VXCLONE_NTP_SETTINGS_DATA}}));
+    EXPECT_THAT(view_.notices, Contains(HasSubstr("network-time without settings-keys")));
+    view_.notices.clear();
+    ASSERT_TRUE(restore());
+    EXPECT_THAT(view_.notices, Not(Contains(HasSubstr(" without "))));
+}
+
+TEST_F(RunsTest, runThatDiedIsNamedAndDoesNotBlock) {
+    dieWhileRestoring();
+    ASSERT_TRUE(runBackup(context(), folder_ / "stick/new"));
+    EXPECT_THAT(view_.notices, Contains(testing::AllOf(HasSubstr("/media/usb/old"), HasSubstr("vxclone undo"),
+                                                       HasSubstr("restoring"))));
+    EXPECT_TRUE(lastRun().record.halfChanged);
+}
+
+TEST_F(RunsTest, safetyBackupFromBeforeARunThatDiedIsKept) {
+    ASSERT_TRUE(restore());
+    const auto safety = contentOf(data() / "Safety");
+    dieWhileRestoring();
+    set(kVolume, 5);
+    ASSERT_TRUE(restore());
+    EXPECT_EQ(contentOf(data() / "Safety"), safety);
+    EXPECT_FALSE(lastRun().record.halfChanged);
+    set(kVolume, 7);
+    ASSERT_TRUE(restore());
+    EXPECT_NE(contentOf(data() / "Safety"), safety);
+}
+
+TEST_F(RunsTest, libraryThatBreaksOffLeavesTheTelevisionHalfChanged) {
+    RestoreOptions options{allCategories(), false, true};
+    options.safety = false;
+    engine_.end = failure(ErrorCode::Internal, "broke off");
+    ASSERT_FALSE(restore(options));
+    EXPECT_TRUE(lastRun().record.halfChanged);
+    EXPECT_EQ(lastRun().record.exitStatus, 10);
+}
+
+TEST_F(RunsTest, secondRunIsRefusedAndToldWhatIsGoingOn) {
+    auto other = RunRecorder::begin(data(), {RunKind::Restore, RunPhase::Staging, "/media/usb/other", "", 1});
+    ASSERT_TRUE(other);
+    for (const auto& report : {restore(), runBackup(context(), folder_ / "stick/new"),
+                               runUndo(context(), true), runVerify(context(), package_)}) {
+        ASSERT_FALSE(report);
+        EXPECT_EQ(report.error().code, ErrorCode::TelevisionBusy);
+        EXPECT_THAT(report.error().sentence, HasSubstr("restore from /media/usb/other"));
+    }
+    EXPECT_EQ(engine_.runs + engine_.backups, 0);
+}
+
+}  // namespace
+}  // namespace vxclone
