@@ -7,7 +7,7 @@ namespace vxpages {
 
 namespace {
 
-/// Text within single quotes, in a specification where brackets and colons have a meaning.
+/// Text within single quotes, in an argument description, where brackets and colons have a meaning.
 std::string quoted(const std::string& text) {
     std::string result;
     for (const char character : text) {

@@ -1,0 +1,20 @@
+// The library's client and an application that answers, in processes of their own over a real bus.
+
+#include "tests/integration/clone_fixture.h"
+
+namespace vxtest {
+namespace {
+
+TEST_F(CloneTest, manyExchangesInARowCostNoDescriptorNoThreadAndNoMemory) {
+    const Finished finished =
+        run(inTelevision(first, {(toolFolder() / "vx-exchange-client").string(),
+                                 (toolFolder() / "vx-answering-application").string(), "2000"}));
+    ASSERT_EQ(finished.status, 0) << finished.errors;
+    const std::string good = "2000 good, +0 descriptors, +0 threads, ";
+    const std::size_t begin = finished.output.find(good);
+    ASSERT_NE(begin, std::string::npos) << finished.output;
+    EXPECT_LE(std::stol(finished.output.substr(begin + good.size())), 64);
+}
+
+}  // namespace
+}  // namespace vxtest
