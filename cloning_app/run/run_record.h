@@ -87,7 +87,7 @@ class RunRecorder {
 /// The last run as another process sees it.
 struct LastRun {
     RunRecord record;
-    bool goingOn;  ///< its process is alive and at work
+    bool goingOn = false;  ///< its process is alive and at work
 
     /// Whether it died before its end.
     bool unfinished() const { return !goingOn && record.phase != RunPhase::Done; }
