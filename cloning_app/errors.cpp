@@ -36,6 +36,14 @@ constexpr std::array kWriteFacts = {
     WriteFact{Place::Television, 0, ErrorCode::TelevisionIo},
 };
 
+/// How a stick answers that was pulled out, or is dying.
+constexpr std::array kStickGone = {EIO, ENODEV, ENXIO, ENOMEDIUM, ESTALE};
+
+ErrorCode stickUnread(int errorNumber) {
+    const bool gone = std::find(kStickGone.begin(), kStickGone.end(), errorNumber) != kStickGone.end();
+    return gone ? ErrorCode::StickIo : ErrorCode::Unreadable;
+}
+
 std::string sentenceFor(std::string_view verb, std::string_view path, int errorNumber,
                         std::string_view nextStep) {
     return "cannot " + std::string(verb) + " " + vxcommon::printable(path) + ": " +
@@ -45,7 +53,7 @@ std::string sentenceFor(std::string_view verb, std::string_view path, int errorN
 }  // namespace
 
 Error readError(Place place, std::string_view path, int errorNumber) {
-    const ErrorCode code = place == Place::Stick ? ErrorCode::Unreadable : ErrorCode::TelevisionIo;
+    const ErrorCode code = place == Place::Stick ? stickUnread(errorNumber) : ErrorCode::TelevisionIo;
     return {code, sentenceFor("read", path, errorNumber, factOf(code).nextStep)};
 }
 

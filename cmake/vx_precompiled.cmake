@@ -25,7 +25,34 @@ vx_precompile(TARGETS vxclone-app HEADERS <nlohmann/json.hpp> <fmt/format.h>)
 vx_precompile(
   TARGETS vx-clone-tests
   HEADERS <boost/filesystem.hpp> <gmock/gmock.h> <gtest/gtest.h> <json/json.h>)
-vx_precompile(
-  TARGETS vxtv-unit-tests vxtv-application-unit-tests vxtv-show-tests vxclone-unit-tests vx-clone-integration-tests
-  vx-session-tests vx-application-tests vx-contract-scripted-tests vx-contract-virtual-tests
-  HEADERS <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp>)
+
+# The tests have the same large headers, and read them once for all.
+function(vx_precompile_together name)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "TARGETS;HEADERS;LIBRARIES")
+  if(VX_PRECOMPILE)
+    set(source ${PROJECT_BINARY_DIR}/${name}.cpp)
+    file(GENERATE OUTPUT ${source} CONTENT "")
+    add_library(${name} OBJECT ${source})
+    # As executables are compiled, which those that use it are.
+    set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE OFF)
+    target_compile_options(${name} PRIVATE -fPIE)
+    target_link_libraries(${name} PRIVATE vx_modern ${arg_LIBRARIES})
+    target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
+    foreach(target ${arg_TARGETS})
+      if(TARGET ${target})
+        target_precompile_headers(${target} REUSE_FROM ${name})
+      endif()
+    endforeach()
+  endif()
+endfunction()
+
+if(BUILD_TESTING AND TARGET vxtv-unit-tests)
+  find_package(GTest REQUIRED)
+  find_package(nlohmann_json REQUIRED)
+  vx_precompile_together(vx-test-headers
+    HEADERS <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp>
+    LIBRARIES GTest::gmock nlohmann_json::nlohmann_json
+    TARGETS vxtv-unit-tests vxtv-application-unit-tests vxtv-show-tests vxclone-unit-tests vx-clone-integration-tests
+      vx-session-tests vx-application-tests vx-contract-scripted-tests vx-contract-virtual-tests vx-hostile-tests
+      vx-sweep-calls vx-sweep-storage vx-sweep-system)
+endif()

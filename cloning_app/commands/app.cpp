@@ -4,17 +4,47 @@
 #include <string_view>
 
 #include "cloning_app/error_catalogue.h"
+#include "cloning_app/run/category.h"
 #include "cloning_app/version.h"
 
 namespace vxclone {
 
 namespace {
 
+constexpr std::size_t kHelpWidth = 80;
+constexpr std::size_t kOptionWidth = 22;
+
+/// Says of an option what follows it, and no more: what is required stands in the usage line.
+class HelpFormatter : public CLI::Formatter {
+ public:
+    HelpFormatter() { column_width(kOptionWidth); }
+
+    std::string make_option_opts(const CLI::Option* option) const override {
+        const bool named = !option->get_positional() && option->get_type_size() != 0;
+        return named ? " " + option->get_type_name() : "";
+    }
+};
+
+/// What `--only` and `--except` take.
+std::string categoryNames() {
+    std::string text = "\nCategories:\n";
+    std::string line = " ";
+    for (const Category& category : categories()) {
+        if (line.size() + 1 + category.name.size() > kHelpWidth) {
+            text += line + "\n";
+            line = " ";
+        }
+        line += " " + std::string(category.name);
+    }
+    return text + line + "\n";
+}
+
 /// A verb, and what its help shows as examples: a command and what it does, a line each.
 struct Verb {
     void (*add)(CLI::App& app, Action& chosen);
     std::string_view name;
     std::string_view examples;
+    std::string (*rest)() = nullptr;  ///< what stands below the examples
 };
 
 // In the order of the help.
@@ -22,36 +52,36 @@ constexpr Verb kVerbs[] = {
     {addBackupCommand, "backup",
      "  vxclone backup /media/usb/clone           save this television onto the stick\n"
      "  vxclone backup /media/usb/clone --name \"Lobby, spring\"\n"
-     "                                            the same, with a name that list and inspect show\n"
+     "                                            the same, with a name to know it by\n"
      "  vxclone backup /media/usb/clone --json    the same, for a program\n"},
     {addRestoreCommand, "restore",
-     "  vxclone restore /media/usb/clone          load the package into this television\n"
+     "  vxclone restore /media/usb/clone          load the package into this one\n"
      "  vxclone restore /media/usb/clone --only channels,settings-keys\n"
-     "                                            load these two categories, leave the rest\n"
+     "                                            load these two, leave the rest\n"
      "  vxclone restore /media/usb/clone --dry-run\n"
      "                                            what would be changed? nothing is\n"
      "  vxclone restore /media/usb/clone --keep-identity\n"
-     "                                            leave addresses and the PIN as they are here\n"},
-    {addUndoCommand, "undo",
-     "  vxclone undo                              go back to how it was before the restore\n"},
+     "                                            leave addresses and the PIN alone\n",
+     categoryNames},
+    {addUndoCommand, "undo", "  vxclone undo                              go back to before the restore\n"},
     {addVerifyCommand, "verify",
      "  vxclone verify /media/usb/clone           does it fit, and is it unaltered?\n"},
     {addInspectCommand, "inspect",
-     "  vxclone inspect /media/usb/clone          whose package is it, and what is in it?\n"
-     "  vxclone inspect /media/usb/clone --files  the same, with the name of every file\n"},
+     "  vxclone inspect /media/usb/clone          whose is it, and what is in it?\n"
+     "  vxclone inspect /media/usb/clone --files  the same, with every file\n"},
     {addDiffCommand, "diff",
      "  vxclone diff /media/usb/clone             what would a restore change here?\n"
      "  vxclone diff /media/usb/old /media/usb/new\n"
      "                                            what sets two packages apart?\n"},
     {addListCommand, "list",
-     "  vxclone list                              which packages are on the sticks, and which fit?\n"
+     "  vxclone list                              which packages are there? which fit?\n"
      "  vxclone list /media/usb                   the same of one stick\n"},
     {addStatusCommand, "status",
      "  vxclone status                            what became of the last run\n"
      "  vxclone status --follow                   watch the run that is going on\n"},
     {addSupportBundleCommand, "support-bundle",
      "  vxclone support-bundle /media/usb/support.tar\n"
-     "                                            what a support engineer needs, without secrets\n"},
+     "                                            what support needs, no secrets\n"},
 };
 
 std::string footer() {
@@ -68,17 +98,32 @@ std::string footer() {
     return text + "\nEach command explains itself: vxclone COMMAND --help";
 }
 
+/// A wrong command line, in one sentence.
+std::string sentenceOf(const CLI::App* app, const CLI::Error& error) {
+    std::string what = error.what();
+    if (what.rfind("The ", 0) == 0) {
+        what.front() = 't';
+    }
+    const auto parsed = app->get_subcommands();
+    const std::string verb = parsed.empty() ? "" : parsed.front()->get_name() + " ";
+    return "vxclone: " + what + "; see vxclone " + verb + "--help\n";
+}
+
 }  // namespace
 
 std::unique_ptr<CLI::App> makeApp(Action& chosen) {
     auto app = std::make_unique<CLI::App>(
         "Clones this hotel television: saves it onto a stick, loads it from one.", "vxclone");
+    app->formatter(std::make_shared<HelpFormatter>());
+    app->failure_message(sentenceOf);
     app->set_version_flag("--version", "vxclone " + std::string(version()), "Print the version and end");
     app->require_subcommand(0, 1);
     app->footer(footer());
     for (const Verb& verb : kVerbs) {
         verb.add(*app, chosen);
-        app->get_subcommand(std::string(verb.name))->footer("Examples:\n" + std::string(verb.examples));
+        const std::string rest = verb.rest == nullptr ? "" : verb.rest();
+        app->get_subcommand(std::string(verb.name))
+            ->footer("Examples:\n" + std::string(verb.examples) + rest);
     }
     return app;
 }

@@ -21,17 +21,16 @@ void addBackupCommand(CLI::App& app, Action& chosen) {
     const auto arguments = std::make_shared<Arguments>();
     CLI::App* const verb = app.add_subcommand("backup", "Save this television into a folder on a stick");
     verb->add_option("DIR", arguments->folder, "The folder, such as /media/usb/clone")->required();
-    const CLI::Option* const name = verb->add_option(
-        "--name", arguments->name, "What people call the package; else it is called as its folder");
+    const CLI::Option* const name =
+        verb->add_option("--name", arguments->name, "What people call the package; else its folder's name");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments, name] {
         arguments->named = name->count() != 0;
         chosen = [arguments] {
-            return runCommand(
-                Direction::Backup, viewKindOfRun(arguments->json), [&](const CloneContext& context) {
-                    const auto called = arguments->named ? std::optional(arguments->name) : std::nullopt;
-                    return runBackup(context, arguments->folder, {called});
-                });
+            return runCommand("backup", viewKindOfRun(arguments->json), [&](const CloneContext& context) {
+                const auto called = arguments->named ? std::optional(arguments->name) : std::nullopt;
+                return runBackup(context, arguments->folder, {called});
+            });
         };
     });
 }

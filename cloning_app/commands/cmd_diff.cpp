@@ -21,8 +21,8 @@ struct Arguments {
 
 void addDiffCommand(CLI::App& app, Action& chosen) {
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App* const verb = app.add_subcommand(
-        "diff", "Show what a restore would change on this television, or how two packages differ");
+    CLI::App* const verb =
+        app.add_subcommand("diff", "Show what a restore changes, or how two packages differ");
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
     const CLI::Option* const other =
         verb->add_option("DIR2", arguments->other, "Another package, to compare the first one with");

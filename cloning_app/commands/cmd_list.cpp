@@ -18,10 +18,8 @@ struct Arguments {
 
 void addListCommand(CLI::App& app, Action& chosen) {
     const auto arguments = std::make_shared<Arguments>();
-    CLI::App* const verb =
-        app.add_subcommand("list", "Find the packages on the sticks, and say which fit this television");
-    verb->add_option("DIR", arguments->folder, "Look here instead: in the folder and two levels below it")
-        ->capture_default_str();
+    CLI::App* const verb = app.add_subcommand("list", "Find the packages on the sticks, and say which fit");
+    verb->add_option("DIR", arguments->folder, "Look here, and two levels below; else in /media");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments] {
         chosen = [arguments] {

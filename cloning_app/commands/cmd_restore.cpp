@@ -23,6 +23,7 @@ struct Arguments {
     bool json = false;
 };
 
+constexpr const char* kCategories = "CATEGORY,...";
 constexpr std::size_t kFewestDigits = 16;
 constexpr std::size_t kMostDigits = 64;
 
@@ -77,28 +78,31 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
     CLI::App* const verb = app.add_subcommand("restore", "Load a package on a stick into this television");
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
     const CLI::Option* const only =
-        verb->add_option("--only", arguments->only, "Only these categories, separated by commas")->join(',');
-    verb->add_option("--except", arguments->except, "All but these categories, separated by commas")
+        verb->add_option("--only", arguments->only, "Load these alone, separated by commas")
+            ->join(',')
+            ->type_name(kCategories);
+    verb->add_option("--except", arguments->except, "Load all but these; not together with --only")
         ->join(',')
+        ->type_name(kCategories)
         ->excludes("--only");
     verb->add_flag("--dry-run", arguments->dryRun, "Say what would be changed, and change nothing");
     verb->add_flag("--keep-identity", arguments->keepIdentity,
-                   "Leave this television's own addresses, numbers and PIN as they are");
+                   "Leave its own addresses, numbers and PIN as they are");
     verb->add_flag("--no-safety", arguments->noSafety,
-                   "Do not back this television up first; vxclone undo then cannot go back");
+                   "No safety backup first; vxclone undo cannot go back then");
     verb->add_flag("--no-read-back", arguments->noReadBack,
                    "Do not back the television up again to see what it holds");
     verb->add_flag("--force-model", arguments->forceModel, "Load a package that was made on another model");
-    verb->add_option("--expect", arguments->expect,
-                     "Load only the package with this digest, as backup and inspect print it")
-        ->check(isDigest);
+    verb->add_option("--expect", arguments->expect, "Load this package alone; backup and inspect print it")
+        ->check(isDigest)
+        ->type_name("DIGEST");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments, only] {
         arguments->all = only->count() == 0;
         chosen = [arguments] {
-            return runCommand(
-                Direction::Restore, viewKindOfRun(arguments->json),
-                [&](const CloneContext& context) { return restoreAsTold(context, *arguments); });
+            return runCommand("restore", viewKindOfRun(arguments->json), [&](const CloneContext& context) {
+                return restoreAsTold(context, *arguments);
+            });
         };
     });
 }

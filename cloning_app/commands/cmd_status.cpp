@@ -20,11 +20,13 @@ struct Arguments {
 
 Result<Status> statusAsTold(const Arguments& arguments) {
     const auto folder = recordFolderOf(kCloneRoot);
-    if (!arguments.follow) {
-        return readStatus(folder);
+    auto status = readStatus(folder);
+    if (!arguments.follow || !status || !status->last || !status->last->goingOn) {
+        return status;
     }
-    const auto view = makeView(viewKindOfRun(arguments.json), Direction::Restore);
-    auto status = followRun(folder, *view, heedStopSignals());
+    const std::string run(nameOf(status->last->record.kind));
+    const auto view = makeView(viewKindOfRun(arguments.json), run);
+    status = followRun(folder, *view, heedStopSignals());
     view->clear();
     return status;
 }

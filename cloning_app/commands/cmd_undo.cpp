@@ -21,9 +21,9 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments] {
         chosen = [arguments] {
-            return runCommand(
-                Direction::Restore, viewKindOfRun(arguments->json),
-                [&](const CloneContext& context) { return runUndo(context, !arguments->noReadBack); });
+            return runCommand("undo", viewKindOfRun(arguments->json), [&](const CloneContext& context) {
+                return runUndo(context, !arguments->noReadBack);
+            });
         };
     });
 }

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <string_view>
+#include <utility>
 
 #include "cloning_app/commands/stop_signals.h"
 #include "cloning_app/package/layout.h"
@@ -44,17 +45,17 @@ ViewKind viewKindOfRun(bool json) {
     return rewritable && vxcommon::isTerminal(STDOUT_FILENO) ? ViewKind::Terminal : ViewKind::Plain;
 }
 
-std::unique_ptr<ProgressView> makeView(ViewKind kind, Direction direction) {
-    return makeProgressView(kind, direction, std::cout, std::cerr, optionsOfView());
+std::unique_ptr<ProgressView> makeView(ViewKind kind, std::string run) {
+    return makeProgressView(kind, std::move(run), std::cout, std::cerr, optionsOfView());
 }
 
-int runCommand(Direction direction, ViewKind kind,
-               const std::function<Result<Report>(const CloneContext&)>& run) {
+int runCommand(std::string run, ViewKind kind,
+               const std::function<Result<Report>(const CloneContext&)>& work) {
     const StopFlag& stop = heedStopSignals();
-    const auto view = makeView(kind, direction);
+    const auto view = makeView(kind, std::move(run));
     LibraryEngine engine;
     const CloneContext context{engine, *view, stop, kCloneRoot};
-    return conclude(run(context), *view);
+    return conclude(work(context), *view);
 }
 
 }  // namespace vxclone

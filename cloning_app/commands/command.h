@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <memory>
+#include <string>
 
 #include "cloning_app/run/clone_run.h"
 
@@ -28,12 +29,12 @@ std::size_t terminalWidth();
 /// How a long run is shown on this standard output.
 ViewKind viewKindOfRun(bool json);
 
-/// A view on the standard streams.
-std::unique_ptr<ProgressView> makeView(ViewKind kind, Direction direction);
+/// A view on the standard streams; `run` is what the command is called there.
+std::unique_ptr<ProgressView> makeView(ViewKind kind, std::string run);
 
 /// Clones, or looks at a clone, with this television's library, storage and standard streams, and stop
-/// signals heeded. Result: the exit status.
-int runCommand(Direction direction, ViewKind kind,
-               const std::function<Result<Report>(const CloneContext&)>& run);
+/// signals heeded; `run` is what the command is called. Result: the exit status.
+int runCommand(std::string run, ViewKind kind,
+               const std::function<Result<Report>(const CloneContext&)>& work);
 
 }  // namespace vxclone

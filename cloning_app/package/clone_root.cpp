@@ -71,7 +71,7 @@ Result<TreeSize> CloneRoot::fillFrom(const Tree& from, const TreeLimits& limits,
     if (!needed) {
         return needed;
     }
-    const std::uint64_t held = measureTree(tree(), limits).value_or(TreeSize{}).bytes;
+    const TreeSize held = measureTree(tree(), limits).value_or(TreeSize{});
     if (const auto space = checkSpace(tree(), sumOf(*needed, reserve), held); !space) {
         return tl::make_unexpected(space.error());
     }

@@ -14,6 +14,13 @@ struct DiskCalls {
     std::function<ssize_t(int descriptor, const void* data, std::size_t size)> write;
     /// fsync(2); a folder on a file system that cannot flush one folder flushes the whole file system.
     std::function<int(int descriptor)> flush;
+    /// Begins to write a file's data to the disk, and does not wait; advice, whose failure means nothing.
+    std::function<void(int descriptor)> startFlush;
+    /// Waits until a file's data is written, which the disk may still hold in its own memory; 0, or -1 when
+    /// the disk has refused some of it.
+    std::function<int(int descriptor)> awaitFlush;
+    /// syncfs(2): everything on the file system of the folder, files, folders and the disk's own memory
+    std::function<int(int folder)> flushAll;
     /// renameat2(2), both names in the folder `directory`
     std::function<int(int directory, const char* from, const char* to, unsigned flags)> rename;
     /// mkdirat(2), with the mode that the umask leaves

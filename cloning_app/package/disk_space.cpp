@@ -10,6 +10,8 @@
 #include <cerrno>
 #include <limits>
 
+#include "common/terminal_table.h"
+
 namespace vxclone {
 
 namespace {
@@ -36,6 +38,22 @@ bool refuses(const FileSystemRules& rules, std::string_view name) {
     };
     return name.empty() || name.back() == '.' || name.back() == ' ' ||
            std::any_of(name.begin(), name.end(), refused);
+}
+
+/// FAT and exFAT keep the case of a name and do not tell names by it.
+std::string inSmallLetters(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](char character) {
+        return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+    });
+    return text;
+}
+
+tl::unexpected<Error> tooFull(Place place, std::string_view wanted, std::string_view available) {
+    const bool stick = place == Place::Stick;
+    return failure(stick ? ErrorCode::StickFull : ErrorCode::TelevisionFull,
+                   fmt::format("the package needs {}, the {} has {}; free some space{}", wanted,
+                               stick ? "stick" : "television's disk", available,
+                               stick ? " or take another stick" : " on the television"));
 }
 
 }  // namespace
@@ -70,22 +88,34 @@ std::string problemWith(const FileSystemRules& rules, std::string_view name, std
     return {};
 }
 
-Result<void> checkSpace(const Tree& folder, const TreeSize& needed, std::uint64_t reclaimed) {
+std::string TreeJudge::problemWith(const TreeEntry& entry) {
+    std::string problem = vxclone::problemWith(rules_, entry.name, entry.bytes);
+    if (!problem.empty() || rules_.name.empty()) {
+        return problem;
+    }
+    const auto [before, isNew] = names_.emplace(inSmallLetters(entry.path), entry.name);
+    return isNew ? ""
+                 : fmt::format("has the name of {}, which a {} stick takes for the same; rename one of them",
+                               vxcommon::printable(before->second), rules_.name);
+}
+
+Result<void> checkSpace(const Tree& folder, const TreeSize& needed, const TreeSize& reclaimed) {
     struct statvfs facts {};
     if (fstatvfs(folder.descriptor, &facts) != 0) {
         return tl::make_unexpected(readError(folder.place, folder.path, errno));
     }
     const std::uint64_t block = facts.f_frsize;
-    const std::uint64_t available = facts.f_bavail * block + reclaimed;
+    const std::uint64_t available = facts.f_bavail * block + reclaimed.bytes;
     const std::uint64_t wanted = needed.bytes + needed.entries * block;
-    if (facts.f_blocks == 0 || wanted <= available) {
-        return {};
+    if (facts.f_blocks != 0 && wanted > available) {
+        return tooFull(folder.place, sizeText(wanted), sizeText(available) + " free");
     }
-    const bool stick = folder.place == Place::Stick;
-    return failure(stick ? ErrorCode::StickFull : ErrorCode::TelevisionFull,
-                   fmt::format("the package needs {}, the {} has {} free; free some space{}",
-                               sizeText(wanted), stick ? "stick" : "television's disk", sizeText(available),
-                               stick ? " or take another stick" : " on the television"));
+    const std::uint64_t places = facts.f_favail + reclaimed.entries;
+    if (facts.f_files != 0 && needed.entries > places) {
+        return tooFull(folder.place, fmt::format("{} files and folders", needed.entries),
+                       fmt::format("room for {}", places));
+    }
+    return {};
 }
 
 std::string countText(std::uint64_t count, std::string_view thing) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 
 #include "cloning_app/package/tree_copy.h"
@@ -23,9 +24,23 @@ const FileSystemRules& rulesAt(int directory);
 /// Why the file system cannot hold the entry; empty when it can.
 std::string problemWith(const FileSystemRules& rules, std::string_view name, std::uint64_t bytes);
 
-/// Checks that a tree of this size fits where the folder lies, `reclaimed` bytes being freed before.
-/// Errors: `StickFull` or `TelevisionFull`, naming both sizes.
-Result<void> checkSpace(const Tree& folder, const TreeSize& needed, std::uint64_t reclaimed);
+/// Judges the entries of one tree, one after the other, for a file system with these rules.
+class TreeJudge {
+ public:
+    /// The rules must outlive this object.
+    explicit TreeJudge(const FileSystemRules& rules) : rules_(rules) {}
+
+    /// Why the file system cannot hold the entry beside those before; empty when it can.
+    std::string problemWith(const TreeEntry& entry);
+
+ private:
+    const FileSystemRules& rules_;
+    std::map<std::string, std::string> names_;  ///< of the paths as such a system sees them
+};
+
+/// Checks that a tree of this size fits where the folder lies, in bytes and in files and folders, `reclaimed`
+/// being freed before. Errors: `StickFull` or `TelevisionFull`, naming what it needs and what there is.
+Result<void> checkSpace(const Tree& folder, const TreeSize& needed, const TreeSize& reclaimed = {});
 
 /// A number of things for a person, such as "1 file" or "2 files".
 std::string countText(std::uint64_t count, std::string_view thing);

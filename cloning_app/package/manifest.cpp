@@ -5,7 +5,8 @@
 
 #include "cloning_app/package/escaped_text.h"
 #include "cloning_app/package/manifest_reading.h"
-#include "cloning_app/package/strict_json.h"
+#include "common/strict_json.h"
+#include "common/terminal_table.h"
 
 namespace vxclone {
 
@@ -14,7 +15,7 @@ namespace {
 using Json = nlohmann::json;
 
 /// The deepest value stands in an object of a list of the whole; each entry has four values and their names.
-constexpr JsonLimits kLimits{4, 12 * 10'000};
+constexpr vxcommon::JsonLimits kLimits{4, 12 * 10'000};
 
 Json jsonOf(const PackageEntry& entry) {
     if (entry.folder) {
@@ -24,7 +25,7 @@ Json jsonOf(const PackageEntry& entry) {
 }
 
 Json jsonOf(const ManifestResult& result) {
-    Json json = {{"category", result.category}, {"result", result.result}};
+    Json json = {{"category", escaped(result.category)}, {"result", escaped(result.result)}};
     for (const auto& [name, text] :
          {std::pair("detail", &result.detail), std::pair("application", &result.application)}) {
         if (!text->empty()) {
@@ -86,12 +87,13 @@ std::string manifestBody(const Manifest& manifest) {
 }
 
 tl::expected<Manifest, std::string> manifestIn(std::string_view body) {
-    const auto json = parseStrictly(body, kLimits);
-    if (!json) {
-        return tl::make_unexpected(json.error());
-    }
     try {
-        return manifestFrom(*json);
+        return manifestFrom(vxcommon::parseStrictly(body, kLimits));
+    } catch (const vxcommon::WrongMember& wrong) {
+        return tl::make_unexpected("cannot be read: " + vxcommon::printable(wrong.member) + " " +
+                                   wrong.reason);
+    } catch (const Json::parse_error&) {
+        return tl::make_unexpected(std::string("is no JSON"));
     } catch (const WrongManifest& wrong) {
         return tl::make_unexpected(wrong.why);
     }

@@ -1,21 +1,22 @@
 #include "cloning_app/package/package_contents.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <utility>
 
-#include "cloning_app/package/digest.h"
+#include "cloning_app/package/file_digests.h"
 #include "cloning_app/package/layout.h"
 
 namespace vxclone {
 
-namespace {
-
-class Reader final : public TreeVisitor {
+class ContentsReading::Reader final : public TreeVisitor {
  public:
-    Reader(const Tree& package, Digests digests) : package_(package), digests_(digests) {}
+    Reader(const Tree& package, Digests digests, const StopFlag* stop)
+        : path_(package.path), place_(package.place), digests_(digests), stop_(stop), fileDigests_(stop) {}
 
     Result<void> file(const TreeEntry& entry, int descriptor) override {
+        if (auto going = notStopped(); !going) {
+            return going;
+        }
         const std::string name = nameOf(entry);
         if (sidecarFolder_ != 0 || isSidecar(entry.name) || name == kSealFile) {
             return {};
@@ -24,11 +25,10 @@ class Reader final : public TreeVisitor {
         if (name == kManifestFile) {
             return {};
         }
-        std::string digest = digests_ == Digests::OfFiles ? digestOfFile(descriptor) : std::string();
-        if (digests_ == Digests::OfFiles && digest.empty()) {
-            return tl::make_unexpected(readError(package_.place, entry.path, errno));
+        contents_.entries.push_back({name, false, entry.bytes});
+        if (digests_ == Digests::OfFiles) {
+            fileDigests_.add(descriptor);
         }
-        contents_.entries.push_back({name, false, entry.bytes, std::move(digest)});
         return {};
     }
 
@@ -46,21 +46,75 @@ class Reader final : public TreeVisitor {
         return {};
     }
 
-    PackageContents contents() && {
-        std::sort(contents_.files.begin(), contents_.files.end());
+    void sortFiles() { std::sort(contents_.files.begin(), contents_.files.end()); }
+    const std::vector<std::string>& files() const { return contents_.files; }
+
+    Result<PackageContents> finish() {
+        if (const auto digested = enterDigests(); !digested) {
+            return tl::make_unexpected(digested.error());
+        }
         std::sort(contents_.entries.begin(), contents_.entries.end(),
                   [](const PackageEntry& one, const PackageEntry& other) { return one.path < other.path; });
         return std::move(contents_);
     }
 
  private:
-    std::string nameOf(const TreeEntry& entry) const { return entry.path.substr(package_.path.size() + 1); }
+    Result<void> notStopped() const {
+        return stop_ != nullptr && stop_->raised() ? tl::make_unexpected(stopError(stop_->signal()))
+                                                   : Result<void>();
+    }
 
-    const Tree& package_;
+    Result<void> enterDigests() {
+        const std::vector<FileDigests::Outcome> outcomes = fileDigests_.finish();
+        if (auto going = notStopped(); !going) {
+            return going;
+        }
+        auto outcome = outcomes.begin();
+        for (PackageEntry& entry : contents_.entries) {
+            if (entry.folder || outcome == outcomes.end()) {
+                continue;
+            }
+            if (outcome->digest.empty()) {
+                return tl::make_unexpected(readError(place_, path_ + "/" + entry.path, outcome->reason));
+            }
+            entry.digest = outcome++->digest;
+        }
+        return {};
+    }
+
+    std::string nameOf(const TreeEntry& entry) const { return entry.path.substr(path_.size() + 1); }
+
+    std::string path_;
+    Place place_;
     Digests digests_;
+    const StopFlag* stop_;
     std::size_t sidecarFolder_ = 0;  ///< how many folders deep the walk is in one that is passed over
     PackageContents contents_;
+    FileDigests fileDigests_;
 };
+
+ContentsReading::ContentsReading(std::unique_ptr<Reader> reader) : reader_(std::move(reader)) {}
+ContentsReading::ContentsReading(ContentsReading&& other) noexcept = default;
+ContentsReading::~ContentsReading() = default;
+
+Result<ContentsReading> ContentsReading::begin(const Tree& package, Digests digests, const StopFlag* stop) {
+    auto reader = std::make_unique<Reader>(package, digests, stop);
+    if (const auto walked = walkTree(package, TreeLimits{}, *reader); !walked) {
+        return tl::make_unexpected(walked.error());
+    }
+    reader->sortFiles();
+    return ContentsReading(std::move(reader));
+}
+
+const std::vector<std::string>& ContentsReading::files() const {
+    return reader_->files();
+}
+
+Result<PackageContents> ContentsReading::finish() {
+    return reader_->finish();
+}
+
+namespace {
 
 bool sameContent(const PackageEntry& one, const PackageEntry& other) {
     return one.folder == other.folder && one.bytes == other.bytes && one.digest == other.digest;
@@ -69,11 +123,9 @@ bool sameContent(const PackageEntry& one, const PackageEntry& other) {
 }  // namespace
 
 Result<PackageContents> readContents(const Tree& package, Digests digests) {
-    Reader reader(package, digests);
-    if (const auto walked = walkTree(package, TreeLimits{}, reader); !walked) {
-        return tl::make_unexpected(walked.error());
-    }
-    return std::move(reader).contents();
+    return ContentsReading::begin(package, digests, nullptr).and_then([](ContentsReading reading) {
+        return reading.finish();
+    });
 }
 
 std::vector<EntryDifference> differencesOf(const std::vector<PackageEntry>& wanted,

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "cloning_app/package/tree_walk.h"
+#include "cloning_app/run/stop_flag.h"
 
 namespace vxclone {
 
@@ -26,6 +28,32 @@ enum class Digests { None, OfFiles };
 
 /// Reads the package. Errors: those of `walkTree`.
 Result<PackageContents> readContents(const Tree& package, Digests digests = Digests::OfFiles);
+
+/// A package of which is known what it holds, while its files are still being digested on other threads.
+class ContentsReading {
+ public:
+    /// Errors: those of `walkTree`, or a stop, when `stop` is raised meanwhile. The flag must outlive the
+    /// reading.
+    static Result<ContentsReading> begin(const Tree& package, Digests digests, const StopFlag* stop);
+
+    ContentsReading(ContentsReading&& other) noexcept;
+    ContentsReading& operator=(ContentsReading&&) = delete;
+    ContentsReading(const ContentsReading&) = delete;
+    ContentsReading& operator=(const ContentsReading&) = delete;
+    ~ContentsReading();
+
+    /// The full paths of all files but the seal, sorted.
+    const std::vector<std::string>& files() const;
+
+    /// Waits for the digests. Errors: a file that cannot be read, or a stop. The last call.
+    Result<PackageContents> finish();
+
+ private:
+    class Reader;
+    explicit ContentsReading(std::unique_ptr<Reader> reader);
+
+    std::unique_ptr<Reader> reader_;
+};
 
 /// How an entry is not as it should be.
 struct EntryDifference {

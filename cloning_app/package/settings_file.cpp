@@ -4,11 +4,14 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <limits>
 #include <nlohmann/json.hpp>
 
 #include "cloning_app/package/layout.h"
+#include "common/strict_json.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -17,6 +20,8 @@ namespace {
 
 using Json = nlohmann::json;
 
+/// The file has two layers. With some more, one setting is of a wrong shape and the others are good.
+constexpr int kDeepest = 8;
 constexpr int kNoFollow = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 std::string settingsPath(const Tree& package) {
@@ -49,7 +54,9 @@ Result<std::string> readWhole(const Tree& package, int file) {
     if (!S_ISREG(facts.st_mode)) {
         return damaged(package, "is not a file");
     }
-    std::string text(kMostSettingsBytes + 1, '\0');
+    const auto wanted =
+        std::min<std::uintmax_t>(kMostSettingsBytes, static_cast<std::uintmax_t>(facts.st_size)) + 1;
+    std::string text(static_cast<std::size_t>(wanted), '\0');
     std::size_t size = 0;
     while (size < text.size()) {
         const ssize_t got = read(file, text.data() + size, text.size() - size);
@@ -91,7 +98,7 @@ Setting settingFrom(const std::string& key, const Json& typed) {
     const auto number = numberIn(value);
     if (type == "int" && number) {
         setting.value = Setting::Int{*number};
-    } else if (type == "bool" && number) {
+    } else if (type == "bool" && (number == 0 || number == 1)) {
         setting.value = Setting::Bool{*number != 0};
     } else if (type == "string" && value.is_null()) {
         setting.value = std::string();
@@ -101,6 +108,21 @@ Setting settingFrom(const std::string& key, const Json& typed) {
         setting.value = text.substr(0, text.find('\0'));
     }
     return setting;
+}
+
+/// What is refused here, the library would take in part, or in another way.
+Result<Json> parsed(const Tree& package, const std::string& text) {
+    try {
+        Json document = vxcommon::parseStrictly(text, {kDeepest});
+        if (document.is_object()) {
+            return document;
+        }
+    } catch (const vxcommon::WrongMember& wrong) {
+        return damaged(package, "is damaged: " + vxcommon::printable(wrong.member) + " " + wrong.reason);
+    } catch (const Json::parse_error&) {
+        return damaged(package, "is damaged: it is no JSON");
+    }
+    return damaged(package, "is damaged: it is no list of settings");
 }
 
 }  // namespace
@@ -117,12 +139,12 @@ Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package) {
     if (!text) {
         return tl::make_unexpected(text.error());
     }
-    const Json document = Json::parse(*text, nullptr, false);
-    if (document.is_discarded() || !document.is_object()) {
-        return damaged(package, "is damaged: it is no list of settings");
+    const auto document = parsed(package, *text);
+    if (!document) {
+        return tl::make_unexpected(document.error());
     }
     std::vector<Setting> settings;
-    for (const auto& [key, typed] : document.items()) {
+    for (const auto& [key, typed] : document->items()) {
         settings.push_back(settingFrom(key, typed));
     }
     return std::optional(std::move(settings));

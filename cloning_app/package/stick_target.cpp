@@ -166,6 +166,19 @@ Result<void> StickTarget::checkReplaceable() const {
     return {};
 }
 
+Result<void> StickTarget::checkInPlace() const {
+    const std::string parentPath = std::filesystem::path(path_).parent_path().string();
+    struct stat held {};
+    struct stat named {};
+    if (fstat(parent_.get(), &held) == 0 && stat(parentPath.c_str(), &named) == 0 &&
+        held.st_dev == named.st_dev && held.st_ino == named.st_ino) {
+        return {};
+    }
+    return failure(ErrorCode::StickMissing, vxcommon::printable(parentPath) +
+                                                " is not there any more: the stick was taken out before the "
+                                                "backup had ended; put it in and back up again");
+}
+
 Result<Descriptor> StickTarget::openPackage() const {
     auto folder = openFolder();
     if (!folder) {

@@ -32,6 +32,10 @@ class StickTarget {
     /// `NotAPackage`, so that nobody's pictures are replaced.
     Result<void> checkReplaceable() const;
 
+    /// Whether the path still leads to where it led at the beginning. Errors: `StickMissing`, the stick was
+    /// taken out or another one is there; what was written since then is not on it.
+    Result<void> checkInPlace() const;
+
     /// The folder, open for reading, when it is a clone package. Errors: `NotAPackage`, `Unreadable`.
     Result<Descriptor> openPackage() const;
 

@@ -8,7 +8,6 @@
 #include <cerrno>
 #include <limits>
 #include <memory>
-#include <optional>
 
 #include "cloning_app/package/layout.h"
 #include "common/terminal_table.h"
@@ -67,8 +66,8 @@ tl::expected<std::vector<std::string>, int> listNames(int directory, std::size_t
 
 class Walk {
  public:
-    Walk(const Tree& tree, const TreeLimits& limits, TreeVisitor& visitor)
-        : place_(tree.place), limits_(limits), visitor_(visitor), device_(deviceOf(tree.descriptor)) {}
+    Walk(Place place, const TreeLimits& limits, TreeVisitor& visitor, dev_t device)
+        : place_(place), limits_(limits), visitor_(visitor), device_(device) {}
 
     Result<void> folder(int directory, const std::string& path, std::size_t depth) {
         const auto names = namesIn({directory, path, place_}, limits_.entries);
@@ -104,17 +103,13 @@ class Walk {
         return unsafe(path, kSpecial);
     }
 
-    static std::optional<dev_t> deviceOf(int folder) {
-        struct stat facts {};
-        return fstat(folder, &facts) == 0 ? std::optional(facts.st_dev) : std::nullopt;
-    }
-
     Result<void> visitFolder(int directory, const std::string& name, std::string path, std::size_t depth) {
         const Descriptor opened(openat(directory, name.c_str(), kOpenFolder));
-        if (!opened.valid()) {
+        struct stat facts {};
+        if (!opened.valid() || fstat(opened.get(), &facts) != 0) {
             return tl::make_unexpected(readError(place_, path, errno));
         }
-        if (deviceOf(opened.get()) != device_) {
+        if (facts.st_dev != device_) {
             return unsafe(path, "another file system");
         }
         if (auto entered = visitor_.enterFolder({name, path, 0}); !entered) {
@@ -157,7 +152,7 @@ class Walk {
     Place place_;
     const TreeLimits& limits_;
     TreeVisitor& visitor_;
-    std::optional<dev_t> device_;
+    dev_t device_;
     std::size_t entries_ = 0;
     std::uint64_t bytes_ = 0;
 };
@@ -214,7 +209,11 @@ Result<std::vector<std::string>> namesIn(const Tree& folder, std::size_t most) {
 }
 
 Result<void> walkTree(const Tree& tree, const TreeLimits& limits, TreeVisitor& visitor) {
-    return Walk(tree, limits, visitor).folder(tree.descriptor, tree.path, 1);
+    struct stat facts {};
+    if (fstat(tree.descriptor, &facts) != 0) {
+        return tl::make_unexpected(readError(tree.place, tree.path, errno));
+    }
+    return Walk(tree.place, limits, visitor, facts.st_dev).folder(tree.descriptor, tree.path, 1);
 }
 
 int removeTree(int directory, const std::string& name) {

@@ -51,7 +51,7 @@ std::vector<Check> shownOf(const std::vector<Check>& checks, bool overridden) {
 
 Result<Examination> admit(const CloneContext& context, const StagedPackage& package,
                           const RestoreOptions& options) {
-    auto found = examinePackage(context.engine, package.tree());
+    auto found = examinePackage(context.engine, package.tree(), package.tree(), context.stop);
     if (!found) {
         return found;
     }

@@ -1,7 +1,11 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "cloning_app/package/clone_root.h"
 #include "cloning_app/package/disk_space.h"
+#include "cloning_app/package/manifest_file.h"
+#include "cloning_app/package/package_contents.h"
 #include "cloning_app/run/package_completion.h"
 #include "cloning_app/run/recorded_run.h"
 #include "cloning_app/run/run_parts.h"
@@ -11,23 +15,72 @@ namespace vxclone {
 
 namespace {
 
+/// So much is written between two steps that are shown: a second or two on a slow stick.
+constexpr std::uint64_t kBytesOfAStep = std::uint64_t{8} << 20U;
+constexpr std::uint64_t kWholePercent = 100;
+
+/// The calls of the context, which show how much of a package of this size is written.
+DiskCalls withProgress(const CloneContext& context, std::uint64_t bytes) {
+    DiskCalls calls = context.disk;
+    calls.write = [&context, bytes, done = std::uint64_t{0}](int descriptor, const void* data,
+                                                             std::size_t size) mutable {
+        const ssize_t written = context.disk.write(descriptor, data, size);
+        const std::uint64_t before = done;
+        done += written < 0 ? 0U : static_cast<std::uint64_t>(written);
+        if (done / kBytesOfAStep != before / kBytesOfAStep) {
+            const std::uint64_t percent = std::min(done * kWholePercent / bytes, kWholePercent);
+            context.view.progress({static_cast<int>(percent)});
+        }
+        context.view.tick();
+        return written;
+    };
+    return calls;
+}
+
+/// Whether what lies on the stick is what its manifest lists: whoever still wrote into the clone folder after
+/// the library's run had ended, an application that answered too late, would have spoilt the package.
+Result<void> checkCopy(const CloneContext& context, const Tree& stick) {
+    const auto listed = readManifest(stick, PackageKey::ofTelevision());
+    if (!listed) {
+        return tl::make_unexpected(listed.error());
+    }
+    const auto held =
+        ContentsReading::begin(stick, Digests::OfFiles, &context.stop).and_then([](ContentsReading reading) {
+            return reading.finish();
+        });
+    if (!held) {
+        return tl::make_unexpected(held.error());
+    }
+    const auto differences =
+        differencesOf(*listed ? (*listed)->manifest.entries : std::vector<PackageEntry>(), held->entries);
+    if (differences.empty()) {
+        return {};
+    }
+    return failure(ErrorCode::NotSealed,
+                   fmt::format("the backup is not whole: {} changed while it was saved, perhaps by an "
+                               "application that was still at work; back up again",
+                               vxcommon::printable(differences.front().path)));
+}
+
 /// Copies the finished backup beside the target and lets it take the target's place.
 Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Replacement& replacement) {
     const Tree stick = replacement.tree();
-    const FileSystemRules& rules = rulesAt(stick.descriptor);
-    const auto rule = [&rules](const TreeEntry& entry) {
-        return problemWith(rules, entry.name, entry.bytes);
-    };
+    TreeJudge judge(rulesAt(stick.descriptor));
+    const auto rule = [&judge](const TreeEntry& entry) { return judge.problemWith(entry); };
     const auto needed = measureTree(root, TreeLimits{}, rule);
     if (!needed) {
         return needed;
     }
-    if (const auto space = checkSpace(stick, *needed, 0); !space) {
+    if (const auto space = checkSpace(stick, *needed); !space) {
         return tl::make_unexpected(space.error());
     }
-    auto copied = copyTree(root, stick, TreeLimits{}, Flush::Yes, context.disk, context.stop);
+    auto copied =
+        copyTree(root, stick, TreeLimits{}, Flush::Yes, withProgress(context, needed->bytes), context.stop);
     if (!copied) {
         return copied;
+    }
+    if (const auto whole = checkCopy(context, stick); !whole) {
+        return tl::make_unexpected(whole.error());
     }
     if (const auto committed = replacement.commit(); !committed) {
         return tl::make_unexpected(committed.error());
@@ -48,19 +101,6 @@ void sayTheEnd(Report& report, const TreeSize& size, const std::string& path) {
     }
 }
 
-/// The library's part. Result: what it reported.
-Result<ResultList> saveTelevision(const CloneContext& context) {
-    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
-        return tl::make_unexpected(reset.error());
-    }
-    auto results =
-        runAndFollow(context, Direction::Backup, allCategories(), [&] { return context.engine.backUp(); });
-    if (results && context.stop.raised()) {
-        return tl::make_unexpected(stopError(context.stop.signal()));
-    }
-    return results;
-}
-
 Result<Report> backUpTo(const CloneContext& context, StickTarget& target, Means means,
                         RunRecorder& recorder) {
     auto replacement = Replacement::begin(target);
@@ -75,6 +115,9 @@ Result<Report> backUpTo(const CloneContext& context, StickTarget& target, Means 
     if (!results) {
         return tl::make_unexpected(results.error());
     }
+    if (context.stop.raised()) {
+        return tl::make_unexpected(stopError(context.stop.signal()));
+    }
     auto report = completePackage(context, root->tree(), *results, std::move(means));
     if (!report) {
         return report;
@@ -84,7 +127,10 @@ Result<Report> backUpTo(const CloneContext& context, StickTarget& target, Means 
         return tl::make_unexpected(entered.error());
     }
     context.view.notice("Writing the package to " + vxcommon::printable(target.path()) + ".");
-    const auto carried = carryToStick(context, root->tree(), *replacement);
+    const auto carried =
+        target.checkInPlace()
+            .and_then([&] { return carryToStick(context, root->tree(), *replacement); })
+            .and_then([&](const TreeSize& size) { return target.checkInPlace().map([&] { return size; }); });
     if (!carried) {
         return tl::make_unexpected(carried.error());
     }

@@ -89,6 +89,10 @@ std::vector<VXClone> allCategories() {
     return values;
 }
 
+bool isLoaded(const Category& category) {
+    return category.inRestore != Handling::Silent && category.inRestore != Handling::NotPossible;
+}
+
 Result<std::vector<VXClone>> parseCategories(std::string_view list) {
     std::vector<VXClone> values;
     for (bool more = true; more;) {

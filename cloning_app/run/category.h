@@ -41,6 +41,8 @@ const std::array<Category, kCategoryCount>& categories();
 
 const Category& categoryOf(VXClone value);
 Handling handlingOf(const Category& category, Direction direction);
+/// Whether a restore loads anything of the category.
+bool isLoaded(const Category& category);
 
 /// The category of that enumerator's name.
 std::optional<VXClone> categoryNamed(std::string_view enumerator);

@@ -57,11 +57,6 @@ void removeWhatStays(std::vector<Difference>& differences) {
         differences.end());
 }
 
-bool isLoaded(const Category& category) {
-    const Handling handling = handlingOf(category, Direction::Restore);
-    return handling != Handling::Silent && handling != Handling::NotPossible;
-}
-
 }  // namespace
 
 Result<Report> tellWhatWouldBeDone(const ReadyPackage& ready, bool keepIdentity) {
@@ -88,8 +83,7 @@ Result<Report> tellWhatWouldBeDone(const ReadyPackage& ready, bool keepIdentity)
         row->detail += (row->detail.empty() ? "keeps " : "; keeps ") +
                        countText(identityOfTelevision().size(), "setting");
     }
-    Report report{Direction::Restore,
-                  tableRows(Direction::Restore, ready.plan.list, {}, own),
+    Report report{tableRows(Direction::Restore, ready.plan.list, {}, own),
                   kExitOk,
                   {"This was a dry run: nothing was changed."},
                   ready.examined.checks,

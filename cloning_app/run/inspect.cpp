@@ -65,6 +65,13 @@ void addChecks(Output& output, const std::vector<Check>& checks) {
     output.lines.push_back(lineOf("\n" + tableText(table)));
 }
 
+/// What a later vxclone calls its results is shown as it stands.
+std::string wordsOfResult(const ManifestResult& result) {
+    const auto verdict = verdictNamed(result.result);
+    return (verdict ? std::string(wordsOf(*verdict)) : result.result) +
+           (result.detail.empty() ? "" : ": " + result.detail);
+}
+
 void addCategories(Output& output, const PackageLook& look) {
     if (!look.manifest) {
         return;
@@ -81,7 +88,7 @@ void addCategories(Output& output, const PackageLook& look) {
         output.lines.push_back({Event::Result, std::move(members)});
         table.addRow({{result.category, Colour::Plain},
                       {result.application, Colour::Plain},
-                      {result.result + (result.detail.empty() ? "" : ": " + result.detail), Colour::Plain}});
+                      {wordsOfResult(result), Colour::Plain}});
     }
     output.lines.push_back(lineOf("\n" + tableText(table)));
 }
@@ -101,14 +108,18 @@ void addFiles(Output& output, const PackageContents& contents, bool everyFile) {
 }
 
 void addSettings(Output& output, const std::vector<Setting>& settings) {
-    TerminalTable table({"setting", "value"});
+    TerminalTable table({"setting", "", "value"});
     for (const Setting& setting : settings) {
+        const SettingKind kind = kindOf(setting.key);
+        const std::string kindName(nameOf(kind));
         output.lines.push_back({Event::Result,
                                 {{"kind", "setting"},
                                  {"setting", setting.key},
                                  {"value", jsonValue(setting)},
-                                 {"settingKind", nameOf(kindOf(setting.key))}}});
-        table.addRow({{setting.key, Colour::Plain}, {shownValue(setting), Colour::Plain}});
+                                 {"settingKind", kindName}}});
+        table.addRow({{setting.key, Colour::Plain},
+                      {kind == SettingKind::Ordinary ? "" : kindName, Colour::Plain},
+                      {shownValue(setting), Colour::Plain}});
     }
     output.lines.push_back(lineOf("\n" + tableText(table)));
 }

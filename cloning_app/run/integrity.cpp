@@ -99,22 +99,34 @@ Result<void> examineManifest(const Tree& package, const PackageContents& content
     return {};
 }
 
-Result<Check> examineSeal(CloneEngine& engine, const Tree& package, const PackageContents& contents) {
-    // The library cannot tell a full disk from a wrong seal. A package's own file of this name is altered by
-    // the library, and no sealed package has one.
-    const auto working = readSmallFile(package, kSealWorkingFile, 1);
-    if (!working || *working) {
+Result<Check> examineSeal(CloneEngine& engine, const Tree& package, const Tree& root,
+                          const std::vector<std::string>& files) {
+    // A package's own file of this name would be altered by the library, and no sealed package has one.
+    if (faccessat(package.descriptor, kSealWorkingFile, F_OK, AT_SYMLINK_NOFOLLOW) == 0) {
         return Check{Subject::Seal, Finding::Altered, "", "", kSealWorkingFile};
     }
-    if (const auto room = writeSmallFile(package, kSealWorkingFile, std::string(kSealBytes, '0')); !room) {
+    // The library cannot tell a full disk from a wrong seal.
+    if (const auto room = writeSmallFile(root, kSealWorkingFile, std::string(kSealBytes, '0')); !room) {
         return tl::make_unexpected(room.error());
     }
-    const auto good = engine.checkSeal(contents.files, package.path + "/" + kSealFile);
-    removeTree(package.descriptor, kSealWorkingFile);
+    const auto good = engine.checkSeal(files, root.path + "/" + kSealFile);
+    removeTree(root.descriptor, kSealWorkingFile);
     if (!good) {
         return tl::make_unexpected(good.error());
     }
     return Check{Subject::Seal, *good ? Finding::Unaltered : Finding::Altered};
+}
+
+/// What the seal says, as far as it can be asked.
+Result<std::vector<Check>> examineSealIfAny(CloneEngine& engine, const Tree& package, const Tree& root,
+                                            const std::vector<std::string>& files, bool key) {
+    if (faccessat(root.descriptor, kSealFile, F_OK, AT_SYMLINK_NOFOLLOW) != 0) {
+        return std::vector{Check{Subject::Seal, Finding::Missing, "", "", kSealFile}};
+    }
+    if (!key) {
+        return std::vector<Check>();
+    }
+    return examineSeal(engine, package, root, files).map([](const Check& seal) { return std::vector{seal}; });
 }
 
 }  // namespace
@@ -134,8 +146,13 @@ Check checkOf(const std::optional<ReadManifest>& manifest) {
     return {Subject::Manifest, Finding::Altered, "", "", kManifestFile};
 }
 
-Result<Examination> examinePackage(CloneEngine& engine, const Tree& package) {
-    auto identity = examineIdentity(engine, package);
+Result<Examination> examinePackage(CloneEngine& engine, const Tree& package, const Tree& root,
+                                   const StopFlag& stop) {
+    auto reading = ContentsReading::begin(package, Digests::OfFiles, &stop);
+    if (!reading) {
+        return tl::make_unexpected(reading.error());
+    }
+    auto identity = examineIdentity(engine, root);
     if (!identity) {
         return tl::make_unexpected(identity.error());
     }
@@ -147,22 +164,19 @@ Result<Examination> examinePackage(CloneEngine& engine, const Tree& package) {
     if (!*key) {
         result.checks.push_back({Subject::Key, Finding::None});
     }
-    const auto contents = readContents(package);
+    // The library reads the files while they are being digested.
+    const auto seal = examineSealIfAny(engine, package, root, reading->files(), *key);
+    if (!seal) {
+        return tl::make_unexpected(seal.error());
+    }
+    const auto contents = reading->finish();
     if (!contents) {
         return tl::make_unexpected(contents.error());
     }
     if (const auto listed = examineManifest(package, *contents, result); !listed) {
         return tl::make_unexpected(listed.error());
     }
-    if (faccessat(package.descriptor, kSealFile, F_OK, AT_SYMLINK_NOFOLLOW) != 0) {
-        result.checks.push_back({Subject::Seal, Finding::Missing, "", "", kSealFile});
-    } else if (*key) {
-        const auto seal = examineSeal(engine, package, *contents);
-        if (!seal) {
-            return tl::make_unexpected(seal.error());
-        }
-        result.checks.push_back(*seal);
-    }
+    result.checks.insert(result.checks.end(), seal->begin(), seal->end());
     return result;
 }
 

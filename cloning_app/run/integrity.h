@@ -7,6 +7,7 @@
 #include "cloning_app/package/manifest_file.h"
 #include "cloning_app/run/check.h"
 #include "cloning_app/run/clone_engine.h"
+#include "cloning_app/run/stop_flag.h"
 
 namespace vxclone {
 
@@ -19,11 +20,14 @@ struct Examination {
 /// What is to be said of a package's manifest.
 Check checkOf(const std::optional<ReadManifest>& manifest);
 
-/// Finds out whether the package in the clone folder `package` fits this television and is as it was sealed.
-/// The judgement is the library's; what it does not tell is found out here, and a package is good only when
-/// both say so. Result: one check for each subject, and for each file that is not as it was; none of them
-/// stands for an error in the sense of a failed examination. Errors: the package or the disk cannot be read
-/// or written, it is of a later format, or the library broke off.
-Result<Examination> examinePackage(CloneEngine& engine, const Tree& package);
+/// Finds out whether the package fits this television and is as it was sealed. What the library opens by a
+/// name and reads for what it is, the identity and the seal, it finds in the clone folder `root`, where
+/// nobody exchanges it; all else may lie there, too, or on the stick, and is not copied. The judgement is the
+/// library's; what it does not tell is found out here, and a package is good only when both say so. Result:
+/// one check for each subject, and for each file that is not as it was; none of them stands for an error in
+/// the sense of a failed examination. Errors: the package or the disk cannot be read or written, it is of a
+/// later format, the library broke off, or `stop` was raised.
+Result<Examination> examinePackage(CloneEngine& engine, const Tree& package, const Tree& root,
+                                   const StopFlag& stop);
 
 }  // namespace vxclone

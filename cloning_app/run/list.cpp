@@ -47,7 +47,7 @@ State stateOf(const PackageLook& look) {
 /// Goes through the folders and collects the packages.
 class Search {
  public:
-    Search() : table_({"package", "name", "made", "model", ""}) {}
+    Search() : table_({"package", "name", "made", "model", "here"}) {}
 
     Result<void> folder(const Tree& tree, std::size_t level) {
         const auto names = namesIn(tree, TreeLimits{}.entries);

@@ -183,12 +183,8 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
         static_cast<void>(writeBack(made->kept));
         return tl::make_unexpected(results.error());
     }
-    Report report{Direction::Restore,
-                  judge(context, ready, *made, *results),
-                  kExitOk,
-                  unknownLineSentences(*results),
-                  ready.examined.checks,
-                  ready.examined.digest.value_or("")};
+    Report report{judge(context, ready, *made, *results), kExitOk, unknownLineSentences(*results),
+                  ready.examined.checks, ready.examined.digest.value_or("")};
     if (options.removesLogo) {
         judgeRemovedLogo(report.rows);
     }

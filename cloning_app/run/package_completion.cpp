@@ -1,6 +1,8 @@
 #include "cloning_app/run/package_completion.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/package/layout.h"
@@ -28,6 +30,20 @@ Result<Row> judgeSettings(const Tree& root) {
                     kSettingsFile));
 }
 
+/// The library calls a backup of the channels a success whatever the television answered: what a restore
+/// needs has to be there.
+void judgeEntries(const Tree& root, std::vector<Row>& rows) {
+    for (Row& row : rows) {
+        const Category& category = categoryOf(row.category);
+        const std::string entry(category.inBackup == Handling::Reported ? category.entry : "");
+        if (row.verdict == Verdict::Done && !entry.empty() &&
+            faccessat(root.descriptor, entry.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) != 0) {
+            row.verdict = Verdict::Failed;
+            row.detail = "the television saved no " + entry;
+        }
+    }
+}
+
 /// Looks at what the library left, before anything is made of it. Result: the rows of all categories.
 Result<std::vector<Row>> judgeBackup(const CloneContext& context, const Tree& root,
                                      const ResultList& results) {
@@ -41,6 +57,7 @@ Result<std::vector<Row>> judgeBackup(const CloneContext& context, const Tree& ro
         context.view.category(row);
     }
     std::vector<Row> rows = tableRows(Direction::Backup, allCategories(), results.outcomes(), own);
+    judgeEntries(root, rows);
     nameApplications(rows);
     return rows;
 }
@@ -70,8 +87,7 @@ Result<Report> completePackage(const CloneContext& context, const Tree& root, co
     if (!sealed) {
         return tl::make_unexpected(sealed.error());
     }
-    Report report{Direction::Backup, *rows, exitStatusFor(*rows, results), unknownLineSentences(results),
-                  sealed->checks};
+    Report report{*rows, exitStatusFor(*rows, results), unknownLineSentences(results), sealed->checks};
     report.digest = sealed->digest;
     return report;
 }

@@ -1,5 +1,8 @@
 #include "cloning_app/run/package_look.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -38,6 +41,9 @@ Result<PackageLook> lookAt(const Tree& package) {
         look.checks.push_back({Subject::Manifest, Finding::Altered, "", "", kManifestFile});
     } else {
         return tl::make_unexpected(manifest.error());
+    }
+    if (faccessat(package.descriptor, kSealFile, F_OK, AT_SYMLINK_NOFOLLOW) != 0) {
+        look.checks.push_back({Subject::Seal, Finding::Missing, "", "", kSealFile});
     }
     return look;
 }

@@ -30,7 +30,7 @@ class OpenPackage {
 struct PackageLook {
     std::optional<Identity> identity;
     std::optional<ReadManifest> manifest;
-    std::vector<Check> checks;  ///< whether it fits, and whether its manifest is good
+    std::vector<Check> checks;  ///< whether it fits, its manifest is good and its seal there
 };
 
 /// Looks at the package. A file of it that is damaged is a check of the result. Errors: it cannot be read, or

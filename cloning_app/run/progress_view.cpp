@@ -14,16 +14,18 @@ constexpr double kMillisecondsInASecond = 1000;
 
 class JsonView final : public ProgressView {
  public:
-    JsonView(Direction direction, std::ostream& out, ViewOptions options)
-        : direction_(direction), lines_(out), options_(std::move(options)) {}
+    JsonView(std::string run, std::ostream& out, ViewOptions options)
+        : run_(std::move(run)), lines_(out), options_(std::move(options)) {}
 
     void progress(const Progress& progress) override {
         Json members = begin();
         if (progress.percent) {
             members["percent"] = *progress.percent;
         }
-        members["entry"] = progress.entry;
-        members["entries"] = progress.entries;
+        if (progress.entries != 0) {
+            members["entry"] = progress.entry;
+            members["entries"] = progress.entries;
+        }
         if (progress.category) {
             members["category"] = categoryOf(*progress.category).name;
         }
@@ -64,32 +66,28 @@ class JsonView final : public ProgressView {
     using Json = nlohmann::ordered_json;
 
     Json begin() const {
-        return {{"run", vxclone::nameOf(direction_)},
+        return {{"run", run_},
                 {"elapsed", static_cast<double>(options_.elapsed().count()) / kMillisecondsInASecond}};
     }
 
-    Direction direction_;
+    std::string run_;
     JsonLines lines_;
     ViewOptions options_;
 };
 
 }  // namespace
 
-std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, Direction direction, std::ostream& out,
+std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, std::string run, std::ostream& out,
                                                std::ostream& err, ViewOptions options) {
     switch (kind) {
         case ViewKind::Terminal:
-            return makeTerminalView(direction, out, err, std::move(options));
+            return makeTerminalView(std::move(run), out, err, std::move(options));
         case ViewKind::Plain:
-            return makePlainView(direction, out, err, std::move(options));
+            return makePlainView(std::move(run), out, err, std::move(options));
         case ViewKind::Json:
             break;
     }
-    return std::make_unique<JsonView>(direction, out, std::move(options));
-}
-
-std::string_view nameOf(Direction direction) {
-    return direction == Direction::Backup ? "backup" : "restore";
+    return std::make_unique<JsonView>(std::move(run), out, std::move(options));
 }
 
 }  // namespace vxclone

@@ -22,7 +22,6 @@ struct NamedDifferences {
 
 /// What a run that reached its end has to say.
 struct Report {
-    Direction direction;
     std::vector<Row> rows;  ///< none where no category was cloned
     int exitStatus;
     std::vector<std::string> closing;   ///< sentences for the end, one a line
@@ -73,11 +72,9 @@ struct ViewOptions {
     std::function<std::chrono::milliseconds()> elapsed = [] { return std::chrono::milliseconds(0); };
 };
 
-/// The streams must outlive the view; sentences about failures go to `err`.
-std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, Direction direction, std::ostream& out,
+/// `run` is what the command is called in JSON and on the live line, such as "undo". The streams must outlive
+/// the view; sentences about failures go to `err`.
+std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, std::string run, std::ostream& out,
                                                std::ostream& err, ViewOptions options = {});
-
-/// The direction in JSON and on the live line.
-std::string_view nameOf(Direction direction);
 
 }  // namespace vxclone

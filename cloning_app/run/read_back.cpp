@@ -6,7 +6,6 @@
 
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/run/compared_state.h"
-#include "cloning_app/run/follower.h"
 #include "cloning_app/run/logos.h"
 #include "cloning_app/run/quiet_view.h"
 #include "cloning_app/run/run_parts.h"
@@ -107,6 +106,14 @@ class Comparer {
         if (!isToBeRead(row) || (isEmpty(wanted) && row.verdict != Verdict::Done)) {
             return;
         }
+        // One that has saved its data by now runs; the library's list may have lost its outcome.
+        if (row.verdict == Verdict::NotReported && row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA &&
+            isEmpty(found)) {
+            row.verdict = Verdict::NotApplied;
+            row.readBack = ReadBack::Unknown;
+            addDetail(row, "its data in the package was not loaded");
+            return;
+        }
         const bool unread = std::find(unread_.begin(), unread_.end(), row.category) != unread_.end();
         if (unread || isEmpty(wanted) || (isEmpty(found) && row.verdict == Verdict::NotReported)) {
             row.readBack = ReadBack::Unknown;
@@ -175,11 +182,7 @@ struct SecondLook {
 };
 
 Result<SecondLook> lookAgain(const CloneContext& context, const Tree& root) {
-    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
-        return tl::make_unexpected(reset.error());
-    }
-    const auto results =
-        runAndFollow(context, Direction::Backup, allCategories(), [&] { return context.engine.backUp(); });
+    const auto results = saveTelevision(context);
     if (!results) {
         return tl::make_unexpected(results.error());
     }

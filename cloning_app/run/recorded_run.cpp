@@ -29,7 +29,7 @@ Error withTheOther(Error error, const std::filesystem::path& folder) {
 }
 
 void nameTheDead(ProgressView& view, const RunRecord& record) {
-    view.notice(fmt::format("The {} broke off in phase {}: {}.", describe(record), nameOf(record.phase),
+    view.notice(fmt::format("The {}, broke off in phase {}: {}.", describe(record), nameOf(record.phase),
                             consequenceOf(record.phase)));
 }
 

@@ -60,7 +60,8 @@ Error withTheWayOn(Error error, const RestoreOptions& options) {
 /// Everything that comes before the television is touched.
 Result<ReadyPackage> getReady(const CloneContext& context, const std::filesystem::path& folder,
                               const RestoreOptions& options) {
-    auto package = StagedPackage::bring(context, folder, options.safety ? safetyReserve() : TreeSize{});
+    auto package =
+        StagedPackage::bring(context, folder, options.safety ? safetyReserve : StagedPackage::Reserve());
     if (!package) {
         return tl::make_unexpected(withTheWayOn(package.error(), options));
     }
@@ -112,6 +113,11 @@ Result<Report> restore(const CloneContext& context, const std::filesystem::path&
 
 Result<Report> runRestore(const CloneContext& context, const std::filesystem::path& folder,
                           const RestoreOptions& options) {
+    if (std::none_of(options.list.begin(), options.list.end(),
+                     [](VXClone category) { return isLoaded(categoryOf(category)); })) {
+        return failure(ErrorCode::BadArguments,
+                       "nothing of the chosen categories can be restored; choose others as well");
+    }
     if (options.dryRun) {
         return unrecordedRun(context, [&] { return dryRun(context, folder, options); });
     }

@@ -150,8 +150,9 @@ bool anyFailed(const std::vector<Row>& rows) {
     return std::any_of(rows.begin(), rows.end(), [](const Row& row) { return isFailure(row.verdict); });
 }
 
-std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& checks, bool coloured) {
-    vxcommon::TerminalTable table({rows.empty() ? "check" : "category", "", "result"});
+std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& checks, bool coloured,
+                        const std::string& title) {
+    vxcommon::TerminalTable table({rows.empty() ? "check" : "category", "", title});
     for (const Row& row : rows) {
         const Category& category = categoryOf(row.category);
         table.addRow({{std::string(category.name), Colour::Plain},

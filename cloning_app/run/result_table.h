@@ -73,7 +73,9 @@ bool isFailure(Verdict verdict);
 /// Whether this is so of any row.
 bool anyFailed(const std::vector<Row>& rows);
 
-/// The categories and, below them, what was judged of the package as a whole; either may be empty.
-std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& checks, bool coloured);
+/// The categories and, below them, what was judged of the package as a whole; either may be empty. `title`
+/// stands above what became of them.
+std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& checks, bool coloured,
+                        const std::string& title = "result");
 
 }  // namespace vxclone

@@ -16,8 +16,11 @@ bool overlap(const std::filesystem::path& one, const std::filesystem::path& othe
 }
 
 std::filesystem::path canonicalFolder(const std::filesystem::path& path) {
-    std::error_code none;
-    std::filesystem::path result = std::filesystem::weakly_canonical(path, none);
+    std::error_code unresolved;
+    std::filesystem::path result = std::filesystem::weakly_canonical(path, unresolved);
+    if (unresolved) {
+        result = path.lexically_normal();
+    }
     return result.filename().empty() ? result.parent_path() : result;
 }
 
@@ -55,6 +58,13 @@ Result<ResultList> runAndFollow(const CloneContext& context, Direction direction
         return tl::make_unexpected(ended.error());
     }
     return results;
+}
+
+Result<ResultList> saveTelevision(const CloneContext& context) {
+    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
+        return tl::make_unexpected(reset.error());
+    }
+    return runAndFollow(context, Direction::Backup, allCategories(), [&] { return context.engine.backUp(); });
 }
 
 std::string failedNames(const std::vector<Row>& rows) {

@@ -19,6 +19,10 @@ Result<StickTarget> openTarget(const CloneContext& context, const std::filesyste
 Result<ResultList> runAndFollow(const CloneContext& context, Direction direction,
                                 const std::vector<VXClone>& list, const std::function<Result<void>()>& run);
 
+/// Lets the library save the television into the clone folder, and follows it. Result and errors: those of
+/// `runAndFollow`, or the settings store refused (`SettingsRefused`).
+Result<ResultList> saveTelevision(const CloneContext& context);
+
 /// The names of the failed categories, each once: "channels, apps".
 std::string failedNames(const std::vector<Row>& rows);
 

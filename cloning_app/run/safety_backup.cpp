@@ -3,10 +3,10 @@
 #include <fcntl.h>
 
 #include <algorithm>
+#include <array>
 
 #include "cloning_app/package/safety_store.h"
 #include "cloning_app/run/compared_state.h"
-#include "cloning_app/run/follower.h"
 #include "cloning_app/run/package_completion.h"
 #include "cloning_app/run/quiet_view.h"
 #include "cloning_app/run/run_parts.h"
@@ -55,11 +55,7 @@ std::vector<Row> failedAndChosen(const std::vector<Row>& rows, const std::vector
 /// The backup in the clone folder, made a package. Result: what it holds.
 Result<ComparedState> backUpIntoRoot(const CloneContext& context, const Tree& root,
                                      const std::vector<VXClone>& list, Means means) {
-    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
-        return tl::make_unexpected(reset.error());
-    }
-    const auto results =
-        runAndFollow(context, Direction::Backup, allCategories(), [&] { return context.engine.backUp(); });
+    const auto results = saveTelevision(context);
     if (!results) {
         return tl::make_unexpected(results.error());
     }
@@ -104,6 +100,23 @@ Result<ComparedState> makeSafety(const CloneContext& context, const StagedPackag
     return state;
 }
 
+/// What the package holds of the categories whose size nobody knows of a television.
+TreeSize restOf(const Tree& package) {
+    constexpr std::array kKnown = {VXCLONE_HOSPITALITY_LOGO, VXCLONE_VXHOTEL_HOMEAPP_DATA,
+                                   VXCLONE_VXHOTEL_MBR_LOGO};
+    TreeSize rest;
+    const auto add = [&](const TreeEntry& entry) {
+        const auto category = categoryOfPath(std::string_view(entry.path).substr(package.path.size() + 1));
+        if (std::none_of(kKnown.begin(), kKnown.end(),
+                         [category](VXClone known) { return categoryOf(known).name == category; })) {
+            ++rest.entries;
+            rest.bytes += entry.bytes;
+        }
+        return std::string();
+    };
+    return measureTree(package, TreeLimits{}, add) ? rest : TreeSize{};
+}
+
 bool isThere(const CloneContext& context) {
     const auto store = SafetyStore::open(recordFolderOf(context.cloneRoot));
     const auto safety = store ? store->openSafety() : Result<Descriptor>(Descriptor());
@@ -112,8 +125,8 @@ bool isThere(const CloneContext& context) {
 
 }  // namespace
 
-TreeSize safetyReserve() {
-    TreeSize reserve;
+TreeSize safetyReserve(const Tree& package) {
+    TreeSize reserve = restOf(package);
     for (const auto folder : {vx_get_homemenu_path, vx_get_bootlogo_path, vx_get_mbrlogo_path}) {
         const std::string path = folder();
         const Descriptor opened(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

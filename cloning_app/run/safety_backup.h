@@ -8,9 +8,9 @@
 
 namespace vxclone {
 
-/// How much of the disk a safety backup needs, as far as that can be told before it is made: the files of the
-/// television that travel as they are.
-TreeSize safetyReserve();
+/// How much of the disk a safety backup needs, as far as that can be told before it is made: what the
+/// television has of the files that travel as they are, and as much of the rest as the package has.
+TreeSize safetyReserve(const Tree& package);
 
 /// Backs the television up before the categories of `list` are loaded, and keeps the package beside the clone
 /// folder in place of the one before; the staged package is where it was afterwards. While the record says

@@ -39,7 +39,8 @@ tl::unexpected<Error> notSealed(const std::string& why) {
 /// What the library said while it sealed; a call that broke off is a backup that is not sealed.
 Result<void> sealedOr(const Result<bool>& answer, const std::string& whyNot) {
     if (!answer) {
-        return failure(ErrorCode::NotSealed, "the backup cannot be sealed: " + answer.error().sentence);
+        return failure(ErrorCode::NotSealed, "the backup cannot be sealed: " + answer.error().sentence +
+                                                 ", or free some space on the television's disk first");
     }
     return *answer ? Result<void>() : notSealed(whyNot);
 }

@@ -2,9 +2,18 @@
 
 #include <utility>
 
+#include "cloning_app/package/layout.h"
+#include "cloning_app/package/small_file.h"
 #include "cloning_app/run/run_parts.h"
 
 namespace vxclone {
+
+namespace {
+
+/// Far more than an identity or a seal has: one of so many bytes is refused like any other wrong one.
+constexpr std::size_t kMostSealBytes = std::size_t{64} << 10U;
+
+}  // namespace
 
 StagedPackage::StagedPackage(CloneRoot root, std::string origin)
     : root_(std::make_unique<CloneRoot>(std::move(root))), origin_(std::move(origin)) {}
@@ -16,7 +25,7 @@ StagedPackage::~StagedPackage() {
 }
 
 Result<StagedPackage> StagedPackage::bring(const CloneContext& context, const std::filesystem::path& folder,
-                                           const TreeSize& reserve) {
+                                           const Reserve& reserve) {
     const auto target = openTarget(context, folder);
     if (!target) {
         return tl::make_unexpected(target.error());
@@ -25,19 +34,45 @@ Result<StagedPackage> StagedPackage::bring(const CloneContext& context, const st
     if (!opened) {
         return tl::make_unexpected(opened.error());
     }
+    context.view.notice("Copying the package from the stick, and checking it.");
     return copyOf(context, {opened->get(), target->path(), Place::Stick}, reserve);
 }
 
 Result<StagedPackage> StagedPackage::copyOf(const CloneContext& context, const Tree& package,
-                                            const TreeSize& reserve) {
+                                            const Reserve& reserve) {
     auto root = CloneRoot::open(context.cloneRoot);
     if (!root) {
         return tl::make_unexpected(root.error());
     }
-    if (const auto copied = root->fillFrom(package, TreeLimits{}, context.stop, reserve); !copied) {
+    const TreeSize kept = reserve ? reserve(package) : TreeSize{};
+    if (const auto copied = root->fillFrom(package, TreeLimits{}, context.stop, kept); !copied) {
         return tl::make_unexpected(copied.error());
     }
     return StagedPackage(std::move(*root), package.path);
+}
+
+Result<StagedPackage> StagedPackage::sealOf(const CloneContext& context, const Tree& package) {
+    auto root = CloneRoot::open(context.cloneRoot);
+    if (!root) {
+        return tl::make_unexpected(root.error());
+    }
+    StagedPackage staged(std::move(*root), package.path);
+    if (const auto emptied = staged.root_->empty(); !emptied) {
+        return tl::make_unexpected(emptied.error());
+    }
+    for (const char* const name : {kIdentityFile, kSealFile}) {
+        const auto content = readSmallFile(package, name, kMostSealBytes);
+        if (!content) {
+            return tl::make_unexpected(content.error());
+        }
+        if (!*content) {
+            continue;
+        }
+        if (const auto written = writeSmallFile(staged.tree(), name, **content); !written) {
+            return tl::make_unexpected(written.error());
+        }
+    }
+    return staged;
 }
 
 }  // namespace vxclone

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -13,15 +14,20 @@ namespace vxclone {
 /// examined there is what is loaded. Unless it is kept, its end empties the folder.
 class StagedPackage {
  public:
-    /// Checks that `folder` is a package of safe entries and copies it, where the disk has room for `reserve`
-    /// besides. On failure nothing of it is left in
-    /// the clone folder. Errors: those of `openTarget`, `StickTarget::openPackage`, `walkTree` and
-    /// `CloneRoot`.
+    /// How much room the disk must have beside a copy of the package.
+    using Reserve = std::function<TreeSize(const Tree& package)>;
+
+    /// Checks that `folder` is a package of safe entries and copies it, where the disk has room for that and
+    /// the reserve. On failure nothing of it is left in the clone folder. Errors: those of `openTarget`,
+    /// `StickTarget::openPackage`, `walkTree` and `CloneRoot`.
     static Result<StagedPackage> bring(const CloneContext& context, const std::filesystem::path& folder,
-                                       const TreeSize& reserve = {});
+                                       const Reserve& reserve = {});
     /// The same of an open folder of the television's own.
     static Result<StagedPackage> copyOf(const CloneContext& context, const Tree& package,
-                                        const TreeSize& reserve = {});
+                                        const Reserve& reserve = {});
+
+    /// The same of nothing but the identity and the seal, for an examination of the rest where it lies.
+    static Result<StagedPackage> sealOf(const CloneContext& context, const Tree& package);
 
     StagedPackage(StagedPackage&&) = default;
     StagedPackage& operator=(StagedPackage&&) = delete;

@@ -2,9 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
+#include "cloning_app/error_catalogue.h"
+#include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/settings_store.h"
 #include "common/terminal_table.h"
 
@@ -18,6 +21,19 @@ Direction directionOf(const std::optional<LastRun>& last) {
     return last && last->record.kind == RunKind::Backup ? Direction::Backup : Direction::Restore;
 }
 
+/// What the exit status of a run says.
+std::string_view meaningOf(int status) {
+    const auto facts = exitStatuses();
+    const auto found = std::find_if(facts.begin(), facts.end(),
+                                    [status](const StatusFact& fact) { return fact.status == status; });
+    return found == facts.end() ? "ended in an unknown way" : found->meaning;
+}
+
+/// Whether the two keys tell of this run, and not of a safety backup or of a run before.
+bool isReported(RunPhase phase) {
+    return phase == RunPhase::Saving || phase == RunPhase::Restoring;
+}
+
 std::string sentenceOf(const LastRun& last) {
     const RunRecord& record = last.record;
     const std::string what = describe(record);
@@ -28,8 +44,10 @@ std::string sentenceOf(const LastRun& last) {
         return fmt::format("UNFINISHED: {}; it died in phase {}: {}.", what, nameOf(record.phase),
                            consequenceOf(record.phase));
     }
-    return fmt::format("Last run: {}, ended {}, exit status {}.", what, timeText(record.ended.value_or(0)),
-                       record.exitStatus.value_or(0));
+    const std::string failed = failedNames(record.rows);
+    return fmt::format("Last run: {}, ended {}: {}{}.", what, timeText(record.ended.value_or(0)),
+                       meaningOf(record.exitStatus.value_or(kExitOk)),
+                       failed.empty() ? "" : " (" + failed + ")");
 }
 
 nlohmann::ordered_json jsonOf(const LastRun& last) {
@@ -116,7 +134,7 @@ Output outputOf(const Status& status, bool coloured) {
         output.lines.push_back({Event::Result, vxclone::jsonOf(row)});
     }
     if (!status.reported.empty()) {
-        std::string table = renderTable(status.reported, {}, coloured);
+        std::string table = renderTable(status.reported, {}, coloured, "reported by the library");
         table.pop_back();
         output.lines.push_back(lineOf(std::move(table)));
     }
@@ -140,10 +158,12 @@ Result<Status> followRun(const std::filesystem::path& folder, ProgressView& view
         if (stop.raised()) {
             return tl::make_unexpected(stopError(stop.signal()));
         }
-        for (; shown < status->reported.size(); ++shown) {
+        const RunPhase phase = status->last->record.phase;
+        shown = std::min(shown, status->reported.size());
+        for (; isReported(phase) && shown < status->reported.size(); ++shown) {
             view.category(status->reported[shown]);
         }
-        if (status->last->record.kind != RunKind::Backup && status->percent != percent) {
+        if (phase == RunPhase::Restoring && status->percent != percent) {
             percent = status->percent;
             view.progress({percent, 0, 0, std::nullopt});
         }

@@ -36,8 +36,8 @@ void writeDifferences(std::ostream& out, const NamedDifferences& differences) {
 /// What both views for people do at the end.
 class TextView : public ProgressView {
  public:
-    TextView(Direction direction, std::ostream& out, std::ostream& err, ViewOptions options)
-        : direction_(direction), out_(out), err_(err), options_(std::move(options)) {}
+    TextView(std::string run, std::ostream& out, std::ostream& err, ViewOptions options)
+        : run_(std::move(run)), out_(out), err_(err), options_(std::move(options)) {}
 
     void done(const Report& report) override {
         out_ << renderTable(report.rows, report.checks, options_.coloured);
@@ -52,11 +52,11 @@ class TextView : public ProgressView {
 
  protected:
     std::ostream& out() { return out_; }
-    Direction direction() const { return direction_; }
+    const std::string& run() const { return run_; }
     const ViewOptions& options() const { return options_; }
 
  private:
-    Direction direction_;
+    std::string run_;
     std::ostream& out_;
     std::ostream& err_;
     ViewOptions options_;
@@ -78,7 +78,7 @@ class PlainView final : public TextView {
             parts.emplace_back(categoryOf(*progress.category).name);
         }
         parts.push_back(clockText(options().elapsed()));
-        out() << fmt::format("{} {}\n", nameOf(direction()), fmt::join(parts, ", ")) << std::flush;
+        out() << fmt::format("{} {}\n", run(), fmt::join(parts, ", ")) << std::flush;
     }
     void category(const Row& row) override {
         out() << categoryOf(row.category).name << ": " << textOf(row) << '\n' << std::flush;
@@ -125,7 +125,7 @@ class TerminalView final : public TextView {
     }
 
  private:
-    static constexpr std::size_t kBarWidth = 20;
+    static constexpr std::size_t kBarWidth = 10;
     static constexpr std::size_t kWholePercent = 100;
 
     std::string bar() const {
@@ -140,7 +140,7 @@ class TerminalView final : public TextView {
     }
 
     std::vector<Piece> pieces() const {
-        std::vector<Piece> all = {{std::string(nameOf(direction()))}, {bar(), Colour::Good, true}};
+        std::vector<Piece> all = {{run()}, {bar(), Colour::Good, true}};
         if (progress_.percent) {
             all.push_back({fmt::format("{} %", *progress_.percent)});
         }
@@ -182,14 +182,14 @@ std::size_t widthOf(const std::vector<Piece>& pieces) {
 
 }  // namespace
 
-std::unique_ptr<ProgressView> makePlainView(Direction direction, std::ostream& out, std::ostream& err,
+std::unique_ptr<ProgressView> makePlainView(std::string run, std::ostream& out, std::ostream& err,
                                             ViewOptions options) {
-    return std::make_unique<PlainView>(direction, out, err, std::move(options));
+    return std::make_unique<PlainView>(std::move(run), out, err, std::move(options));
 }
 
-std::unique_ptr<ProgressView> makeTerminalView(Direction direction, std::ostream& out, std::ostream& err,
+std::unique_ptr<ProgressView> makeTerminalView(std::string run, std::ostream& out, std::ostream& err,
                                                ViewOptions options) {
-    return std::make_unique<TerminalView>(direction, out, err, std::move(options));
+    return std::make_unique<TerminalView>(std::move(run), out, err, std::move(options));
 }
 
 std::string clockText(std::chrono::milliseconds elapsed) {

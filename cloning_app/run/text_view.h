@@ -5,9 +5,9 @@
 namespace vxclone {
 
 /// A view for people: a line for each step, or one live line.
-std::unique_ptr<ProgressView> makePlainView(Direction direction, std::ostream& out, std::ostream& err,
+std::unique_ptr<ProgressView> makePlainView(std::string run, std::ostream& out, std::ostream& err,
                                             ViewOptions options);
-std::unique_ptr<ProgressView> makeTerminalView(Direction direction, std::ostream& out, std::ostream& err,
+std::unique_ptr<ProgressView> makeTerminalView(std::string run, std::ostream& out, std::ostream& err,
                                                ViewOptions options);
 
 /// Minutes and seconds: "0:07".

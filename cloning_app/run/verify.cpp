@@ -2,6 +2,7 @@
 
 #include "cloning_app/run/integrity.h"
 #include "cloning_app/run/recorded_run.h"
+#include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/staged_package.h"
 #include "common/terminal_table.h"
 
@@ -9,29 +10,46 @@ namespace vxclone {
 
 namespace {
 
-Result<Report> verify(const CloneContext& context, const std::filesystem::path& folder) {
-    const auto package = StagedPackage::bring(context, folder);
-    if (!package) {
-        return tl::make_unexpected(package.error());
+/// Most of the package stays where it is: what is examined here is not loaded.
+Result<Examination> examine(const CloneContext& context, const StickTarget& target) {
+    const auto opened = target.openPackage();
+    if (!opened) {
+        return tl::make_unexpected(opened.error());
     }
-    const auto found = examinePackage(context.engine, package->tree());
+    const Tree package{opened->get(), target.path(), Place::Stick};
+    if (const auto safe = measureTree(package, TreeLimits{}); !safe) {
+        return tl::make_unexpected(safe.error());
+    }
+    const auto seal = StagedPackage::sealOf(context, package);
+    if (!seal) {
+        return tl::make_unexpected(seal.error());
+    }
+    context.view.notice("Checking the package.");
+    return examinePackage(context.engine, package, seal->tree(), context.stop);
+}
+
+Result<Report> verify(const CloneContext& context, const std::filesystem::path& folder) {
+    const auto target = openTarget(context, folder);
+    if (!target) {
+        return tl::make_unexpected(target.error());
+    }
+    const auto found = examine(context, *target);
     if (!found) {
         return tl::make_unexpected(found.error());
     }
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    Report report{Direction::Restore,
-                  {},
+    Report report{{},
                   kExitOk,
-                  problemSentences(found->checks, package->origin()),
+                  problemSentences(found->checks, target->path()),
                   found->checks,
                   found->digest.value_or("")};
     if (const auto problem = problemOf(found->checks)) {
         report.exitStatus = exitStatusOf(*problem);
     } else {
         report.closing.push_back(
-            fmt::format("{} fits this television and is unaltered.", vxcommon::printable(package->origin())));
+            fmt::format("{} fits this television and is unaltered.", vxcommon::printable(target->path())));
     }
     if (found->digest) {
         report.closing.push_back("Digest " + *found->digest);

@@ -7,9 +7,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <filesystem>
 #include <memory>
 
 #include "cloning_app/package/descriptor.h"
+#include "cloning_app/package/disk_calls.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -55,6 +57,13 @@ int writeAndFlush(int file, const std::string& content) {
     return fsync(file) == 0 ? 0 : errno;
 }
 
+/// Until then a new file may be lost although its content is on the disk. Result: as above.
+int flushFolderOf(const std::filesystem::path& file) {
+    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return opened.valid() && realDiskCalls().flush(opened.get()) == 0 ? 0 : errno;
+}
+
 }  // namespace
 
 Result<std::string> tarOf(const std::vector<ArchiveEntry>& entries, std::int64_t seconds) {
@@ -87,7 +96,8 @@ Result<void> writeNewFile(const std::string& path, const std::string& content) {
         return failure(ErrorCode::StickMissing, "there is no folder for " + vxcommon::printable(path) +
                                                     "; put the stick in and see where it is mounted");
     }
-    const int reason = file.valid() ? writeAndFlush(file.get(), content) : refused;
+    int reason = file.valid() ? writeAndFlush(file.get(), content) : refused;
+    reason = reason == 0 ? flushFolderOf(path) : reason;
     if (reason == 0) {
         return {};
     }

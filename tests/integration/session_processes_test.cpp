@@ -36,6 +36,9 @@ TEST_P(SessionProcesses, killingVxtvEndsAllOfThem) {
     const auto finished = session.wait();
     EXPECT_FALSE(finished.timedOut);
     EXPECT_EQ(finished.status, 128 + SIGKILL);
+    // The next session takes away what the killed one could not.
+    const auto next = run(inside("true"));
+    EXPECT_EQ(next.status, 0) << next.errors;
 }
 
 TEST_P(SessionProcesses, signalsReachTheCommand) {

@@ -151,5 +151,18 @@ TEST_F(TerminalTest, statusAfterABackupTellsWhatWasReported) {
     EXPECT_THAT(vxclone(first, {"status", "--follow", "--json"}).output, HasSubstr("\"event\":\"summary\""));
 }
 
+TEST_F(TerminalTest, followShowsTheRunOfAnotherUntilItsEnd) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    vxtv({"fault", second, "add", "tvtimer_set_db", "--delay", "2000"});
+    RunningProcess restore(inTelevision(second, {"restore", "/media/usb/clone"}));
+    ASSERT_TRUE(restore.waitForOutput("restore 0 %"));
+    Terminal terminal(inTelevision(second, {"status", "--follow"}), 100);
+    EXPECT_EQ(terminal.wait(), 0) << terminal.text();
+    EXPECT_THAT(liveLines(terminal.text()), Contains(HasSubstr("restore  ")));
+    EXPECT_THAT(terminal.text(), HasSubstr("reported by the library"));
+    EXPECT_THAT(terminal.text(), HasSubstr(": done.\r\n"));
+    EXPECT_EQ(restore.wait().status, 0);
+}
+
 }  // namespace
 }  // namespace vxtest

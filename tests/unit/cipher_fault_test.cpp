@@ -18,6 +18,9 @@ struct Faults {
 };
 Faults faults;
 
+/// How often a context was cleared of its key.
+int resets = 0;
+
 /// Whether this call is the one that fails. A failing function leaves an error behind, as libcrypto does.
 bool fails(int& left) {
     if (left < 0) {
@@ -58,6 +61,12 @@ int WRAPPED(EVP_CipherUpdate)(EVP_CIPHER_CTX* context, unsigned char* out, int* 
     return fails(faults.updates) ? 0 : REAL(EVP_CipherUpdate)(context, out, produced, in, count);
 }
 
+int REAL(EVP_CIPHER_CTX_reset)(EVP_CIPHER_CTX*);
+int WRAPPED(EVP_CIPHER_CTX_reset)(EVP_CIPHER_CTX* context) {
+    ++resets;
+    return REAL(EVP_CIPHER_CTX_reset)(context);
+}
+
 int REAL(EVP_CIPHER_CTX_key_length)(const EVP_CIPHER_CTX*);
 int WRAPPED(EVP_CIPHER_CTX_key_length)(const EVP_CIPHER_CTX* context) {
     return faults.keyLength != 0 ? faults.keyLength : REAL(EVP_CIPHER_CTX_key_length)(context);
@@ -86,6 +95,15 @@ class CipherFaultTest : public IntegrityTest {
                "\n";
     }
 };
+
+TEST_F(CipherFaultTest, contextIsClearedOfTheKeyAtTheEndAndAfterAFailure) {
+    resets = 0;
+    EXPECT_TRUE(encipher(work("plain"), work("out")));
+    EXPECT_EQ(resets, 1);
+    faults.updates = 0;
+    EXPECT_FALSE(encipher(work("plain"), work("out")));
+    EXPECT_EQ(resets, 2);
+}
 
 TEST_F(CipherFaultTest, contextThatCannotBeMadeFails) {
     faults.contexts = 0;

@@ -13,11 +13,16 @@ namespace {
 bool fchmodFails = false;
 int closeFailsFor = -1;
 
+/// How long the file was when its mode was set.
+off_t lengthAtFchmod = 0;
+
 }  // namespace
 
 extern "C" {
 int __real_fchmod(int descriptor, mode_t mode);
 int __wrap_fchmod(int descriptor, mode_t mode) {
+    struct stat status {};
+    lengthAtFchmod = fstat(descriptor, &status) == 0 ? status.st_size : -1;
     return fchmodFails ? -1 : __real_fchmod(descriptor, mode);
 }
 
@@ -75,6 +80,25 @@ TEST_F(ProductInfoTest, writeMakesThreeTaggedLinesWithMode0664) {
                 ElementsAre("E/35 m_WriteCloneData: File path to write data to /tmp/area/info.txt",
                             "system_info_get_value_string(0)", "system_info_get_value_string(199)",
                             "system_info_get_value_int(131)"));
+}
+
+TEST_F(ProductInfoTest, writeSetsTheModeOfTheWholeFile) {
+    EXPECT_EQ(write(), 1);
+    EXPECT_EQ(lengthAtFchmod, 62);
+}
+
+TEST_F(ProductInfoTest, writeLeavesNoFileOpen) {
+    const auto openFiles = [] {
+        return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
+    };
+    // Once before, because sanitizers open descriptors of their own at the first call.
+    EXPECT_EQ(write(), 1);
+    const auto before = openFiles();
+    EXPECT_EQ(write(), 1);
+    EXPECT_EQ(openFiles(), before);
+    fchmodFails = true;
+    EXPECT_EQ(write(), 0);
+    EXPECT_EQ(openFiles(), before);
 }
 
 TEST_F(ProductInfoTest, writeOverALongerFileReplacesIt) {
@@ -216,6 +240,16 @@ TEST_F(ProductInfoTest, checkOfAnEmptyTagLineFitsAnEmptyUnreadableOrTooLongTag) 
     EXPECT_EQ(check("\nHX-55\n1\n"), 0);
 }
 
+TEST_F(ProductInfoTest, checkOfAnEmptyTagLineFitsATagWithoutAValue) {
+    tv.answerOnce("system_info_get_value_string", 0, 1);
+    EXPECT_EQ(check("\nHX-55\n1\n"), 0);
+}
+
+TEST_F(ProductInfoTest, checkOfALineThatBeginsWithANulTakesItAsEmpty) {
+    tv.setProductTag("");
+    EXPECT_EQ(check(std::string("\0TAG9\nHX-55\n1\n", 14)), 0);
+}
+
 TEST_F(ProductInfoTest, checkOfAnEmptyTagLineDoesNotFitATag) {
     EXPECT_EQ(check("\nHX-55\n1\n"), 3);
 }
@@ -296,6 +330,13 @@ TEST_F(ProductInfoTest, checkWithTheRegionalFlagWantsBitSeven) {
     EXPECT_EQ(check("TAG9\nHX-55\n129\n"), 0);
     EXPECT_THAT(tv.describedLog(), testing::Contains("E/35 m_ReadCloneData: PHILIPINNES SET 129"));
     EXPECT_EQ(check("TAG9\nHX-55\n1\n"), 4);
+    tv.setTunerType(2);
+    EXPECT_EQ(check("TAG9\nHX-55\n130\n"), 0);
+}
+
+TEST_F(ProductInfoTest, checkWhoseFlagIsLeftAsItWasIsWithoutTheRegion) {
+    tv.answer("system_info_get_custom_bool", 0);
+    EXPECT_EQ(check("TAG9\nHX-55\n1\n"), 0);
 }
 
 TEST_F(ProductInfoTest, checkWhoseFlagCannotBeReadIsMinusOneAfterAllLines) {
@@ -325,10 +366,12 @@ TEST_F(ProductInfoTest, publicOperationsConnectToTheTimersFirst) {
     EXPECT_EQ(engine.WriteDataToFile("/tmp/area/info.txt"), 1);
     EXPECT_EQ(tv.transcript()[0], "E/35 WriteDataToFile: ");
     EXPECT_EQ(tv.transcript()[1], "tvtimer_init()");
+    EXPECT_THAT(tv.messages(), testing::Not(testing::Contains("failed to init tvtimer api")));
     tv.reset();
     EXPECT_EQ(engine.CheckDataValidity("/tmp/area/package"), 5);
     EXPECT_EQ(tv.transcript()[0], "E/35 CheckDataValidity: ");
     EXPECT_EQ(tv.transcript()[1], "tvtimer_init()");
+    EXPECT_THAT(tv.messages(), testing::Not(testing::Contains("failed to init tvtimer api")));
 }
 
 TEST_F(ProductInfoTest, publicOperationsGoOnWithoutTimers) {

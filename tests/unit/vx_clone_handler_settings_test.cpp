@@ -12,6 +12,7 @@ namespace {
 using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 
@@ -133,6 +134,15 @@ TEST_F(SettingsTest, backupLeavesOutKeysThatFailAndGoesOn) {
                 ElementsAre("E/35 m_GetVconfValues: GET VCONF STRING FAILED!!!",
                             "E/35 m_GetVconfValues: GET VCONF BOOL FAILED!!!",
                             "E/35 m_GetVconfValues: GET VCONF INT FAILED!!!"));
+}
+
+TEST_F(SettingsTest, backupOfANumberThatTheStoreLeavesAsItWasWritesZero) {
+    tv.answer("vconf_get_int", 0);
+    tv.answer("vconf_get_bool", 0);
+    engine.m_VCONFDataClone();
+    EXPECT_THAT(readFile(kFile), HasSubstr("\"int\" : 0\n"));
+    EXPECT_THAT(readFile(kFile), HasSubstr("\"bool\" : 0\n"));
+    EXPECT_THAT(readFile(kFile), Not(HasSubstr("\"int\" : 1")));
 }
 
 TEST_F(SettingsTest, backupWhereNothingCanBeReadWritesAnEmptyDocument) {

@@ -129,6 +129,12 @@ TEST_F(BackupTest, networkSupportThatCannotBeReadCountsAsOff) {
     EXPECT_EQ(countOf(kNetworkSkipped), 1U);
 }
 
+TEST_F(BackupTest, networkSupportThatIsLeftAsItWasCountsAsOff) {
+    tv.answer("system_info_get_custom_int", 0);
+    engine.BackupCloneData();
+    EXPECT_EQ(countOf(kNetworkSkipped), 1U);
+}
+
 TEST_F(BackupTest, progressIsNeverWritten) {
     engine.BackupCloneData();
     EXPECT_THAT(progress(), IsEmpty());
@@ -227,6 +233,23 @@ TEST_F(RestoreTest, networkCategoryIsPassedOverInSilenceWithoutSupport) {
     EXPECT_THAT(tv.callsOf("CHomeDataControlAPI::GetInstance"), IsEmpty());
     EXPECT_EQ(countOf("Wrong data passed in eCloneData"), 1U);
     EXPECT_EQ(countOf(kNetworkSkipped), 1U);
+}
+
+TEST_F(RestoreTest, otherCategoriesAreLoadedWithoutNetworkSupport) {
+    tv.setFeature(kNetworkSupportFeature, 0);
+    const auto stepsOf = [this](VXClone loaded) {
+        const std::size_t before = tv.transcript().size();
+        EXPECT_EQ(engine.RestoreCloneData({loaded, VXCLONE_VXHOTEL_FIRSTSCREEN_DATA}), 1);
+        return tv.transcript().size() - before;
+    };
+    const std::size_t withoutCloner = stepsOf(VXCLONE_HOME_INTERNAL_API_DATA);
+    EXPECT_EQ(stepsOf(VXCLONE_WAS_API_DATA), withoutCloner);
+    for (const VXClone loaded :
+         {VXCLONE_FACTORY_SETTINGS, VXCLONE_AV_SETTINGS, VXCLONE_VCONF_DATA, VXCLONE_BROADCAST_TVS,
+          VXCLONE_SETTINGS_DATA, VXCLONE_VXTV_TIMER_DATA, VXCLONE_HOSPITALITY_LOGO,
+          VXCLONE_VXHOTEL_HOMEAPP_DATA, VXCLONE_VXHOTEL_MBR_LOGO, VXCLONE_NTP_SETTINGS_DATA}) {
+        EXPECT_GT(stepsOf(loaded), withoutCloner) << "category " << loaded;
+    }
 }
 
 TEST_F(RestoreTest, valuesThatAreNoCategoryAreRejectedAndCountTowardsProgress) {

@@ -68,6 +68,7 @@ TEST_F(FacadeTest, exportedRestoreOnATelevisionWhereEverythingFailsReturnsZero) 
 
 TEST_F(FacadeTest, exportedBackupReturnsZeroAlsoWhenEverythingFails) {
     EXPECT_EQ(vx_clone_backup_data(), 0);
+    EXPECT_EQ(tv.describedLog().at(0), "E/35 BackupCloneData: ");
     for (const char* call :
          {"tvtimer_init", "vconf_set_str", "vconf_get_str", "vconf_get_int", "system_info_get_custom_int"}) {
         tv.answer(call, -1);

@@ -32,6 +32,7 @@ TEST_F(UtilTest, safeFileOpenOfAFileGivesItsStream) {
     std::fclose(file);
     EXPECT_THAT(tv.transcript(), ElementsAre("E/35 SafeFileOpen: strPath: /tmp/area/file strMode: r"));
     EXPECT_EQ(tv.log().at(0).source, "VXCloneUtil.cpp");
+    EXPECT_EQ(tv.log().at(0).tag, "cloneapi");
 }
 
 TEST_F(UtilTest, safeFileOpenOfAMissingFileToReadIsNull) {

@@ -8,10 +8,10 @@
 #include <cstdint>
 #include <string>
 
+#include "common/strict_json.h"
 #include "virtual_tv/television/byte_order.h"
 #include "virtual_tv/television/private_file.h"
 #include "virtual_tv/television/profile_reading.h"
-#include "virtual_tv/television/strict_json.h"
 
 namespace vxtv {
 
@@ -115,7 +115,7 @@ Result<void> checkContainer(std::string_view bytes, std::string_view service, st
 
 Result<Json> documentIn(std::string_view body, const fs::path& file) {
     try {
-        return parseStrictly(body, kDeepestBackup);
+        return vxcommon::parseStrictly(body, {kDeepestBackup});
     } catch (const WrongMember& wrong) {
         return damaged(file, fmt::format("\"{}\" {}", wrong.member, wrong.reason));
     } catch (const Json::exception&) {

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "common/strict_json.h"
 #include "virtual_tv/services/backup_file.h"
 #include "virtual_tv/services/channel_json.h"
 #include "virtual_tv/services/channel_reading.h"
@@ -16,7 +17,6 @@
 #include "virtual_tv/session/descriptor.h"
 #include "virtual_tv/television/private_file.h"
 #include "virtual_tv/television/profile_reading.h"
-#include "virtual_tv/television/strict_json.h"
 
 namespace vxtv {
 
@@ -170,7 +170,8 @@ Result<void> checkVersion(const Json& index, const fs::path& file) {
 }
 
 Result<ChannelMap> mapIn(const ZipMembers& members, const fs::path& file) {
-    const auto index = reading(file, [&] { return parseStrictly(members.at(kIndex), kDeepestMember); });
+    const auto index =
+        reading(file, [&] { return vxcommon::parseStrictly(members.at(kIndex), {kDeepestMember}); });
     if (!index) {
         return tl::make_unexpected(index.error());
     }
@@ -178,10 +179,10 @@ Result<ChannelMap> mapIn(const ZipMembers& members, const fs::path& file) {
         return reading(file, [&] {
             checkIndex(*index, members);
             ChannelMap map;
-            map.transponders =
-                transpondersIn(parseStrictly(members.at(kTransponders), kDeepestMember), kTransponders);
-            map.channels = channelsIn(parseStrictly(members.at(kChannels), kDeepestMember), kChannels,
-                                      map.transponders.size());
+            map.transponders = transpondersIn(
+                vxcommon::parseStrictly(members.at(kTransponders), {kDeepestMember}), kTransponders);
+            map.channels = channelsIn(vxcommon::parseStrictly(members.at(kChannels), {kDeepestMember}),
+                                      kChannels, map.transponders.size());
             return map;
         });
     });

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cctype>
 
+#include "common/strict_json.h"
 #include "virtual_tv/television/private_file.h"
 #include "virtual_tv/television/profile_reading.h"
-#include "virtual_tv/television/strict_json.h"
 
 namespace vxtv {
 
@@ -93,7 +93,7 @@ Result<ApplicationManifest> readManifest(const fs::path& folder) {
         return badManifest(file, "it is too long");
     }
     try {
-        const Json document = parseStrictly(*text, kDeepestManifest);
+        const Json document = vxcommon::parseStrictly(*text, {kDeepestManifest});
         expectOnly(document, "", {"id", "title", "program", "arguments", "autostart"});
         return manifestIn(document, "");
     } catch (const WrongMember& wrong) {

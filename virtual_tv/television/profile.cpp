@@ -11,12 +11,12 @@
 #include <string_view>
 #include <utility>
 
+#include "common/strict_json.h"
 #include "virtual_tv/services/data_services.h"
 #include "virtual_tv/television/key_file.h"
 #include "virtual_tv/television/package_key.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/profile_reading.h"
-#include "virtual_tv/television/strict_json.h"
 
 namespace vxtv {
 
@@ -223,7 +223,8 @@ Result<Profile> readProfile(const fs::path& file) {
         return tl::make_unexpected(text.error());
     }
     try {
-        Profile profile = profileIn(parseStrictly(*text, kDeepestProfile), fs::absolute(file).parent_path());
+        Profile profile =
+            profileIn(vxcommon::parseStrictly(*text, {kDeepestProfile}), fs::absolute(file).parent_path());
         profile.file = fs::absolute(file);
         return profile;
     } catch (const WrongMember& wrong) {

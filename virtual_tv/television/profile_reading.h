@@ -5,13 +5,11 @@
 #include <string>
 #include <string_view>
 
+#include "common/strict_json.h"
+
 namespace vxtv {
 
-/// Leaves the reading of a profile at the first thing that is wrong; caught where the reading began.
-struct WrongMember {
-    std::string member;  ///< the path to it: "settings > volume > int"
-    std::string reason;  ///< goes on from the member's name: "is missing"
-};
+using vxcommon::WrongMember;
 
 // All of these throw WrongMember. `where` is the path to the value that is looked at.
 

@@ -8,17 +8,6 @@ namespace {
 
 constexpr int kLaunchedProcess = 4711;
 
-std::string written(const bundle* launch) {
-    if (launch == nullptr) {
-        return "null";
-    }
-    std::string entries;
-    for (const auto& [key, value] : launch->entries) {
-        entries += (entries.empty() ? "" : ", ") + quoted(key) + ": " + quoted(value);
-    }
-    return "{" + entries + "}";
-}
-
 bool isName(const char* text) {
     return text != nullptr && *text != '\0';
 }

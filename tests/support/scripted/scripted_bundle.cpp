@@ -44,13 +44,11 @@ int bundle_get_str(bundle* b, const char* key, char** value) {
     });
 }
 
+// Whatever it is told to answer, nobody else can free the bundle.
 int bundle_free(bundle* b) {
-    return answered("bundle_free", "", [&] {
-        if (b == nullptr) {
-            return -1;
-        }
+    if (b != nullptr) {
         platform().locked([](ScriptedPlatform::State& state) { --state.bundlesHeld; });
         delete b;
-        return 0;
-    });
+    }
+    return answered("bundle_free", "", [&] { return b == nullptr ? -1 : 0; });
 }

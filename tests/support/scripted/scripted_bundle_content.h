@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/bundle.h"
+#include "tests/support/scripted/answering.h"
 
 /// The entries, in the order in which they were added. A value stays at its place while others are added.
 struct _bundle_t {
@@ -25,6 +26,18 @@ inline std::string* findEntry(bundle& in, const std::string& key) {
 
 inline bundle bundleOf(const std::map<std::string, std::string>& message) {
     return {{message.begin(), message.end()}};
+}
+
+/// A bundle as it stands in the record of a call.
+inline std::string written(const bundle* content) {
+    if (content == nullptr) {
+        return "null";
+    }
+    std::string entries;
+    for (const auto& [key, value] : content->entries) {
+        entries += (entries.empty() ? "" : ", ") + quoted(key) + ": " + quoted(value);
+    }
+    return "{" + entries + "}";
 }
 
 }  // namespace vxtest

@@ -8,17 +8,6 @@ using namespace vxtest;
 
 namespace {
 
-std::string written(const bundle* message) {
-    if (message == nullptr) {
-        return "null";
-    }
-    std::string entries;
-    for (const auto& [key, value] : message->entries) {
-        entries += (entries.empty() ? "" : ", ") + quoted(key) + ": " + quoted(value);
-    }
-    return "{" + entries + "}";
-}
-
 bool isThere(const ScriptedPlatform::State& state, const char* application) {
     const auto found = state.remotePorts.find(application);
     return found == state.remotePorts.end() || found->second;

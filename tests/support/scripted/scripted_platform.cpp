@@ -34,6 +34,7 @@ void ScriptedPlatform::reset() {
     state_ = {};
     rules_.clear();
     actions_.clear();
+    judge_ = {};
     events_.clear();
 }
 
@@ -62,6 +63,11 @@ void ScriptedPlatform::answerOnce(const std::string& call, int status, int nth) 
 void ScriptedPlatform::onCall(const std::string& call, std::function<void()> action) {
     const std::lock_guard lock(mutex_);
     actions_.emplace(call, std::move(action));
+}
+
+void ScriptedPlatform::onEveryCall(Judge judge) {
+    const std::lock_guard lock(mutex_);
+    judge_ = std::move(judge);
 }
 
 void ScriptedPlatform::setSetting(const std::string& key, Setting value) {
@@ -236,6 +242,7 @@ Setting ScriptedPlatform::setting(const std::string& key) const {
 
 ScriptedPlatform::Decision ScriptedPlatform::decide(const std::string& call, const std::string& arguments) {
     std::vector<std::function<void()>> actions;
+    Judge judge;
     Decision decision;
     {
         const std::lock_guard lock(mutex_);
@@ -244,6 +251,7 @@ ScriptedPlatform::Decision ScriptedPlatform::decide(const std::string& call, con
         for (auto action = first; action != last; ++action) {
             actions.push_back(action->second);
         }
+        judge = judge_;
         for (Rule& rule : rules_) {
             if (rule.call != call) {
                 continue;
@@ -256,6 +264,9 @@ ScriptedPlatform::Decision ScriptedPlatform::decide(const std::string& call, con
     }
     for (const auto& action : actions) {
         action();
+    }
+    if (const std::optional<int> judged = judge ? judge(call, arguments) : std::nullopt) {
+        decision = {true, *judged};
     }
     return decision;
 }

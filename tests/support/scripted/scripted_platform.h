@@ -64,6 +64,11 @@ class ScriptedPlatform {
     void answerOnce(const std::string& call, int status, int nth = 1);
     /// Runs the action when the call is made, before it is answered.
     void onCall(const std::string& call, std::function<void()> action);
+    /// Decides about every call, by its name and its arguments as recorded: the status that it answers
+    /// instead of doing its work, or nothing to leave it alone. Called on the calling thread, and may script
+    /// meanwhile.
+    using Judge = std::function<std::optional<int>(const std::string& call, const std::string& arguments)>;
+    void onEveryCall(Judge judge);
     void setSetting(const std::string& key, Setting value);
     void eraseSetting(const std::string& key);
     void setModel(std::string model);
@@ -178,6 +183,7 @@ class ScriptedPlatform {
     State state_;
     std::vector<Rule> rules_;
     std::multimap<std::string, std::function<void()>> actions_;
+    Judge judge_;
     std::vector<Event> events_;
     std::vector<std::thread> replies_;
 };

@@ -44,7 +44,7 @@ class IntegrityTest : public testing::Test {
     }
 
     std::vector<Check> examine() {
-        const auto found = examinePackage(engine_, tree());
+        const auto found = examinePackage(engine_, tree(), tree(), stop_);
         EXPECT_TRUE(found) << found.error().sentence;
         return found.value_or(Examination{}).checks;
     }
@@ -77,6 +77,7 @@ class IntegrityTest : public testing::Test {
     TestFolder folder_;
     const Descriptor descriptor_{open(folder_.path().c_str(), O_RDONLY | O_DIRECTORY)};
     FakeEngine engine_;
+    StopFlag stop_;
 };
 
 TEST_F(IntegrityTest, sealedPackageIsCompleteAndGood) {
@@ -85,7 +86,7 @@ TEST_F(IntegrityTest, sealedPackageIsCompleteAndGood) {
     EXPECT_EQ(findings(sealed->checks), (Findings{{Subject::Identity, Finding::Recorded},
                                                   {Subject::Manifest, Finding::Recorded},
                                                   {Subject::Seal, Finding::Sealed}}));
-    EXPECT_EQ(examinePackage(engine_, tree())->digest, sealed->digest);
+    EXPECT_EQ(examinePackage(engine_, tree(), tree(), stop_)->digest, sealed->digest);
     EXPECT_EQ(readFile(folder_ / "ProductCloneInfo.txt"), "VX-R1-EU\nVX55R1\n3\n");
     EXPECT_TRUE(std::filesystem::exists(folder_ / "validate.txt"));
     EXPECT_FALSE(std::filesystem::exists(folder_ / "validate_temp.txt"));
@@ -190,7 +191,7 @@ TEST_F(IntegrityTest, manifestWithoutAKeyToCheckItIsNoKey) {
 TEST_F(IntegrityTest, packageOfALaterFormatIsRefused) {
     ASSERT_TRUE(seal());
     writeFile(folder_ / "manifest.json", R"({"format":"2.0","whatever":1})");
-    const auto found = examinePackage(engine_, tree());
+    const auto found = examinePackage(engine_, tree(), tree(), stop_);
     ASSERT_FALSE(found);
     EXPECT_EQ(found.error().code, ErrorCode::NewerPackage);
 }
@@ -348,10 +349,10 @@ TEST_F(IntegrityTest, identityThatTheLibraryDoesNotAcceptIsNotSealed) {
 TEST_F(IntegrityTest, examinationThatBreaksOffIsAnError) {
     ASSERT_TRUE(seal());
     engine_.identityAnswer = failure(ErrorCode::Internal, "broke off");
-    EXPECT_EQ(examinePackage(engine_, tree()).error().code, ErrorCode::Internal);
+    EXPECT_EQ(examinePackage(engine_, tree(), tree(), stop_).error().code, ErrorCode::Internal);
     engine_.identityAnswer = 0;
     engine_.key = failure(ErrorCode::Internal, "broke off");
-    EXPECT_EQ(examinePackage(engine_, tree()).error().code, ErrorCode::Internal);
+    EXPECT_EQ(examinePackage(engine_, tree(), tree(), stop_).error().code, ErrorCode::Internal);
 }
 
 TEST_F(IntegrityTest, bothKeysAreRequired) {

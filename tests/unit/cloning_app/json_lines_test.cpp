@@ -2,6 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <fstream>
+#include <map>
+#include <set>
+
 #include "cloning_app/error_catalogue.h"
 #include "cloning_app/run/progress_view.h"
 #include "tests/unit/cloning_app/json_schema.h"
@@ -29,9 +33,8 @@ class JsonLinesTest : public testing::Test {
 
     std::ostringstream out_;
     std::ostringstream err_;
-    std::unique_ptr<ProgressView> view_ =
-        makeProgressView(ViewKind::Json, Direction::Restore, out_, err_,
-                         {false, {}, [] { return std::chrono::milliseconds(1500); }});
+    std::unique_ptr<ProgressView> view_ = makeProgressView(
+        ViewKind::Json, "restore", out_, err_, {false, {}, [] { return std::chrono::milliseconds(1500); }});
 };
 
 TEST_F(JsonLinesTest, progressTellsPercentEntryCategoryAndTime) {
@@ -43,8 +46,7 @@ TEST_F(JsonLinesTest, progressTellsPercentEntryCategoryAndTime) {
 }
 
 TEST_F(JsonLinesTest, progressOfABackupHasNoPercent) {
-    makeProgressView(ViewKind::Json, Direction::Backup, out_, err_)
-        ->progress({std::nullopt, 2, 9, std::nullopt});
+    makeProgressView(ViewKind::Json, "backup", out_, err_)->progress({std::nullopt, 2, 9, std::nullopt});
     EXPECT_FALSE(lines().at(0).contains("percent"));
     EXPECT_EQ(lines().at(0).at("run"), "backup");
 }
@@ -58,8 +60,7 @@ TEST_F(JsonLinesTest, outcomeAndSentenceDuringTheRunAreProgress) {
 }
 
 TEST_F(JsonLinesTest, endIsAResultForEachRowAFindingForEachCheckAndASummary) {
-    view_->done({Direction::Restore,
-                 {kChannelsFailed, {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::Done, "", "org.some.app"}},
+    view_->done({{kChannelsFailed, {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::Done, "", "org.some.app"}},
                  4,
                  {"It does not fit."},
                  {{Subject::ProductTag, Finding::Differs, "here", "there"},
@@ -76,15 +77,42 @@ TEST_F(JsonLinesTest, endIsAResultForEachRowAFindingForEachCheckAndASummary) {
         "messages": ["It does not fit."]})"));
 }
 
-TEST_F(JsonLinesTest, everyVerdictSubjectFindingAndErrorFitsTheSchema) {
+TEST_F(JsonLinesTest, everyVerdictAndErrorFitsTheSchema) {
     for (std::size_t index = 0; index < verdictCount(); ++index) {
-        view_->done({Direction::Restore, {{VXCLONE_BROADCAST_TVS, static_cast<Verdict>(index)}}, 0, {}});
+        view_->done({{{VXCLONE_BROADCAST_TVS, static_cast<Verdict>(index)}}, 0, {}});
     }
     for (const ErrorFact& fact : errorCatalogue()) {
         view_->failed({fact.code, "sentence"});
     }
     EXPECT_THAT(lines(), Not(IsEmpty()));
     EXPECT_THAT(err_.str(), IsEmpty());
+}
+
+TEST(JsonSchema, listsAreThoseOfTheCode) {
+    std::ifstream file(VX_JSON_SCHEMA);
+    const json definitions = json::parse(file).at("definitions");
+    std::map<std::string, std::set<std::string>> lists;
+    for (const ErrorFact& fact : errorCatalogue()) {
+        lists["code"].emplace(fact.name);
+    }
+    for (const Category& category : categories()) {
+        lists["category"].emplace(category.name);
+    }
+    for (std::size_t index = 0; index < verdictCount(); ++index) {
+        lists["result"].emplace(nameOf(static_cast<Verdict>(index)));
+    }
+    lists["check"] = {"last-run"};
+    for (int index = 0; index <= static_cast<int>(Subject::Seal); ++index) {
+        lists["check"].emplace(nameOf(static_cast<Subject>(index)));
+    }
+    lists["finding"] = {"going-on", "unfinished", "ended"};
+    for (int index = 0; index <= static_cast<int>(Finding::Refused); ++index) {
+        lists["finding"].emplace(nameOf(static_cast<Finding>(index)));
+    }
+    for (const auto& [name, values] : lists) {
+        EXPECT_EQ(definitions.at(name).at("enum").get<std::set<std::string>>(), values) << name;
+    }
+    EXPECT_EQ(definitions.at("exit").at("maximum"), exitStatuses().back().status);
 }
 
 TEST_F(JsonLinesTest, errorHasCodeStatusAndSentenceEvenOfBytesThatAreNoText) {

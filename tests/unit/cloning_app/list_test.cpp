@@ -45,6 +45,12 @@ TEST_F(ListTest, stateIsWhatCanBeSeenWithoutACopy) {
     EXPECT_EQ(state(), "damaged");
 }
 
+TEST_F(ListTest, packageWithoutASealIsDamaged) {
+    std::filesystem::remove(package_ / "validate.txt");
+    EXPECT_EQ(state(), "damaged");
+    EXPECT_THAT(list(), HasSubstr("seal missing: validate.txt"));
+}
+
 TEST_F(ListTest, noPackageIsSaidAndNoFailure) {
     std::filesystem::remove_all(package_);
     writeFile(folder_ / "stick/photos/a.jpg", "x");

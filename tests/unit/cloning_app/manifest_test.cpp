@@ -47,6 +47,15 @@ TEST(Manifest, everythingComesBack) {
     EXPECT_TRUE(differencesOf(wanted.entries, read->entries).empty());
 }
 
+TEST(Manifest, categoriesAndResultsOfAnyBytesComeBack) {
+    Manifest manifest = goodManifest();
+    manifest.origin.results = {{"a\xff", "\nsuccess"}};
+    const auto read = manifestIn(manifestBody(manifest));
+    ASSERT_TRUE(read) << read.error();
+    EXPECT_EQ(read->origin.results[0].category, "a\xff");
+    EXPECT_EQ(read->origin.results[0].result, "\nsuccess");
+}
+
 TEST(Manifest, membersOfALaterMinorFormatArePassedOver) {
     Json json = Json::parse(manifestBody(goodManifest()));
     json["later"] = {1, 2};

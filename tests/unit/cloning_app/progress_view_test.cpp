@@ -20,8 +20,8 @@ const Progress kTwoReported{std::nullopt, 2, 9, VXCLONE_AV_SETTINGS};
 
 class ProgressViewTest : public testing::Test {
  protected:
-    std::unique_ptr<ProgressView> view(ViewKind kind, Direction direction) {
-        return makeProgressView(kind, direction, out_, err_,
+    std::unique_ptr<ProgressView> view(ViewKind kind, std::string run) {
+        return makeProgressView(kind, std::move(run), out_, err_,
                                 {coloured_, [this] { return width_; }, [this] { return elapsed_; }});
     }
 
@@ -33,7 +33,7 @@ class ProgressViewTest : public testing::Test {
 };
 
 TEST_F(ProgressViewTest, plainIsALineForEachStep) {
-    const auto plain = view(ViewKind::Plain, Direction::Restore);
+    const auto plain = view(ViewKind::Plain, "restore");
     plain->progress(kHalfWay);
     plain->tick();
     plain->category(kChannelsDone);
@@ -44,36 +44,35 @@ TEST_F(ProgressViewTest, plainIsALineForEachStep) {
 }
 
 TEST_F(ProgressViewTest, plainBackupHasNoPercentage) {
-    view(ViewKind::Plain, Direction::Backup)->progress(kTwoReported);
+    view(ViewKind::Plain, "backup")->progress(kTwoReported);
     EXPECT_EQ(out_.str(), "backup 2 of 9, av, 1:07\n");
 }
 
 TEST_F(ProgressViewTest, plainEndIsTheTableAndTheSentences) {
-    view(ViewKind::Plain, Direction::Backup)
-        ->done({Direction::Backup, {kChannelsDone}, 0, {"Safe to remove the stick."}});
+    view(ViewKind::Plain, "backup")->done({{kChannelsDone}, 0, {"Safe to remove the stick."}});
     EXPECT_THAT(out_.str(), HasSubstr("channel map"));
     EXPECT_THAT(out_.str(), HasSubstr("\nSafe to remove the stick.\n"));
 }
 
 TEST_F(ProgressViewTest, textErrorGoesToTheErrorStream) {
-    view(ViewKind::Plain, Direction::Backup)->failed({ErrorCode::StickFull, "the stick is full"});
+    view(ViewKind::Plain, "backup")->failed({ErrorCode::StickFull, "the stick is full"});
     EXPECT_THAT(out_.str(), IsEmpty());
     EXPECT_EQ(err_.str(), "vxclone: the stick is full\n");
 }
 
 TEST_F(ProgressViewTest, terminalRestoreRewritesOneLine) {
-    const auto terminal = view(ViewKind::Terminal, Direction::Restore);
+    const auto terminal = view(ViewKind::Terminal, "restore");
     terminal->progress(kHalfWay);
     terminal->category(kChannelsDone);
     EXPECT_THAT(out_.str(),
-                HasSubstr("\r\x1b[Krestore  [##########          ]  50 %  7 of 15  av  1:07  channels done"));
+                HasSubstr("\r\x1b[Krestore  [#####     ]  50 %  7 of 15  av  1:07  channels done"));
     EXPECT_THAT(out_.str(), Not(HasSubstr("\n")));
     terminal->failed({ErrorCode::Internal, "broke off"});
     EXPECT_THAT(out_.str(), testing::EndsWith("\r\x1b[K"));
 }
 
 TEST_F(ProgressViewTest, terminalBackupMovesAMarkerAndCountsReports) {
-    const auto terminal = view(ViewKind::Terminal, Direction::Backup);
+    const auto terminal = view(ViewKind::Terminal, "backup");
     terminal->tick();
     const std::string first = out_.str();
     terminal->tick();
@@ -84,7 +83,7 @@ TEST_F(ProgressViewTest, terminalBackupMovesAMarkerAndCountsReports) {
 }
 
 TEST_F(ProgressViewTest, terminalThatHasNothingNewToShowIsLeftAlone) {
-    const auto terminal = view(ViewKind::Terminal, Direction::Restore);
+    const auto terminal = view(ViewKind::Terminal, "restore");
     terminal->progress(kHalfWay);
     const std::string before = out_.str();
     terminal->tick();
@@ -94,7 +93,7 @@ TEST_F(ProgressViewTest, terminalThatHasNothingNewToShowIsLeftAlone) {
 TEST_F(ProgressViewTest, liveLineIsNeverAsWideAsTheTerminal) {
     for (width_ = 0; width_ < 90; ++width_) {
         out_.str("");
-        const auto terminal = view(ViewKind::Terminal, Direction::Restore);
+        const auto terminal = view(ViewKind::Terminal, "restore");
         terminal->progress(kHalfWay);
         EXPECT_LT(out_.str().size(), std::max<std::size_t>(width_, 1)) << out_.str();
     }
@@ -102,14 +101,23 @@ TEST_F(ProgressViewTest, liveLineIsNeverAsWideAsTheTerminal) {
 
 TEST_F(ProgressViewTest, narrowTerminalLosesTheBarFirst) {
     width_ = 40;
-    view(ViewKind::Terminal, Direction::Restore)->progress(kHalfWay);
+    view(ViewKind::Terminal, "restore")->progress(kHalfWay);
     EXPECT_EQ(out_.str(), "restore  50 %  7 of 15  av  1:07");
+}
+
+TEST_F(ProgressViewTest, lineOf80ColumnsKeepsItsBarWhateverIsAtWork) {
+    width_ = 80;
+    const auto terminal = view(ViewKind::Terminal, "restore");
+    terminal->category({VXCLONE_NTP_SETTINGS_DATA, Verdict::Done});
+    terminal->progress({100, 14, 15, VXCLONE_VCONF_DATA});
+    EXPECT_THAT(out_.str(),
+                HasSubstr("[##########]  100 %  14 of 15  settings-keys  1:07  network-time done"));
 }
 
 TEST_F(ProgressViewTest, coloursTakeNoRoom) {
     width_ = 50;
     coloured_ = true;
-    view(ViewKind::Terminal, Direction::Restore)->progress({50, 7, 15, VXCLONE_AV_SETTINGS});
+    view(ViewKind::Terminal, "restore")->progress({50, 7, 15, VXCLONE_AV_SETTINGS});
     EXPECT_THAT(out_.str(), HasSubstr("\x1b["));
     EXPECT_THAT(out_.str(), HasSubstr("1:07"));
 }

@@ -79,6 +79,18 @@ TEST_F(ReadBackTest, bytesOfAnApplicationAreNeverCalledADifference) {
               ReadBack::Same);
 }
 
+TEST_F(ReadBackTest, applicationThatWasNotAskedDoesNotHoldItsDataOfThePackage) {
+    const Row notAsked{VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::NotReported, "not installed", "org.app"};
+    EXPECT_EQ(textOf(compared(notAsked)), "not reported: not installed");
+    expected_.package.entries = {file("org.app/data", "1")};
+    EXPECT_EQ(textOf(compared(notAsked)),
+              "not applied: not installed; its data in the package was not loaded");
+    after_.entries = {file("org.app/data", "2")};
+    EXPECT_EQ(textOf(compared(notAsked)),
+              "not reported, cannot be read back: not installed; 0 of 1 file the same, the rest only the "
+              "application can compare");
+}
+
 TEST_F(ReadBackTest, filesBesideThoseOfTheHomeMenuStayAndAreCounted) {
     expected_.package.entries = {file("VXHotel/a", "1")};
     after_.entries = {file("VXHotel/a", "1"), file("VXHotel/b", "1")};

@@ -5,6 +5,7 @@
 #include <csignal>
 
 #include "cloning_app/package/manifest_file.h"
+#include "cloning_app/run/run_parts.h"
 #include "tests/unit/cloning_app/own_mounts.h"
 #include "tests/unit/cloning_app/run_test.h"
 #include "tests/unit/cloning_app/sealed_package.h"
@@ -45,6 +46,15 @@ class RunBackupTest : public RunTest {
         ASSERT_FALSE(report);
         EXPECT_EQ(report.error().code, code) << report.error().sentence;
         EXPECT_EQ(contentOf(stick_), before);
+    }
+
+    /// The backup says that the stick is not there any more, and does not call it safe to remove.
+    void expectGone() {
+        const auto report = backUp();
+        ASSERT_FALSE(report);
+        EXPECT_EQ(report.error().code, ErrorCode::StickMissing);
+        EXPECT_THAT(report.error().sentence,
+                    HasSubstr("the stick was taken out before the backup had ended"));
     }
 
     const std::filesystem::path stick_ = folder_ / "stick";
@@ -192,6 +202,24 @@ TEST_F(RunBackupTest, failedCategoryEndsWithOneAndDoesNotClaimSuccess) {
     EXPECT_THAT(report->closing, Contains(HasSubstr("failed: apps")));
 }
 
+TEST_F(RunBackupTest, channelsReportedAsSavedHaveToBeThere) {
+    for (const bool saved : {true, false}) {
+        engine_.work = [this, saved] {
+            writeGoodBackup();
+            if (saved) {
+                writeFile(root_ / "tvs-chms/tvs-chms.zip", "channels");
+            } else {
+                std::filesystem::remove_all(root_ / "tvs-chms");
+            }
+            FakeEngine::report("VXCLONE_BROADCAST_TVS-SUCCESS\n", 0);
+        };
+        const auto report = backUp();
+        ASSERT_TRUE(report);
+        EXPECT_EQ(report->exitStatus, saved ? 0 : 1);
+        EXPECT_EQ(failedNames(report->rows), saved ? "" : "channels");
+    }
+}
+
 TEST_F(RunBackupTest, unknownReportCountsAsAFailure) {
     engine_.work = [this] {
         writeGoodBackup();
@@ -255,6 +283,36 @@ TEST_F(RunBackupTest, stopDuringTheRunEndsAfterItWithoutTouchingTheStick) {
     EXPECT_THAT(view_.notices, Contains(HasSubstr("cannot be interrupted")));
 }
 
+TEST_F(RunBackupTest, largePackageIsWrittenWithAPercentageThatNeverFalls) {
+    engine_.work = [this] {
+        writeGoodBackup();
+        writeFile(root_ / "VXHotel/film", "");
+        std::filesystem::resize_file(root_ / "VXHotel/film", std::uint64_t{17} << 20U);
+    };
+    EXPECT_TRUE(backUp());
+    EXPECT_THAT(view_.percents, testing::ElementsAre(47, 94));
+}
+
+TEST_F(RunBackupTest, stickThatIsTakenOutDuringTheRunIsNoBackup) {
+    engine_.work = [this] {
+        writeGoodBackup();
+        FakeEngine::report("VXCLONE_AV_SETTINGS-SUCCESS\n", 0);
+        std::filesystem::rename(stick_, folder_ / "in the pocket");
+        std::filesystem::create_directory(stick_);
+    };
+    expectGone();
+}
+
+TEST_F(RunBackupTest, stickThatIsTakenOutWhileItIsWrittenIsNoBackup) {
+    disk_.rename = [this, rename = disk_.rename](int directory, const char* from, const char* to,
+                                                 unsigned flags) {
+        const int result = rename(directory, from, to, flags);
+        std::filesystem::rename(stick_, folder_ / "in the pocket");
+        return result;
+    };
+    expectGone();
+}
+
 TEST_F(RunBackupTest, stopWhileCopyingLeavesTheOldPackage) {
     ASSERT_TRUE(backUp());
     disk_.write = [this](int descriptor, const void* data, std::size_t size) {
@@ -262,6 +320,22 @@ TEST_F(RunBackupTest, stopWhileCopyingLeavesTheOldPackage) {
         return write(descriptor, data, size);
     };
     expectRefused(ErrorCode::Terminated);
+}
+
+TEST_F(RunBackupTest, packageThatChangesWhileItIsSavedIsNoBackup) {
+    ASSERT_TRUE(backUp());
+    for (const char* const changed : {"vconf/Vconf.json", "late.new"}) {
+        disk_.flushAll = [this, changed](int folder) {
+            writeFile(stick_ / ".clone.vxclone-new" / changed, "x");
+            return realDiskCalls().flushAll(folder);
+        };
+        const auto before = contentOf(stick_);
+        const auto report = backUp();
+        ASSERT_FALSE(report);
+        EXPECT_EQ(report.error().code, ErrorCode::NotSealed);
+        EXPECT_THAT(report.error().sentence, HasSubstr(std::string(changed) + " changed while it was saved"));
+        EXPECT_EQ(contentOf(stick_), before);
+    }
 }
 
 TEST_F(RunBackupTest, fullStickWhileCopyingLeavesTheOldPackage) {
@@ -310,6 +384,8 @@ TEST_F(RunBackupTest, anyDiskCallFailingIsAnErrorWithAWholePackageOnTheStick) {
             return strikes() ? -1 : real.write(descriptor, data, size);
         };
         disk_.flush = [=](int descriptor) { return strikes() ? -1 : real.flush(descriptor); };
+        disk_.awaitFlush = [=](int descriptor) { return strikes() ? -1 : real.awaitFlush(descriptor); };
+        disk_.flushAll = [=](int folder) { return strikes() ? -1 : real.flushAll(folder); };
         disk_.rename = [=](int directory, const char* from, const char* to, unsigned flags) {
             return strikes() ? -1 : real.rename(directory, from, to, flags);
         };

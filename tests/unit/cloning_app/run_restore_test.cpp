@@ -11,6 +11,7 @@ namespace vxclone {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
 
 class RunRestoreTest : public RunTest {
@@ -159,6 +160,14 @@ TEST_F(RunRestoreTest, applicationsHaveALineEach) {
         }
     }
     EXPECT_THAT(lines, testing::ElementsAre("org.vorta.orvel-app done", "org.harbour.first failed"));
+}
+
+TEST_F(RunRestoreTest, listOfWhatNoRestoreLoadsIsRefused) {
+    const auto report =
+        runRestore(context(), package_, {{VXCLONE_BROADCAST_IPG_DATA, VXCLONE_VXHOTEL_AMBIENT_APP_DATA}});
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::BadArguments);
+    EXPECT_EQ(engine_.runs, 0);
 }
 
 TEST_F(RunRestoreTest, packageWithoutSettingsFailsOnlyThese) {
@@ -310,7 +319,7 @@ TEST_F(RunRestoreTest, forcedModelThatIsTheSameSaysNothing) {
     sealFolder(package_);
     const auto report = restoreAsItIs({allCategories(), true});
     ASSERT_TRUE(report);
-    EXPECT_TRUE(view_.notices.empty());
+    EXPECT_THAT(view_.notices, ElementsAre("Copying the package from the stick, and checking it."));
     ASSERT_EQ(report->checks.size(), 3U);
     for (const Check& check : report->checks) {
         EXPECT_EQ(textOf(check), "verified");

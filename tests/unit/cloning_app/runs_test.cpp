@@ -1,10 +1,12 @@
 // What surrounds the load of a package: record, safety backup, read-back, undo, kept identity, dry run.
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 
 #include <csignal>
 
 #include "cloning_app/run/run_record.h"
+#include "cloning_app/run/safety_backup.h"
 #include "cloning_app/run/setting_kinds.h"
 #include "tests/unit/cloning_app/own_mounts.h"
 #include "tests/unit/cloning_app/run_test.h"
@@ -200,6 +202,16 @@ TEST_F(RunsTest, televisionWithoutRoomForTheSafetyBackupIsToldBeforeAnythingIsMa
     if (!allowed) {
         GTEST_SKIP() << "mounting is not allowed here";
     }
+}
+
+TEST_F(RunsTest, safetyReserveIsWhatTheTelevisionHasAndThePackageOfTheRest) {
+    FakePaths::instance().homeMenu = folder_ / "menu";
+    writeFile(folder_ / "menu/film", std::string(5000, 'f'));
+    writeFile(folder_ / "other/VXHotel/film", std::string(70'000, 'f'));
+    writeFile(folder_ / "other/tvs-chms/tvs-chms.zip", std::string(300, 'c'));
+    const auto path = (folder_ / "other").string();
+    const Descriptor package(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    EXPECT_EQ(safetyReserve({package.get(), path, Place::Stick}).bytes, 5300U);
 }
 
 TEST_F(RunsTest, stopDuringTheSafetyBackupEndsBeforeTheTelevisionIsTouched) {

@@ -107,6 +107,12 @@ TEST_F(SettingsFileTest, valuesThatTheStoreDoesNotHoldAreNamed) {
     EXPECT_THAT(settingsNotApplied(settings), ElementsAre("a", "b", "c", "d", "e"));
 }
 
+TEST_F(SettingsFileTest, boolThatTheStoreRefusesIsNotApplied) {
+    FakeSettingsStore::instance().set("a", FakeSettingsStore::Bool{true});
+    EXPECT_THAT(settingsNotApplied(readText(R"({"a":{"bool":5}})")), ElementsAre("a"));
+    EXPECT_THAT(settingsNotApplied(readText(R"({"a":{"bool":-1}})")), ElementsAre("a"));
+}
+
 TEST_F(SettingsFileTest, valuesThatNoSettingHasAreNotApplied) {
     auto& store = FakeSettingsStore::instance();
     for (const char* const key : {"a", "b", "c", "d"}) {

@@ -71,7 +71,8 @@ TEST_F(StatusTest, runThatEndedIsToldWithItsTimesAndStatus) {
     }
     EXPECT_EQ(output().exitStatus, 0);
     EXPECT_THAT(output().closing.back(), HasSubstr("backup to /media/usb/clone, begun 2027-01-15T08:00:00Z"));
-    EXPECT_THAT(output().closing.back(), HasSubstr("exit status 6"));
+    EXPECT_THAT(output().closing.back(), HasSubstr("ended "));
+    EXPECT_THAT(output().closing.back(), HasSubstr(": the stick or the disk is full, read-only or gone."));
 }
 
 TEST_F(StatusTest, everyPhaseAndKindFitsTheSchemaOfTheLines) {
@@ -103,7 +104,7 @@ struct EndingView : RecordingView {
 
 TEST_F(StatusTest, followShowsTheRunAndEndsWithIt) {
     auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
-    ASSERT_TRUE(recorder);
+    ASSERT_TRUE(recorder && recorder->enter(RunPhase::Restoring));
     EndingView view;
     view.recorder.emplace(*std::move(recorder));
     store_.set(kProgressKey, 40);
@@ -112,6 +113,25 @@ TEST_F(StatusTest, followShowsTheRunAndEndsWithIt) {
     EXPECT_TRUE(status->last->unfinished());
     EXPECT_THAT(view.percents, testing::ElementsAre(40));
     EXPECT_EQ(view.rows.size(), 1U);
+}
+
+TEST_F(StatusTest, followShowsNothingThatTheKeysTellOfARunBefore) {
+    auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
+    ASSERT_TRUE(recorder && recorder->enter(RunPhase::Safety));
+    EndingView view;
+    view.recorder.emplace(*std::move(recorder));
+    ASSERT_TRUE(followRun(folder_.path(), view, stop_));
+    EXPECT_THAT(view.percents, IsEmpty());
+    EXPECT_THAT(view.rows, IsEmpty());
+}
+
+TEST_F(StatusTest, runThatEndedWithAFailureNamesIt) {
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
+        ASSERT_TRUE(recorder && recorder->end(1, {{VXCLONE_BROADCAST_TVS, Verdict::NotApplied}}));
+    }
+    EXPECT_THAT(output().closing.back(),
+                HasSubstr(": finished, but something failed or differs (channels)."));
 }
 
 TEST_F(StatusTest, followThatIsStoppedEndsBeforeTheRun) {

@@ -164,16 +164,60 @@ TEST_F(TreeCopyTest, fileThatIsAlreadyThereIsNotWrittenThrough) {
     EXPECT_FALSE(std::filesystem::exists(to_ / "elsewhere"));
 }
 
-TEST_F(TreeCopyTest, everyFileAndFolderIsFlushedWhenAsked) {
-    writeFile(from_ / "vconf/Vconf.json", "{}");
-    writeFile(from_ / "a", "x");
-    int flushed = 0;
-    calls_.flush = [&flushed](int /*descriptor*/) {
-        ++flushed;
+TEST_F(TreeCopyTest, everyFileIsAwaitedAndThenAllIsFlushedWhenAsked) {
+    constexpr int kFiles = 40;
+    for (int k = 0; k < kFiles; ++k) {
+        writeFile(from_ / ("folder" + std::to_string(k % 2)) / std::to_string(k), "x");
+    }
+    std::vector<std::string> calls;
+    std::size_t mostOpen = 0;
+    calls_.startFlush = [&](int /*descriptor*/) { calls.emplace_back("start"); };
+    calls_.awaitFlush = [&](int /*descriptor*/) {
+        mostOpen =
+            std::max(mostOpen, static_cast<std::size_t>(std::count(calls.begin(), calls.end(), "start") -
+                                                        std::count(calls.begin(), calls.end(), "await")));
+        calls.emplace_back("await");
+        return 0;
+    };
+    calls_.flushAll = [&](int /*folder*/) {
+        calls.emplace_back("all");
         return 0;
     };
     ASSERT_TRUE(copy(Flush::Yes));
-    EXPECT_EQ(flushed, 4);
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "start"), kFiles);
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "await"), kFiles);
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "all"), 1);
+    EXPECT_EQ(calls.back(), "all");
+    EXPECT_EQ(mostOpen, 17U);
+
+    calls.clear();
+    ASSERT_EQ(removeContents(openFolder(to_.path()).get()), 0);
+    ASSERT_TRUE(copy(Flush::No));
+    EXPECT_THAT(calls, testing::IsEmpty());
+}
+
+TEST_F(TreeCopyTest, fileThatTheDiskRefusesLateIsNamed) {
+    writeFile(from_ / "a", "x");
+    writeFile(from_ / "b", "x");
+    int awaited = 0;
+    calls_.awaitFlush = [&awaited](int /*descriptor*/) {
+        errno = EIO;
+        return ++awaited == 2 ? -1 : 0;
+    };
+    const auto copied = copy(Flush::Yes);
+    ASSERT_FALSE(copied);
+    EXPECT_THAT(copied.error().sentence, HasSubstr((to_ / "b").string()));
+}
+
+TEST_F(TreeCopyTest, lastFlushThatFailsIsAFailure) {
+    writeFile(from_ / "a", "x");
+    calls_.flushAll = [](int /*folder*/) {
+        errno = EIO;
+        return -1;
+    };
+    const auto copied = copy(Flush::Yes);
+    ASSERT_FALSE(copied);
+    EXPECT_THAT(copied.error().sentence, HasSubstr(to_.path().string()));
 }
 
 TEST_F(TreeCopyTest, shortAndInterruptedWritesAreCarriedOn) {

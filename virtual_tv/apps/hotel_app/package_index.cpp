@@ -7,10 +7,10 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "common/strict_json.h"
 #include "virtual_tv/apps/hotel_app/hotel_database.h"
 #include "virtual_tv/television/private_file.h"
 #include "virtual_tv/television/profile_reading.h"
-#include "virtual_tv/television/strict_json.h"
 
 namespace vxtv::hotel {
 
@@ -151,7 +151,7 @@ Result<std::vector<IndexEntry>> readIndex(const fs::path& file, const std::strin
         return noIndex(file, text ? "it is too long" : text.error().reason);
     }
     try {
-        return judge(parseStrictly(*text, kDeepest), file, application);
+        return judge(vxcommon::parseStrictly(*text, {kDeepest}), file, application);
     } catch (const WrongMember& wrong) {
         return noIndex(file, fmt::format("\"{}\" {}", wrong.member, wrong.reason));
     } catch (const Json::exception& error) {

@@ -1,0 +1,255 @@
+// vxclone in the hands of a person: sticks that are full, write-protected or pulled out, a run that died, two
+// runs at once, and a wrong command line; and what is then read, word for word.
+
+#include <sys/mount.h>
+
+#include <csignal>
+#include <sstream>
+
+#include "tests/integration/clone_fixture.h"
+
+namespace vxtest {
+namespace {
+
+using testing::AllOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::Not;
+using testing::StartsWith;
+
+constexpr const char* kForEver = "600000";
+constexpr const char* kTime = "20[0-9][0-9]-[0-9][0-9]-[0-9][0-9]T[0-9][0-9]:[0-9][0-9]:[0-9][0-9]Z";
+constexpr int kFailed = 1;
+constexpr int kUsage = 2;
+constexpr int kStick = 6;
+constexpr int kBusy = 9;
+
+class VxclonePeopleTest : public CloneTest {
+ protected:
+    /// Makes the stick a file system of its own, with these options of tmpfs.
+    void mountStick(const std::string& options) {
+        ASSERT_EQ(mount("tmpfs", stick.c_str(), "tmpfs", 0, options.c_str()), 0);
+        mounted_ = true;
+    }
+
+    ~VxclonePeopleTest() override {
+        if (mounted_) {
+            umount2(stick.c_str(), MNT_DETACH);
+        }
+    }
+
+    /// A program in the television, with the stick.
+    Program inside(const std::string& television, std::vector<std::string> command) const {
+        return inTelevision(television, std::move(command), {"--stick", stick});
+    }
+    Program restoring() const { return inside(second, {vxcloneProgram(), "restore", "/media/usb/clone"}); }
+
+    /// Runs the command in the television and kills it when it has said the text, while the call waits; the
+    /// call waits no more afterwards.
+    void killAt(const std::string& television, const std::vector<std::string>& command,
+                const std::string& text, const std::string& call) const {
+        vxtv({"fault", television, "add", call, "--delay", kForEver});
+        RunningProcess dying(inside(television, command));
+        ASSERT_TRUE(dying.waitForOutput(text));
+        dying.signal(SIGKILL);
+        dying.wait();
+        vxtv({"fault", television, "clear"});
+    }
+
+ private:
+    bool mounted_ = false;
+};
+
+TEST_F(VxclonePeopleTest, backupOntoAFullStickNamesBothSizesAndLeavesTheOldPackage) {
+    mountStick("size=256k");
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    writeFile(place / "stick/film", std::string(100'000, 'f'));
+    const FileTree before = snapshot(stick);
+    const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
+    EXPECT_EQ(backup.status, kStick);
+    EXPECT_THAT(backup.errors, MatchesRegex("vxclone: the package needs [0-9.]+ kB, the stick has [0-9.]+ kB "
+                                            "free; free some space or take another stick\n"));
+    EXPECT_THAT(backup.output, Not(HasSubstr("Safe to remove")));
+    EXPECT_EQ(snapshot(stick), before);
+}
+
+TEST_F(VxclonePeopleTest, writeProtectedStickIsRefusedForABackupAndServesARestore) {
+    mountStick("size=1m");
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    ASSERT_EQ(mount(nullptr, stick.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
+    const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
+    EXPECT_EQ(backup.status, kStick);
+    EXPECT_EQ(backup.errors,
+              "vxclone: cannot write /media/usb/clone: Read-only file system; move its write-protect switch "
+              "or take another stick\n");
+    const Finished restore = vxclone(second, {"restore", "/media/usb/clone"});
+    EXPECT_EQ(restore.status, 0) << restore.errors;
+    EXPECT_THAT(restore.output, testing::EndsWith("Restored from /media/usb/clone.\n"
+                                                  "To go back: vxclone undo.\n"));
+}
+
+TEST_F(VxclonePeopleTest, stickThatIsNotPluggedInIsAskedFor) {
+    for (const std::string verb : {"backup", "restore", "verify", "inspect"}) {
+        const Finished finished = run(inTelevision(first, {vxcloneProgram(), verb, "/media/usb/clone"}));
+        EXPECT_EQ(finished.status, kStick) << verb;
+        EXPECT_EQ(finished.errors,
+                  "vxclone: there is no folder /media/usb; is the stick plugged in? Check the path\n");
+    }
+}
+
+TEST_F(VxclonePeopleTest, stickPulledOutDuringABackupIsSaidAndNeverCalledSafe) {
+    vxtv({"fault", first, "add", "avoc_backup_all_settings", "--delay", "800"});
+    const std::string pullOnceTheRunGoesOn =
+        "\"$0\" backup /media/usb/clone | while read -r line; do echo \"$line\"; "
+        "case $line in 'backup 0 of'*) umount -l /media/usb ;; esac; done; exit \"${PIPESTATUS[0]}\"";
+    const Finished backup = run(inside(first, {"bash", "-c", pullOnceTheRunGoesOn, vxcloneProgram()}));
+    EXPECT_EQ(backup.status, kStick);
+    EXPECT_EQ(backup.errors,
+              "vxclone: /media/usb is not there any more: the stick was taken out before the backup had "
+              "ended; put it in and back up again\n");
+    EXPECT_THAT(backup.output, Not(HasSubstr("Safe to remove")));
+}
+
+TEST_F(VxclonePeopleTest, backupKilledWhileTheTelevisionIsSavedIsNamedAndItsLeftoverRemoved) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    const FileTree before = package();
+    killAt(first, {vxcloneProgram(), "backup", "/media/usb/clone"}, "backup 0 of",
+           "avoc_backup_all_settings");
+    EXPECT_EQ(package(), before);
+    ASSERT_TRUE(std::filesystem::exists(place / "stick/.clone.vxclone-new"));
+    const Finished again = vxclone(first, {"backup", "/media/usb/clone"});
+    EXPECT_EQ(again.status, 0) << again.errors;
+    EXPECT_THAT(again.output,
+                MatchesRegex(std::string("The backup to /media/usb/clone, begun ") + kTime +
+                             ", broke off in phase saving: the television is as it was; start again when "
+                             "ready.\nA backup was interrupted: what it left beside /media/usb/clone is "
+                             "removed.\nbackup 0 of (.|\n)*Safe to remove the stick.\n"));
+    EXPECT_FALSE(std::filesystem::exists(place / "stick/.clone.vxclone-new"));
+}
+
+TEST_F(VxclonePeopleTest, restoreKilledHalfWayIsNamedByWhateverComesNextAndUndoIsOffered) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    killAt(second, {vxcloneProgram(), "restore", "/media/usb/clone"}, "restore 0 %", "tvtimer_set_db");
+    const std::string what = std::string("restore from /media/usb/clone, begun ") + kTime;
+    const std::string advice =
+        "the television may be half changed; restore again, or go back with vxclone undo";
+    const Finished verify = vxclone(second, {"verify", "/media/usb/clone"});
+    EXPECT_EQ(verify.status, 0) << verify.errors;
+    EXPECT_THAT(verify.output,
+                ContainsRegex("^The " + what + ", broke off in phase restoring: " + advice + "."));
+    const Finished status = vxclone(second, {"status"});
+    EXPECT_EQ(status.status, kFailed);
+    EXPECT_THAT(status.output,
+                ContainsRegex("UNFINISHED: " + what + "; it died in phase restoring: " + advice + "."));
+    EXPECT_EQ(vxclone(second, {"undo"}).status, 0);
+    EXPECT_EQ(vxclone(second, {"status"}).status, 0);
+}
+
+TEST_F(VxclonePeopleTest, whileOneRunGoesOnAnotherIsRefusedAndLookingIsNot) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    vxtv({"fault", second, "add", "tvtimer_set_db", "--delay", kForEver});
+    RunningProcess running(restoring());
+    ASSERT_TRUE(running.waitForOutput("restore 0 %"));
+    for (const std::vector<std::string>& refused : {std::vector<std::string>{"backup", "/media/usb/other"},
+                                                    {"verify", "/media/usb/clone"},
+                                                    {"restore", "/media/usb/clone", "--dry-run"}}) {
+        const Finished finished = vxclone(second, refused);
+        EXPECT_EQ(finished.status, kBusy) << refused.front();
+        EXPECT_THAT(
+            finished.errors,
+            MatchesRegex(std::string("vxclone: another vxclone works on this television \\(restore "
+                                     "from /media/usb/clone, begun ") +
+                         kTime + ", phase restoring\\); wait for its end \\(vxclone status --follow\\)\n"));
+    }
+    EXPECT_EQ(vxclone(second, {"inspect", "/media/usb/clone"}).status, 0);
+    EXPECT_EQ(vxclone(second, {"list"}).status, 0);
+    const Finished status = vxclone(second, {"status"});
+    EXPECT_EQ(status.status, 0);
+    EXPECT_THAT(status.output, HasSubstr("; phase restoring.\n"));
+    const Finished other = vxclone(first, {"verify", "/media/usb/clone"});
+    EXPECT_EQ(other.status, 0) << other.errors;
+}
+
+TEST_F(VxclonePeopleTest, undoIsCalledUndoInItsLines) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    ASSERT_EQ(vxclone(second, {"restore", "/media/usb/clone", "--no-read-back"}).status, 0);
+    const Finished undo = vxclone(second, {"undo", "--no-read-back", "--json"});
+    EXPECT_EQ(undo.status, 0) << undo.output;
+    EXPECT_THAT(undo.output, AllOf(HasSubstr(R"("run":"undo")"), Not(HasSubstr(R"("run":"restore")"))));
+}
+
+TEST_F(VxclonePeopleTest, noCommandEverPrintsThePin) {
+    const char* const kPin = "db/vxhotel/securitymode/changepin";
+    vxtv({"set", first, kPin, "86420"});
+    vxtv({"set", second, kPin, "97531"});
+    for (const std::vector<std::string>& command : {std::vector<std::string>{"backup", "/media/usb/clone"},
+                                                    {"inspect", "/media/usb/clone", "--files"},
+                                                    {"inspect", "/media/usb/clone", "--json"},
+                                                    {"diff", "/media/usb/clone", "--json"},
+                                                    {"restore", "/media/usb/clone", "--dry-run", "--json"},
+                                                    {"restore", "/media/usb/clone", "--keep-identity"},
+                                                    {"restore", "/media/usb/clone", "--json"},
+                                                    {"undo"},
+                                                    {"status", "--json"},
+                                                    {"support-bundle", "/media/usb/support.tar"}}) {
+        const std::string& television = command.front() == "backup" ? first : second;
+        const Finished finished = vxclone(television, command);
+        EXPECT_THAT(finished.output + finished.errors, Not(ContainsRegex("86420|97531"))) << command.front();
+        EXPECT_NE(finished.output, "");
+    }
+    EXPECT_THAT(readFile(place / "stick/support.tar"), Not(ContainsRegex("86420|97531")));
+}
+
+/// A command line that makes no sense, and the sentence for it.
+struct WrongLine {
+    std::vector<std::string> arguments;
+    std::string sentence;
+};
+
+TEST(VxcloneCommandLine, lineThatMakesNoSenseIsOneSentenceWithTheNextStep) {
+    for (const WrongLine& wrong : {
+             WrongLine{{},
+                       "nothing to do; name a command, such as backup, restore or verify (see vxclone "
+                       "--help)"},
+             {{"bakcup"}, "the following argument was not expected: bakcup; see vxclone --help"},
+             {{"backup"}, "DIR is required; see vxclone backup --help"},
+             {{"undo", "--now"}, "the following argument was not expected: --now; see vxclone undo --help"},
+             {{"restore", "/x/y", "--only", "av", "--except", "av"},
+              "--only excludes --except; see vxclone restore --help"},
+             {{"restore", "/x/y", "--expect", "12"},
+              "--expect: give 16 to 64 digits of a digest, 0-9 and a-f, from its beginning; see vxclone "
+              "restore --help"},
+         }) {
+        Program program;
+        program.command = {vxcloneProgram()};
+        program.command.insert(program.command.end(), wrong.arguments.begin(), wrong.arguments.end());
+        const Finished finished = run(program);
+        EXPECT_EQ(finished.status, kUsage);
+        EXPECT_EQ(finished.errors, "vxclone: " + wrong.sentence + "\n");
+        EXPECT_THAT(finished.output, IsEmpty());
+    }
+}
+
+TEST(VxcloneCommandLine, helpOfEveryCommandFitsATerminalOf80ColumnsAndShowsAnExample) {
+    for (const std::string verb :
+         {"", "backup", "restore", "undo", "verify", "inspect", "diff", "list", "status", "support-bundle"}) {
+        Program program;
+        program.command = {vxcloneProgram()};
+        if (!verb.empty()) {
+            program.command.push_back(verb);
+        }
+        program.command.emplace_back("--help");
+        const Finished help = run(program);
+        EXPECT_EQ(help.status, 0);
+        EXPECT_THAT(help.output, AllOf(HasSubstr("Usage: vxclone"), HasSubstr("\nExamples:\n  vxclone ")));
+        std::istringstream lines(help.output);
+        for (std::string line; std::getline(lines, line);) {
+            EXPECT_LE(line.size(), 80U) << line;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace vxtest

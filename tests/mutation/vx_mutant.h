@@ -1,0 +1,35 @@
+#pragma once
+
+// In every source that holds mutants: which of them is the one to be.
+
+#include <fcntl.h>
+#include <sys/mman.h>
+
+#include <cstdlib>
+
+/// VX_MUTANT names the one that is chosen. VX_MUTANTS_SEEN names a file with a byte for each, which becomes 1
+/// when the program comes by.
+struct VxMutants {
+    static constexpr std::size_t kMost = 65536;
+
+    VxMutants() {
+        const char* const number = std::getenv("VX_MUTANT");
+        chosen = number == nullptr ? 0 : std::atoi(number);
+        const char* const path = std::getenv("VX_MUTANTS_SEEN");
+        const int file = path == nullptr ? -1 : open(path, O_RDWR | O_CLOEXEC);
+        void* const bytes =
+            file < 0 ? MAP_FAILED : mmap(nullptr, kMost, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+        seen = bytes == MAP_FAILED ? nullptr : static_cast<char*>(bytes);
+    }
+
+    int chosen = 0;
+    char* seen = nullptr;
+};
+
+inline bool vxMutant(int id) {
+    static const VxMutants mutants;
+    if (mutants.seen != nullptr) {
+        mutants.seen[id] = 1;
+    }
+    return id == mutants.chosen;
+}

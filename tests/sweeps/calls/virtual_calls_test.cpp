@@ -1,0 +1,88 @@
+#include "tests/sweeps/calls/virtual_calls_test.h"
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+namespace vxtest {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr int kHighestStatus = 10;
+constexpr int kBadArguments = 2;
+/// What says of one thing that it is not as it should be, or that nobody could look.
+constexpr const char* kNotGood =
+    "\"(result|readBack)\":\"(failed|differs|not-applied|unknown)\"|could not be read back";
+
+/// The last line of what a run with `--json` said; no object when it said nothing.
+json lastLine(const Finished& run) {
+    std::istringstream lines(run.output);
+    std::string last;
+    for (std::string line; std::getline(lines, line);) {
+        last = line;
+    }
+    return json::parse(last, nullptr, false);
+}
+
+void expectDocumentedEnd(const Finished& broken) {
+    EXPECT_FALSE(broken.timedOut);
+    EXPECT_GE(broken.status, 0);
+    EXPECT_LE(broken.status, kHighestStatus) << broken.errors;
+    EXPECT_NE(broken.status, kBadArguments) << broken.errors;
+}
+
+/// A run that did not end well says so in its last line and, when it came to its end, of the thing itself.
+void expectSaid(const Finished& broken) {
+    const json last = lastLine(broken);
+    ASSERT_TRUE(last.is_object()) << broken.output << broken.errors;
+    EXPECT_EQ(last.value("exit", -1), broken.status) << broken.output;
+    if (last.value("event", "") == "error") {
+        EXPECT_THAT(last.value("message", ""), testing::HasSubstr(" ")) << broken.output;
+    } else if (broken.status != 0) {
+        EXPECT_THAT(broken.output, testing::ContainsRegex(kNotGood));
+    }
+}
+
+}  // namespace
+
+std::vector<FaultPoint> VirtualCallsTest::pointsOf(const std::string& room,
+                                                   const std::vector<std::string>& command,
+                                                   SweepPoints& points) const {
+    rooms_.renew();
+    const Finished unbroken = rooms_.vxclone(room, command);
+    EXPECT_EQ(unbroken.status, 0) << unbroken.output << unbroken.errors;
+    const std::vector<std::string> calls = rooms_.callsOf(room);
+    points.note("of " + std::to_string(calls.size()) + " calls");
+    return faultPoints(calls, isLongSweep(), GetParam());
+}
+
+Finished VirtualCallsTest::runWithFault(const std::string& room, const FaultPoint& point,
+                                        const std::vector<std::string>& command) const {
+    rooms_.renew();
+    rooms_.addFault(room, point);
+    const Finished broken = rooms_.vxclone(room, command);
+    EXPECT_EQ(rooms_.vxtv({"fault", rooms_.folder(room), "clear"}).status, 0);
+    expectDocumentedEnd(broken);
+    expectSaid(broken);
+    EXPECT_EQ(rooms_.processes(), 0);
+    return broken;
+}
+
+std::vector<std::string> differing(const FileTree& some, const FileTree& other) {
+    std::vector<std::string> paths;
+    for (const auto& [path, text] : some) {
+        const auto found = other.find(path);
+        if (found == other.end() || found->second != text) {
+            paths.push_back(path);
+        }
+    }
+    for (const auto& [path, text] : other) {
+        if (some.count(path) == 0) {
+            paths.push_back(path);
+        }
+    }
+    return paths;
+}
+
+}  // namespace vxtest

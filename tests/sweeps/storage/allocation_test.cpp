@@ -1,0 +1,52 @@
+// vxclone gets no memory: once, or from one call on for good. Where a thread of a library meets that, the
+// program dies, which a stick and a television have to bear as they bear kill -9.
+
+#include "tests/sweeps/storage/failing_points_test.h"
+
+namespace vxtest {
+namespace {
+
+constexpr const char* kCall = "malloc";
+
+/// As many numbers from 1 to `calls` as wanted, spread evenly.
+std::vector<unsigned long> spread(unsigned long calls, unsigned long wanted) {
+    std::vector<unsigned long> numbers;
+    for (unsigned long point = 0; point < wanted; ++point) {
+        numbers.push_back(1 + calls * point / wanted);
+    }
+    return numbers;
+}
+
+class AllocationTest : public FailingPointsTest, public testing::WithParamInterface<bool> {};
+
+TEST_P(AllocationTest, backupLeavesTheOldOrTheNewPackage) {
+    SweepPoints points(GetParam() ? "allocation, backup, from then on" : "allocation, backup, once");
+    const unsigned long calls = callsOf(kCall, first, {"backup", kPackage});
+    kept = package();
+    for (const unsigned long nth : spread(calls, isLongSweep() ? 1000 : 10)) {
+        SCOPED_TRACE(nth);
+        expectWholeBackup(refusing(kCall, nth, GetParam()), true);
+        points.tried();
+    }
+    points.note(std::to_string(calls) + " allocations, died " + std::to_string(deaths));
+    expectNextBackupIsGood();
+}
+
+TEST_P(AllocationTest, restoreIsAppliedOrNamedAsNotApplied) {
+    SweepPoints points(GetParam() ? "allocation, restore, from then on" : "allocation, restore, once");
+    const unsigned long calls = callsOf(kCall, second, {"restore", kPackage});
+    points.note(std::to_string(calls) + " allocations");
+    for (const unsigned long nth : spread(calls, isLongSweep() ? 300 : 4)) {
+        SCOPED_TRACE(nth);
+        vxtv({"set", second, kWelcome, "before " + std::to_string(nth)});
+        expectHonestRestore(refusing(kCall, nth, GetParam()), true);
+        points.tried();
+    }
+    expectNextRestoreIsGood();
+}
+
+INSTANTIATE_TEST_SUITE_P(Fails, AllocationTest, testing::Bool(),
+                         [](const auto& onwards) { return onwards.param ? "fromThenOn" : "once"; });
+
+}  // namespace
+}  // namespace vxtest

@@ -1,0 +1,181 @@
+// A stick and a television's disk of every size from nothing to enough, in bytes and in files.
+
+#include <memory>
+
+#include "tests/sweeps/storage/small_disk.h"
+#include "tests/sweeps/storage/storage_test.h"
+
+namespace vxtest {
+namespace {
+
+using testing::AnyOf;
+using testing::ContainsRegex;
+using testing::HasSubstr;
+
+constexpr int kDone = 0;
+constexpr int kIncomplete = 1;
+constexpr int kFull = 6;
+constexpr int kPlatformFailed = 10;
+constexpr int kPageBytes = 4096;
+
+/// How much is missing, or that there is not room for a single folder.
+constexpr const char* kNamesTheStick =
+    "the package needs .*, the stick has |cannot write /media/usb/clone: No space left on device; "
+    "free some space on the stick";
+
+/// What a disk is counted in: the option that limits it, and the size that holds all that is needed.
+struct Measure {
+    const char* name;
+    const char* option;
+    int unit;
+    int enough;
+
+    friend void PrintTo(const Measure& measure, std::ostream* out) { *out << measure.name; }
+};
+constexpr Measure kBytes = {"bytes", "size=", kPageBytes, 64};
+constexpr Measure kFiles = {"files", "nr_inodes=", 1, 44};
+
+std::string sizeOption(const Measure& measure, int units) {
+    return measure.option + std::to_string(units * measure.unit);
+}
+
+/// The sizes to try, the last of which is enough.
+std::vector<int> sizesFrom(int least, int enough) {
+    const int step = isLongSweep() ? 1 : std::max(1, (enough - least) / 4);
+    std::vector<int> sizes;
+    for (int size = least; size < enough; size += step) {
+        sizes.push_back(size);
+    }
+    sizes.push_back(enough);
+    return sizes;
+}
+
+class DiskFullTest : public StorageTest, public testing::WithParamInterface<Measure> {
+ protected:
+    DiskFullTest() {
+        run(program(first, {"backup", kPackage}));
+        complete = package();
+        std::filesystem::remove_all(std::filesystem::path(stick) / "clone");
+    }
+
+    /// Moves what the television has in /opt to a disk of its own with so much room left.
+    std::unique_ptr<SmallDisk> smallDiskOf(const std::string& television, int room) const {
+        const std::filesystem::path opt = std::filesystem::path(television) / "opt";
+        const std::filesystem::path kept = place / "kept";
+        if (!std::filesystem::exists(kept)) {
+            std::filesystem::rename(opt, kept);
+            std::filesystem::create_directory(opt);
+        }
+        auto disk = std::make_unique<SmallDisk>(opt, "size=64m");
+        std::filesystem::copy(kept, opt, std::filesystem::copy_options::recursive);
+        disk->leave(GetParam().option, GetParam().unit, room);
+        return disk;
+    }
+
+    void expectFullStick(const Finished& backup, const FileTree& before) const {
+        EXPECT_EQ(backup.status, kFull) << backup.output << backup.errors;
+        EXPECT_THAT(backup.errors, ContainsRegex(kNamesTheStick));
+        EXPECT_EQ(onStick(), before);
+    }
+
+    /// A backup of the first television onto a stick of this size, beside what is there.
+    /// Result: whether the package is there.
+    bool backUpOntoFull() const {
+        const FileTree before = onStick();
+        const Finished backup = vxclone(first, {"backup", kPackage});
+        if (backup.status != kDone) {
+            expectFullStick(backup, before);
+            return false;
+        }
+        EXPECT_TRUE(packageIsGood(complete));
+        EXPECT_TRUE(stickIsTidy());
+        return true;
+    }
+
+    FileTree complete;
+};
+
+TEST_P(DiskFullTest, stickHoldsThePackageOrNothing) {
+    SweepPoints points(std::string("disk-full, stick, ") + GetParam().name);
+    bool done = false;
+    for (const int size : sizesFrom(1, GetParam().enough)) {
+        SCOPED_TRACE(size);
+        const SmallDisk disk(stick, sizeOption(GetParam(), size));
+        done = backUpOntoFull();
+        points.tried();
+    }
+    EXPECT_TRUE(done);
+}
+
+TEST_P(DiskFullTest, stickKeepsTheOldPackageUntilThereIsRoomForBoth) {
+    SweepPoints points(std::string("disk-full, stick with a package, ") + GetParam().name);
+    bool done = false;
+    for (const int room : sizesFrom(0, GetParam().enough)) {
+        SCOPED_TRACE(room);
+        const SmallDisk disk(stick, "size=64m");
+        backUp(judge);
+        disk.leave(GetParam().option, GetParam().unit, room);
+        done = backUpOntoFull();
+        points.tried();
+    }
+    EXPECT_TRUE(done);
+}
+
+TEST_P(DiskFullTest, televisionWithoutRoomIsNotCalledBackedUp) {
+    SweepPoints points(std::string("disk-full, television, backup, ") + GetParam().name);
+    backUp(judge);
+    int last = -1;
+    for (const int room : sizesFrom(0, GetParam().enough)) {
+        SCOPED_TRACE(room);
+        const auto disk = smallDiskOf(first, room);
+        const FileTree before = onStick();
+        const Finished backup = vxclone(first, {"backup", kPackage});
+        last = backup.status;
+        if (last == kDone) {
+            EXPECT_TRUE(packageIsGood(complete));
+        } else if (last == kIncomplete) {
+            EXPECT_THAT(backup.output, HasSubstr("The backup is incomplete (failed: "));
+            EXPECT_TRUE(packageIsGood());
+        } else {
+            EXPECT_THAT(last, AnyOf(kFull, kPlatformFailed)) << backup.output;
+            EXPECT_THAT(backup.errors,
+                        ContainsRegex("television.*free some space|free some space.*television"));
+            EXPECT_EQ(onStick(), before);
+        }
+        EXPECT_TRUE(stickIsTidy());
+        points.tried();
+    }
+    EXPECT_EQ(last, kDone);
+}
+
+TEST_P(DiskFullTest, televisionWithoutRoomIsRestoredOrUnchanged) {
+    SweepPoints points(std::string("disk-full, television, restore, ") + GetParam().name);
+    backUp(first);
+    int last = -1;
+    for (const int room : sizesFrom(0, 3 * GetParam().enough)) {
+        SCOPED_TRACE(room);
+        const auto disk = smallDiskOf(second, room);
+        const std::string before = settingsOf(second);
+        const Finished restore = vxclone(second, {"restore", kPackage});
+        last = restore.status;
+        if (last == kDone) {
+            EXPECT_EQ(settingsOf(second), settingsOf(first));
+            break;
+        }
+        if (last == kIncomplete) {
+            EXPECT_THAT(restore.output, HasSubstr("but not all of it (failed or different: "));
+        } else {
+            EXPECT_THAT(last, AnyOf(kFull, kPlatformFailed)) << restore.output;
+            EXPECT_THAT(restore.errors, ContainsRegex("free some space|nothing was changed"));
+            EXPECT_EQ(settingsOf(second), before);
+        }
+        points.tried();
+    }
+    EXPECT_EQ(last, kDone);
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, DiskFullTest, testing::Values(kBytes, kFiles),
+                         [](const auto& measure) { return measure.param.name; });
+
+}  // namespace
+}  // namespace vxtest

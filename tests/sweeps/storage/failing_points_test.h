@@ -1,0 +1,35 @@
+#pragma once
+
+#include "tests/sweeps/storage/storage_test.h"
+
+namespace vxtest {
+
+/// Backups and restores of which one call after the other fails, each judged by what holds for all of them.
+class FailingPointsTest : public StorageTest {
+ protected:
+    /// Keeps a good package of the first television on the stick.
+    FailingPointsTest();
+
+    /// The variables with which the nth of these calls fails in vxclone, and all later ones if `onwards`.
+    static Variables refusing(const std::string& call, unsigned long nth, bool onwards);
+    /// How often vxclone makes the call.
+    unsigned long callsOf(const std::string& call, const std::string& television,
+                          const std::vector<std::string>& arguments) const;
+
+    /// A backup of the first television under the variables. It ends with a documented status, or, only where
+    /// `mayDie`, as a dead program; the stick holds the old package or a good new one.
+    void expectWholeBackup(const Variables& variables, bool mayDie = false);
+    /// A restore of the second television, in the same way: applied, reported as not applied, or named by the
+    /// next start as unfinished.
+    void expectHonestRestore(const Variables& variables, bool mayDie = false) const;
+    /// The next restore of the second television succeeds.
+    void expectNextRestoreIsGood() const;
+    /// The next backup succeeds and removes what is left beside the package.
+    void expectNextBackupIsGood();
+
+    FileTree kept;      ///< the package that is on the stick
+    FileTree complete;  ///< one that lacks nothing
+    int deaths = 0;     ///< of backups
+};
+
+}  // namespace vxtest

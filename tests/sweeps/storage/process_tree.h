@@ -1,0 +1,18 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+
+namespace vxtest {
+
+/// A process of this name that descends from `ancestor`, and that has the text in its environment. None where
+/// there is none now.
+std::optional<pid_t> findDescendant(pid_t ancestor, const std::string& name,
+                                    const std::string& environment = {});
+
+/// Whether any process on this machine has the text in its environment.
+bool isAnywhere(const std::string& environment);
+
+}  // namespace vxtest

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace vxtest {
+
+/// Whether every point is to be tried, as scripts/sweep asks for, or a choice of them.
+inline bool isLongSweep() {
+    const char* const form = std::getenv("VX_SWEEP");
+    return form != nullptr && std::string_view(form) == "long";
+}
+
+/// Counts the points of a sweep and says at the end of its life, in one line, how many were tried:
+/// `sweep NAME: N points, NOTE, S s`.
+class SweepPoints {
+ public:
+    explicit SweepPoints(std::string name) : name_(std::move(name)) {}
+    SweepPoints(const SweepPoints&) = delete;
+    SweepPoints& operator=(const SweepPoints&) = delete;
+    ~SweepPoints() {
+        using Seconds = std::chrono::duration<double>;
+        std::cout << "sweep " << name_ << ": " << count_ << " points, " << note_
+                  << (note_.empty() ? "" : ", ") << Seconds(std::chrono::steady_clock::now() - begin_).count()
+                  << " s\n";
+    }
+
+    /// One more point was tried.
+    void tried() { ++count_; }
+    int count() const { return count_; }
+    /// What the line says besides, such as what the points were.
+    void note(std::string text) { note_ = std::move(text); }
+
+ private:
+    std::string name_;
+    std::string note_;
+    int count_ = 0;
+    std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
+};
+
+}  // namespace vxtest

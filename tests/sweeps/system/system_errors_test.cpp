@@ -1,0 +1,138 @@
+// Every system call of vxclone fails in turn, in the ways in which it can fail.
+
+#include <atomic>
+#include <map>
+
+#include "tests/support/machine/file_tree.h"
+#include "tests/sweeps/sweep.h"
+#include "tests/sweeps/system/system_sweep.h"
+
+namespace vxtest {
+namespace {
+
+using Ways = std::vector<std::string>;
+
+/// How calls fail. Those that are not here have no failure that a disk, a stick or a table of files can
+/// cause.
+const std::map<std::string, Ways> kWays = {
+    {"open", {"EIO", "EMFILE"}},
+    {"openat", {"EIO", "EMFILE", "ENOSPC"}},
+    {"read", {"EIO", "short", "EINTR"}},
+    {"pread64", {"EIO", "short", "EINTR"}},
+    {"write", {"ENOSPC", "short", "EIO", "EINTR"}},
+    {"writev", {"ENOSPC", "EIO"}},
+    {"pwrite64", {"ENOSPC", "short", "EIO", "EINTR"}},
+    {"close", {"EIO"}},
+    {"fsync", {"EIO", "ENOSPC"}},
+    {"fdatasync", {"EIO", "ENOSPC"}},
+    {"syncfs", {"EIO", "ENOSPC"}},
+    {"rename", {"EIO", "ENOSPC", "EROFS"}},
+    {"renameat", {"EIO", "ENOSPC", "EROFS"}},
+    {"renameat2", {"EIO", "ENOSPC", "EROFS"}},
+    {"mkdir", {"ENOSPC", "EIO", "EROFS"}},
+    {"mkdirat", {"ENOSPC", "EIO", "EROFS"}},
+    {"rmdir", {"EIO", "EROFS"}},
+    {"unlink", {"EIO", "EROFS"}},
+    {"unlinkat", {"EIO", "EROFS"}},
+    {"newfstatat", {"EIO", "EACCES"}},
+    {"statx", {"EIO", "EACCES"}},
+    {"fstatfs", {"EIO"}},
+    {"statfs", {"EIO"}},
+    {"access", {"EIO", "EACCES"}},
+    {"faccessat2", {"EIO", "EACCES"}},
+    {"readlink", {"EIO", "EACCES"}},
+    {"getdents64", {"EIO"}},
+    {"fchmod", {"EIO", "EPERM"}},
+    {"fchmodat", {"EIO", "EPERM"}},
+    {"ftruncate", {"EIO", "ENOSPC"}},
+    {"fallocate", {"ENOSPC", "EIO"}},
+    {"copy_file_range", {"EIO", "ENOSPC", "short"}},
+    {"flock", {"EINTR", "ENOLCK"}},
+    {"fcntl", {"EINTR", "ENOLCK"}},
+    {"lseek", {"EIO"}},
+    {"mmap", {"ENOMEM"}},
+    {"socket", {"EMFILE"}},
+    {"connect", {"EACCES"}},
+    {"sendmsg", {"EPIPE", "EINTR"}},
+    {"recvmsg", {"EIO", "EINTR"}},
+    {"getrandom", {"EINTR"}},
+    {"pipe2", {"EMFILE"}},
+};
+
+class SystemErrorSweep : public SystemSweep {
+ protected:
+    static Among amongFiles() { return isLongSweep() ? Among::AllFiles : Among::FilesThatMatter; }
+
+    /// The n-th call of each kind fails. A short sweep takes one of each kind, of those that touch what
+    /// matters.
+    std::vector<BreakPoint> pointsOf(const Subject& subject) const {
+        std::map<std::string, std::size_t> counts;
+        for (const CountedCall& call : count(subject, "", amongFiles())) {
+            ++counts[call.name];
+        }
+        std::vector<BreakPoint> points;
+        for (const auto& [name, ways] : kWays) {
+            const auto numbers = spread(counts[name], mostPoints(1));
+            for (std::size_t index = 0; index < numbers.size(); ++index) {
+                points.push_back({ways[index % ways.size()], name, {}, numbers[index]});
+            }
+        }
+        return points;
+    }
+
+    template <typename Visit>
+    void sweep(const char* name, const Subject& subject, const Visit& visit) {
+        const auto points = pointsOf(subject);
+        SweepPoints tried(name);
+        std::atomic<int> reached = 0;
+        std::atomic<int> succeeded = 0;
+        inParallel(points.size(), [&](std::size_t index) {
+            const Bench bench = benchOf(subject);
+            BreakPoint point = points[index];
+            if (amongFiles() == Among::FilesThatMatter) {
+                point.below = filesThatMatter(bench);
+            }
+            const BrokenRun run = bench.broken(subject.command, point);
+            SCOPED_TRACE(point.text() + (run.calls.empty() ? " (not reached)" : ": " + run.calls[0].paths));
+            reached += run.calls.empty() ? 0 : 1;
+            succeeded += run.finished.status == 0 ? 1 : 0;
+            expectTold(run.finished);
+            visit(bench, run.finished);
+        });
+        for (std::size_t count = 0; count < points.size(); ++count) {
+            tried.tried();
+        }
+        tried.note(std::to_string(reached) + " reached, " + std::to_string(succeeded) + " ended well");
+        EXPECT_GT(reached * 10, static_cast<int>(points.size()) * 8);
+    }
+};
+
+TEST_F(SystemErrorSweep, backupWithAFailingCallLeavesAWholePackage) {
+    const FileTree before = snapshot(stick());
+    sweep("system-errors backup", backup(), [&](const Bench& bench, const Finished& finished) {
+        if (finished.status == 0) {
+            EXPECT_NE(snapshot(bench.stick()), before) << "it said that it made a backup";
+            expectPackageGood(bench);
+        } else {
+            expectStickWhole(bench);
+        }
+    });
+}
+
+TEST_F(SystemErrorSweep, restoreWithAFailingCallIsTrueUndoneOrConverges) {
+    const Subject subject = restore();
+    std::atomic<int> failed = 0;
+    sweep("system-errors restore", subject, [&](const Bench& bench, const Finished& finished) {
+        if (finished.status == 0) {
+            EXPECT_EQ(bench.differenceTo(subject.end), "");
+            return;
+        }
+        if (++failed % 2 == 0) {
+            expectWayBack(bench, subject);
+        }
+        expectConverges(bench, subject);
+    });
+}
+
+}  // namespace
+}  // namespace vxtest
