@@ -1,7 +1,10 @@
+#include <algorithm>
 #include <exception>
 #include <iostream>
+#include <string_view>
 
 #include "cloning_app/commands/app.h"
+#include "cloning_app/run/output.h"
 
 namespace {
 
@@ -28,7 +31,10 @@ int main(int count, char** arguments) {
     try {
         return run(count, arguments);
     } catch (const std::exception& error) {
-        std::cerr << "vxclone: broke off: " << error.what() << "; restart the television and try again\n";
+        const bool json =
+            std::find(arguments, arguments + count, std::string_view("--json")) != arguments + count;
+        const vxclone::Error told{vxclone::ErrorCode::Internal, std::string("broke off: ") + error.what() +
+                                                                    "; restart the television and try again"};
+        return vxclone::sayOutput(tl::make_unexpected(told), json, std::cout, std::cerr);
     }
-    return vxclone::exitStatusOf(vxclone::ErrorCode::Internal);
 }

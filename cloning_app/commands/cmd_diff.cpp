@@ -1,4 +1,3 @@
-#include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
@@ -32,7 +31,7 @@ void addDiffCommand(CLI::App& app, Action& chosen) {
         chosen = [arguments] {
             const auto second =
                 arguments->compared ? std::optional<std::filesystem::path>(arguments->other) : std::nullopt;
-            return sayOutput(diffPackage(arguments->folder, second), arguments->json, std::cout, std::cerr);
+            return tellLook(diffPackage(arguments->folder, second), arguments->json);
         };
     });
 }

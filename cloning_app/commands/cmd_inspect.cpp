@@ -1,4 +1,3 @@
-#include <iostream>
 #include <memory>
 #include <string>
 
@@ -25,8 +24,7 @@ void addInspectCommand(CLI::App& app, Action& chosen) {
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments] {
         chosen = [arguments] {
-            return sayOutput(inspectPackage(arguments->folder, arguments->files), arguments->json, std::cout,
-                             std::cerr);
+            return tellLook(inspectPackage(arguments->folder, arguments->files), arguments->json);
         };
     });
 }

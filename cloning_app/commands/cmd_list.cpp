@@ -1,4 +1,3 @@
-#include <iostream>
 #include <memory>
 #include <string>
 
@@ -22,9 +21,7 @@ void addListCommand(CLI::App& app, Action& chosen) {
     verb->add_option("DIR", arguments->folder, "Look here, and two levels below; else in /media");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments] {
-        chosen = [arguments] {
-            return sayOutput(listPackages(arguments->folder), arguments->json, std::cout, std::cerr);
-        };
+        chosen = [arguments] { return tellLook(listPackages(arguments->folder), arguments->json); };
     });
 }
 

@@ -12,6 +12,7 @@
 #include "cloning_app/commands/stop_signals.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/run/library_engine.h"
+#include "cloning_app/run/status.h"
 
 namespace vxclone {
 
@@ -47,6 +48,13 @@ ViewKind viewKindOfRun(bool json) {
 
 std::unique_ptr<ProgressView> makeView(ViewKind kind, std::string run) {
     return makeProgressView(kind, std::move(run), std::cout, std::cerr, optionsOfView());
+}
+
+int tellLook(Result<Output> found, bool json) {
+    if (found) {
+        nameUnfinishedRun(*found, recordFolderOf(kCloneRoot));
+    }
+    return sayOutput(found, json, std::cout, std::cerr);
 }
 
 int runCommand(std::string run, ViewKind kind,

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "cloning_app/run/clone_run.h"
+#include "cloning_app/run/output.h"
 
 namespace vxclone {
 
@@ -31,6 +32,9 @@ ViewKind viewKindOfRun(bool json);
 
 /// A view on the standard streams; `run` is what the command is called there.
 std::unique_ptr<ProgressView> makeView(ViewKind kind, std::string run);
+
+/// Writes what a command found that only looks, and names a run that died; result: the exit status.
+int tellLook(Result<Output> found, bool json);
 
 /// Clones, or looks at a clone, with this television's library, storage and standard streams, and stop
 /// signals heeded; `run` is what the command is called. Result: the exit status.

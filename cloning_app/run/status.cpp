@@ -147,6 +147,13 @@ Output outputOf(const Status& status, bool coloured) {
     return output;
 }
 
+void nameUnfinishedRun(Output& output, const std::filesystem::path& folder) {
+    const auto last = readLastRun(folder);
+    if (last && *last && (*last)->unfinished()) {
+        output.closing.push_back(sentenceOf(**last));
+    }
+}
+
 Result<Status> followRun(const std::filesystem::path& folder, ProgressView& view, const StopFlag& stop) {
     std::size_t shown = 0;
     std::optional<int> percent;

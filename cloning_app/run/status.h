@@ -35,6 +35,10 @@ std::vector<std::string> sentencesOf(const Status& status);
 /// All of it. The exit status is 1 when a run died before its end.
 Output outputOf(const Status& status, bool coloured);
 
+/// Lets the end of a command that only looks name a run that died, where the last one did. A record that
+/// cannot be read is no matter of such a command.
+void nameUnfinishedRun(Output& output, const std::filesystem::path& folder);
+
 /// Shows the run that goes on until it has ended or `stop` is raised; where none goes on it ends at once.
 /// Result: the status then. Errors: those of `readStatus`; a stop.
 Result<Status> followRun(const std::filesystem::path& folder, ProgressView& view, const StopFlag& stop);

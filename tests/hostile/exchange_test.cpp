@@ -90,6 +90,15 @@ struct Tally {
     std::size_t swaps = 0;
 };
 
+/// So many times the wanted runs are made where chance let in, or refused, every package so far.
+constexpr std::size_t kPatience = 20;
+
+/// Whether another run is needed: which of two packages a run meets is a matter of chance.
+bool goesOn(std::size_t run, std::size_t wanted, const Tally& tally) {
+    const bool bothSeen = tally.restored > 0 && tally.refused > 0;
+    return run < wanted || (!bothSeen && run < kPatience * wanted);
+}
+
 void say(const Tally& tally) {
     std::cout << "hostile: " << tally.restored << " good packages let in, " << tally.refused
               << " refused, over " << tally.swaps << " exchanges\n";
@@ -99,7 +108,7 @@ TEST(HostileExchangeTest, packageThatChangesUnderTheCheckIsRefusedOrTheGoodOne) 
     Stage& stage = Stage::instance();
     const std::size_t runs = inLongForm() ? 5000 : 30;
     Tally tally;
-    for (std::size_t run = 0; run < runs; ++run) {
+    for (std::size_t run = 0; goesOn(run, runs, tally); ++run) {
         const Pair& pair = pairs().at(run % pairs().size());
         SCOPED_TRACE(pair.entry);
         layTwins();
@@ -127,7 +136,7 @@ TEST(HostileExchangeTest, restoreOfAPackageThatChangesLoadsTheGoodOneOrNothing) 
     const std::string good = stage.vxtv({"get", stage.source().string(), kWelcome}).output;
     const std::size_t runs = inLongForm() ? 500 : 4;
     Tally tally;
-    for (std::size_t run = 0; run < runs; ++run) {
+    for (std::size_t run = 0; goesOn(run, runs, tally); ++run) {
         // Whole packages are exchanged in every other run: that is where the good one is met as well.
         const Pair& pair = pairs().at(run % 2 == 0 ? 0 : run / 2 % pairs().size());
         SCOPED_TRACE(pair.entry);
@@ -147,8 +156,8 @@ TEST(HostileExchangeTest, restoreOfAPackageThatChangesLoadsTheGoodOneOrNothing) 
     }
     say(tally);
     EXPECT_GT(tally.swaps, runs);
+    EXPECT_GT(tally.restored, 0U);
     EXPECT_GT(tally.refused, 0U);
-    EXPECT_TRUE(tally.restored > 0 || !inLongForm());
 }
 
 }  // namespace

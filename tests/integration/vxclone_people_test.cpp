@@ -139,10 +139,15 @@ TEST_F(VxclonePeopleTest, restoreKilledHalfWayIsNamedByWhateverComesNextAndUndoI
     EXPECT_EQ(verify.status, 0) << verify.errors;
     EXPECT_THAT(verify.output,
                 ContainsRegex("^The " + what + ", broke off in phase restoring: " + advice + "."));
+    const std::string unfinished = "UNFINISHED: " + what + "; it died in phase restoring: " + advice + ".";
+    for (const std::vector<std::string>& looking : {std::vector<std::string>{"list"},
+                                                    {"inspect", "/media/usb/clone"},
+                                                    {"diff", "/media/usb/clone", "--json"}}) {
+        EXPECT_THAT(vxclone(second, looking).output, ContainsRegex(unfinished)) << looking.front();
+    }
     const Finished status = vxclone(second, {"status"});
     EXPECT_EQ(status.status, kFailed);
-    EXPECT_THAT(status.output,
-                ContainsRegex("UNFINISHED: " + what + "; it died in phase restoring: " + advice + "."));
+    EXPECT_THAT(status.output, ContainsRegex(unfinished));
     EXPECT_EQ(vxclone(second, {"undo"}).status, 0);
     EXPECT_EQ(vxclone(second, {"status"}).status, 0);
 }

@@ -16,6 +16,7 @@ namespace vxclone {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
@@ -62,6 +63,21 @@ TEST_F(StatusTest, unfinishedRunIsNamedWithWhatToDoAndIsAFailure) {
     EXPECT_EQ(said.exitStatus, 1);
     EXPECT_THAT(said.closing.back(), HasSubstr("UNFINISHED: restore from /media/usb/clone"));
     EXPECT_THAT(said.closing.back(), HasSubstr("vxclone undo"));
+}
+
+TEST_F(StatusTest, commandThatOnlyLooksNamesAnUnfinishedRunAndKeepsItsExitStatus) {
+    Output found;
+    nameUnfinishedRun(found, folder_.path());
+    EXPECT_THAT(found.closing, IsEmpty());
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
+        ASSERT_TRUE(recorder && recorder->enter(RunPhase::Restoring));
+        nameUnfinishedRun(found, folder_.path());
+        EXPECT_THAT(found.closing, IsEmpty());
+    }
+    nameUnfinishedRun(found, folder_.path());
+    EXPECT_THAT(found.closing, ElementsAre(output().closing.back()));
+    EXPECT_EQ(found.exitStatus, 0);
 }
 
 TEST_F(StatusTest, runThatEndedIsToldWithItsTimesAndStatus) {
