@@ -1,10 +1,11 @@
 #include <algorithm>
 #include <exception>
 #include <iostream>
+#include <string>
 #include <string_view>
 
 #include "cloning_app/commands/app.h"
-#include "cloning_app/run/output.h"
+#include "cloning_app/run/json_lines.h"
 
 namespace {
 
@@ -25,16 +26,29 @@ int run(int count, char** arguments) {
     return chosen();
 }
 
+/// Where memory is short, for text there is enough.
+void sayBrokenOff(const char* why, bool json) {
+    constexpr const char* kNextStep = "; restart the television and try again";
+    try {
+        if (json) {
+            const std::string sentence = std::string("broke off: ") + why + kNextStep;
+            vxclone::JsonLines(std::cout).error({vxclone::ErrorCode::Internal, sentence});
+            return;
+        }
+    } catch (const std::exception&) {
+        std::cout << std::flush;
+    }
+    std::cerr << "vxclone: broke off: " << why << kNextStep << '\n';
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
     try {
         return run(count, arguments);
     } catch (const std::exception& error) {
-        const bool json =
-            std::find(arguments, arguments + count, std::string_view("--json")) != arguments + count;
-        const vxclone::Error told{vxclone::ErrorCode::Internal, std::string("broke off: ") + error.what() +
-                                                                    "; restart the television and try again"};
-        return vxclone::sayOutput(tl::make_unexpected(told), json, std::cout, std::cerr);
+        char** const end = arguments + count;
+        sayBrokenOff(error.what(), std::find(arguments, end, std::string_view("--json")) != end);
     }
+    return vxclone::exitStatusOf(vxclone::ErrorCode::Internal);
 }

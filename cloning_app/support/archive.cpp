@@ -35,6 +35,9 @@ la_ssize_t append(archive* /*archive*/, void* text, const void* data, std::size_
 
 bool add(archive* tar, const ArchiveEntry& file, std::int64_t seconds) {
     const Entry entry(archive_entry_new());
+    if (!entry) {
+        return false;
+    }
     archive_entry_set_pathname(entry.get(), file.name.c_str());
     archive_entry_set_size(entry.get(), static_cast<la_int64_t>(file.content.size()));
     archive_entry_set_filetype(entry.get(), AE_IFREG);
@@ -69,16 +72,16 @@ int flushFolderOf(const std::filesystem::path& file) {
 Result<std::string> tarOf(const std::vector<ArchiveEntry>& entries, std::int64_t seconds) {
     std::string text;
     const Archive tar(archive_write_new());
-    bool good = archive_write_set_format_ustar(tar.get()) == ARCHIVE_OK &&
+    bool good = tar && archive_write_set_format_ustar(tar.get()) == ARCHIVE_OK &&
                 archive_write_open(tar.get(), &text, nullptr, append, nullptr) == ARCHIVE_OK;
     for (const ArchiveEntry& entry : entries) {
         good = good && add(tar.get(), entry, seconds);
     }
     good = good && archive_write_close(tar.get()) == ARCHIVE_OK;
     if (!good) {
-        const char* const why = archive_error_string(tar.get());
+        const char* const why = tar ? archive_error_string(tar.get()) : nullptr;
         return failure(ErrorCode::Internal, std::string("the bundle could not be put together: ") +
-                                                (why == nullptr ? "no reason given" : why) + "; try again");
+                                                (why == nullptr ? "no memory is free" : why) + "; try again");
     }
     return text;
 }

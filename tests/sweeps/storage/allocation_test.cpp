@@ -7,6 +7,7 @@ namespace vxtest {
 namespace {
 
 constexpr const char* kCall = "malloc";
+constexpr int kBrokenOff = 10;
 
 /// As many numbers from 1 to `calls` as wanted, spread evenly.
 std::vector<unsigned long> spread(unsigned long calls, unsigned long wanted) {
@@ -43,6 +44,29 @@ TEST_P(AllocationTest, restoreIsAppliedOrNamedAsNotApplied) {
         points.tried();
     }
     expectNextRestoreIsGood();
+}
+
+TEST_P(AllocationTest, supportBundleIsWrittenWholeOrNotAtAll) {
+    SweepPoints points(GetParam() ? "allocation, bundle, from then on" : "allocation, bundle, once");
+    const std::filesystem::path bundle = std::filesystem::path(stick) / "bundle.tar";
+    const std::vector<std::string> command = {"support-bundle", "/media/usb/bundle.tar", "--json"};
+    const unsigned long calls = callsOf(kCall, first, command);
+    const auto whole = std::filesystem::file_size(bundle);
+    points.note(std::to_string(calls) + " allocations");
+    for (const unsigned long nth : spread(calls, isLongSweep() ? 1000 : 10)) {
+        SCOPED_TRACE(nth);
+        std::filesystem::remove(bundle);
+        const Finished finished = vxclone(first, command, refusing(kCall, nth, GetParam()));
+        EXPECT_THAT(finished.errors, testing::Not(testing::HasSubstr("crashed in")));
+        const bool written = std::filesystem::exists(bundle);
+        EXPECT_TRUE(written || finished.status != 0);
+        EXPECT_TRUE(!written || std::filesystem::file_size(bundle) == whole) << finished.errors;
+        // What failed once is told as a program wants it: for the line there is memory again.
+        EXPECT_TRUE(GetParam() || finished.status != kBrokenOff ||
+                    finished.output.find(R"("event":"error")") != std::string::npos)
+            << finished.output << finished.errors;
+        points.tried();
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Fails, AllocationTest, testing::Bool(),

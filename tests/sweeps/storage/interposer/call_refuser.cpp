@@ -1,9 +1,11 @@
 // Loaded into a program before the C library: lets it get no memory, or no thread, when its turn has come.
 // VX_REFUSE names the call, malloc or pthread_create, VX_REFUSE_NTH which one (from 1 on), VX_REFUSE_ON is
 // there when all later ones fail too. Only vxclone itself is treated so, not what is started for it. With
-// VX_REFUSE_COUNT, a file, the number of calls is written there at the program's end.
+// VX_REFUSE_COUNT, a file, the number of calls is written there at the program's end. A program that crashes
+// says in which of its parts.
 
 #include <dlfcn.h>
+#include <execinfo.h>
 #include <fcntl.h>
 #include <pthread.h>
 #include <unistd.h>
@@ -11,6 +13,7 @@
 #include <array>
 #include <atomic>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -37,6 +40,19 @@ bool isTurn(Refused call) {
     return plan.nth != 0 && (number == plan.nth || (plan.fromThenOn && number > plan.nth));
 }
 
+/// This function, the system's way back from a handler, and where it happened.
+constexpr int kFramesToCrash = 3;
+
+void sayWhere(int signal) {
+    std::array<void*, kFramesToCrash> frames{};
+    const int depth = backtrace(frames.data(), kFramesToCrash);
+    Dl_info part{};
+    const bool known = depth == kFramesToCrash && dladdr(frames.back(), &part) != 0;
+    dprintf(STDERR_FILENO, "crashed in %s\n", known ? part.dli_fname : "an unknown place");
+    std::signal(signal, SIG_DFL);
+    raise(signal);
+}
+
 __attribute__((constructor)) void readPlan() {
     const char* const call = getenv("VX_REFUSE");
     if (call == nullptr || strcmp(program_invocation_short_name, "vxclone") != 0) {
@@ -45,6 +61,10 @@ __attribute__((constructor)) void readPlan() {
     const char* const nth = getenv("VX_REFUSE_NTH");
     plan.nth = nth == nullptr ? 0 : strtoul(nth, nullptr, 10);
     plan.fromThenOn = getenv("VX_REFUSE_ON") != nullptr;
+    // The first look at the calls loads a library, for which there will be no memory later.
+    void* frame = nullptr;
+    backtrace(&frame, 1);
+    std::signal(SIGSEGV, sayWhere);
     plan.refused = strcmp(call, "malloc") == 0 ? Refused::Memory : Refused::Thread;
 }
 
