@@ -54,7 +54,10 @@ std::vector<FaultPoint> VirtualCallsTest::pointsOf(const std::string& room,
     EXPECT_EQ(unbroken.status, 0) << unbroken.output << unbroken.errors;
     const std::vector<std::string> calls = rooms_.callsOf(room);
     points.note("of " + std::to_string(calls.size()) + " calls");
-    return faultPoints(calls, isLongSweep(), GetParam());
+    std::vector<FaultPoint> all = faultPoints(calls, isLongSweep(), GetParam());
+    // A message that is not freed is a leak, on purpose here, which the sanitizer would count as one of ours.
+    std::erase_if(all, [](const FaultPoint& point) { return VX_SANITIZED && point.call == "bundle_free"; });
+    return all;
 }
 
 Finished VirtualCallsTest::runWithFault(const std::string& room, const FaultPoint& point,

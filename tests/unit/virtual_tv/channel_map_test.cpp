@@ -19,7 +19,8 @@ using Json = nlohmann::json;
 std::vector<Transponder> town(std::int64_t first, int count) {
     std::vector<Transponder> transponders;
     for (int i = 0; i < count; ++i) {
-        transponders.push_back({"DVBC/ANNEX_A", first + std::int64_t{i} * 8'000'000, {{"MODULATION", "QAM/64"}}});
+        transponders.push_back(
+            {"DVBC/ANNEX_A", first + std::int64_t{i} * 8'000'000, {{"MODULATION", "QAM/64"}}});
     }
     return transponders;
 }
