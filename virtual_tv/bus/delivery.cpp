@@ -1,8 +1,17 @@
 #include "virtual_tv/bus/delivery.h"
 
+#include <chrono>
+
 #include "virtual_tv/bus/quiet_thread.h"
 
 namespace vxtv {
+
+namespace {
+
+/// A receiver that takes longer does not keep a process from its end.
+constexpr std::chrono::seconds kLongestFarewell{2};
+
+}  // namespace
 
 Delivery::Delivery() : thread_(quietThread([this] { deliverAll(); })) {}
 
@@ -13,6 +22,14 @@ void Delivery::end() {
     }
     changed_.notify_all();
     if (thread_.joinable()) thread_.join();
+}
+
+void Delivery::hush() {
+    std::unique_lock lock(mutex_);
+    hushed_ = true;
+    if (std::this_thread::get_id() != thread_.get_id()) {
+        changed_.wait_for(lock, kLongestFarewell, [this] { return !delivering_; });
+    }
 }
 
 void Delivery::setReceiver(int port, Receiver receiver) {
@@ -33,16 +50,19 @@ bool Delivery::accept(int port, PortMessage message) {
 void Delivery::deliverAll() {
     std::unique_lock lock(mutex_);
     while (true) {
-        changed_.wait(lock, [this] { return ending_ || !waiting_.empty(); });
+        changed_.wait(lock, [this] { return ending_ || (!hushed_ && !waiting_.empty()); });
         if (ending_) return;
         Waiting next = std::move(waiting_.front());
         waiting_.pop_front();
         const auto receiver = receivers_.find(next.port);
         if (receiver == receivers_.end()) continue;
         const Receiver receive = receiver->second;
+        delivering_ = true;
         lock.unlock();
         receive(next.port, std::move(next.message));
         lock.lock();
+        delivering_ = false;
+        changed_.notify_all();
     }
 }
 

@@ -37,6 +37,10 @@ class Delivery {
     /// dropped. Not to be called by a receiver.
     void end();
 
+    /// Delivers nothing more, and waits for the receiver that is being called, but not for long: for a
+    /// process that ends. A receiver may call it, and does not wait for itself.
+    void hush();
+
  private:
     struct Waiting {
         int port = 0;
@@ -49,6 +53,8 @@ class Delivery {
     std::deque<Waiting> waiting_;
     std::map<int, Receiver> receivers_;
     bool ending_ = false;
+    bool hushed_ = false;
+    bool delivering_ = false;
     std::thread thread_;
 };
 

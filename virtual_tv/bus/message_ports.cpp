@@ -34,6 +34,11 @@ MessagePorts::~MessagePorts() {
     delivery_.end();
 }
 
+void MessagePorts::hush() {
+    // A forked child has no such thread, and the lock may be held by one that is not there.
+    if (!isForked()) delivery_.hush();
+}
+
 bool MessagePorts::isForked() const {
     return getpid() != owner_;
 }

@@ -29,6 +29,10 @@ class MessagePorts {
     MessagePorts(const MessagePorts&) = delete;
     MessagePorts& operator=(const MessagePorts&) = delete;
 
+    /// For the end of the process: receivers are not called any more, and one that is being called has ended,
+    /// unless it takes long. Threads that call the other operations are not disturbed.
+    void hush();
+
     /// Makes a port, and takes its messages from now on. Result: its id, 1 or more. The same name again gives
     /// the same id, and the receiver replaces the one before.
     PortResult<int> open(const std::string& name, Delivery::Receiver receiver);

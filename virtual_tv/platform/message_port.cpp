@@ -26,9 +26,14 @@ std::string ownApplication() {
 }
 
 MessagePorts& portsOf(const Television& television) {
-    // Never ended: a receiver may run while the process ends.
+    // Never removed: other threads may call while the process ends. Receivers are not called any more then,
+    // as the end takes away what they use.
     static MessagePorts* const ports =
         std::make_unique<MessagePorts>(television.folder(), ownApplication()).release();
+    struct Farewell {
+        ~Farewell() { ports->hush(); }
+    };
+    static const Farewell farewell;
     return *ports;
 }
 

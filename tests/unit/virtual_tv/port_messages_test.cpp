@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <fstream>
+#include <future>
 #include <string>
 #include <thread>
 
@@ -97,6 +99,27 @@ TEST_F(PortMessages, receiverThatLooksAtNothingRefusesAtLast) {
         EXPECT_GE(accepted, kMostWaiting);
     }
     EXPECT_EQ(inbox.waitFor(accepted).size(), accepted);
+}
+
+TEST(DeliveryTest, hushWaitsForTheReceiverAndNoneIsCalledAfterwards) {
+    std::promise<void> begun;
+    std::promise<void> mayEnd;
+    std::atomic<int> ended = 0;
+    Delivery delivery;
+    delivery.setReceiver(1, [&](int, const PortMessage&) {
+        begun.set_value();
+        mayEnd.get_future().wait();
+        ++ended;
+    });
+    ASSERT_TRUE(delivery.accept(1, {}));
+    begun.get_future().wait();
+    std::thread later([&mayEnd] { mayEnd.set_value(); });
+    delivery.hush();
+    EXPECT_EQ(ended, 1);
+    EXPECT_TRUE(delivery.accept(1, {}));
+    delivery.end();
+    EXPECT_EQ(ended, 1);
+    later.join();
 }
 
 TEST_F(PortMessages, openOfTooManyPortsIsRefused) {
