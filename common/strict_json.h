@@ -16,7 +16,7 @@ struct WrongMember {
 
 /// What a JSON text of somebody else's may have at most.
 struct JsonLimits {
-    int depth;                                                     ///< layers of objects and arrays
+    int depth = std::numeric_limits<int>::max();                   ///< layers of objects and arrays
     std::size_t values = std::numeric_limits<std::size_t>::max();  ///< values and names together
 };
 
