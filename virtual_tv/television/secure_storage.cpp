@@ -243,20 +243,13 @@ Result<void> SecureStorage::writeEntries(const SealingKey& key, const std::vecto
 Result<void> SecureStorage::swapIn() const {
     const fs::path entries = folder_.secureEntries();
     const fs::path beside = entriesBeside(".new");
-    const fs::path before = entriesBeside(".old");
     std::error_code error;
-    fs::remove_all(before, error);
-    const bool hadEntries = rename(entries.c_str(), before.c_str()) == 0;
-    if (rename(beside.c_str(), entries.c_str()) != 0) {
-        const std::error_code refused = lastError();
-        if (hadEntries) {
-            fs::rename(before, entries, error);
-        }
-        fs::remove_all(beside, error);
-        return cannotChange(entries, refused);
-    }
-    fs::remove_all(before, error);
-    return flushFolder(folder_.secure());
+    // In one step: whoever reads meanwhile, or after a kill, finds all entries of before or all new ones.
+    const unsigned int how = fs::exists(entries, error) ? RENAME_EXCHANGE : RENAME_NOREPLACE;
+    const bool swapped = renameat2(AT_FDCWD, beside.c_str(), AT_FDCWD, entries.c_str(), how) == 0;
+    const std::error_code refused = swapped ? std::error_code() : lastError();
+    fs::remove_all(beside, error);
+    return swapped ? flushFolder(folder_.secure()) : cannotChange(entries, refused);
 }
 
 }  // namespace vxtv

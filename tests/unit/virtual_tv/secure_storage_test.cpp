@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <atomic>
+#include <thread>
+
 #include "test_television.h"
 #include "virtual_tv/television/package_key.h"
 
@@ -131,7 +134,6 @@ TEST_F(SecureStorageTest, missingOrShortDeviceKeyMeansNotUp) {
 }
 
 TEST_F(SecureStorageTest, putKeepsOtherEntriesAndLeavesNothingBeside) {
-    test::writeFile(television_.folder().secure() / "entries.old", "of a killed process");
     fs::create_directories(television_.folder().secure() / "entries.new" / "x");
     ASSERT_TRUE(storage_.put({{"SECOND", "new"}, {"THIRD", "three"}}, owner_));
     EXPECT_EQ(storage_.read("FIRST", owner_).value(), "one secret");
@@ -168,6 +170,24 @@ TEST_F(SecureStorageTest, failedPutKeepsEveryEntry) {
     EXPECT_EQ(storage_.read("FIRST", owner_).value(), "one secret");
     EXPECT_EQ(storage_.read("SECOND", owner_).value(), "two secret");
     EXPECT_FALSE(fs::exists(television_.folder().secure() / "entries.new"));
+}
+
+TEST_F(SecureStorageTest, putLeavesNoMomentWithoutEntries) {
+    constexpr int kPuts = 50;
+    const fs::path entries = television_.folder().secureEntries();
+    std::atomic<bool> ended = false;
+    std::thread putting([&] {
+        for (int count = 0; count < kPuts; ++count) {
+            EXPECT_TRUE(storage_.put({{"FIRST", std::to_string(count)}}, owner_));
+        }
+        ended = true;
+    });
+    int moments = 0;
+    while (!ended) {
+        moments += fs::exists(entries) ? 0 : 1;
+    }
+    putting.join();
+    EXPECT_EQ(moments, 0);
 }
 
 TEST_F(SecureStorageTest, sameValueIsSealedAnewEachTime) {
