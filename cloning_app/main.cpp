@@ -26,7 +26,6 @@ int run(int count, char** arguments) {
     return chosen();
 }
 
-/// Where memory is short, for text there is enough.
 void sayBrokenOff(const char* why, bool json) {
     constexpr const char* kNextStep = "; restart the television and try again";
     try {
@@ -36,7 +35,7 @@ void sayBrokenOff(const char* why, bool json) {
             return;
         }
     } catch (const std::exception&) {
-        std::cout << std::flush;
+        // Memory is too short for the line; the text below needs none.
     }
     std::cerr << "vxclone: broke off: " << why << kNextStep << '\n';
 }

@@ -247,9 +247,10 @@ Result<void> SecureStorage::swapIn() const {
     // In one step: whoever reads meanwhile, or after a kill, finds all entries of before or all new ones.
     const unsigned int how = fs::exists(entries, error) ? RENAME_EXCHANGE : RENAME_NOREPLACE;
     const bool swapped = renameat2(AT_FDCWD, beside.c_str(), AT_FDCWD, entries.c_str(), how) == 0;
-    const std::error_code refused = swapped ? std::error_code() : lastError();
+    const Result<void> done = swapped ? flushFolder(folder_.secure()) : cannotChange(entries, lastError());
+    // Not before the exchange is on the disk: until then a power cut may bring the old ones back.
     fs::remove_all(beside, error);
-    return swapped ? flushFolder(folder_.secure()) : cannotChange(entries, refused);
+    return done;
 }
 
 }  // namespace vxtv
