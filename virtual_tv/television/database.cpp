@@ -13,6 +13,7 @@
 #include <string_view>
 
 #include "virtual_tv/television/byte_order.h"
+#include "virtual_tv/television/steady_locks.h"
 
 namespace vxtv {
 
@@ -160,6 +161,7 @@ Database::Database(const fs::path& file, int openFlags)
     : file_(file),
       owner_(getpid()),
       connection_(std::make_unique<SQLite::Database>(file.string(), openFlags, kBusyTimeoutMs)) {
+    makeLocksSteady();
     connection_->exec("PRAGMA synchronous = NORMAL");
 }
 

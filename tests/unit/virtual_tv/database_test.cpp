@@ -1,10 +1,17 @@
 #include "virtual_tv/television/database.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
+#include <atomic>
+#include <cerrno>
+#include <cstdarg>
 #include <fstream>
 
 #include "test_television.h"
+#include "tests/support/machine/process.h"
+#include "tests/support/machine/tool_paths.h"
 
 namespace vxtv {
 namespace {
@@ -108,6 +115,84 @@ TEST_F(DatabaseTest, failedWorkLeavesNoTrace) {
     });
     EXPECT_FALSE(written);
     EXPECT_EQ(4U, SettingsStore(**database).list().value().size());
+}
+
+/// A system in which calls of fcntl that touch a lock fail, for databases that are opened in its lifetime.
+class FailingLocks {
+ public:
+    FailingLocks() { put(reinterpret_cast<sqlite3_syscall_ptr>(call)); }
+    ~FailingLocks() {
+        failNone();
+        put(nullptr);
+    }
+    FailingLocks(const FailingLocks&) = delete;
+    FailingLocks& operator=(const FailingLocks&) = delete;
+
+    /// The n-th call from now on fails once with `error`.
+    static void failAt(int number, int error) {
+        error_ = error;
+        left_ = number;
+    }
+    static void failNone() { left_ = 0; }
+    /// Whether the call that was to fail has failed.
+    static bool hasFailed() { return left_ <= 0; }
+
+ private:
+    static void put(sqlite3_syscall_ptr function) {
+        sqlite3_vfs* const files = sqlite3_vfs_find(nullptr);
+        files->xSetSystemCall(files, "fcntl", function);
+    }
+    static int call(int file, int command, ...) {  // NOLINT(cert-dcl50-cpp)
+        va_list arguments;
+        va_start(arguments, command);
+        void* const argument = va_arg(arguments, void*);
+        va_end(arguments);
+        if (command == F_SETLK && left_ > 0 && --left_ == 0) {
+            errno = error_;
+            return -1;
+        }
+        return ::fcntl(file, command, argument);
+    }
+
+    static inline std::atomic<int> left_ = 0;
+    static inline std::atomic<int> error_ = 0;
+};
+
+class DatabaseLocks : public DatabaseTest {
+ protected:
+    /// For each call on a lock that a change of a setting makes: it fails once, and then another process
+    /// changes the setting.
+    void changeInTurnsWhenEachFails(int error) {
+        test::makeTelevision(place_);
+        const FailingLocks locks;
+        const Result<Television> television = Television::open(place_);
+        ASSERT_TRUE(television);
+        bool failed = true;
+        for (int number = 1; failed; ++number) {
+            FailingLocks::failAt(number, error);
+            const Result<void> set = television->settings().set("volume", number);
+            failed = FailingLocks::hasFailed();
+            FailingLocks::failNone();
+            EXPECT_TRUE(set) << "call " << number << ": " << (set ? std::string() : set.error().sentence);
+            const vxtest::Finished other =
+                vxtest::run({{vxtest::vxtvProgram(), "set", place_, "volume", "100"}, {}, {}, {}});
+            ASSERT_EQ(other.status, 0) << "call " << number << ": " << other.errors;
+            EXPECT_EQ(100, television->settings().getInt("volume").value());
+            ++tried_;
+        }
+    }
+
+    int tried_ = 0;
+};
+
+TEST_F(DatabaseLocks, callOnALockThatASignalInterruptsKeepsNobodyOut) {
+    changeInTurnsWhenEachFails(EINTR);
+    EXPECT_GT(tried_, 4);
+}
+
+TEST_F(DatabaseLocks, callOnALockForWhichThereIsNoRoomKeepsNobodyOut) {
+    changeInTurnsWhenEachFails(ENOLCK);
+    EXPECT_GT(tried_, 4);
 }
 
 }  // namespace
