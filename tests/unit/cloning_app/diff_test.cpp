@@ -16,7 +16,7 @@ class DiffTest : public LookingTest {
         store.set("a/volume", 12);
         store.set("b/on", FakeSettingsStore::Bool{true});
         store.set("c/text", std::string("hello"));
-        store.set(kPin, std::string("4711"));
+        store.set(kPinSetting, std::string("4711"));
         FakePaths::instance() = {folder_ / "tv/boot", folder_ / "tv/mbr", folder_ / "tv/home"};
         writeFile(folder_ / "tv/home/menu.json", "menu");
         writeFile(folder_ / "tv/boot/logo.png", "boot");
@@ -45,9 +45,9 @@ TEST_F(DiffTest, settingsAreNamedWithBothValuesTheTelevisionsFirst) {
 }
 
 TEST_F(DiffTest, secretThatDiffersIsNamedWithoutEitherValue) {
-    FakeSettingsStore::instance().set(kPin, std::string("0815"));
+    FakeSettingsStore::instance().set(kPinSetting, std::string("0815"));
     const std::string text = diff();
-    EXPECT_THAT(text, HasSubstr(std::string(kPin) + "  differs"));
+    EXPECT_THAT(text, HasSubstr(std::string(kPinSetting) + "  differs"));
     EXPECT_THAT(text, Not(HasSubstr("0815")));
     for (const auto& line : lines(diffPackage(package_, std::nullopt))) {
         EXPECT_THAT(line.dump(), Not(HasSubstr("0815")));

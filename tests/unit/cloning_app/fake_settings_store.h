@@ -7,6 +7,9 @@
 #include <string>
 #include <variant>
 
+/// The setting that holds the PIN.
+inline constexpr const char* kPinSetting = "db/vxhotel/securitymode/changepin";
+
 /// The settings store of these tests, behind the platform's own six functions. Any thread.
 class FakeSettingsStore {
  public:

@@ -33,7 +33,7 @@ TEST_F(InspectTest, categoriesShowWhatTheyReported) {
 
 TEST_F(InspectTest, settingsAreShownWithTheirValuesAndSecretsWithoutThem) {
     EXPECT_THAT(inspect(), AllOf(HasSubstr("a/volume"), HasSubstr("12"), HasSubstr("\"hello\""),
-                                 HasSubstr(kPin), HasSubstr("(set)")));
+                                 HasSubstr(kPinSetting), HasSubstr("(set)")));
 }
 
 TEST_F(InspectTest, filesAreNamedOnRequest) {
@@ -104,7 +104,7 @@ TEST_F(InspectTest, jsonHasALineForEachThing) {
     std::map<std::string, int> kinds;
     for (const auto& line : lines(inspectPackage(package_, false))) {
         ++kinds[line.value("kind", line.at("event").get<std::string>())];
-        if (line.value("setting", "") == kPin) {
+        if (line.value("setting", "") == kPinSetting) {
             EXPECT_EQ(line.at("value"), "(set)");
             EXPECT_EQ(line.at("settingKind"), "secret");
         }

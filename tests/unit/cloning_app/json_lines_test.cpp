@@ -13,7 +13,7 @@
 namespace vxclone {
 namespace {
 
-using nlohmann::json;
+using Json = nlohmann::json;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -23,9 +23,9 @@ const Row kChannelsFailed{VXCLONE_BROADCAST_TVS, Verdict::Failed, "the package h
 class JsonLinesTest : public testing::Test {
  protected:
     /// Every line that was written; each must fit the schema.
-    std::vector<json> lines() const {
-        std::vector<json> parsed = jsonLines(out_.str());
-        for (const json& line : parsed) {
+    std::vector<Json> lines() const {
+        std::vector<Json> parsed = jsonLines(out_.str());
+        for (const Json& line : parsed) {
             EXPECT_THAT(schemaComplaint(line), IsEmpty());
         }
         return parsed;
@@ -40,7 +40,7 @@ class JsonLinesTest : public testing::Test {
 TEST_F(JsonLinesTest, progressTellsPercentEntryCategoryAndTime) {
     view_->progress({33, 5, 15, VXCLONE_BROADCAST_TVS});
     view_->tick();
-    EXPECT_EQ(lines().at(0), json::parse(R"({"version": 1, "event": "progress", "run": "restore",
+    EXPECT_EQ(lines().at(0), Json::parse(R"({"version": 1, "event": "progress", "run": "restore",
         "elapsed": 1.5, "percent": 33, "entry": 5, "entries": 15, "category": "channels"})"));
     EXPECT_EQ(lines().size(), 1U);
 }
@@ -68,12 +68,12 @@ TEST_F(JsonLinesTest, endIsAResultForEachRowAFindingForEachCheckAndASummary) {
     const auto all = lines();
     ASSERT_EQ(all.size(), 5U);
     EXPECT_EQ(all[0],
-              json::parse(R"({"version": 1, "event": "result", "kind": "category", "category": "channels",
+              Json::parse(R"({"version": 1, "event": "result", "kind": "category", "category": "channels",
         "result": "failed", "detail": "the package holds no channels"})"));
     EXPECT_EQ(all[1].at("application"), "org.some.app");
-    EXPECT_EQ(all[2], json::parse(R"({"version": 1, "event": "finding", "check": "product-tag",
+    EXPECT_EQ(all[2], Json::parse(R"({"version": 1, "event": "finding", "check": "product-tag",
         "result": "differs", "television": "here", "package": "there"})"));
-    EXPECT_EQ(all[4], json::parse(R"({"version": 1, "event": "summary", "exit": 4,
+    EXPECT_EQ(all[4], Json::parse(R"({"version": 1, "event": "summary", "exit": 4,
         "messages": ["It does not fit."]})"));
 }
 
@@ -90,7 +90,7 @@ TEST_F(JsonLinesTest, everyVerdictAndErrorFitsTheSchema) {
 
 TEST(JsonSchema, listsAreThoseOfTheCode) {
     std::ifstream file(VX_JSON_SCHEMA);
-    const json definitions = json::parse(file).at("definitions");
+    const Json definitions = Json::parse(file).at("definitions");
     std::map<std::string, std::set<std::string>> lists;
     for (const ErrorFact& fact : errorCatalogue()) {
         lists["code"].emplace(fact.name);
@@ -123,12 +123,12 @@ TEST_F(JsonLinesTest, errorHasCodeStatusAndSentenceEvenOfBytesThatAreNoText) {
 }
 
 TEST_F(JsonLinesTest, schemaRefusesWhatIsNotPublished) {
-    const json good = {
+    const Json good = {
         {"version", 1}, {"event", "error"}, {"code", "altered"}, {"exit", 5}, {"message", "m"}};
     EXPECT_THAT(schemaComplaint(good), IsEmpty());
-    for (const auto& [member, value] : std::vector<std::pair<const char*, json>>{
+    for (const auto& [member, value] : std::vector<std::pair<const char*, Json>>{
              {"version", 2}, {"event", "done"}, {"code", "no-such-code"}, {"exit", "5"}, {"more", 1}}) {
-        json bad = good;
+        Json bad = good;
         bad[member] = value;
         EXPECT_THAT(schemaComplaint(bad), Not(IsEmpty())) << member;
     }

@@ -12,13 +12,13 @@
 
 namespace {
 
-using nlohmann::json;
+using Json = nlohmann::json;
 using Adapter = valijson::adapters::NlohmannJsonAdapter;
 
 const valijson::Schema& publishedSchema() {
     static const auto schema = [] {
         std::ifstream file(VX_JSON_SCHEMA);
-        const json document = json::parse(file);
+        const Json document = Json::parse(file);
         auto parsed = std::make_unique<valijson::Schema>();
         valijson::SchemaParser().populateSchema(Adapter(document), *parsed);
         return parsed;
@@ -28,17 +28,17 @@ const valijson::Schema& publishedSchema() {
 
 }  // namespace
 
-std::vector<json> jsonLines(const std::string& text) {
-    std::vector<json> lines;
+std::vector<Json> jsonLines(const std::string& text) {
+    std::vector<Json> lines;
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line);) {
-        lines.push_back(json::parse(line, nullptr, false));
+        lines.push_back(Json::parse(line, nullptr, false));
         EXPECT_TRUE(lines.back().is_object()) << line;
     }
     return lines;
 }
 
-std::string schemaComplaint(const json& line) {
+std::string schemaComplaint(const Json& line) {
     valijson::ValidationResults results;
     if (valijson::Validator().validate(publishedSchema(), Adapter(line), &results)) {
         return {};

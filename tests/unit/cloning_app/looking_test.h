@@ -11,13 +11,11 @@
 /// A sealed package on a stick, and what the commands say of it that look and change nothing.
 class LookingTest : public RunTest {
  protected:
-    static constexpr const char* kPin = "db/vxhotel/securitymode/changepin";
-
     LookingTest() { fill(package_); }
 
     std::string fill(const std::filesystem::path& folder, const std::string& volume = "12") {
         writeFile(folder / "vconf/Vconf.json", R"({"a/volume":{"int":)" + volume + R"(},"b/on":{"bool":1},)" +
-                                                   R"(")" + kPin +
+                                                   R"(")" + kPinSetting +
                                                    R"(":{"string":"4711"},"c/text":{"string":"hello"}})");
         writeFile(folder / "VXHotel/menu.json", "menu");
         writeFile(folder / "logo/logo.png", "boot");

@@ -19,7 +19,6 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr const char* kPin = "db/vxhotel/securitymode/changepin";
 constexpr const char* kVolume = "volume";
 
 /// A television that holds a volume and a PIN, and a package with others.
@@ -27,7 +26,7 @@ class RunsTest : public RunTest {
  protected:
     RunsTest() {
         set(kVolume, 20);
-        set(kPin, std::string("1111"));
+        set(kPinSetting, std::string("1111"));
         engine_.save = [this] {
             for (const auto& entry : std::filesystem::directory_iterator(root_)) {
                 std::filesystem::remove_all(entry);
@@ -39,7 +38,7 @@ class RunsTest : public RunTest {
             loaded_ = contentOf(root_);
             const std::string text = readFile(root_ / "vconf/Vconf.json");
             set(kVolume, text.find(":12}") != std::string::npos ? 12 : 20);
-            set(kPin, std::string(text.find("2222") != std::string::npos ? "2222" : "1111"));
+            set(kPinSetting, std::string(text.find("2222") != std::string::npos ? "2222" : "1111"));
             FakeEngine::report("VXCLONE_AV_SETTINGS-SUCCESS\n", 100);
         };
         writeSettings(package_, 12, "2222");
@@ -50,10 +49,13 @@ class RunsTest : public RunTest {
         FakeSettingsStore::instance().set(key, std::move(value));
     }
     static int volume() { return std::get<int>(*FakeSettingsStore::instance().get(kVolume)); }
-    static std::string pin() { return std::get<std::string>(*FakeSettingsStore::instance().get(kPin)); }
+    static std::string pin() {
+        return std::get<std::string>(*FakeSettingsStore::instance().get(kPinSetting));
+    }
     static void writeSettings(const std::filesystem::path& package, int volume, const std::string& pin) {
-        writeFile(package / "vconf/Vconf.json", std::string(R"({")") + kPin + R"(":{"string":")" + pin +
-                                                    R"("},"volume":{"int":)" + std::to_string(volume) + "}}");
+        writeFile(package / "vconf/Vconf.json", std::string(R"({")") + kPinSetting + R"(":{"string":")" +
+                                                    pin + R"("},"volume":{"int":)" + std::to_string(volume) +
+                                                    "}}");
     }
 
     Result<Report> restore(RestoreOptions options = {allCategories(), false, true}) {
@@ -138,7 +140,7 @@ TEST_F(RunsTest, undoTakesABootLogoAwayThatTheTelevisionDidNotHave) {
     engine_.work = [this] {
         std::filesystem::remove_all(folder_ / "boot");
         set(kVolume, 20);
-        set(kPin, std::string("1111"));
+        set(kPinSetting, std::string("1111"));
         FakeEngine::report("VXCLONE_HOSPITALITY_LOGO-FAIL\n", 100);
     };
     const auto undone = runUndo(context(), true);
@@ -268,11 +270,12 @@ TEST_F(RunsTest, keptIdentityIsTheTelevisionsOwnAfterwards) {
 TEST_F(RunsTest, identityThatCannotBeWrittenBackFailsTheSettings) {
     RestoreOptions options{allCategories(), false, true};
     options.keepIdentity = true;
-    FakeSettingsStore::instance().refuseWriting(kPin);
+    FakeSettingsStore::instance().refuseWriting(kPinSetting);
     const auto report = restore(options);
     ASSERT_TRUE(report);
     EXPECT_EQ(report->exitStatus, 1);
-    EXPECT_THAT(rowFor(*report, VXCLONE_VCONF_DATA).detail, HasSubstr(std::string("not kept: ") + kPin));
+    EXPECT_THAT(rowFor(*report, VXCLONE_VCONF_DATA).detail,
+                HasSubstr(std::string("not kept: ") + kPinSetting));
 }
 
 TEST_F(RunsTest, dryRunTellsTheDifferencesAndLeavesNothing) {

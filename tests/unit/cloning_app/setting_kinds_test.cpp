@@ -8,10 +8,8 @@
 namespace vxclone {
 namespace {
 
-constexpr const char* kPin = "db/vxhotel/securitymode/changepin";
-
 TEST(SettingKinds, pinIsSecretAddressesAreIdentityTheRestIsOrdinary) {
-    EXPECT_EQ(kindOf(kPin), SettingKind::Secret);
+    EXPECT_EQ(kindOf(kPinSetting), SettingKind::Secret);
     EXPECT_EQ(kindOf("db/sdk/develop/ip"), SettingKind::Identity);
     EXPECT_EQ(kindOf("db/vxhotel/hotelmenu/welcomemessage"), SettingKind::Ordinary);
     EXPECT_EQ(kindOf(""), SettingKind::Ordinary);
@@ -34,10 +32,10 @@ TEST(SettingValue, valuesAreShownByTheirType) {
 }
 
 TEST(SettingValue, secretIsNeverShownOfWhateverTypeItIs) {
-    EXPECT_EQ(shownValue({kPin, std::string("4711")}), "(set)");
-    EXPECT_EQ(shownValue({kPin, std::string()}), "(not set)");
-    EXPECT_EQ(shownValue({kPin, Setting::Int{4711}}), "(set)");
-    EXPECT_EQ(jsonValue({kPin, std::string("4711")}), "(set)");
+    EXPECT_EQ(shownValue({kPinSetting, std::string("4711")}), "(set)");
+    EXPECT_EQ(shownValue({kPinSetting, std::string()}), "(not set)");
+    EXPECT_EQ(shownValue({kPinSetting, Setting::Int{4711}}), "(set)");
+    EXPECT_EQ(jsonValue({kPinSetting, std::string("4711")}), "(set)");
 }
 
 TEST(SettingValue, televisionsValueIsReadAsThePackagesType) {

@@ -17,7 +17,6 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr const char* kPinKey = "db/vxhotel/securitymode/changepin";
 constexpr const char* kPin = "4711";
 
 /// The files of an archive, read by the library that others read it with.
@@ -40,7 +39,7 @@ class SupportBundleTest : public testing::Test {
     SupportBundleTest() {
         FakeSettingsStore::instance().reset();
         FakeSystemInfo::reset();
-        FakeSettingsStore::instance().set(kPinKey, std::string(kPin));
+        FakeSettingsStore::instance().set(kPinSetting, std::string(kPin));
     }
 
     std::map<std::string, std::string> bundle(const std::string& log = "") const {
