@@ -16,7 +16,6 @@ namespace {
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 
-constexpr const char* kWelcome = "db/vxhotel/hotelmenu/welcomemessage";
 constexpr const char* kForged = "forged";
 
 /// Whether a terminal may be given the text: no control character but the line feed.

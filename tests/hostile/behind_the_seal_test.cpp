@@ -27,7 +27,6 @@ using vxtv::test::ZipMember;
 
 constexpr const char* kZip = "tvs-chms/tvs-chms.zip";
 constexpr const char* kApplication = "org.vorta.orvel-app";
-constexpr std::size_t kVeryDeep = 100'000;
 /// So many of a table are tried where not all are.
 constexpr std::size_t kChoice = 4;
 
@@ -219,8 +218,7 @@ TEST(HostileZipTest, archivesWithJsonOfAWrongShapeAreRefusedByTheService) {
         cases.push_back(zipOfJson("nothing", member, ""));
         cases.push_back(zipOfJson("an object", member, R"({"a":1})"));
         cases.push_back(zipOfJson("a list of nulls", member, "[null,null]"));
-        cases.push_back(
-            zipOfJson("a deep list", member, std::string(kVeryDeep, '[') + std::string(kVeryDeep, ']')));
+        cases.push_back(zipOfJson("a deep list", member, deep("[", "]")));
         cases.push_back(zipOfJson("bad UTF-8", member, "[{\"name\":\"\xff\"}]"));
     }
     expectAllKept(cases);
@@ -247,8 +245,7 @@ TEST(HostileServicesTest, filesThatNoServiceMadeAreRefusedByTheService) {
         const std::string strange =
             readFile(Stage::instance().good() / (file == kFiles[0].file ? kFiles[1].file : kFiles[0].file));
         cases.push_back(fileOf(category, file, "another service", strange));
-        cases.push_back(
-            fileOf(category, file, "deep JSON", std::string(kVeryDeep, '[') + std::string(kVeryDeep, ']')));
+        cases.push_back(fileOf(category, file, "deep JSON", deep("[", "]")));
         if (inLongForm()) {
             cases.push_back(fileOf(category, file, "nothing", ""));
             cases.push_back(fileOf(category, file, "one byte less", good.substr(0, good.size() - 1)));

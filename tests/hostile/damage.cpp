@@ -116,4 +116,17 @@ void resize(const fs::path& file, std::uint64_t bytes) {
     fs::resize_file(file, bytes);
 }
 
+std::string deep(const std::string& open, const std::string& close, const std::string& inner) {
+    constexpr std::size_t kLayers = 100'000;
+    std::string text;
+    for (std::size_t layer = 0; layer < kLayers; ++layer) {
+        text += open;
+    }
+    text += inner;
+    for (std::size_t layer = 0; layer < kLayers; ++layer) {
+        text += close;
+    }
+    return text;
+}
+
 }  // namespace vxtest

@@ -41,4 +41,7 @@ void flip(const std::filesystem::path& file, std::size_t offset, unsigned char b
 /// Makes the file as large as told; what is added takes no room on the disk.
 void resize(const std::filesystem::path& file, std::uint64_t bytes);
 
+/// `inner` between 100,000 openings and as many closings.
+std::string deep(const std::string& open, const std::string& close, const std::string& inner = {});
+
 }  // namespace vxtest

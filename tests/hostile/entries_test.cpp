@@ -11,7 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kAltered = "altered";
 constexpr const char* kNotAPackage = "not-a-package";
 constexpr const char* kUnsafe = "unsafe-entry";
 

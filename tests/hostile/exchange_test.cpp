@@ -16,8 +16,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kWelcome = "db/vxhotel/hotelmenu/welcomemessage";
-
 /// Exchanges two entries of the stick all its life.
 class Swapper {
  public:

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tests/hostile/damage.h"
 #include "tests/hostile/refusals.h"
 #include "tests/hostile/sealing_again.h"
 
@@ -14,25 +15,10 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-constexpr const char* kAltered = "altered";
-constexpr std::size_t kVeryDeep = 100'000;
-
 struct Shape {
     std::string name;
     std::string text;
 };
-
-std::string deep(const std::string& open, const std::string& close, const std::string& inner) {
-    std::string text;
-    for (std::size_t layer = 0; layer < kVeryDeep; ++layer) {
-        text += open;
-    }
-    text += inner;
-    for (std::size_t layer = 0; layer < kVeryDeep; ++layer) {
-        text += close;
-    }
-    return text;
-}
 
 /// Texts that are no object, or no JSON at all.
 std::vector<Shape> wrongEverywhere() {

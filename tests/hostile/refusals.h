@@ -9,6 +9,9 @@
 
 namespace vxtest {
 
+/// The code of most refusals.
+inline constexpr const char* kAltered = "altered";
+
 /// A good package damaged in one way, and what must be said of it.
 struct Case {
     std::string name;

@@ -11,7 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kAltered = "altered";
 constexpr std::size_t kBlock = 16;
 constexpr unsigned kBits = 8;
 

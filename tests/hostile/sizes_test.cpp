@@ -12,7 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kAltered = "altered";
 constexpr const char* kTooLarge = "too-large";
 constexpr std::uint64_t kGiB = std::uint64_t{1} << 30U;
 constexpr std::uint64_t kMiB = std::uint64_t{1} << 20U;

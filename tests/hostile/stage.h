@@ -11,6 +11,9 @@
 
 namespace vxtest {
 
+/// A setting that every package carries.
+inline constexpr const char* kWelcome = "db/vxhotel/hotelmenu/welcomemessage";
+
 /// How an attempt to restore or to verify a package ended.
 struct Outcome {
     int status = -1;

@@ -48,6 +48,8 @@ class CloneTest : public testing::Test {
     const std::string stick = (place / "stick").string();
 };
 
+/// Milliseconds that no test waits for.
+inline constexpr const char* kForEver = "600000";
 inline constexpr const char* kWelcome = "db/vxhotel/hotelmenu/welcomemessage";
 
 }  // namespace vxtest

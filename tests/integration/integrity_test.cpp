@@ -1,6 +1,7 @@
 // A package that does not fit, or that somebody altered, does not reach a television.
 
 #include "tests/integration/clone_fixture.h"
+#include "tests/support/machine/exit_status.h"
 
 namespace vxtest {
 namespace {
@@ -9,11 +10,6 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
-
-constexpr int kNotAPackage = 3;
-constexpr int kDoesNotFit = 4;
-constexpr int kAltered = 5;
-constexpr int kNoKey = 7;
 
 class IntegrityTest : public CloneTest {
  protected:
@@ -75,12 +71,12 @@ TEST_F(IntegrityTest, verifyOnATelevisionOfTheModelIsZero) {
 
 TEST_F(IntegrityTest, verifyOnAnotherModelNamesBothValues) {
     const Finished result = verify(otherModel());
-    EXPECT_EQ(result.status, kDoesNotFit) << result.output << result.errors;
+    EXPECT_EQ(result.status, ended::kDoesNotFit) << result.output << result.errors;
     EXPECT_THAT(result.output + result.errors, AllOf(HasSubstr("VX55H7"), HasSubstr("model")));
 }
 
 TEST_F(IntegrityTest, restoreOntoAnotherModelIsRefused) {
-    refused(otherModel(), kDoesNotFit);
+    refused(otherModel(), ended::kDoesNotFit);
 }
 
 TEST_F(IntegrityTest, restoreOfAFlippedByteIsRefusedInEveryFile) {
@@ -92,8 +88,8 @@ TEST_F(IntegrityTest, restoreOfAFlippedByteIsRefusedInEveryFile) {
         std::string flipped = content;
         flipped[flipped.size() / 2] = static_cast<char>(flipped[flipped.size() / 2] ^ 1);
         writeFile(packageFolder / name, flipped);
-        EXPECT_EQ(verify(second).status, kAltered) << name;
-        refused(second, kAltered);
+        EXPECT_EQ(verify(second).status, ended::kAltered) << name;
+        refused(second, ended::kAltered);
         writeFile(packageFolder / name, content);
     }
     EXPECT_EQ(verify(second).status, 0);
@@ -101,8 +97,8 @@ TEST_F(IntegrityTest, restoreOfAFlippedByteIsRefusedInEveryFile) {
 
 TEST_F(IntegrityTest, restoreOfAPackageWithAnAddedFileIsRefused) {
     writeFile(packageFolder / "tvtimer/added.txt", "x");
-    EXPECT_EQ(verify(second).status, kAltered);
-    refused(second, kAltered);
+    EXPECT_EQ(verify(second).status, ended::kAltered);
+    refused(second, ended::kAltered);
 }
 
 TEST_F(IntegrityTest, restoreOfAPackageWithoutItsSettingsIsRefused) {
@@ -115,7 +111,7 @@ TEST_F(IntegrityTest, restoreWithoutSealOrIdentityIsRefusedByName) {
     for (const char* name : {"validate.txt", "ProductCloneInfo.txt"}) {
         const std::string content = package().at(name);
         std::filesystem::remove(packageFolder / name);
-        EXPECT_THAT(refused(second, kNotAPackage).errors, HasSubstr(name));
+        EXPECT_THAT(refused(second, ended::kNoPackage).errors, HasSubstr(name));
         writeFile(packageFolder / name, content);
     }
 }
@@ -126,21 +122,21 @@ TEST_F(IntegrityTest, backupWithoutKeyLeavesTheStickAsItWas) {
     vxtv({"create", keyless, "--profile", "room-101"});
     std::filesystem::remove_all(place / "keyless/usr");
     const Finished backup = vxclone(keyless, {"backup", "/media/usb/clone"});
-    EXPECT_EQ(backup.status, kNoKey) << backup.output << backup.errors;
+    EXPECT_EQ(backup.status, ended::kNoKey) << backup.output << backup.errors;
     EXPECT_EQ(snapshot(place / "stick"), before);
 }
 
 TEST_F(IntegrityTest, verifyWithoutKeyIsItsOwnStatus) {
     std::filesystem::remove_all(place / "second/usr");
-    EXPECT_EQ(verify(second).status, kNoKey);
-    refused(second, kNoKey);
+    EXPECT_EQ(verify(second).status, ended::kNoKey);
+    refused(second, ended::kNoKey);
 }
 
 TEST_F(IntegrityTest, televisionWithoutPackageKeyNeitherMakesNorTakesAPackage) {
     std::filesystem::remove(place / "second/secure/entries/VXCLONE_PACKAGE_KEY");
-    EXPECT_EQ(verify(second).status, kNoKey);
-    refused(second, kNoKey);
-    EXPECT_EQ(vxclone(second, {"backup", "/media/usb/other"}).status, kNoKey);
+    EXPECT_EQ(verify(second).status, ended::kNoKey);
+    refused(second, ended::kNoKey);
+    EXPECT_EQ(vxclone(second, {"backup", "/media/usb/other"}).status, ended::kNoKey);
     EXPECT_FALSE(std::filesystem::exists(place / "stick/other"));
     EXPECT_EQ(vxclone(second, {"inspect", "/media/usb/clone"}).status, 0);
 }
@@ -152,7 +148,7 @@ TEST_F(IntegrityTest, installingTheCloneKeyAgainKeepsThePackageKey) {
 }
 
 TEST_F(IntegrityTest, onlyTheExpectedPackageIsRestored) {
-    refused(second, kAltered, {"--expect", "0123456789abcdef"});
+    refused(second, ended::kAltered, {"--expect", "0123456789abcdef"});
     const nlohmann::json summary = lastLine(vxclone(first, {"backup", "/media/usb/clone", "--json"}));
     const Finished restore =
         vxclone(second, {"restore", "/media/usb/clone", "--expect", summary.at("digest").get<std::string>()});

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "tests/integration/clone_fixture.h"
+#include "tests/support/machine/exit_status.h"
 
 namespace vxtest {
 namespace {
@@ -19,12 +20,7 @@ using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr const char* kForEver = "600000";
 constexpr const char* kTime = "20[0-9][0-9]-[0-9][0-9]-[0-9][0-9]T[0-9][0-9]:[0-9][0-9]:[0-9][0-9]Z";
-constexpr int kFailed = 1;
-constexpr int kUsage = 2;
-constexpr int kStick = 6;
-constexpr int kBusy = 9;
 
 class VxclonePeopleTest : public CloneTest {
  protected:
@@ -68,7 +64,7 @@ TEST_F(VxclonePeopleTest, backupOntoAFullStickNamesBothSizesAndLeavesTheOldPacka
     writeFile(place / "stick/film", std::string(100'000, 'f'));
     const FileTree before = snapshot(stick);
     const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
-    EXPECT_EQ(backup.status, kStick);
+    EXPECT_EQ(backup.status, ended::kStick);
     EXPECT_THAT(backup.errors, MatchesRegex("vxclone: the package needs [0-9.]+ kB, the stick has [0-9.]+ kB "
                                             "free; free some space or take another stick\n"));
     EXPECT_THAT(backup.output, Not(HasSubstr("Safe to remove")));
@@ -80,7 +76,7 @@ TEST_F(VxclonePeopleTest, writeProtectedStickIsRefusedForABackupAndServesARestor
     ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
     ASSERT_EQ(mount(nullptr, stick.c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
     const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
-    EXPECT_EQ(backup.status, kStick);
+    EXPECT_EQ(backup.status, ended::kStick);
     EXPECT_EQ(backup.errors,
               "vxclone: cannot write /media/usb/clone: Read-only file system; move its write-protect switch "
               "or take another stick\n");
@@ -93,7 +89,7 @@ TEST_F(VxclonePeopleTest, writeProtectedStickIsRefusedForABackupAndServesARestor
 TEST_F(VxclonePeopleTest, stickThatIsNotPluggedInIsAskedFor) {
     for (const std::string verb : {"backup", "restore", "verify", "inspect"}) {
         const Finished finished = run(inTelevision(first, {vxcloneProgram(), verb, "/media/usb/clone"}));
-        EXPECT_EQ(finished.status, kStick) << verb;
+        EXPECT_EQ(finished.status, ended::kStick) << verb;
         EXPECT_EQ(finished.errors,
                   "vxclone: there is no folder /media/usb; is the stick plugged in? Check the path\n");
     }
@@ -105,7 +101,7 @@ TEST_F(VxclonePeopleTest, stickPulledOutDuringABackupIsSaidAndNeverCalledSafe) {
         "\"$0\" backup /media/usb/clone | while read -r line; do echo \"$line\"; "
         "case $line in 'backup 0 of'*) umount -l /media/usb ;; esac; done; exit \"${PIPESTATUS[0]}\"";
     const Finished backup = run(inside(first, {"bash", "-c", pullOnceTheRunGoesOn, vxcloneProgram()}));
-    EXPECT_EQ(backup.status, kStick);
+    EXPECT_EQ(backup.status, ended::kStick);
     EXPECT_EQ(backup.errors,
               "vxclone: /media/usb is not there any more: the stick was taken out before the backup had "
               "ended; put it in and back up again\n");
@@ -146,7 +142,7 @@ TEST_F(VxclonePeopleTest, restoreKilledHalfWayIsNamedByWhateverComesNextAndUndoI
         EXPECT_THAT(vxclone(second, looking).output, ContainsRegex(unfinished)) << looking.front();
     }
     const Finished status = vxclone(second, {"status"});
-    EXPECT_EQ(status.status, kFailed);
+    EXPECT_EQ(status.status, ended::kIncomplete);
     EXPECT_THAT(status.output, ContainsRegex(unfinished));
     EXPECT_EQ(vxclone(second, {"undo"}).status, 0);
     EXPECT_EQ(vxclone(second, {"status"}).status, 0);
@@ -161,7 +157,7 @@ TEST_F(VxclonePeopleTest, whileOneRunGoesOnAnotherIsRefusedAndLookingIsNot) {
                                                     {"verify", "/media/usb/clone"},
                                                     {"restore", "/media/usb/clone", "--dry-run"}}) {
         const Finished finished = vxclone(second, refused);
-        EXPECT_EQ(finished.status, kBusy) << refused.front();
+        EXPECT_EQ(finished.status, ended::kBusy) << refused.front();
         EXPECT_THAT(
             finished.errors,
             MatchesRegex(std::string("vxclone: another vxclone works on this television \\(restore "
@@ -231,7 +227,7 @@ TEST(VxcloneCommandLine, lineThatMakesNoSenseIsOneSentenceWithTheNextStep) {
         program.command = {vxcloneProgram()};
         program.command.insert(program.command.end(), wrong.arguments.begin(), wrong.arguments.end());
         const Finished finished = run(program);
-        EXPECT_EQ(finished.status, kUsage);
+        EXPECT_EQ(finished.status, ended::kUsage);
         EXPECT_EQ(finished.errors, "vxclone: " + wrong.sentence + "\n");
         EXPECT_THAT(finished.output, IsEmpty());
     }

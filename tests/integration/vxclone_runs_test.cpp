@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "tests/integration/clone_fixture.h"
+#include "tests/support/machine/exit_status.h"
 
 namespace vxtest {
 namespace {
@@ -14,11 +15,6 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr const char* kData = "opt/usr/apps/org.vorta.vxhotel-cloning/data";
-constexpr const char* kForEver = "600000";
-constexpr int kFailed = 1;
-constexpr int kNoSafetyBackup = 3;
-constexpr int kBusy = 9;
-constexpr int kPlatformFailed = 10;
 
 class VxcloneRunsTest : public CloneTest {
  protected:
@@ -85,10 +81,10 @@ TEST_P(DyingRestoreTest, nextStartNamesItAndUndoGoesBack) {
     vxtv({"fault", second, "clear"});
 
     const Finished status = vxclone(second, {"status"});
-    EXPECT_EQ(status.status, kFailed);
+    EXPECT_EQ(status.status, ended::kIncomplete);
     EXPECT_THAT(status.output, AllOf(HasSubstr("UNFINISHED"), HasSubstr(death.phase)));
     const Finished undo = vxclone(second, {"undo"});
-    EXPECT_EQ(undo.status, death.touched ? 0 : kNoSafetyBackup) << undo.output << undo.errors;
+    EXPECT_EQ(undo.status, death.touched ? 0 : ended::kNoPackage) << undo.output << undo.errors;
     EXPECT_THAT(undo.output, AllOf(HasSubstr("restore from /media/usb/clone"), HasSubstr(death.phase)));
     expectAsBefore();
     const Finished again = vxclone(second, {"restore", "/media/usb/clone", "--no-safety", "--no-read-back"});
@@ -109,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(Phases, DyingRestoreTest,
 TEST_F(VxcloneRunsTest, undoGoesBackToHowItWas) {
     keepTheBeginning();
     ASSERT_EQ(vxclone(second, {"restore", "/media/usb/clone"}).status, 0);
-    EXPECT_EQ(vxclone(second, {"diff", "/media/usb/before"}).status, kFailed);
+    EXPECT_EQ(vxclone(second, {"diff", "/media/usb/before"}).status, ended::kIncomplete);
     const Finished undo = vxclone(second, {"undo"});
     EXPECT_EQ(undo.status, 0) << undo.output << undo.errors;
     expectAsBefore();
@@ -123,7 +119,7 @@ TEST_F(VxcloneRunsTest, secondRunEndsAtOnceAndSaysWhatIsGoingOn) {
                                                       {"backup", "/media/usb/other"},
                                                       {"undo"}}) {
         const Finished other = vxclone(second, arguments);
-        EXPECT_EQ(other.status, kBusy) << other.output;
+        EXPECT_EQ(other.status, ended::kBusy) << other.output;
         EXPECT_THAT(other.errors, AllOf(HasSubstr("restore from /media/usb/clone"), HasSubstr("restoring")));
     }
 }
@@ -142,7 +138,7 @@ TEST_F(VxcloneRunsTest, importThatFailsUnderAReportedSuccessIsReadBack) {
     vxtv({"set", second, kWelcome, "other"});
     vxtv({"fault", second, "add", "IUtil::ImportChannelMap", "--status", "0"});
     const Finished restore = vxclone(second, {"restore", "/media/usb/clone", "--json"});
-    EXPECT_EQ(restore.status, kFailed) << restore.output << restore.errors;
+    EXPECT_EQ(restore.status, ended::kIncomplete) << restore.output << restore.errors;
     EXPECT_THAT(restore.output, HasSubstr("\"category\":\"channels\",\"result\":\"not-applied\""));
     EXPECT_THAT(restore.output, HasSubstr("\"path\":\"tvs-chms/tvs-chms.zip\",\"result\":\"differs\""));
 }
@@ -151,7 +147,7 @@ TEST_F(VxcloneRunsTest, safetyBackupThatFailsKeepsTheRestoreFromBeginning) {
     keepTheBeginning();
     vxtv({"fault", second, "add", "avoc_backup_all_settings", "--status", "-10"});
     const Finished restore = vxclone(second, {"restore", "/media/usb/clone"});
-    EXPECT_EQ(restore.status, kPlatformFailed) << restore.output;
+    EXPECT_EQ(restore.status, ended::kPlatformFailed) << restore.output;
     EXPECT_THAT(restore.errors, AllOf(HasSubstr("lacks av"), HasSubstr("--no-safety")));
     expectAsBefore();
     EXPECT_EQ(vxclone(second, {"restore", "/media/usb/clone", "--no-safety"}).status, 0);

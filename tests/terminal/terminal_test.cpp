@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "tests/integration/clone_fixture.h"
+#include "tests/support/machine/exit_status.h"
 
 namespace vxtest {
 namespace {
@@ -17,7 +18,6 @@ using testing::IsEmpty;
 using testing::Key;
 using testing::Not;
 
-constexpr int kInterrupted = 8;
 constexpr const char* kBackAtTheStart = "\r\x1b[K";
 constexpr const char* kCloneFolder = "opt/usr/apps/org.vorta.vxhotel-cloning/data/Clone";
 
@@ -108,7 +108,7 @@ TEST_F(TerminalTest, ctrlCDuringTheRunLetsItEndSaysSoAndLeavesTheStickAsItWas) {
     ASSERT_TRUE(terminal.waitFor("backup  ")) << terminal.text();
     terminal.type(kCtrlC);
     EXPECT_TRUE(terminal.waitFor("cannot be interrupted now")) << terminal.text();
-    EXPECT_EQ(terminal.wait(), kInterrupted) << terminal.text();
+    EXPECT_EQ(terminal.wait(), ended::kInterrupted) << terminal.text();
     EXPECT_THAT(terminal.text(), HasSubstr("stopped by you"));
     EXPECT_THAT(snapshot(stick), IsEmpty());
 }
@@ -123,7 +123,7 @@ TEST_F(TerminalTest, ctrlCBeforeTheRunStopsAtOnceAndLeavesNothing) {
         std::this_thread::yield();
     }
     terminal.type(kCtrlC);
-    EXPECT_EQ(terminal.wait(), kInterrupted) << terminal.text();
+    EXPECT_EQ(terminal.wait(), ended::kInterrupted) << terminal.text();
     EXPECT_TRUE(cloneFolderIsEmpty(second));
     EXPECT_EQ(get(second, kWelcome), before);
 }

@@ -11,12 +11,11 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "tests/support/machine/exit_status.h"
+
 namespace vxtest {
 
 namespace {
-
-constexpr int kSignalBase = 128;
-constexpr int kCannotStart = 127;
 
 /// The input lies in a file without a name, so that nobody has to feed it to the program.
 int fileWith(const std::string& content) {
@@ -126,7 +125,7 @@ void RunningProcess::readFrom(Stream& stream) {
 void RunningProcess::reap() {
     int status = 0;
     while (waitpid(process_, &status, 0) < 0 && errno == EINTR) continue;
-    finished_.status = WIFSIGNALED(status) ? kSignalBase + WTERMSIG(status) : WEXITSTATUS(status);
+    finished_.status = exitStatusOf(status);
     process_ = -1;
 }
 

@@ -11,12 +11,12 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "tests/support/machine/exit_status.h"
+
 namespace vxtest {
 
 namespace {
 
-constexpr int kSignalBase = 128;
-constexpr int kCannotStart = 127;
 constexpr unsigned short kRows = 24;
 
 [[noreturn]] void become(const Program& program) {
@@ -68,7 +68,7 @@ int Terminal::wait() {
     int status = 0;
     while (waitpid(process_, &status, 0) < 0 && errno == EINTR) continue;
     process_ = -1;
-    return WIFSIGNALED(status) ? kSignalBase + WTERMSIG(status) : WEXITSTATUS(status);
+    return exitStatusOf(status);
 }
 
 /// False when nobody has the terminal open any more, or the time is over.

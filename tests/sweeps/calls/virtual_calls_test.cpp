@@ -3,14 +3,14 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "tests/support/machine/exit_status.h"
+
 namespace vxtest {
 
 namespace {
 
 using nlohmann::json;
 
-constexpr int kHighestStatus = 10;
-constexpr int kBadArguments = 2;
 /// What says of one thing that it is not as it should be, or that nobody could look.
 constexpr const char* kNotGood =
     "\"(result|readBack)\":\"(failed|differs|not-applied|unknown)\"|could not be read back";
@@ -28,8 +28,8 @@ json lastLine(const Finished& run) {
 void expectDocumentedEnd(const Finished& broken) {
     EXPECT_FALSE(broken.timedOut);
     EXPECT_GE(broken.status, 0);
-    EXPECT_LE(broken.status, kHighestStatus) << broken.errors;
-    EXPECT_NE(broken.status, kBadArguments) << broken.errors;
+    EXPECT_LE(broken.status, ended::kHighest) << broken.errors;
+    EXPECT_NE(broken.status, ended::kUsage) << broken.errors;
 }
 
 /// A run that did not end well says so in its last line and, when it came to its end, of the thing itself.

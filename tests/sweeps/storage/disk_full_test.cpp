@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "tests/support/machine/exit_status.h"
 #include "tests/sweeps/storage/small_disk.h"
 #include "tests/sweeps/storage/storage_test.h"
 
@@ -12,10 +13,6 @@ using testing::AnyOf;
 using testing::ContainsRegex;
 using testing::HasSubstr;
 
-constexpr int kDone = 0;
-constexpr int kIncomplete = 1;
-constexpr int kFull = 6;
-constexpr int kPlatformFailed = 10;
 constexpr int kPageBytes = 4096;
 
 /// How much is missing, or that there is not room for a single folder.
@@ -73,7 +70,7 @@ class DiskFullTest : public StorageTest, public testing::WithParamInterface<Meas
     }
 
     void expectFullStick(const Finished& backup, const FileTree& before) const {
-        EXPECT_EQ(backup.status, kFull) << backup.output << backup.errors;
+        EXPECT_EQ(backup.status, ended::kStick) << backup.output << backup.errors;
         EXPECT_THAT(backup.errors, ContainsRegex(kNamesTheStick));
         EXPECT_EQ(onStick(), before);
     }
@@ -83,7 +80,7 @@ class DiskFullTest : public StorageTest, public testing::WithParamInterface<Meas
     bool backUpOntoFull() const {
         const FileTree before = onStick();
         const Finished backup = vxclone(first, {"backup", kPackage});
-        if (backup.status != kDone) {
+        if (backup.status != ended::kDone) {
             expectFullStick(backup, before);
             return false;
         }
@@ -131,13 +128,13 @@ TEST_P(DiskFullTest, televisionWithoutRoomIsNotCalledBackedUp) {
         const FileTree before = onStick();
         const Finished backup = vxclone(first, {"backup", kPackage});
         last = backup.status;
-        if (last == kDone) {
+        if (last == ended::kDone) {
             EXPECT_TRUE(packageIsGood(complete));
-        } else if (last == kIncomplete) {
+        } else if (last == ended::kIncomplete) {
             EXPECT_THAT(backup.output, HasSubstr("The backup is incomplete (failed: "));
             EXPECT_TRUE(packageIsGood());
         } else {
-            EXPECT_THAT(last, AnyOf(kFull, kPlatformFailed)) << backup.output;
+            EXPECT_THAT(last, AnyOf(ended::kStick, ended::kPlatformFailed)) << backup.output;
             EXPECT_THAT(backup.errors,
                         ContainsRegex("television.*free some space|free some space.*television"));
             EXPECT_EQ(onStick(), before);
@@ -145,7 +142,7 @@ TEST_P(DiskFullTest, televisionWithoutRoomIsNotCalledBackedUp) {
         EXPECT_TRUE(stickIsTidy());
         points.tried();
     }
-    EXPECT_EQ(last, kDone);
+    EXPECT_EQ(last, ended::kDone);
 }
 
 TEST_P(DiskFullTest, televisionWithoutRoomIsRestoredOrUnchanged) {
@@ -158,20 +155,20 @@ TEST_P(DiskFullTest, televisionWithoutRoomIsRestoredOrUnchanged) {
         const std::string before = settingsOf(second);
         const Finished restore = vxclone(second, {"restore", kPackage});
         last = restore.status;
-        if (last == kDone) {
+        if (last == ended::kDone) {
             EXPECT_EQ(settingsOf(second), settingsOf(first));
             break;
         }
-        if (last == kIncomplete) {
+        if (last == ended::kIncomplete) {
             EXPECT_THAT(restore.output, HasSubstr("but not all of it (failed or different: "));
         } else {
-            EXPECT_THAT(last, AnyOf(kFull, kPlatformFailed)) << restore.output;
+            EXPECT_THAT(last, AnyOf(ended::kStick, ended::kPlatformFailed)) << restore.output;
             EXPECT_THAT(restore.errors, ContainsRegex("free some space|nothing was changed"));
             EXPECT_EQ(settingsOf(second), before);
         }
         points.tried();
     }
-    EXPECT_EQ(last, kDone);
+    EXPECT_EQ(last, ended::kDone);
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, DiskFullTest, testing::Values(kBytes, kFiles),

@@ -3,6 +3,8 @@
 #include <array>
 #include <regex>
 
+#include "tests/support/machine/exit_status.h"
+
 namespace vxtest {
 
 namespace {
@@ -12,9 +14,6 @@ using testing::ContainsRegex;
 using testing::Eq;
 using testing::HasSubstr;
 
-constexpr int kDone = 0;
-constexpr int kIncomplete = 1;
-constexpr int kLastStatus = 10;
 constexpr int kAborted = 134;
 constexpr int kCrashed = 139;
 
@@ -38,7 +37,7 @@ constexpr std::array kUnreported = {
 
 /// What the package of such a backup has to have.
 FileTree expectedOf(const Finished& backup, FileTree complete) {
-    if (backup.status != kDone) {
+    if (backup.status != ended::kDone) {
         return {};
     }
     for (const auto& [words, path] : kUnreported) {
@@ -60,8 +59,9 @@ void expectDocumented(const Finished& finished, bool mayDie) {
     if (mayDie && finished.status == kAborted) {
         return;
     }
-    EXPECT_LE(finished.status, kLastStatus) << textOf(finished);
-    EXPECT_TRUE(finished.status == kDone || finished.status == kIncomplete || !finished.errors.empty());
+    EXPECT_LE(finished.status, ended::kHighest) << textOf(finished);
+    EXPECT_TRUE(finished.status == ended::kDone || finished.status == ended::kIncomplete ||
+                !finished.errors.empty());
 }
 
 }  // namespace
@@ -86,15 +86,15 @@ unsigned long FailingPointsTest::callsOf(const std::string& call, const std::str
     Variables variables = refusing(call, 0, false);
     variables["VX_REFUSE_COUNT"] = "/tmp/count";
     const Finished finished = vxclone(television, arguments, variables);
-    EXPECT_LE(finished.status, kIncomplete) << textOf(finished);
+    EXPECT_LE(finished.status, ended::kIncomplete) << textOf(finished);
     return std::stoul(readFile(std::filesystem::path(television) / "tmp/count"));
 }
 
 void FailingPointsTest::expectWholeBackup(const Variables& variables, bool mayDie) {
     const Finished backup = vxclone(first, {"backup", kPackage}, variables);
     expectDocumented(backup, mayDie);
-    deaths += backup.status > kLastStatus ? 1 : 0;
-    if (backup.status <= kIncomplete || package() != kept) {
+    deaths += backup.status > ended::kHighest ? 1 : 0;
+    if (backup.status <= ended::kIncomplete || package() != kept) {
         EXPECT_TRUE(packageIsGood(expectedOf(backup, complete))) << textOf(backup);
         kept = package();
     }
@@ -107,13 +107,13 @@ void FailingPointsTest::expectHonestRestore(const Variables& variables, bool may
     const std::string before = settingsOf(second);
     const Finished restore = vxclone(second, {"restore", kPackage}, variables);
     expectDocumented(restore, mayDie);
-    if (restore.status == kDone) {
+    if (restore.status == ended::kDone) {
         EXPECT_EQ(settingsOf(second), settingsOf(first));
-    } else if (restore.status == kIncomplete) {
+    } else if (restore.status == ended::kIncomplete) {
         EXPECT_THAT(textOf(restore), AnyOf(HasSubstr("not all of it"), HasSubstr("failed")));
     } else if (settingsOf(second) != before) {
         const Finished status = vxclone(second, {"status"});
-        EXPECT_EQ(status.status, kIncomplete) << textOf(restore) << textOf(status);
+        EXPECT_EQ(status.status, ended::kIncomplete) << textOf(restore) << textOf(status);
         EXPECT_THAT(status.output, HasSubstr("UNFINISHED")) << textOf(restore);
     }
 }
@@ -122,15 +122,15 @@ void FailingPointsTest::expectNextRestoreIsGood() const {
     const Finished restore = vxclone(second, {"restore", kPackage});
     // Of two outcomes at the very same moment the library's list loses one: an application is then called not
     // applied.
-    const bool lostOne = restore.status == kIncomplete &&
+    const bool lostOne = restore.status == ended::kIncomplete &&
                          restore.output.find("(failed or different: apps)") != std::string::npos;
-    EXPECT_TRUE(restore.status == kDone || lostOne) << textOf(restore);
+    EXPECT_TRUE(restore.status == ended::kDone || lostOne) << textOf(restore);
     EXPECT_EQ(settingsOf(second), settingsOf(first));
 }
 
 void FailingPointsTest::expectNextBackupIsGood() {
     const Finished backup = vxclone(first, {"backup", kPackage});
-    EXPECT_EQ(backup.status, kDone) << textOf(backup);
+    EXPECT_EQ(backup.status, ended::kDone) << textOf(backup);
     EXPECT_TRUE(packageIsGood(complete));
     EXPECT_TRUE(stickIsTidy());
     kept = package();

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <thread>
 
+#include "tests/support/machine/exit_status.h"
 #include "tests/sweeps/storage/failing_points_test.h"
 #include "tests/sweeps/storage/journal.h"
 #include "tests/sweeps/storage/process_tree.h"
@@ -16,7 +17,6 @@ namespace {
 using testing::ContainsRegex;
 using testing::HasSubstr;
 
-constexpr int kIncomplete = 1;
 constexpr int kKilled = 137;
 constexpr const char* kDelay = "3000";
 constexpr const char* kLog = "log/calls.jsonl";
@@ -88,7 +88,7 @@ class VictimTest : public FailingPointsTest, public testing::WithParamInterface<
 TEST_P(VictimTest, backupNamesTheApplicationThatDidNotAnswer) {
     SweepPoints points(std::string("processes-die, backup, ") + GetParam().name);
     const Finished backup = runAndKill(first, {"backup", kPackage});
-    EXPECT_EQ(backup.status, kIncomplete) << backup.output << backup.errors;
+    EXPECT_EQ(backup.status, ended::kIncomplete) << backup.output << backup.errors;
     EXPECT_THAT(backup.output, ContainsRegex("apps +org[^ ]+ +failed"));
     EXPECT_THAT(backup.output, HasSubstr("The backup is incomplete (failed: apps)"));
     EXPECT_TRUE(packageIsGood());
@@ -100,7 +100,7 @@ TEST_P(VictimTest, restoreNamesTheApplicationThatDidNotAnswer) {
     SweepPoints points(std::string("processes-die, restore, ") + GetParam().name);
     const Finished restore =
         runAndKill(second, {"restore", kPackage, "--no-safety", "--no-read-back", "--except", "factory"});
-    EXPECT_EQ(restore.status, kIncomplete) << restore.output << restore.errors;
+    EXPECT_EQ(restore.status, ended::kIncomplete) << restore.output << restore.errors;
     EXPECT_THAT(restore.output, ContainsRegex("apps +org[^ ]+ +failed"));
     EXPECT_EQ(settingsOf(second), settingsOf(first));
     points.tried();
@@ -144,7 +144,7 @@ TEST_F(KilledBackupTest, nextStartNamesItAndMakesAGoodPackage) {
         EXPECT_EQ(killed.status, kKilled) << killed.output << killed.errors;
         EXPECT_TRUE(package() == kept || packageIsGood(complete));
         const Finished status = vxclone(first, {"status"});
-        EXPECT_EQ(status.status, kIncomplete);
+        EXPECT_EQ(status.status, ended::kIncomplete);
         EXPECT_THAT(status.output, HasSubstr("UNFINISHED"));
         expectNextBackupIsGood();
         points.tried();

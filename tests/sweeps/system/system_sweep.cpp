@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/machine/exit_status.h"
 #include "tests/support/machine/tool_paths.h"
 
 namespace vxtest {
@@ -10,9 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::HasSubstr;
-
-constexpr int kHighestStatus = 10;
-constexpr int kNoSafetyBackup = 3;
 
 void make(const fs::path& television, const char* profile) {
     const Finished made = run({{vxtvProgram(), "create", television, "--profile", profile}, {}, {}, {}});
@@ -65,7 +63,7 @@ std::vector<CountedCall> SystemSweep::count(const Subject& subject, const std::s
 
 void SystemSweep::expectTold(const Finished& finished) {
     EXPECT_FALSE(finished.timedOut) << "it hangs";
-    EXPECT_LE(finished.status, kHighestStatus) << all(finished);
+    EXPECT_LE(finished.status, ended::kHighest) << all(finished);
     if (finished.status > 1) {
         EXPECT_THAT(finished.errors, HasSubstr("; ")) << all(finished);
     } else if (finished.status == 1) {
@@ -91,7 +89,7 @@ void SystemSweep::expectStickWhole(const Bench& bench) {
 void SystemSweep::expectWayBack(const Bench& bench, const Subject& subject) {
     const bool changed = !bench.differenceTo(subject.begin).empty();
     const Finished undone = bench.vxclone({"undo"});
-    EXPECT_TRUE(undone.status == 0 || (!changed && undone.status == kNoSafetyBackup)) << all(undone);
+    EXPECT_TRUE(undone.status == 0 || (!changed && undone.status == ended::kNoPackage)) << all(undone);
     EXPECT_EQ(bench.differenceTo(subject.begin), "");
 }
 

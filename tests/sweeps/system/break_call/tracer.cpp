@@ -15,14 +15,13 @@
 #include <sstream>
 #include <string_view>
 
+#include "tests/support/machine/exit_status.h"
 #include "tests/sweeps/system/break_call/watched_calls.h"
 
 namespace vxtest {
 
 namespace {
 
-constexpr int kSignalBase = 128;
-constexpr int kCannotStart = 127;
 constexpr int kSystemCallStop = SIGTRAP | 0x80;
 constexpr unsigned kEventShift = 16;
 
@@ -88,7 +87,7 @@ std::optional<int> Tracer::run(char** command) {
         if (WIFSTOPPED(status)) {
             stopped(thread, status);
         } else if (thread == process_) {
-            ended = WIFSIGNALED(status) ? kSignalBase + WTERMSIG(status) : WEXITSTATUS(status);
+            ended = exitStatusOf(status);
         }
     }
     if (order_.breakage == Breakage::None) {
