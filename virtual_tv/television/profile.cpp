@@ -192,13 +192,14 @@ Result<std::string> textOf(const fs::path& file) {
         return failure(ErrorCode::UnknownProfile,
                        fmt::format("there is no profile {}; give the path of a .json file", file.string()));
     }
-    if (!fs::is_regular_file(status) || fs::file_size(file, error) > kLargestProfile) {
+    const std::uintmax_t size = fs::is_regular_file(status) ? fs::file_size(file, error) : 0;
+    if (!fs::is_regular_file(status) || size > kLargestProfile) {
         return failure(ErrorCode::BadProfile, fmt::format("{} is no file of at most {} KiB, as a profile is",
                                                           file.string(), kLargestProfile >> 10U));
     }
     std::ifstream stream(file, std::ios::binary);
-    std::string text(std::istreambuf_iterator<char>(stream), {});
-    if (!stream) {
+    std::string text(size, '\0');
+    if (!stream.read(text.data(), static_cast<std::streamsize>(size))) {
         return failure(ErrorCode::Io, fmt::format("the profile {} cannot be read: {}; check who may read it",
                                                   file.string(), std::strerror(errno)));
     }

@@ -4,7 +4,7 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <vector>
 
 namespace vxtest {
@@ -14,7 +14,10 @@ namespace {
 /// What /proc says; empty for a process that has ended.
 std::string factOf(pid_t process, const char* fact) {
     std::ifstream file("/proc/" + std::to_string(process) + "/" + fact, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream text;
+    // One that ends while it is read is an error of the stream here; with iterators it would be thrown.
+    text << file.rdbuf();
+    return text.str();
 }
 
 std::vector<pid_t> processes() {

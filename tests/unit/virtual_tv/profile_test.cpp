@@ -158,6 +158,13 @@ TEST_F(ProfileTest, missingFileAndFolderAreRefused) {
     EXPECT_EQ(ErrorCode::BadProfile, readProfile(folder_.path()).error().code);
 }
 
+TEST_F(ProfileTest, fileThatFailsWhileItIsReadIsRefusedByItsName) {
+    const Result<Profile> profile = readProfile("/proc/self/mem");
+    ASSERT_FALSE(profile);
+    EXPECT_EQ(ErrorCode::BadProfile, profile.error().code);
+    EXPECT_NE(std::string::npos, profile.error().sentence.find("/proc/self/mem"));
+}
+
 TEST(ProfileShelf, everyShippedProfileIsGoodAndHasTheSameSettings) {
     std::set<std::set<std::string>> keySets;
     for (const std::string& name : shippedShelf().names()) {
