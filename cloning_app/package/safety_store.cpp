@@ -18,10 +18,6 @@ constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 /// What is in it opens the television: only the application's user looks into it.
 constexpr mode_t kFolderMode = 0700;
 
-bool exists(int folder, const char* name) {
-    return faccessat(folder, name, F_OK, AT_SYMLINK_NOFOLLOW) == 0;
-}
-
 tl::unexpected<Error> cannotWrite(const std::string& path, int reason) {
     return tl::make_unexpected(writeError(Place::Television, path, reason));
 }
@@ -140,8 +136,11 @@ void removeLeftovers(const std::filesystem::path& dataFolder) {
     if (!folder.valid()) {
         return;
     }
-    if (!exists(folder.get(), kSafety)) {
-        renameat(folder.get(), kOldSafety, folder.get(), kSafety);
+    // In doubt nothing is removed: what looks like a leftover may be the only safety backup.
+    const auto there = hasEntry({folder.get(), dataFolder.string(), Place::Television}, kSafety);
+    if (!there ||
+        (!*there && renameat(folder.get(), kOldSafety, folder.get(), kSafety) != 0 && errno != ENOENT)) {
+        return;
     }
     for (const char* const name : {kOldSafety, kNewSafety, kAside}) {
         removeTree(folder.get(), name);

@@ -86,18 +86,30 @@ Result<StickTarget> StickTarget::open(const std::filesystem::path& folder, DiskC
     return StickTarget(std::move(parent), parentPath.string(), path.filename().string(), std::move(calls));
 }
 
-bool StickTarget::exists(const std::string& name) const {
-    return faccessat(parent_.get(), name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+Tree StickTarget::parent() const {
+    return {parent_.get(), std::filesystem::path(path_).parent_path().string(), Place::Stick};
 }
 
-bool StickTarget::isFolder(const std::string& name) const {
+Result<bool> StickTarget::isFolder(const std::string& name) const {
     struct stat facts {};
-    return fstatat(parent_.get(), name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0 && S_ISDIR(facts.st_mode);
+    if (fstatat(parent_.get(), name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0) {
+        return S_ISDIR(facts.st_mode);
+    }
+    if (meansAbsent(errno)) {
+        return false;
+    }
+    return tl::make_unexpected(readError(Place::Stick, parent().path + "/" + name, errno));
 }
 
 Result<std::optional<std::string>> StickTarget::recover() {
     std::optional<std::string> said;
-    if (!exists(name_) && isFolder(oldName_)) {
+    // In doubt nothing is touched: what looks like a leftover may be the only package.
+    const auto there = hasEntry(parent(), name_);
+    const auto oldThere = there ? isFolder(oldName_) : there;
+    if (!oldThere) {
+        return tl::make_unexpected(oldThere.error());
+    }
+    if (!*there && *oldThere) {
         if (calls_.rename(parent_.get(), oldName_.c_str(), name_.c_str(), 0) != 0) {
             return tl::make_unexpected(writeError(Place::Stick, path_, errno));
         }
@@ -108,7 +120,8 @@ Result<std::optional<std::string>> StickTarget::recover() {
             "A backup was interrupted: the previous package in " + vxcommon::printable(path_) + " is back.";
     }
     for (const std::string& leftover : {newName_, oldName_}) {
-        if (exists(leftover) && removeTree(parent_.get(), leftover) == 0 && !said) {
+        if (hasEntry(parent(), leftover).value_or(false) && removeTree(parent_.get(), leftover) == 0 &&
+            !said) {
             said = "A backup was interrupted: what it left beside " + vxcommon::printable(path_) +
                    " is removed.";
         }
@@ -148,7 +161,11 @@ Result<bool> StickTarget::holdsKnownEntry(int directory, bool& empty) const {
 }
 
 Result<void> StickTarget::checkReplaceable() const {
-    if (!exists(name_)) {
+    const auto there = hasEntry(parent(), name_);
+    if (!there) {
+        return tl::make_unexpected(there.error());
+    }
+    if (!*there) {
         return {};
     }
     const auto folder = openFolder();
@@ -288,10 +305,13 @@ Result<void> Replacement::swapInTwoSteps() {
 Result<void> Replacement::commit() {
     const std::string& name = target_->name_;
     const std::string& newName = target_->newName_;
-    const bool replaces = target_->exists(name);
-    const unsigned flags = replaces ? RENAME_EXCHANGE : 0U;
+    const auto replaces = hasEntry(target_->parent(), name);
+    if (!replaces) {
+        return tl::make_unexpected(replaces.error());
+    }
+    const unsigned flags = *replaces ? RENAME_EXCHANGE : 0U;
     const int reason = rename(newName, name, flags);
-    if (replaces && (reason == EINVAL || reason == ENOSYS || reason == EOPNOTSUPP)) {
+    if (*replaces && (reason == EINVAL || reason == ENOSYS || reason == EOPNOTSUPP)) {
         return swapInTwoSteps();
     }
     if (reason != 0) {

@@ -43,8 +43,8 @@ class StickTarget {
     friend class Replacement;
     StickTarget(Descriptor parent, std::string parentPath, std::string name, DiskCalls calls);
 
-    bool exists(const std::string& name) const;
-    bool isFolder(const std::string& name) const;
+    Tree parent() const;
+    Result<bool> isFolder(const std::string& name) const;
     Result<Descriptor> openFolder() const;
     Result<bool> holdsKnownEntry(int directory, bool& empty) const;
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <limits>
 #include <memory>
 
@@ -214,6 +215,21 @@ Result<void> walkTree(const Tree& tree, const TreeLimits& limits, TreeVisitor& v
         return tl::make_unexpected(readError(tree.place, tree.path, errno));
     }
     return Walk(tree.place, limits, visitor, facts.st_dev).folder(tree.descriptor, tree.path, 1);
+}
+
+bool meansAbsent(int reason) {
+    return reason == ENOENT || reason == ENAMETOOLONG;
+}
+
+Result<bool> hasEntry(const Tree& folder, const std::string& name) {
+    if (faccessat(folder.descriptor, name.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0) {
+        return true;
+    }
+    if (meansAbsent(errno)) {
+        return false;
+    }
+    return tl::make_unexpected(
+        readError(folder.place, (std::filesystem::path(folder.path) / name).string(), errno));
 }
 
 int removeTree(int directory, const std::string& name) {

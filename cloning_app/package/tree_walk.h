@@ -54,6 +54,12 @@ Result<void> walkTree(const Tree& tree, const TreeLimits& limits, TreeVisitor& v
 /// The names in the folder without "." and "..", sorted. Errors: more names than `most`.
 Result<std::vector<std::string>> namesIn(const Tree& folder, std::size_t most);
 
+/// Whether a call that ended for this reason (errno) says that there is no such entry; any other tells nothing.
+bool meansAbsent(int reason);
+
+/// Whether the folder has an entry of this name, of whatever kind. Error: nobody can tell.
+Result<bool> hasEntry(const Tree& folder, const std::string& name);
+
 /// Removes the entry and everything under it; links are removed, not followed. An entry that is not there
 /// counts as removed. Result: 0, or the system's reason (errno).
 int removeTree(int directory, const std::string& name);

@@ -1,8 +1,6 @@
 #include "cloning_app/run/integrity.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 
@@ -102,7 +100,11 @@ Result<void> examineManifest(const Tree& package, const PackageContents& content
 Result<Check> examineSeal(CloneEngine& engine, const Tree& package, const Tree& root,
                           const std::vector<std::string>& files) {
     // A package's own file of this name would be altered by the library, and no sealed package has one.
-    if (faccessat(package.descriptor, kSealWorkingFile, F_OK, AT_SYMLINK_NOFOLLOW) == 0) {
+    const auto taken = hasEntry(package, kSealWorkingFile);
+    if (!taken) {
+        return tl::make_unexpected(taken.error());
+    }
+    if (*taken) {
         return Check{Subject::Seal, Finding::Altered, "", "", kSealWorkingFile};
     }
     // The library cannot tell a full disk from a wrong seal.
@@ -120,7 +122,11 @@ Result<Check> examineSeal(CloneEngine& engine, const Tree& package, const Tree& 
 /// What the seal says, as far as it can be asked.
 Result<std::vector<Check>> examineSealIfAny(CloneEngine& engine, const Tree& package, const Tree& root,
                                             const std::vector<std::string>& files, bool key) {
-    if (faccessat(root.descriptor, kSealFile, F_OK, AT_SYMLINK_NOFOLLOW) != 0) {
+    const auto sealed = hasEntry(root, kSealFile);
+    if (!sealed) {
+        return tl::make_unexpected(sealed.error());
+    }
+    if (!*sealed) {
         return std::vector{Check{Subject::Seal, Finding::Missing, "", "", kSealFile}};
     }
     if (!key) {

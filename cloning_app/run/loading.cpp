@@ -55,7 +55,7 @@ void putBack(const std::vector<Setting>& kept, Row& row) {
 /// Says of a failed category when the package did not hold what it needs.
 void explainMissingEntries(std::vector<Row>& rows, const Tree& root) {
     for (Row& row : rows) {
-        if (row.verdict == Verdict::Failed && !holdsEntry(root, row.category)) {
+        if (row.verdict == Verdict::Failed && !holdsEntry(root, row.category).value_or(true)) {
             row.detail = "the package holds no " + std::string(categoryOf(row.category).entry);
         }
     }

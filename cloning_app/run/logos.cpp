@@ -78,12 +78,12 @@ std::vector<Row> saveLogos(const Tree& root, const StopFlag& stop) {
 }
 
 bool hasBootLogo() {
-    return access(vx_get_bootlogo_path().c_str(), F_OK) == 0;
+    return access(vx_get_bootlogo_path().c_str(), F_OK) == 0 || errno != ENOENT;
 }
 
-bool holdsEntry(const Tree& package, VXClone category) {
+Result<bool> holdsEntry(const Tree& package, VXClone category) {
     const std::string entry(categoryOf(category).entry);
-    return entry.empty() || faccessat(package.descriptor, entry.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) == 0;
+    return entry.empty() ? Result<bool>(true) : hasEntry(package, entry);
 }
 
 }  // namespace vxclone

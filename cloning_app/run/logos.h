@@ -12,11 +12,11 @@ namespace vxclone {
 /// that the television does not have is not put in. Result: one row each; what failed is not in the package.
 std::vector<Row> saveLogos(const Tree& root, const StopFlag& stop);
 
-/// Whether this television has a boot logo of its own.
+/// Whether this television has a boot logo of its own. True where nobody can tell.
 bool hasBootLogo();
 
 /// Whether the package has the entry without which a restore of the category fails. True for a category that
-/// needs none.
-bool holdsEntry(const Tree& package, VXClone category);
+/// needs none. Error: nobody can tell.
+Result<bool> holdsEntry(const Tree& package, VXClone category);
 
 }  // namespace vxclone

@@ -1,8 +1,6 @@
 #include "cloning_app/run/package_completion.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/package/layout.h"
@@ -36,8 +34,7 @@ void judgeEntries(const Tree& root, std::vector<Row>& rows) {
     for (Row& row : rows) {
         const Category& category = categoryOf(row.category);
         const std::string entry(category.inBackup == Handling::Reported ? category.entry : "");
-        if (row.verdict == Verdict::Done && !entry.empty() &&
-            faccessat(root.descriptor, entry.c_str(), F_OK, AT_SYMLINK_NOFOLLOW) != 0) {
+        if (row.verdict == Verdict::Done && !entry.empty() && !hasEntry(root, entry).value_or(true)) {
             row.verdict = Verdict::Failed;
             row.detail = "the television saved no " + entry;
         }

@@ -1,8 +1,5 @@
 #include "cloning_app/run/package_look.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <utility>
 
@@ -42,7 +39,11 @@ Result<PackageLook> lookAt(const Tree& package) {
     } else {
         return tl::make_unexpected(manifest.error());
     }
-    if (faccessat(package.descriptor, kSealFile, F_OK, AT_SYMLINK_NOFOLLOW) != 0) {
+    const auto sealed = hasEntry(package, kSealFile);
+    if (!sealed) {
+        return tl::make_unexpected(sealed.error());
+    }
+    if (!*sealed) {
         look.checks.push_back({Subject::Seal, Finding::Missing, "", "", kSealFile});
     }
     return look;

@@ -153,6 +153,9 @@ class Comparer {
         std::vector<Difference> differences = differencesOf(wanted, found);
         if (row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
             compareApplication(row, wanted.entries.size(), differences.size());
+            // Nobody said that it was loaded, and its bytes do not show it.
+            const bool inDoubt = row.verdict == Verdict::NotReported && row.readBack == ReadBack::Unknown;
+            result_.complete = result_.complete && !inDoubt;
             return;
         }
         const std::size_t beside = staysBeside(row) ? removeAdded(differences) : 0;

@@ -20,7 +20,7 @@ struct Expectation {
 struct Comparison {
     std::vector<Difference> differences;      ///< first: the package, second: the television
     std::vector<std::string> sentences = {};  ///< what belongs to no category
-    bool complete = true;                     ///< all that can be read back was
+    bool complete = true;  ///< all that can be read back was, and no application is in doubt
 };
 
 /// Compares what the television holds, `after`, with what was expected, and says in the rows of a restore

@@ -37,10 +37,13 @@ void sayWhatIsNeeded(ProgressView& view, const Plan& plan) {
 
 /// A package without a boot logo makes the library remove the television's own: that is done only for who
 /// asks for it by name.
-Plan planFor(const RestoreOptions& options, const Tree& package) {
+Result<Plan> planFor(const RestoreOptions& options, const Tree& package) {
     Plan plan{options.list, {}, options.everything};
-    if (options.everything && plan.holds(VXCLONE_HOSPITALITY_LOGO) &&
-        !holdsEntry(package, VXCLONE_HOSPITALITY_LOGO)) {
+    const auto logo = holdsEntry(package, VXCLONE_HOSPITALITY_LOGO);
+    if (!logo) {
+        return tl::make_unexpected(logo.error());
+    }
+    if (options.everything && plan.holds(VXCLONE_HOSPITALITY_LOGO) && !*logo) {
         plan.list.erase(std::remove(plan.list.begin(), plan.list.end(), VXCLONE_HOSPITALITY_LOGO),
                         plan.list.end());
         plan.leftOut.push_back({VXCLONE_HOSPITALITY_LOGO, Verdict::NotChosen,
@@ -69,9 +72,12 @@ Result<ReadyPackage> getReady(const CloneContext& context, const std::filesystem
     if (!examined) {
         return tl::make_unexpected(examined.error());
     }
-    Plan plan = planFor(options, package->tree());
-    sayWhatIsNeeded(context.view, plan);
-    return makeReady(context, std::move(*package), std::move(*examined), std::move(plan));
+    auto plan = planFor(options, package->tree());
+    if (!plan) {
+        return tl::make_unexpected(plan.error());
+    }
+    sayWhatIsNeeded(context.view, *plan);
+    return makeReady(context, std::move(*package), std::move(*examined), std::move(*plan));
 }
 
 Result<Report> dryRun(const CloneContext& context, const std::filesystem::path& folder,

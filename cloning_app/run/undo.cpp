@@ -25,9 +25,9 @@ std::string describeSafety(const Tree& safety) {
 
 /// All that a television holds. One that had no boot logo has its new one removed again, which the library
 /// does for a package that holds none.
-Plan planFor(const Tree& safety) {
+Plan planFor(bool hadBootLogo) {
     Plan plan{allCategories(), {}, true};
-    if (!holdsEntry(safety, VXCLONE_HOSPITALITY_LOGO) && !hasBootLogo()) {
+    if (!hadBootLogo && !hasBootLogo()) {
         plan.list.erase(std::remove(plan.list.begin(), plan.list.end(), VXCLONE_HOSPITALITY_LOGO),
                         plan.list.end());
         plan.leftOut.push_back(
@@ -36,7 +36,7 @@ Plan planFor(const Tree& safety) {
     return plan;
 }
 
-Result<ReadyPackage> getReady(const CloneContext& context, const Tree& safety) {
+Result<ReadyPackage> getReady(const CloneContext& context, const Tree& safety, bool hadBootLogo) {
     auto package = StagedPackage::copyOf(context, safety);
     if (!package) {
         return tl::make_unexpected(package.error());
@@ -45,7 +45,7 @@ Result<ReadyPackage> getReady(const CloneContext& context, const Tree& safety) {
     if (!examined) {
         return tl::make_unexpected(examined.error());
     }
-    return makeReady(context, std::move(*package), std::move(*examined), planFor(safety));
+    return makeReady(context, std::move(*package), std::move(*examined), planFor(hadBootLogo));
 }
 
 Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& recorder) {
@@ -61,13 +61,17 @@ Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& rec
     }
     const Tree safety{opened->get(), safetyPathIn(store->path()), Place::Television};
     const std::string which = describeSafety(safety);
-    auto ready = getReady(context, safety);
+    const auto hadBootLogo = holdsEntry(safety, VXCLONE_HOSPITALITY_LOGO);
+    if (!hadBootLogo) {
+        return tl::make_unexpected(hadBootLogo.error());
+    }
+    auto ready = getReady(context, safety, *hadBootLogo);
     if (!ready) {
         return tl::make_unexpected(ready.error());
     }
     recorder.setDigest(ready->examined.digest.value_or(""));
     LoadOptions options{readBack};
-    options.removesLogo = !holdsEntry(safety, VXCLONE_HOSPITALITY_LOGO);
+    options.removesLogo = !*hadBootLogo;
     auto report = load(context, *ready, options, recorder);
     if (report) {
         report->closing.push_back(endSentence(*report, "Gone back to " + which));

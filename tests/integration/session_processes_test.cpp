@@ -1,4 +1,8 @@
+#include <sys/stat.h>
+
 #include <csignal>
+#include <fstream>
+#include <thread>
 
 #include "tests/integration/session_test.h"
 
@@ -51,6 +55,35 @@ TEST_P(SessionProcesses, signalsReachTheCommand) {
         EXPECT_EQ(finished.output, "up\ngot\n") << name;
         EXPECT_EQ(finished.status, 9) << name;
     }
+}
+
+/// Whether all children of the process have ended, which itself does not ask for them.
+bool childrenHaveEnded(pid_t process) {
+    const std::string facts = "/proc/" + std::to_string(process);
+    std::ifstream children(facts + "/task/" + std::to_string(process) + "/children");
+    for (std::string child; children >> child;) {
+        std::string text;
+        std::getline(std::ifstream("/proc/" + child + "/stat"), text);
+        if (text.find(") Z ") == std::string::npos) {
+            return false;
+        }
+    }
+    return true;
+}
+
+TEST_P(SessionProcesses, signalThatComesWithTheEndOfTheCommandTakesNothingFromItsStatus) {
+    const auto pipe = television.opt() / "go";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    RunningProcess session(inside("echo up; read go </opt/go; exit 3"));
+    ASSERT_TRUE(session.waitForOutput("up"));
+    session.signal(SIGSTOP);
+    session.signal(SIGINT);
+    std::ofstream(pipe) << "go\n";
+    while (!childrenHaveEnded(session.id())) std::this_thread::yield();
+    session.signal(SIGCONT);
+    const auto finished = session.wait();
+    EXPECT_EQ(finished.status, 3) << finished.errors;
+    EXPECT_EQ(snapshot(television.run()), FileTree());
 }
 
 TEST_P(SessionProcesses, orphansAreReaped) {

@@ -29,11 +29,17 @@ class SignalReader {
         sigemptyset(&passedOn);
         for (const int number : kPassedOn) sigaddset(&passedOn, number);
         sigprocmask(SIG_BLOCK, &passedOn, &before_);
-        reader_ = Descriptor(signalfd(-1, &passedOn, SFD_CLOEXEC));
+        reader_ = Descriptor(signalfd(-1, &passedOn, SFD_CLOEXEC | SFD_NONBLOCK));
     }
     SignalReader(const SignalReader&) = delete;
     SignalReader& operator=(const SignalReader&) = delete;
-    ~SignalReader() { sigprocmask(SIG_SETMASK, &before_, nullptr); }
+    ~SignalReader() {
+        // One that came with the end of the command has nobody left to go to. Delivered, it would end this
+        // process with the session's things still there.
+        signalfd_siginfo unread{};
+        while (read(reader_.get(), &unread, sizeof unread) == sizeof unread) continue;
+        sigprocmask(SIG_SETMASK, &before_, nullptr);
+    }
 
     const sigset_t& before() const { return before_; }
     int descriptor() const { return reader_.get(); }

@@ -169,7 +169,7 @@ Result<void> SecureStorage::forget(const std::vector<std::string>& names) const 
     const fs::path entries = folder_.secureEntries();
     std::error_code error;
     if (!fs::exists(entries, error)) {
-        return {};
+        return error ? cannotChange(entries, error) : Result<void>();
     }
     for (const std::string& name : names) {
         if (fs::remove(entries / name, error); error) {
@@ -199,22 +199,25 @@ fs::path SecureStorage::entriesBeside(const char* what) const {
 Result<void> SecureStorage::keepOtherEntries(const std::vector<Secret>& secrets,
                                              const fs::path& beside) const {
     std::error_code error;
-    for (const auto& entry : fs::directory_iterator(folder_.secureEntries(), error)) {
-        const std::string name = entry.path().filename().string();
+    fs::directory_iterator entry(folder_.secureEntries(), error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const std::string name = entry->path().filename().string();
         const bool replaced = std::any_of(secrets.begin(), secrets.end(),
                                           [&name](const Secret& secret) { return secret.name == name; });
-        const auto bytes = readPlainFile(entry.path(), kLargestEntry + 1);
+        const auto bytes = readPlainFile(entry->path(), kLargestEntry + 1);
         if (replaced || (!bytes && bytes.error().kind == ReadTrouble::Kind::NoPlainFile)) {
             continue;
         }
         if (!bytes) {
-            return cannotChange(entry.path(), std::make_error_code(std::errc::io_error));
+            return cannotChange(entry->path(), std::make_error_code(std::errc::io_error));
         }
         if (auto kept = writePrivateFile(beside / name, *bytes, Existing::Refuse); !kept) {
             return kept;
         }
     }
-    return {};
+    // Entries that were not seen would be gone with the exchange.
+    const bool none = error == std::errc::no_such_file_or_directory;
+    return error && !none ? cannotChange(folder_.secureEntries(), error) : Result<void>();
 }
 
 Result<void> SecureStorage::writeEntries(const SealingKey& key, const std::vector<Secret>& secrets,
@@ -226,7 +229,7 @@ Result<void> SecureStorage::writeEntries(const SealingKey& key, const std::vecto
         return cannotChange(beside, error);
     }
     fs::permissions(beside, fs::perms::owner_all, error);
-    Result<void> written = keepOtherEntries(secrets, beside);
+    Result<void> written = error ? cannotChange(beside, error) : keepOtherEntries(secrets, beside);
     for (const Secret& secret : secrets) {
         if (written) {
             written = sealEntry(key, secret, credential).and_then([&](const std::string& sealed) {
@@ -245,6 +248,7 @@ Result<void> SecureStorage::swapIn() const {
     const fs::path beside = entriesBeside(".new");
     std::error_code error;
     // In one step: whoever reads meanwhile, or after a kill, finds all entries of before or all new ones.
+    // An answer that fails counts as "none": then the rename fails, and nothing is lost.
     const unsigned int how = fs::exists(entries, error) ? RENAME_EXCHANGE : RENAME_NOREPLACE;
     const bool swapped = renameat2(AT_FDCWD, beside.c_str(), AT_FDCWD, entries.c_str(), how) == 0;
     const Result<void> done = swapped ? flushFolder(folder_.secure()) : cannotChange(entries, lastError());

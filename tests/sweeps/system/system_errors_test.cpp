@@ -59,20 +59,27 @@ const std::map<std::string, Ways> kWays = {
     {"pipe2", {"EMFILE"}},
 };
 
+/// The questions whether something is there: an answer that fails must not be taken for "no".
+const std::map<std::string, Ways> kQuestions = {
+    {"access", {"EIO"}}, {"faccessat2", {"EIO"}}, {"getdents64", {"EIO"}}};
+
 class SystemErrorSweep : public SystemSweep {
  protected:
+    static constexpr std::size_t kQuestionsTried = 4;
+
     static Among amongFiles() { return isLongSweep() ? Among::AllFiles : Among::FilesThatMatter; }
 
-    /// The n-th call of each kind fails. A short sweep takes one of each kind, of those that touch what
-    /// matters.
-    std::vector<BreakPoint> pointsOf(const Subject& subject) const {
+    /// The n-th call of each kind fails. A short sweep takes `shortForm` of each kind, of those that touch
+    /// what matters.
+    std::vector<BreakPoint> pointsOf(const Subject& subject, const std::map<std::string, Ways>& kinds,
+                                     std::size_t shortForm) const {
         std::map<std::string, std::size_t> counts;
         for (const CountedCall& call : count(subject, "", amongFiles())) {
             ++counts[call.name];
         }
         std::vector<BreakPoint> points;
-        for (const auto& [name, ways] : kWays) {
-            const auto numbers = spread(counts[name], mostPoints(1));
+        for (const auto& [name, ways] : kinds) {
+            const auto numbers = spread(counts[name], mostPoints(shortForm));
             for (std::size_t index = 0; index < numbers.size(); ++index) {
                 points.push_back({ways[index % ways.size()], name, {}, numbers[index]});
             }
@@ -81,8 +88,8 @@ class SystemErrorSweep : public SystemSweep {
     }
 
     template <typename Visit>
-    void sweep(const char* name, const Subject& subject, const Visit& visit) {
-        const auto points = pointsOf(subject);
+    void sweep(const char* name, const Subject& subject, const std::vector<BreakPoint>& points,
+               const Visit& visit) {
         SweepPoints tried(name);
         std::atomic<int> reached = 0;
         std::atomic<int> succeeded = 0;
@@ -105,33 +112,64 @@ class SystemErrorSweep : public SystemSweep {
         tried.note(std::to_string(reached) + " reached, " + std::to_string(succeeded) + " ended well");
         EXPECT_GT(reached * 10, static_cast<int>(points.size()) * 8);
     }
+
+    void expectPackages(const char* name, const Subject& subject, const std::vector<BreakPoint>& points) {
+        const FileTree before = snapshot(stick());
+        sweep(name, subject, points, [&](const Bench& bench, const Finished& finished) {
+            if (finished.status == 0) {
+                EXPECT_NE(snapshot(bench.stick()), before) << "it said that it made a backup";
+                expectPackageGood(bench);
+            } else {
+                expectStickWhole(bench);
+            }
+        });
+    }
+
+    void expectTruth(const char* name, const Subject& subject, const std::vector<BreakPoint>& points) {
+        std::atomic<int> failed = 0;
+        sweep(name, subject, points, [&](const Bench& bench, const Finished& finished) {
+            if (finished.status == 0) {
+                EXPECT_EQ(bench.differenceTo(subject.end), "");
+                return;
+            }
+            if (++failed % 2 == 0) {
+                expectWayBack(bench, subject);
+            }
+            expectConverges(bench, subject);
+        });
+    }
 };
 
 TEST_F(SystemErrorSweep, backupWithAFailingCallLeavesAWholePackage) {
-    const FileTree before = snapshot(stick());
-    sweep("system-errors backup", backup(), [&](const Bench& bench, const Finished& finished) {
-        if (finished.status == 0) {
-            EXPECT_NE(snapshot(bench.stick()), before) << "it said that it made a backup";
-            expectPackageGood(bench);
-        } else {
-            expectStickWhole(bench);
-        }
-    });
+    const Subject subject = backup();
+    expectPackages("system-errors backup", subject, pointsOf(subject, kWays, 1));
+}
+
+TEST_F(SystemErrorSweep, backupThatCannotTellWhatIsThereLeavesAWholePackage) {
+    const Subject subject = backup();
+    expectPackages("system-errors backup, questions", subject,
+                   pointsOf(subject, kQuestions, kQuestionsTried));
 }
 
 TEST_F(SystemErrorSweep, restoreWithAFailingCallIsTrueUndoneOrConverges) {
     const Subject subject = restore();
-    std::atomic<int> failed = 0;
-    sweep("system-errors restore", subject, [&](const Bench& bench, const Finished& finished) {
-        if (finished.status == 0) {
-            EXPECT_EQ(bench.differenceTo(subject.end), "");
-            return;
-        }
-        if (++failed % 2 == 0) {
-            expectWayBack(bench, subject);
-        }
-        expectConverges(bench, subject);
-    });
+    expectTruth("system-errors restore", subject, pointsOf(subject, kWays, 1));
+}
+
+TEST_F(SystemErrorSweep, restoreThatCannotTellWhatIsThereIsTrueUndoneOrConverges) {
+    const Subject subject = restore();
+    expectTruth("system-errors restore, questions", subject, pointsOf(subject, kQuestions, kQuestionsTried));
+}
+
+TEST_F(SystemErrorSweep, undoThatCannotTellWhatIsThereIsDoneOrDoneAgain) {
+    const Subject subject = undo();
+    sweep("system-errors undo, questions", subject, pointsOf(subject, kQuestions, kQuestionsTried),
+          [&](const Bench& bench, const Finished& finished) {
+              if (finished.status != 0) {
+                  expectConverges(bench, subject);
+              }
+              EXPECT_EQ(bench.differenceTo(subject.end), "");
+          });
 }
 
 }  // namespace

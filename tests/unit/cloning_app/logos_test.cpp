@@ -98,10 +98,10 @@ TEST_F(LogosTest, saveThatIsStoppedLeavesNothing) {
 TEST_F(LogosTest, entryOfACategoryIsLookedForWithoutFollowingLinks) {
     const Descriptor root(open(root_.c_str(), O_RDONLY | O_DIRECTORY));
     const Tree package{root.get(), root_.string() + "/", Place::Television};
-    EXPECT_FALSE(holdsEntry(package, VXCLONE_HOSPITALITY_LOGO));
-    EXPECT_TRUE(holdsEntry(package, VXCLONE_AV_SETTINGS));
+    EXPECT_EQ(holdsEntry(package, VXCLONE_HOSPITALITY_LOGO), false);
+    EXPECT_EQ(holdsEntry(package, VXCLONE_AV_SETTINGS), true);
     std::filesystem::create_directory(root_ / "logo");
-    EXPECT_TRUE(holdsEntry(package, VXCLONE_HOSPITALITY_LOGO));
+    EXPECT_EQ(holdsEntry(package, VXCLONE_HOSPITALITY_LOGO), true);
 }
 
 }  // namespace

@@ -89,6 +89,10 @@ TEST_F(ReadBackTest, applicationThatWasNotAskedDoesNotHoldItsDataOfThePackage) {
     EXPECT_EQ(textOf(compared(notAsked)),
               "not reported, cannot be read back: not installed; 0 of 1 file the same, the rest only the "
               "application can compare");
+    EXPECT_FALSE(comparison_.complete);
+    after_.entries = {file("org.app/data", "1")};
+    EXPECT_EQ(textOf(compared(notAsked)), "not reported, read back: same: not installed");
+    EXPECT_TRUE(comparison_.complete);
 }
 
 TEST_F(ReadBackTest, filesBesideThoseOfTheHomeMenuStayAndAreCounted) {

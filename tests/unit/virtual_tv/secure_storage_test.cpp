@@ -172,6 +172,18 @@ TEST_F(SecureStorageTest, failedPutKeepsEveryEntry) {
     EXPECT_FALSE(fs::exists(television_.folder().secure() / "entries.new"));
 }
 
+TEST_F(SecureStorageTest, putOverEntriesThatCannotBeListedIsRefusedAndChangesNothing) {
+    const fs::path entries = television_.folder().secureEntries();
+    fs::remove_all(entries);
+    test::writeFile(entries, "what cannot be listed");
+    const Result<void> put = storage_.put({{"THIRD", "three secret"}}, owner_);
+    ASSERT_FALSE(put);
+    EXPECT_EQ(put.error().code, ErrorCode::Io);
+    EXPECT_NE(put.error().sentence.find(entries.string()), std::string::npos);
+    EXPECT_EQ(test::readFile(entries), "what cannot be listed");
+    EXPECT_FALSE(fs::exists(television_.folder().secure() / "entries.new"));
+}
+
 TEST_F(SecureStorageTest, putLeavesNoMomentWithoutEntries) {
     constexpr int kPuts = 50;
     const fs::path entries = television_.folder().secureEntries();
