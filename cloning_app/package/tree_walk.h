@@ -54,7 +54,8 @@ Result<void> walkTree(const Tree& tree, const TreeLimits& limits, TreeVisitor& v
 /// The names in the folder without "." and "..", sorted. Errors: more names than `most`.
 Result<std::vector<std::string>> namesIn(const Tree& folder, std::size_t most);
 
-/// Whether a call that ended for this reason (errno) says that there is no such entry; any other tells nothing.
+/// Whether a call that ended for this reason (errno) says that there is no such entry; any other tells
+/// nothing.
 bool meansAbsent(int reason);
 
 /// Whether the folder has an entry of this name, of whatever kind. Error: nobody can tell.
