@@ -33,6 +33,9 @@ constexpr std::array kUnreported = {
     Unreported{"home screen data +not reported", "org.vorta.homedatacontrol-service/"},
     Unreported{"web applications +not reported", "web-applications.backup"},
     Unreported{"factory settings +not evaluated", "factory.backup"},
+    // A television need not have a list of the hotel's channels, and the library does not tell why there is
+    // none.
+    Unreported{"channel map +done", "tvs-chms/hotel-channels.backup"},
 };
 
 /// What the package of such a backup has to have.
