@@ -1,5 +1,5 @@
-# Nobody works on a machine's run file by file: it compiles the largest test programs a few sources at a time,
-# in a third of the time. Sources that are built both ways share no names by chance.
+# Nobody works on a machine's run file by file: it compiles the largest test programs a few sources at a time.
+# Sources that are built both ways share no names by chance.
 
 option(VX_UNITE_TESTS "Compile the sources of unit tests several at a time" OFF)
 

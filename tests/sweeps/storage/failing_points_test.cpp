@@ -33,15 +33,16 @@ constexpr std::array kUnreported = {
     Unreported{"home screen data +not reported", "org.vorta.homedatacontrol-service/"},
     Unreported{"web applications +not reported", "web-applications.backup"},
     Unreported{"factory settings +not evaluated", "factory.backup"},
-    // A television need not have a list of the hotel's channels, and the library does not tell why there is
-    // none.
-    Unreported{"channel map +done", "tvs-chms/hotel-channels.backup"},
 };
 
-/// What the package of such a backup has to have.
-FileTree expectedOf(const Finished& backup, FileTree complete) {
+/// What the package of such a backup has to have. Where memory is short the list of the hotel's channels may
+/// be missing: a television need not have one, and the library does not tell why there is none.
+FileTree expectedOf(const Finished& backup, FileTree complete, bool memoryIsShort) {
     if (backup.status != ended::kDone) {
         return {};
+    }
+    if (memoryIsShort) {
+        complete.erase("tvs-chms/hotel-channels.backup");
     }
     for (const auto& [words, path] : kUnreported) {
         if (std::regex_search(backup.output, std::regex(words))) {
@@ -103,7 +104,7 @@ void FailingPointsTest::expectWholeBackup(const Variables& variables, bool mayDi
     expectDocumented(backup, mayDie);
     deaths += backup.status > ended::kHighest ? 1 : 0;
     if (backup.status <= ended::kIncomplete || package() != kept) {
-        EXPECT_TRUE(packageIsGood(expectedOf(backup, complete))) << textOf(backup);
+        EXPECT_TRUE(packageIsGood(expectedOf(backup, complete, mayDie))) << textOf(backup);
         kept = package();
     }
     for (const auto& [path, content] : onStick()) {
