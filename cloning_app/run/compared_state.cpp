@@ -1,15 +1,13 @@
 #include "cloning_app/run/compared_state.h"
 
-#include <fcntl.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <utility>
 
 #include "cloning_app/package/layout.h"
 #include "cloning_app/run/category.h"
 #include "cloning_app/run/setting_value.h"
+#include "cloning_app/run/television_folder.h"
 #include "platform/vx_paths.h"
 
 namespace vxclone {
@@ -43,14 +41,14 @@ bool holds(const ComparedState& package, const LiveFolder& folder) {
 
 Result<void> addFiles(const LiveFolder& folder, std::vector<PackageEntry>& entries) {
     const std::string path = folder.path();
-    const Descriptor opened(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!opened.valid() && errno == ENOENT) {
+    const auto opened = openTelevisionFolder(path);
+    if (!opened) {
+        return tl::make_unexpected(opened.error());
+    }
+    if (!opened->valid()) {
         return {};
     }
-    if (!opened.valid()) {
-        return tl::make_unexpected(readError(Place::Television, path, errno));
-    }
-    auto contents = readContents({opened.get(), path, Place::Television});
+    auto contents = readContents({opened->get(), path, Place::Television});
     if (!contents) {
         return tl::make_unexpected(contents.error());
     }

@@ -1,11 +1,11 @@
 #include "cloning_app/run/logos.h"
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include <cerrno>
 
 #include "cloning_app/package/disk_space.h"
+#include "cloning_app/run/television_folder.h"
 #include "platform/vx_paths.h"
 
 namespace vxclone {
@@ -52,17 +52,17 @@ Row failed(const Logo& logo, const Error& error) {
 Row saveLogo(const Logo& logo, const Tree& root, const StopFlag& stop) {
     const std::string entry(categoryOf(logo.category).entry);
     const std::string path = logo.folder();
-    const Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.valid() && errno == ENOENT) {
-        return {logo.category, Verdict::NotReported, "this television has none"};
+    const auto folder = openTelevisionFolder(path);
+    if (!folder) {
+        return failed(logo, folder.error());
     }
-    if (!folder.valid()) {
-        return failed(logo, readError(Place::Television, path, errno));
+    if (!folder->valid()) {
+        return {logo.category, Verdict::NotReported, "this television has none"};
     }
     if (mkdirat(root.descriptor, entry.c_str(), kFolderMode) != 0) {
         return failed(logo, writeError(root.place, root.path + entry, errno));
     }
-    const auto copied = copyLogo({folder.get(), path, Place::Television}, root, entry, stop);
+    const auto copied = copyLogo({folder->get(), path, Place::Television}, root, entry, stop);
     return copied ? Row{logo.category, Verdict::Done, "added by vxclone, " + countText(copied->files, "file")}
                   : failed(logo, copied.error());
 }
@@ -78,7 +78,8 @@ std::vector<Row> saveLogos(const Tree& root, const StopFlag& stop) {
 }
 
 bool hasBootLogo() {
-    return access(vx_get_bootlogo_path().c_str(), F_OK) == 0 || errno != ENOENT;
+    const auto folder = openTelevisionFolder(vx_get_bootlogo_path());
+    return !folder || folder->valid();
 }
 
 Result<bool> holdsEntry(const Tree& package, VXClone category) {

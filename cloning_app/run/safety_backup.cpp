@@ -1,7 +1,5 @@
 #include "cloning_app/run/safety_backup.h"
 
-#include <fcntl.h>
-
 #include <algorithm>
 #include <array>
 
@@ -10,6 +8,7 @@
 #include "cloning_app/run/package_completion.h"
 #include "cloning_app/run/quiet_view.h"
 #include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/television_folder.h"
 #include "common/terminal_table.h"
 #include "platform/vx_paths.h"
 
@@ -129,9 +128,9 @@ TreeSize safetyReserve(const Tree& package) {
     TreeSize reserve = restOf(package);
     for (const auto folder : {vx_get_homemenu_path, vx_get_bootlogo_path, vx_get_mbrlogo_path}) {
         const std::string path = folder();
-        const Descriptor opened(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (opened.valid()) {
-            const auto size = measureTree({opened.get(), path, Place::Television}, TreeLimits{});
+        const auto opened = openTelevisionFolder(path);
+        if (opened && opened->valid()) {
+            const auto size = measureTree({opened->get(), path, Place::Television}, TreeLimits{});
             const TreeSize found = size.value_or(TreeSize{});
             reserve.entries += found.entries;
             reserve.bytes += found.bytes;

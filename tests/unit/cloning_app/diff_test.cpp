@@ -63,6 +63,16 @@ TEST_F(DiffTest, filesOfTheTelevisionAreComparedByTheirContent) {
                               HasSubstr("boot-logo\n  logo/logo.png  only in " + package_.string())));
 }
 
+TEST_F(DiffTest, folderThatTheTelevisionDoesNotNameIsAnErrorAndNotAnEmptyOne) {
+    FakePaths::instance().homeMenu.clear();
+    const auto report = diffPackage(package_, std::nullopt);
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::TelevisionIo);
+    EXPECT_EQ(report.error().sentence,
+              "the television does not say in which folder its pictures are; switch it off and on, then try "
+              "again");
+}
+
 TEST_F(DiffTest, whatOnlyARunShowsIsSaidToBeLeftOut) {
     EXPECT_THAT(diff(), AllOf(HasSubstr("Not compared"), HasSubstr("channels"), HasSubstr("mbr-logo"),
                               Not(HasSubstr("avoc.db"))));

@@ -3,11 +3,11 @@
 #include <filesystem>
 
 /// Where the television of these tests keeps its logos and its home menu, behind the platform's own
-/// functions. Empty: it says nothing.
+/// functions: nowhere, until a test says otherwise. An empty path: the platform names none.
 struct FakePaths {
-    std::filesystem::path bootLogo;
-    std::filesystem::path mbrLogo;
-    std::filesystem::path homeMenu = {};
+    std::filesystem::path bootLogo = "/not-there/boot-logo";
+    std::filesystem::path mbrLogo = "/not-there/mbr-logo";
+    std::filesystem::path homeMenu = "/not-there/home-menu";
 
     /// The one of the process.
     static FakePaths& instance();

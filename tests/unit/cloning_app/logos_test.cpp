@@ -55,6 +55,23 @@ TEST_F(LogosTest, saveWithoutAFolderLeavesItOutOfThePackage) {
     EXPECT_EQ(rows[1].verdict, Verdict::Done);
 }
 
+TEST_F(LogosTest, saveWhereTheTelevisionDoesNotNameTheFolderFailsInsteadOfSayingThatThereIsNone) {
+    FakePaths::instance().bootLogo.clear();
+    EXPECT_EQ(
+        textOf(save()[0]),
+        "failed: the television does not say in which folder its pictures are; switch it off and on, then "
+        "try again");
+    EXPECT_FALSE(std::filesystem::exists(root_ / "logo"));
+}
+
+TEST_F(LogosTest, bootLogoIsThereUnlessTheTelevisionSaysWhereItWouldBeAndItIsNot) {
+    EXPECT_TRUE(hasBootLogo());
+    std::filesystem::remove_all(folder_ / "boot");
+    EXPECT_FALSE(hasBootLogo());
+    FakePaths::instance().bootLogo.clear();
+    EXPECT_TRUE(hasBootLogo());
+}
+
 TEST_F(LogosTest, saveOfAnEmptyFolderKeepsIt) {
     std::filesystem::remove(folder_ / "boot/logo.png");
     EXPECT_EQ(textOf(save()[0]), "done: added by vxclone, 0 files");
