@@ -9,8 +9,8 @@ namespace vxclone {
 Result<Descriptor> openTelevisionFolder(const std::string& path) {
     if (path.empty()) {
         return failure(ErrorCode::TelevisionIo,
-                       "the television does not say in which folder its pictures are; switch it off and on, "
-                       "then try again");
+                       "the television does not say where its logos and its home menu are; switch it off and "
+                       "on, then try again");
     }
     Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!folder.valid() && errno != ENOENT) {

@@ -68,9 +68,10 @@ TEST_F(DiffTest, folderThatTheTelevisionDoesNotNameIsAnErrorAndNotAnEmptyOne) {
     const auto report = diffPackage(package_, std::nullopt);
     ASSERT_FALSE(report);
     EXPECT_EQ(report.error().code, ErrorCode::TelevisionIo);
-    EXPECT_EQ(report.error().sentence,
-              "the television does not say in which folder its pictures are; switch it off and on, then try "
-              "again");
+    EXPECT_EQ(
+        report.error().sentence,
+        "the television does not say where its logos and its home menu are; switch it off and on, then try "
+        "again");
 }
 
 TEST_F(DiffTest, whatOnlyARunShowsIsSaidToBeLeftOut) {

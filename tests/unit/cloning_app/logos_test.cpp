@@ -57,10 +57,10 @@ TEST_F(LogosTest, saveWithoutAFolderLeavesItOutOfThePackage) {
 
 TEST_F(LogosTest, saveWhereTheTelevisionDoesNotNameTheFolderFailsInsteadOfSayingThatThereIsNone) {
     FakePaths::instance().bootLogo.clear();
-    EXPECT_EQ(
-        textOf(save()[0]),
-        "failed: the television does not say in which folder its pictures are; switch it off and on, then "
-        "try again");
+    EXPECT_EQ(textOf(save()[0]),
+              "failed: the television does not say where its logos and its home menu are; switch it off and "
+              "on, then "
+              "try again");
     EXPECT_FALSE(std::filesystem::exists(root_ / "logo"));
 }
 
