@@ -13,10 +13,13 @@ namespace {
 constexpr const char* kOrvelApplication = "org.vorta.orvel-app";
 constexpr const char* kFirstScreenKey = "db/first_screen/type";
 constexpr const char* kNotAsked = "not installed, or it did not start";
+constexpr const char* kMayBeAnothers = "the one outcome that came may be another application's";
 
+/// Whether the row tells of an application, be it that the library said nothing of any.
 bool isOutcome(const Row& row) {
     return row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA &&
-           (row.verdict == Verdict::Done || row.verdict == Verdict::Failed);
+           (row.verdict == Verdict::Done || row.verdict == Verdict::Failed ||
+            row.verdict == Verdict::NotReported);
 }
 
 std::string firstScreenName(const std::string& identifier) {
@@ -38,10 +41,26 @@ void nameApplications(std::vector<Row>& rows) {
     }
     if (hasOrvel) {
         first->subject = kOrvelApplication;
+        first->detail = first->verdict == Verdict::NotReported ? kNotAsked : first->detail;
     } else {
         rows.insert(first,
                     {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::NotReported, kNotAsked, kOrvelApplication});
     }
+}
+
+bool lostAnOutcome(const std::vector<Row>& rows, const std::function<bool(const Row&)>& hasRun) {
+    return std::any_of(rows.begin(), rows.end(), [&hasRun](const Row& row) {
+        return row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA && row.verdict == Verdict::NotReported &&
+               hasRun(row);
+    });
+}
+
+void doubt(Row& row) {
+    if (row.verdict == Verdict::NotReported) {
+        return;
+    }
+    row.verdict = row.verdict == Verdict::Done ? Verdict::NotReported : row.verdict;
+    addDetail(row, kMayBeAnothers);
 }
 
 }  // namespace vxclone

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "cloning_app/run/result_table.h"
@@ -10,5 +11,12 @@ namespace vxclone {
 /// application that it asked, without a name: first the orvel application, if that runs or could be started,
 /// then the one that the settings name as the first screen, if they do.
 void nameApplications(std::vector<Row>& rows);
+
+/// Whether an application that was not reported is known to have run, by `hasRun`, which gets its row: then
+/// the library's list lost an outcome, and does not tell whose those are that it holds.
+bool lostAnOutcome(const std::vector<Row>& rows, const std::function<bool(const Row&)>& hasRun);
+
+/// Takes back what the row of an application says was done, and says that the outcome may not be its own.
+void doubt(Row& row);
 
 }  // namespace vxclone

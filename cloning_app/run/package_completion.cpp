@@ -41,6 +41,21 @@ void judgeEntries(const Tree& root, std::vector<Row>& rows) {
     }
 }
 
+/// An application that left data in the package ran, whether the library reported it or not.
+void judgeApplications(const Tree& root, std::vector<Row>& rows) {
+    const auto hasSaved = [&root](const Row& row) {
+        return !row.subject.empty() && hasEntry(root, row.subject).value_or(false);
+    };
+    if (!lostAnOutcome(rows, hasSaved)) {
+        return;
+    }
+    for (Row& row : rows) {
+        if (row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
+            doubt(row);
+        }
+    }
+}
+
 /// Looks at what the library left, before anything is made of it. Result: the rows of all categories.
 Result<std::vector<Row>> judgeBackup(const CloneContext& context, const Tree& root,
                                      const ResultList& results) {
@@ -56,6 +71,7 @@ Result<std::vector<Row>> judgeBackup(const CloneContext& context, const Tree& ro
     std::vector<Row> rows = tableRows(Direction::Backup, allCategories(), results.outcomes(), own);
     judgeEntries(root, rows);
     nameApplications(rows);
+    judgeApplications(root, rows);
     return rows;
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "cloning_app/package/disk_space.h"
+#include "cloning_app/run/applications.h"
 #include "cloning_app/run/compared_state.h"
 #include "cloning_app/run/logos.h"
 #include "cloning_app/run/quiet_view.h"
@@ -68,10 +69,6 @@ std::string namesOf(const std::vector<Difference>& differences) {
                : text;
 }
 
-void addDetail(Row& row, const std::string& detail) {
-    row.detail += (row.detail.empty() ? "" : "; ") + detail;
-}
-
 /// Whether the row tells of something that was loaded, or may have been.
 bool isToBeRead(const Row& row) {
     return row.verdict == Verdict::Done || row.verdict == Verdict::Failed ||
@@ -97,8 +94,13 @@ void compareApplication(Row& row, std::size_t files, std::size_t differing) {
 
 class Comparer {
  public:
-    Comparer(const Expectation& expected, const ComparedState& after, const std::vector<VXClone>& unread)
-        : expected_(expected), after_(after), unread_(unread) {}
+    Comparer(const Expectation& expected, const ComparedState& after, const std::vector<VXClone>& unread,
+             const std::vector<Row>& rows)
+        : expected_(expected),
+          after_(after),
+          unread_(unread),
+          outcomeLost_(
+              lostAnOutcome(rows, [&after](const Row& row) { return !isEmpty(partOf(after, row)); })) {}
 
     void compare(Row& row) {
         const ComparedState wanted = partOf(expected_.package, row);
@@ -153,6 +155,9 @@ class Comparer {
         std::vector<Difference> differences = differencesOf(wanted, found);
         if (row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
             compareApplication(row, wanted.entries.size(), differences.size());
+            if (row.readBack == ReadBack::Unknown && outcomeLost_) {
+                doubt(row);
+            }
             // Nobody said that it was loaded, and its bytes do not show it.
             const bool inDoubt = row.verdict == Verdict::NotReported && row.readBack == ReadBack::Unknown;
             result_.complete = result_.complete && !inDoubt;
@@ -175,6 +180,7 @@ class Comparer {
     const Expectation& expected_;
     const ComparedState& after_;
     const std::vector<VXClone>& unread_;
+    bool outcomeLost_;
     Comparison result_;
 };
 
@@ -211,7 +217,7 @@ Result<SecondLook> lookAgain(const CloneContext& context, const Tree& root) {
 
 Comparison compareRows(const Expectation& expected, const ComparedState& after,
                        const std::vector<VXClone>& unread, std::vector<Row>& rows) {
-    Comparer comparer(expected, after, unread);
+    Comparer comparer(expected, after, unread, rows);
     for (Row& row : rows) {
         comparer.compare(row);
     }

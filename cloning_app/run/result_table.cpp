@@ -118,6 +118,10 @@ std::string textOf(const Row& row) {
     return row.detail.empty() ? text : text + ": " + row.detail;
 }
 
+void addDetail(Row& row, const std::string& detail) {
+    row.detail += (row.detail.empty() ? "" : "; ") + detail;
+}
+
 Row rowOf(const Outcome& outcome, Direction direction) {
     if (handlingOf(categoryOf(outcome.category), direction) == Handling::NotEvaluated) {
         return {outcome.category, Verdict::NotEvaluated};

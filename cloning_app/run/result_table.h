@@ -60,6 +60,9 @@ vxcommon::Colour colourOf(Verdict verdict);
 /// What the row says of its category: the verdict in words, what was read back, and the detail.
 std::string textOf(const Row& row);
 
+/// Adds to what the row says in words.
+void addDetail(Row& row, const std::string& detail);
+
 /// The row for an outcome that the library reported.
 Row rowOf(const Outcome& outcome, Direction direction);
 

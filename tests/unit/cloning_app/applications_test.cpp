@@ -52,9 +52,43 @@ TEST_F(ApplicationsTest, firstScreenWithoutANameIsSaidToBeOne) {
                 ElementsAre("org.vorta.orvel-app=done", "first screen, without a name=failed"));
 }
 
-TEST_F(ApplicationsTest, categoryWithoutAnOutcomeIsLeftAsItIs) {
+TEST_F(ApplicationsTest, categoryOfWhichNothingWasReportedNamesWhatCouldHaveBeenAsked) {
+    store::writeString(kKey, "org.harbour.first");
+    EXPECT_THAT(named({{kApps, Verdict::NotReported}}),
+                ElementsAre("org.vorta.orvel-app=not reported: not installed, or it did not start",
+                            "org.harbour.first=not reported"));
+}
+
+TEST_F(ApplicationsTest, categoryOfWhichNothingWasReportedWithoutAFirstScreenNamesTheOrvelApplication) {
+    EXPECT_THAT(named({{kApps, Verdict::NotReported}}),
+                ElementsAre("org.vorta.orvel-app=not reported: not installed, or it did not start"));
+}
+
+TEST_F(ApplicationsTest, categoryThatWasNotChosenIsLeftAsItIs) {
     store::writeString(kKey, "org.harbour.first");
     EXPECT_THAT(named({{kApps, Verdict::NotChosen}}), ElementsAre("=not chosen"));
+}
+
+TEST_F(ApplicationsTest, outcomeIsInDoubtOnceOneThatWasNotReportedIsKnownToHaveRun) {
+    const std::vector<Row> rows = {{kApps, Verdict::NotReported, "", "a"},
+                                   {kApps, Verdict::Done, "", "b"},
+                                   {kApps, Verdict::Failed, "", "c"},
+                                   {VXCLONE_AV_SETTINGS, Verdict::NotReported, "", "d"}};
+    const auto ran = [](const std::string& wanted) {
+        return [wanted](const Row& row) { return row.subject == wanted; };
+    };
+    EXPECT_TRUE(lostAnOutcome(rows, ran("a")));
+    EXPECT_FALSE(lostAnOutcome(rows, ran("b")));
+    EXPECT_FALSE(lostAnOutcome(rows, ran("d")));
+    std::vector<std::string> texts;
+    for (Row row : rows) {
+        doubt(row);
+        texts.push_back(textOf(row));
+    }
+    EXPECT_THAT(
+        texts,
+        ElementsAre("not reported", "not reported: the one outcome that came may be another application's",
+                    "failed: the one outcome that came may be another application's", "not reported"));
 }
 
 }  // namespace

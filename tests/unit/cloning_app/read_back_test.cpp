@@ -95,6 +95,23 @@ TEST_F(ReadBackTest, applicationThatWasNotAskedDoesNotHoldItsDataOfThePackage) {
     EXPECT_TRUE(comparison_.complete);
 }
 
+TEST_F(ReadBackTest, outcomeThatMayBeAnotherApplicationsIsNotTakenForItsOwn) {
+    std::vector<Row> rows = {{VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::NotReported, "", "org.lost"},
+                             {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::Done, "", "org.app"}};
+    expected_.package.entries = {file("org.app/data", "1"), file("org.lost/data", "1")};
+    after_.entries = {file("org.app/data", "2"), file("org.lost/data", "1")};
+    std::vector<Row> doubted = rows;
+    EXPECT_FALSE(compareRows(expected_, after_, unread_, doubted).complete);
+    EXPECT_EQ(textOf(doubted.front()), "not reported, read back: same");
+    EXPECT_EQ(textOf(doubted.back()),
+              "not reported, cannot be read back: 0 of 1 file the same, the rest only the application can "
+              "compare; the one outcome that came may be another application's");
+    after_.entries = {file("org.app/data", "1"), file("org.lost/data", "1")};
+    doubted = rows;
+    EXPECT_TRUE(compareRows(expected_, after_, unread_, doubted).complete);
+    EXPECT_EQ(textOf(doubted.back()), "done, read back: same");
+}
+
 TEST_F(ReadBackTest, filesBesideThoseOfTheHomeMenuStayAndAreCounted) {
     expected_.package.entries = {file("VXHotel/a", "1")};
     after_.entries = {file("VXHotel/a", "1"), file("VXHotel/b", "1")};

@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 
@@ -200,6 +201,24 @@ TEST_F(RunBackupTest, failedCategoryEndsWithOneAndDoesNotClaimSuccess) {
     EXPECT_EQ(report->exitStatus, 1);
     EXPECT_THAT(report->closing, Not(Contains("Safe to remove the stick.")));
     EXPECT_THAT(report->closing, Contains(HasSubstr("failed: apps")));
+}
+
+TEST_F(RunBackupTest, outcomeThatMayBeAnotherApplicationsIsNotTakenForTheFirstScreens) {
+    store::writeString("db/first_screen/type", "org.harbour.firstscreen");
+    for (const bool bothRan : {false, true}) {
+        engine_.work = [this, bothRan] {
+            writeGoodBackup();
+            writeFile(root_ / (bothRan ? "org.vorta.orvel-app/data" : "org.harbour.firstscreen/data"), "x");
+            FakeEngine::report("VXCLONE_VXHOTEL_FIRSTSCREEN_DATA-SUCCESS\n", 0);
+        };
+        const auto report = backUp();
+        ASSERT_TRUE(report);
+        const auto row = std::find_if(report->rows.begin(), report->rows.end(), [](const Row& candidate) {
+            return candidate.subject == "org.harbour.firstscreen";
+        });
+        ASSERT_NE(row, report->rows.end());
+        EXPECT_EQ(row->verdict, bothRan ? Verdict::NotReported : Verdict::Done);
+    }
 }
 
 TEST_F(RunBackupTest, channelsReportedAsSavedHaveToBeThere) {
