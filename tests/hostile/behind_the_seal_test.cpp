@@ -28,7 +28,7 @@ using vxtv::test::ZipMember;
 constexpr const char* kZip = "tvs-chms/tvs-chms.zip";
 constexpr const char* kApplication = "org.vorta.orvel-app";
 /// So many of a table are tried where not all are.
-constexpr std::size_t kChoice = 4;
+constexpr std::size_t kTriedBehindTheSeal = 4;
 
 struct Hidden {
     std::string name;
@@ -104,7 +104,8 @@ void expectAllKept(const std::vector<Hidden>& cases) {
     for (const Hidden& one : cases) {
         for (const auto& seal : {sealAgain, sealWithoutManifest}) {
             SCOPED_TRACE(one.name + (seal == sealAgain ? "" : ", without a manifest"));
-            if (!inLongForm() && (tried >= kChoice || (seal == sealWithoutManifest && tried > 1))) {
+            if (!inLongForm() &&
+                (tried >= kTriedBehindTheSeal || (seal == sealWithoutManifest && tried > 1))) {
                 continue;
             }
             ++tried;

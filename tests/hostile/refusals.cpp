@@ -12,7 +12,7 @@ namespace vxtest {
 namespace {
 
 /// About so many of a table are tried where not all are.
-constexpr std::size_t kChoice = 16;
+constexpr std::size_t kTriedOfATable = 16;
 
 using testing::HasSubstr;
 using testing::IsEmpty;
@@ -65,7 +65,7 @@ void expectRefusals(const std::vector<Case>& cases) {
     std::size_t tried = 0;
     std::size_t byProgram = 0;
     // Odd, so that a table that goes through few kinds again and again is not tried for some of them alone.
-    const std::size_t step = inLongForm() ? 1 : (cases.size() / kChoice) | 1U;
+    const std::size_t step = inLongForm() ? 1 : (cases.size() / kTriedOfATable) | 1U;
     for (std::size_t number = 0; number < cases.size(); number += step) {
         const Case& one = cases[number];
         SCOPED_TRACE(one.name);

@@ -15,8 +15,6 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
 
-constexpr const char* kReadNetworkSupport =
-    "system_info_get_custom_int(\"com.kestrel/featureconf/network.network_support\")";
 constexpr const char* kNetworkSkipped = "Home data and was api will be skipped...";
 
 class RunTest : public WholeEngineTest {

@@ -89,9 +89,6 @@ class WholeRunTest : public WholeEngineTest {
     }
 };
 
-constexpr const char* kReadNetworkSupport =
-    "system_info_get_custom_int(\"com.kestrel/featureconf/network.network_support\")";
-
 TEST_F(WholeRunTest, backupAsksEveryServiceInOrder) {
     writeFile(work("home/menu.xml"), "menu");
 
