@@ -5,8 +5,8 @@
 
 # Everything that no mutant touches: the finder, a copy of the sources, and the test programs' own objects.
 prepare() {
-    if ! command -v jq >/dev/null || [[ ! -d /usr/lib/llvm-19/include/clang ]]; then
-        echo 'mutate: needs the packages jq, clang-19 and libclang-19-dev.' >&2
+    if ! command -v jq >/dev/null || [[ ! -d /usr/lib/llvm-19/include/clang || ! -d /usr/lib/llvm-19/include/llvm ]]; then
+        echo 'mutate: needs the packages jq, clang-19, libclang-19-dev and llvm-19-dev.' >&2
         exit 1
     fi
     echo 'mutate: building the finder of mutants and the tests.'
@@ -15,10 +15,10 @@ prepare() {
         [[ ! -e "$file" ]] || printf '%s\0' "$file"
     done | tar --null -T - -cf - | tar -xf - -C "$home/tree"
     {
-        cmake -S tests/mutation -B "$home/tool" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O1
-        cmake --build "$home/tool"
-        cmake -S "$home/tree" -B "$home/build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG='-O0 -g0'
-        cmake --build "$home/build" --target "${kPrograms[@]}"
+        cmake -S tests/mutation -B "$home/tool" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O1 &&
+            cmake --build "$home/tool" &&
+            cmake -S "$home/tree" -B "$home/build" -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG='-O0 -g0' &&
+            cmake --build "$home/build" --target "${kPrograms[@]}"
     } >"$home/build.log" 2>&1 || { tail -n 30 "$home/build.log" >&2 && exit 1; }
     jq -r --arg sources "$home/tree/src/" '.[] | select(.file | startswith($sources)) | [(.file | ltrimstr($sources)), .command] | @tsv' \
         "$home/build/compile_commands.json" >"$home/commands"
