@@ -82,7 +82,25 @@ __attribute__((destructor)) void writeCount() {
     close(file);
 }
 
+#ifdef VX_COVERAGE
+/// What writes the counters down at the program's very end crashes without memory: it gets what it wants.
+void spareTheCounters() {
+    static constinit std::atomic<bool> isSpared = false;
+    if (!isSpared.exchange(true)) {
+        const Refused refused = plan.refused;
+        plan.refused = Refused::Nothing;
+        if (atexit([] { plan.refused = Refused::Nothing; }) != 0) {
+            abort();
+        }
+        plan.refused = refused;
+    }
+}
+#endif
+
 void* noMemory() {
+#ifdef VX_COVERAGE
+    spareTheCounters();
+#endif
     errno = ENOMEM;
     return nullptr;
 }
