@@ -84,14 +84,6 @@ void sayDifferent(Row& row, const std::vector<Difference>& differences, bool asB
     addDetail(row, namesOf(differences));
 }
 
-void compareApplication(Row& row, std::size_t files, std::size_t differing) {
-    row.readBack = differing == 0 ? ReadBack::Same : ReadBack::Unknown;
-    if (differing != 0) {
-        addDetail(row, fmt::format("{} of {} the same, the rest only the application can compare",
-                                   files - std::min(files, differing), countText(files, "file")));
-    }
-}
-
 class Comparer {
  public:
     Comparer(const Expectation& expected, const ComparedState& after, const std::vector<VXClone>& unread,
@@ -118,7 +110,7 @@ class Comparer {
         }
         const bool unread = std::find(unread_.begin(), unread_.end(), row.category) != unread_.end();
         if (unread || isEmpty(wanted) || (isEmpty(found) && row.verdict == Verdict::NotReported)) {
-            row.readBack = ReadBack::Unknown;
+            sayUnknown(row);
             result_.complete = result_.complete && !unread;
             if (unread) {
                 addDetail(row, "it could not be saved again");
@@ -155,12 +147,6 @@ class Comparer {
         std::vector<Difference> differences = differencesOf(wanted, found);
         if (row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
             compareApplication(row, wanted.entries.size(), differences.size());
-            if (row.readBack == ReadBack::Unknown && outcomeLost_) {
-                doubt(row);
-            }
-            // Nobody said that it was loaded, and its bytes do not show it.
-            const bool inDoubt = row.verdict == Verdict::NotReported && row.readBack == ReadBack::Unknown;
-            result_.complete = result_.complete && !inDoubt;
             return;
         }
         const std::size_t beside = staysBeside(row) ? removeAdded(differences) : 0;
@@ -175,6 +161,26 @@ class Comparer {
             expected_.before && differencesOf(partOf(*expected_.before, row), found).empty();
         sayDifferent(row, differences, asBefore);
         result_.differences.insert(result_.differences.end(), differences.begin(), differences.end());
+    }
+
+    /// Other bytes need not be a difference.
+    void compareApplication(Row& row, std::size_t files, std::size_t differing) {
+        if (differing == 0) {
+            row.readBack = ReadBack::Same;
+            return;
+        }
+        addDetail(row, fmt::format("{} of {} the same, the rest only the application can compare",
+                                   files - std::min(files, differing), countText(files, "file")));
+        sayUnknown(row);
+        // Nobody said that it was loaded, and its bytes do not show it.
+        result_.complete = result_.complete && row.verdict != Verdict::NotReported;
+    }
+
+    void sayUnknown(Row& row) const {
+        row.readBack = ReadBack::Unknown;
+        if (outcomeLost_ && row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
+            doubt(row);
+        }
     }
 
     const Expectation& expected_;

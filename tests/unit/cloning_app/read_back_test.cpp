@@ -110,6 +110,11 @@ TEST_F(ReadBackTest, outcomeThatMayBeAnotherApplicationsIsNotTakenForItsOwn) {
     doubted = rows;
     EXPECT_TRUE(compareRows(expected_, after_, unread_, doubted).complete);
     EXPECT_EQ(textOf(doubted.back()), "done, read back: same");
+    expected_.package.entries = {file("org.lost/data", "1")};
+    doubted = rows;
+    EXPECT_TRUE(compareRows(expected_, after_, unread_, doubted).complete) << "nothing was to be loaded";
+    EXPECT_EQ(textOf(doubted.back()),
+              "not reported, cannot be read back: the one outcome that came may be another application's");
 }
 
 TEST_F(ReadBackTest, filesBesideThoseOfTheHomeMenuStayAndAreCounted) {
