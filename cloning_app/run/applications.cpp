@@ -16,7 +16,7 @@ constexpr const char* kNotAsked = "not installed, or it did not start";
 constexpr const char* kMayBeAnothers = "the one outcome that came may be another application's";
 
 /// Whether the row tells of an application, be it that the library said nothing of any.
-bool isOutcome(const Row& row) {
+bool tellsOfApplication(const Row& row) {
     return row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA &&
            (row.verdict == Verdict::Done || row.verdict == Verdict::Failed ||
             row.verdict == Verdict::NotReported);
@@ -29,12 +29,12 @@ std::string firstScreenName(const std::string& identifier) {
 }  // namespace
 
 void nameApplications(std::vector<Row>& rows) {
-    const auto first = std::find_if(rows.begin(), rows.end(), isOutcome);
+    const auto first = std::find_if(rows.begin(), rows.end(), tellsOfApplication);
     if (first == rows.end()) {
         return;
     }
     const auto firstScreen = store::readString(kFirstScreenKey);
-    const bool hasOrvel = !firstScreen || std::count_if(rows.begin(), rows.end(), isOutcome) > 1;
+    const bool hasOrvel = !firstScreen || std::count_if(rows.begin(), rows.end(), tellsOfApplication) > 1;
     if (firstScreen) {
         const auto last = hasOrvel ? first + 1 : first;
         last->subject = firstScreenName(*firstScreen);

@@ -25,8 +25,8 @@ constexpr Unseen kUnseen[] = {
      "\"category\":\"was\",\"result\":\"not-reported\""},
     {"vconf_get_", "vconf/Vconf.json",
      "\"category\":\"settings-keys\",\"result\":\"success\",\"detail\":\"saved, "},
-    // By name, unless the library's list lost the other application's outcome: then none of them has any.
-    {"aul_launch_app", "org.vorta.orvel-app", "\"category\":\"apps\",\"result\":\"not-reported\""},
+    {"aul_launch_app", "org.vorta.orvel-app",
+     "\"result\":\"not-reported\",\"application\":\"org.vorta.orvel-app\""},
     // A television need not have a list of the hotel's channels.
     {"TVServiceAPI::CreateB2BControl", "tvs-chms/hotel-channels.backup", ""},
     {"IB2BControl::ExportChannelMap", "tvs-chms/hotel-channels.backup", ""},

@@ -59,8 +59,7 @@ TEST_F(LogosTest, saveWhereTheTelevisionDoesNotNameTheFolderFailsInsteadOfSaying
     FakePaths::instance().bootLogo.clear();
     EXPECT_EQ(textOf(save()[0]),
               "failed: the television does not say where its logos and its home menu are; switch it off and "
-              "on, then "
-              "try again");
+              "on, then try again");
     EXPECT_FALSE(std::filesystem::exists(root_ / "logo"));
 }
 
