@@ -6,11 +6,8 @@
 
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/run/applications.h"
-#include "cloning_app/run/compared_state.h"
-#include "cloning_app/run/logos.h"
 #include "cloning_app/run/quiet_view.h"
-#include "cloning_app/run/run_parts.h"
-#include "cloning_app/run/settings_store.h"
+#include "cloning_app/run/television_look.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -190,35 +187,6 @@ class Comparer {
     Comparison result_;
 };
 
-/// The state that a new backup shows, and the categories that it lacks.
-struct SecondLook {
-    ComparedState state;
-    std::vector<VXClone> unread;
-};
-
-Result<SecondLook> lookAgain(const CloneContext& context, const Tree& root) {
-    const auto results = saveTelevision(context);
-    if (!results) {
-        return tl::make_unexpected(results.error());
-    }
-    SecondLook look;
-    std::vector<Row> rows = saveLogos(root, context.stop);
-    for (const Outcome& outcome : results->outcomes()) {
-        rows.push_back(rowOf(outcome, Direction::Backup));
-    }
-    for (const Row& row : rows) {
-        if (row.verdict == Verdict::Failed) {
-            look.unread.push_back(row.category);
-        }
-    }
-    auto state = stateOfPackage(root);
-    if (!state) {
-        return tl::make_unexpected(state.error());
-    }
-    look.state = std::move(*state);
-    return look;
-}
-
 }  // namespace
 
 Comparison compareRows(const Expectation& expected, const ComparedState& after,
@@ -238,11 +206,7 @@ Comparison readBack(const CloneContext& context, const StagedPackage& package, c
     context.view.notice("Reading the television back.");
     QuietView quiet(context.view);
     const CloneContext inner{context.engine, quiet, context.stop, context.cloneRoot, context.disk};
-    const auto reported = store::readString(kResultKey);
-    const auto look = lookAgain(inner, package.tree());
-    if (reported) {
-        store::writeString(kResultKey, *reported);
-    }
+    const auto look = lookAtTelevision(inner, package.tree());
     if (!look) {
         return {{}, {"The television could not be read back: " + look.error().sentence + "."}, false};
     }

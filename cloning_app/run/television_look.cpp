@@ -1,0 +1,69 @@
+#include "cloning_app/run/television_look.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "cloning_app/run/applications.h"
+#include "cloning_app/run/compared_state.h"
+#include "cloning_app/run/logos.h"
+#include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/settings_store.h"
+
+namespace vxclone {
+
+namespace {
+
+/// Puts the library's result list back at its end.
+class KeptResults {
+ public:
+    KeptResults() : results_(store::readString(kResultKey)) {}
+    KeptResults(const KeptResults&) = delete;
+    KeptResults& operator=(const KeptResults&) = delete;
+    ~KeptResults() {
+        if (results_) {
+            store::writeString(kResultKey, *results_);
+        }
+    }
+
+ private:
+    std::optional<std::string> results_;
+};
+
+bool shouldBeReported(VXClone category) {
+    return handlingOf(categoryOf(category), Direction::Backup) == Handling::Reported;
+}
+
+/// Sorts out the categories of which nobody knows that they were saved.
+void nameTheUnsaved(TelevisionLook& look) {
+    for (const Row& row : look.rows) {
+        if (row.verdict == Verdict::Failed) {
+            look.unread.push_back(row.category);
+        } else if (row.verdict == Verdict::NotReported && shouldBeReported(row.category)) {
+            look.unreported.push_back(row.category);
+        }
+    }
+}
+
+}  // namespace
+
+Result<TelevisionLook> lookAtTelevision(const CloneContext& context, const Tree& root) {
+    const KeptResults kept;
+    const auto results = saveTelevision(context);
+    if (!results) {
+        return tl::make_unexpected(results.error());
+    }
+    TelevisionLook look;
+    look.rows =
+        tableRows(Direction::Backup, allCategories(), results->outcomes(), saveLogos(root, context.stop));
+    nameApplications(look.rows);
+    nameTheUnsaved(look);
+    auto state = stateOfPackage(root);
+    if (!state) {
+        return tl::make_unexpected(state.error());
+    }
+    look.state = std::move(*state);
+    return look;
+}
+
+}  // namespace vxclone
