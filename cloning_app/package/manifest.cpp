@@ -35,6 +35,19 @@ Json jsonOf(const ManifestResult& result) {
     return json;
 }
 
+Json jsonOf(const ManifestLack& lack) {
+    Json json = {{"category", escaped(lack.category)}, {"declared", lack.declared}};
+    if (!lack.what.empty()) {
+        json["what"] = escaped(lack.what);
+    }
+    return json;
+}
+
+ManifestLack lackIn(const Json& json) {
+    return {textIn(json, "category"), textOrNothingIn(json, "what"),
+            memberOf(json, "declared", Json::value_t::boolean).get<bool>()};
+}
+
 ManifestResult resultIn(const Json& json) {
     return {textIn(json, "category"), textIn(json, "result"), textOrNothingIn(json, "detail"),
             textOrNothingIn(json, "application")};
@@ -50,9 +63,16 @@ Manifest manifestFrom(const Json& json) {
                        timeIn(json, "madeAt"),
                        textIn(json, "madeBy"),
                        sourceIn(memberOf(json, "source", Json::value_t::object)),
+                       {},
                        {}};
     for (const Json& result : memberOf(json, "categories", Json::value_t::array)) {
         manifest.origin.results.push_back(resultIn(result));
+    }
+    if (json.contains("lacks")) {
+        manifest.origin.lacks.emplace();
+        for (const Json& lack : memberOf(json, "lacks", Json::value_t::array)) {
+            manifest.origin.lacks->push_back(lackIn(lack));
+        }
     }
     for (const Json& entry : memberOf(json, "entries", Json::value_t::array)) {
         PackageEntry read = entryIn(entry);
@@ -79,6 +99,12 @@ std::string manifestBody(const Manifest& manifest) {
                  {"entries", Json::array()}};
     for (const ManifestResult& result : origin.results) {
         json["categories"].push_back(jsonOf(result));
+    }
+    if (origin.lacks) {
+        json["lacks"] = Json::array();
+        for (const ManifestLack& lack : *origin.lacks) {
+            json["lacks"].push_back(jsonOf(lack));
+        }
     }
     for (const PackageEntry& entry : manifest.entries) {
         json["entries"].push_back(jsonOf(entry));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <tl/expected.hpp>
@@ -18,6 +19,13 @@ struct ManifestResult {
     std::string application = {};  ///< whose result it is, where a category has several
 };
 
+/// Something that a whole package of its television would hold, and this one does not.
+struct ManifestLack {
+    std::string category;   ///< as on the command line
+    std::string what = {};  ///< a setting's key, an application or a file; empty: all of the category
+    bool declared = false;  ///< the television has no such thing, as whoever made the package said
+};
+
 /// Where a package comes from.
 struct PackageOrigin {
     std::string name;    ///< for people
@@ -25,6 +33,7 @@ struct PackageOrigin {
     std::string madeBy;  ///< the program and its version
     Identity source;     ///< the television that it was made of
     std::vector<ManifestResult> results = {};
+    std::optional<std::vector<ManifestLack>> lacks = {};  ///< none of a package of an earlier vxclone
 };
 
 /// What a package says of itself. docs/package-format.md defines its form.

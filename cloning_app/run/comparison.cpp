@@ -1,7 +1,6 @@
 #include "cloning_app/run/comparison.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "cloning_app/package/layout.h"
@@ -11,27 +10,6 @@
 namespace vxclone {
 
 namespace {
-
-struct Spot {
-    std::string_view entry;  ///< at the top of a package
-    VXClone category;
-};
-
-/// What services put into a package beside these has no name that is known; applications have a folder with
-/// their id each.
-constexpr std::array kSpots = {
-    Spot{"factory.backup", VXCLONE_FACTORY_SETTINGS},
-    Spot{"picture-and-sound.backup", VXCLONE_AV_SETTINGS},
-    Spot{"web-applications.backup", VXCLONE_WAS_API_DATA},
-    Spot{"settings-data.backup", VXCLONE_SETTINGS_DATA},
-    Spot{kSettingsFolder, VXCLONE_VCONF_DATA},
-    Spot{"org.vorta.homedatacontrol-service", VXCLONE_HOME_INTERNAL_API_DATA},
-    Spot{"tvs-chms", VXCLONE_BROADCAST_TVS},
-    Spot{"tvtimer", VXCLONE_VXTV_TIMER_DATA},
-    Spot{"logo", VXCLONE_HOSPITALITY_LOGO},
-    Spot{"VXHotel", VXCLONE_VXHOTEL_HOMEAPP_DATA},
-    Spot{"VXMBRLogo", VXCLONE_VXHOTEL_MBR_LOGO},
-};
 
 void compareSettings(const ComparedState& first, const ComparedState& second,
                      std::vector<Difference>& differences) {
@@ -61,10 +39,8 @@ std::string_view categoryOfPath(std::string_view path) {
     if (path == kIdentityFile) {
         return "identity";
     }
-    const std::string_view top = path.substr(0, path.find('/'));
-    const auto* const spot =
-        std::find_if(kSpots.begin(), kSpots.end(), [top](const Spot& known) { return known.entry == top; });
-    return spot == kSpots.end() ? "other" : categoryOf(spot->category).name;
+    const auto category = categoryOfEntry(path.substr(0, path.find('/')));
+    return category ? categoryOf(*category).name : "other";
 }
 
 std::vector<Difference> differencesOf(const ComparedState& first, const ComparedState& second) {
