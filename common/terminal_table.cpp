@@ -1,37 +1,142 @@
 #include "common/terminal_table.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iterator>
+#include <limits>
+#include <numeric>
 #include <utility>
+
+#include "common/character_width.h"
 
 namespace vxcommon {
 
 namespace {
 
-constexpr std::array kColourCodes = {"", "\x1b[32m", "\x1b[31m", "\x1b[2m"};
+constexpr std::array kColourCodes = {"", "\x1b[32m", "\x1b[31m", "\x1b[33m", "\x1b[2m"};
+static_assert(kColourCodes.size() == static_cast<std::size_t>(Colour::Dim) + 1);
 constexpr std::string_view kColourEnd = "\x1b[0m";
 constexpr std::string_view kColumnGap = "  ";
 
-void appendHexadecimal(std::string& text, unsigned char byte) {
+void appendHexadecimal(std::string& text, std::string_view bytes) {
     constexpr std::string_view kDigits = "0123456789abcdef";
-    text += "\\x";
-    text += kDigits[byte >> 4U];
-    text += kDigits[byte & 0x0FU];
+    for (const char each : bytes) {
+        const auto byte = static_cast<unsigned char>(each);
+        text += "\\x";
+        text += kDigits[byte >> 4U];
+        text += kDigits[byte & 0x0FU];
+    }
 }
 
-void appendCell(std::string& line, const Cell& cell, std::size_t width, bool last, bool coloured) {
-    const std::string text = printable(cell.text);
-    line += paint(text, cell.colour, coloured);
-    if (!last) {
-        line.append(width - displayWidth(text), ' ');
-        line += kColumnGap;
+bool steersATerminal(std::string_view character) {
+    constexpr unsigned char kSecondControlSet = 0xC2U;  // with 0x80 to 0x9F behind it
+    const auto first = static_cast<unsigned char>(character.front());
+    return first < 0x20U || first == 0x7FU ||
+           (first == kSecondControlSet && static_cast<unsigned char>(character[1]) < 0xA0U);
+}
+
+std::size_t longestWord(std::string_view text) {
+    std::size_t longest = 0;
+    for (std::size_t at = 0; at <= text.size();) {
+        const std::size_t end = std::min(text.find(' ', at), text.size());
+        longest = std::max(longest, displayWidth(text.substr(at, end - at)));
+        at = end + 1;
+    }
+    return longest;
+}
+
+/// What a column's cells need.
+struct ColumnNeed {
+    std::size_t words = 1;  ///< to break no word
+    std::size_t cells = 1;  ///< to break nothing
+};
+
+using Widths = std::vector<std::size_t>;
+
+std::size_t sumOf(const Widths& widths) {
+    return std::accumulate(widths.begin(), widths.end(), std::size_t{0});
+}
+
+/// The widths where no column gets more than `most`; but its words stay whole when `wholeWords`.
+Widths widthsUpTo(std::size_t most, const std::vector<ColumnNeed>& needs, bool wholeWords) {
+    Widths widths;
+    for (const ColumnNeed& need : needs) {
+        widths.push_back(std::max(wholeWords ? need.words : 1, std::min(need.cells, most)));
+    }
+    return widths;
+}
+
+/// Divides the room among the columns: the widest give way first, and words are broken only where all of them
+/// cannot stay whole.
+Widths divide(std::size_t room, const std::vector<ColumnNeed>& needs) {
+    Widths whole;
+    std::transform(needs.begin(), needs.end(), std::back_inserter(whole),
+                   [](const ColumnNeed& need) { return need.cells; });
+    if (sumOf(whole) <= room) {
+        return whole;
+    }
+    const bool wholeWords = sumOf(widthsUpTo(1, needs, true)) <= room;
+    Widths widths = widthsUpTo(1, needs, wholeWords);
+    for (std::size_t most = 2; most <= room; ++most) {
+        Widths wider = widthsUpTo(most, needs, wholeWords);
+        if (sumOf(wider) > room) {
+            break;
+        }
+        widths = std::move(wider);
+    }
+    return widths;
+}
+
+/// What breaking between words leaves free goes to the columns that are still broken, the last first.
+void useWhatIsFree(Widths& widths, std::size_t room, const std::vector<std::vector<Cell>>& lines,
+                   const std::vector<ColumnNeed>& needs) {
+    Widths used(widths.size(), 1);
+    for (const std::vector<Cell>& line : lines) {
+        for (std::size_t column = 0; column < line.size(); ++column) {
+            for (const std::string& piece : brokenInto(line[column].text, widths[column])) {
+                used[column] = std::max(used[column], displayWidth(piece));
+            }
+        }
+    }
+    widths = std::move(used);
+    for (std::size_t column = widths.size(); column-- > 0 && sumOf(widths) < room;) {
+        const std::size_t wanted = std::max(needs[column].cells, widths[column]) - widths[column];
+        widths[column] += std::min(wanted, room - sumOf(widths));
+    }
+}
+
+void appendRow(std::string& text, const std::vector<Cell>& cells, const Widths& widths, bool coloured) {
+    std::vector<std::vector<std::string>> pieces;
+    std::size_t height = 1;
+    for (std::size_t column = 0; column < cells.size(); ++column) {
+        pieces.push_back(brokenInto(cells[column].text, widths[column]));
+        height = std::max(height, pieces.back().size());
+    }
+    for (std::size_t row = 0; row < height; ++row) {
+        std::size_t blanks = 0;
+        for (std::size_t column = 0; column < cells.size(); ++column) {
+            const std::string piece = row < pieces[column].size() ? pieces[column][row] : std::string();
+            if (!piece.empty()) {
+                text.append(blanks, ' ');
+                text += paint(piece, cells[column].colour, coloured);
+                blanks = 0;
+            }
+            const std::size_t used = displayWidth(piece);
+            blanks += widths[column] - std::min(used, widths[column]) + kColumnGap.size();
+        }
+        text += '\n';
     }
 }
 
 }  // namespace
+
+Screen screenAt(int descriptor) {
+    return {columnsAt(descriptor), isTerminal(descriptor), wantsColour(descriptor)};
+}
 
 bool isTerminal(int descriptor) {
     return isatty(descriptor) == 1;
@@ -39,6 +144,12 @@ bool isTerminal(int descriptor) {
 
 bool wantsColour(int descriptor) {
     return isTerminal(descriptor) && std::getenv("NO_COLOR") == nullptr;
+}
+
+std::size_t columnsAt(int descriptor) {
+    winsize size{};
+    const bool known = ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
+    return known ? size.ws_col : kUsualColumns;
 }
 
 std::string paint(std::string_view text, Colour colour, bool coloured) {
@@ -49,60 +160,118 @@ std::string paint(std::string_view text, Colour colour, bool coloured) {
 }
 
 std::size_t displayWidth(std::string_view text) {
-    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char byte) {
-        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-    }));
+    std::size_t columns = 0;
+    for (std::size_t at = 0; at < text.size();) {
+        const Character character = characterAt(text, at);
+        columns += character.columns;
+        at += character.bytes;
+    }
+    return columns;
+}
+
+std::string_view beginningOf(std::string_view text, std::size_t columns) {
+    std::size_t used = 0;
+    std::size_t at = 0;
+    while (at < text.size()) {
+        const Character character = characterAt(text, at);
+        used += character.columns;
+        if (used > columns) {
+            break;
+        }
+        at += character.bytes;
+    }
+    return text.substr(0, at);
 }
 
 std::string printable(std::string_view text) {
-    constexpr unsigned char kSecondControlSet = 0xC2U;  // with 0x80 to 0x9F behind it
     std::string result;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const auto byte = static_cast<unsigned char>(text[at]);
-        const auto next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0U;
-        if (byte < 0x20U || byte == 0x7FU) {
-            appendHexadecimal(result, byte);
-        } else if (byte == kSecondControlSet && next >= 0x80U && next < 0xA0U) {
-            appendHexadecimal(result, byte);
-            appendHexadecimal(result, static_cast<unsigned char>(next));
-            ++at;
+    for (std::size_t at = 0; at < text.size();) {
+        const Character character = characterAt(text, at);
+        const std::string_view bytes = text.substr(at, character.bytes);
+        if (!character.valid || steersATerminal(bytes)) {
+            appendHexadecimal(result, bytes);
         } else {
-            result += text[at];
+            result += bytes;
         }
+        at += character.bytes;
     }
     return result;
+}
+
+std::vector<std::string> brokenInto(std::string_view text, std::size_t columns) {
+    std::vector<std::string> lines;
+    std::string_view rest = text;
+    while (displayWidth(rest) > columns) {
+        std::string_view line = beginningOf(rest, columns);
+        if (line.empty()) {
+            line = rest.substr(0, characterAt(rest, 0).bytes);  // wider than the line: it has to go somewhere
+        }
+        // A blank behind the line's end may be where it is broken.
+        const std::size_t blank = rest.substr(0, line.size() + 1).rfind(' ');
+        const std::size_t wordEnd =
+            blank == std::string_view::npos ? blank : rest.substr(0, blank + 1).find_last_not_of(' ');
+        line = wordEnd == std::string_view::npos ? line : rest.substr(0, wordEnd + 1);
+        lines.emplace_back(line);
+        rest.remove_prefix(line.size());
+        rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
+    }
+    if (!rest.empty() || lines.empty()) {
+        lines.emplace_back(rest);
+    }
+    return lines;
+}
+
+std::string sentenceFor(const Screen& screen, std::string_view sentence, std::size_t indent) {
+    if (!screen.terminal) {
+        return std::string(sentence);
+    }
+    const std::size_t columns = screen.columns > indent ? screen.columns - indent : 1;
+    std::string text;
+    for (const std::string& line : brokenInto(sentence, columns)) {
+        text += text.empty() ? line : "\n" + std::string(indent, ' ') + line;
+    }
+    return text;
 }
 
 TerminalTable::TerminalTable(std::vector<std::string> headings) : headings_(std::move(headings)) {}
 
 void TerminalTable::addRow(std::vector<Cell> cells) {
     cells.resize(headings_.size());
+    for (Cell& cell : cells) {
+        cell.text = printable(cell.text);
+    }
     rows_.push_back(std::move(cells));
 }
 
-std::string TerminalTable::render(bool coloured) const {
-    std::vector<std::vector<Cell>> lines;
-    lines.emplace_back();
+std::string TerminalTable::render(const Screen& screen) const {
+    std::vector<std::vector<Cell>> lines(1);
     for (const std::string& heading : headings_) {
-        lines.front().push_back({heading, Colour::Dim});
+        lines.front().push_back({printable(heading), Colour::Dim});
     }
     lines.insert(lines.end(), rows_.begin(), rows_.end());
 
-    std::vector<std::size_t> widths(headings_.size(), 0);
+    std::vector<ColumnNeed> needs(headings_.size());
     for (const std::vector<Cell>& line : lines) {
         for (std::size_t column = 0; column < line.size(); ++column) {
-            widths[column] = std::max(widths[column], displayWidth(printable(line[column].text)));
+            ColumnNeed& need = needs[column];
+            need.words = std::max(need.words, longestWord(line[column].text));
+            need.cells = std::max(need.cells, displayWidth(line[column].text));
         }
     }
+    const std::size_t gaps = kColumnGap.size() * (needs.empty() ? 0 : needs.size() - 1);
+    const std::size_t room = screen.columns > gaps ? screen.columns - gaps : 0;
+    Widths widths = divide(room, needs);
+    useWhatIsFree(widths, room, lines, needs);
 
     std::string text;
     for (const std::vector<Cell>& line : lines) {
-        for (std::size_t column = 0; column < line.size(); ++column) {
-            appendCell(text, line[column], widths[column], column + 1 == line.size(), coloured);
-        }
-        text += '\n';
+        appendRow(text, line, widths, screen.coloured);
     }
     return text;
+}
+
+std::string TerminalTable::render(bool coloured) const {
+    return render({std::numeric_limits<std::size_t>::max(), false, coloured});
 }
 
 }  // namespace vxcommon

@@ -7,7 +7,8 @@
 
 namespace vxcommon {
 
-enum class Colour { Plain, Good, Bad, Dim };
+/// Good and bad are known; `Doubt` is what nobody could judge.
+enum class Colour { Plain, Good, Bad, Doubt, Dim };
 
 /// One cell of a table: its text, and the colour it gets on a terminal.
 struct Cell {
@@ -15,27 +16,61 @@ struct Cell {
     Colour colour = Colour::Plain;
 };
 
+/// How wide a table is where no terminal says it.
+inline constexpr std::size_t kUsualColumns = 80;
+
+/// Where text for people goes.
+struct Screen {
+    std::size_t columns = kUsualColumns;  ///< no line of a table is longer
+    bool terminal = false;                ///< a person's terminal, and no file or pipe
+    bool coloured = false;
+};
+
+/// What is at the descriptor now: the columns of its terminal, or the usual ones; colours on a terminal, and
+/// there only without NO_COLOR.
+Screen screenAt(int descriptor);
+
 /// Whether text written to the descriptor reaches a person's terminal: colours, a live bar and line
 /// rewriting are for it alone. Respects NO_COLOR only in `wantsColour`.
 bool isTerminal(int descriptor);
 bool wantsColour(int descriptor);
 
+/// How many columns the terminal at the descriptor has now; the usual ones where there is none.
+std::size_t columnsAt(int descriptor);
+
 /// The text in the colour, or unchanged when `coloured` is false.
 std::string paint(std::string_view text, Colour colour, bool coloured);
 
-/// How many columns the UTF-8 text takes on a terminal, one for each character.
+/// How many columns the UTF-8 text takes on a terminal.
 std::size_t displayWidth(std::string_view text);
 
+/// The part of the text, from its beginning, that takes no more than so many columns.
+std::string_view beginningOf(std::string_view text, std::size_t columns);
+
 /// Text for a terminal or a line of a log: control characters, which a name on a stick may hold, are
-/// written as \xNN, so that no text of somebody else's steers the terminal.
+/// written as \xNN, so that no text of somebody else's steers the terminal. So is what is no UTF-8.
 std::string printable(std::string_view text);
 
-/// Rows under headings, in columns as wide as their widest cell. Cells are passed through `printable`.
+/// The text in lines of at most `columns` (1 or more) each, broken between words; a word that is longer than
+/// a line is broken where the line ends. One line at least; an empty one for an empty text.
+std::vector<std::string> brokenInto(std::string_view text, std::size_t columns);
+
+/// The sentence for the screen, without a line feed at its end. On a terminal it is broken between words,
+/// and all lines but the first begin with `indent` blanks. Elsewhere it is one line, whatever its length, so
+/// that programs find it.
+std::string sentenceFor(const Screen& screen, std::string_view sentence, std::size_t indent = 0);
+
+/// Rows under headings. Cells are passed through `printable`. Each column is as wide as its widest cell where
+/// the screen has room for all; else the widest ones give way, and their cells are broken between words and
+/// go on in the next line, in their column. Only a screen too narrow for one character in each column is
+/// overrun.
 class TerminalTable {
  public:
     explicit TerminalTable(std::vector<std::string> headings);
     void addRow(std::vector<Cell> cells);
-    /// The whole table, each line ended by a line feed; colours only where `coloured`.
+    /// The whole table, each line ended by a line feed; no line ends with blanks.
+    std::string render(const Screen& screen) const;
+    /// The same as wide as its cells want.
     std::string render(bool coloured) const;
 
  private:

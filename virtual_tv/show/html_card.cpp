@@ -15,6 +15,8 @@ std::string classOf(Colour colour) {
             return "good";
         case Colour::Bad:
             return "bad";
+        case Colour::Doubt:
+            return "doubt";
         case Colour::Dim:
             return "dim";
         case Colour::Plain:

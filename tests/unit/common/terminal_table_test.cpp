@@ -4,7 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
+
+#include <algorithm>
 
 namespace vxcommon {
 namespace {
@@ -30,7 +33,7 @@ TEST(TerminalTable, colouredTableKeepsItsColumns) {
 TEST(TerminalTable, shortRowIsFilledUp) {
     TerminalTable table({"a", "b"});
     table.addRow({{"x"}});
-    EXPECT_EQ(table.render(false), "a  b\nx  \n");
+    EXPECT_EQ(table.render(false), "a  b\nx\n");
 }
 
 TEST(TerminalTable, charactersOfSeveralBytesCountOnce) {
@@ -44,6 +47,154 @@ TEST(TerminalTable, cellThatWouldSteerTheTerminalIsMadeVisible) {
     TerminalTable table({"n"});
     table.addRow({{"a\x1b[2Jb\nc"}});
     EXPECT_EQ(table.render(false), "n\na\\x1b[2Jb\\x0ac\n");
+}
+
+Screen columns(std::size_t count) {
+    return {count, false, false};
+}
+
+/// The columns of the widest line.
+std::size_t widestLine(const std::string& text) {
+    std::size_t widest = 0;
+    for (std::size_t begin = 0; begin < text.size();) {
+        const std::size_t end = text.find('\n', begin);
+        widest = std::max(widest, displayWidth(std::string_view(text).substr(begin, end - begin)));
+        begin = end + 1;
+    }
+    return widest;
+}
+
+TerminalTable sampleTable() {
+    TerminalTable table({"category", "", "result"});
+    table.addRow({{"settings-keys"}, {"settings"}, {"applied, 54 settings, read back: same"}});
+    table.addRow({{"home-menu"},
+                  {"home menu and set-top-box icons"},
+                  {"done, read back: same: 3 files beside the package's stay"}});
+    return table;
+}
+
+TEST(TerminalTable, tableOf120ColumnsBreaksNothing) {
+    EXPECT_EQ(
+        sampleTable().render(columns(120)),
+        "category                                        result\n"
+        "settings-keys  settings                         applied, 54 settings, read back: same\n"
+        "home-menu      home menu and set-top-box icons  done, read back: same: 3 files beside the package's "
+        "stay\n");
+}
+
+TEST(TerminalTable, tableOf80ColumnsBreaksTheWidestColumnBetweenWords) {
+    EXPECT_EQ(sampleTable().render(columns(80)),
+              "category                                        result\n"
+              "settings-keys  settings                         applied, 54 settings, read back:\n"
+              "                                                same\n"
+              "home-menu      home menu and set-top-box icons  done, read back: same: 3 files\n"
+              "                                                beside the package's stay\n");
+}
+
+TEST(TerminalTable, tableOf60ColumnsBreaksSeveralColumnsAndLinesGoOnInTheirColumn) {
+    EXPECT_EQ(sampleTable().render(columns(60)),
+              "category                          result\n"
+              "settings-keys  settings           applied, 54 settings, read\n"
+              "                                  back: same\n"
+              "home-menu      home menu and      done, read back: same: 3\n"
+              "               set-top-box icons  files beside the package's\n"
+              "                                  stay\n");
+}
+
+TEST(TerminalTable, wordThatIsLongerThanItsColumnIsBrokenHard) {
+    TerminalTable table({"setting", "value"});
+    table.addRow({{"db/vxhotel/hotelmenu/welcomemessage"}, {"Good morning"}});
+    EXPECT_EQ(table.render(columns(20)),
+              "setting    value\n"
+              "db/vxhote  Good\n"
+              "l/hotelme  morning\n"
+              "nu/welcom\n"
+              "emessage\n");
+}
+
+TEST(TerminalTable, noLineIsLongerThanTheScreenWhateverTheCells) {
+    for (std::size_t width = 10; width < 100; ++width) {
+        EXPECT_LE(widestLine(sampleTable().render(columns(width))), width);
+    }
+}
+
+TEST(TerminalTable, screenTooNarrowForOneCharacterInEachColumnIsOverrunAndNothingIsLost) {
+    TerminalTable table({"a", "b"});
+    table.addRow({{"12"}, {"34"}});
+    EXPECT_EQ(table.render(columns(2)), "a  b\n1  3\n2  4\n");
+    EXPECT_EQ(table.render(columns(0)), "a  b\n1  3\n2  4\n");
+}
+
+TEST(TerminalTable, wideCharactersTakeTwoColumnsAndAreNotCut) {
+    TerminalTable table({"name", "x"});
+    table.addRow({{"\u4e2d\u6587\u9891\u9053"}, {"1"}});
+    table.addRow({{"abc"}, {"2"}});
+    EXPECT_EQ(table.render(columns(80)),
+              "name      x\n"
+              "\u4e2d\u6587\u9891\u9053  1\n"
+              "abc       2\n");
+    EXPECT_EQ(table.render(columns(8)),
+              "name   x\n"
+              "\u4e2d\u6587   1\n"
+              "\u9891\u9053\n"
+              "abc    2\n");
+}
+
+TEST(TerminalTable, combiningCharactersTakeNoColumnAndStayWithTheirLetter) {
+    TerminalTable table({"n", "v"});
+    table.addRow({{"e\u0301e\u0301e\u0301"}, {"1"}});
+    EXPECT_EQ(table.render(columns(80)), "n    v\ne\u0301e\u0301e\u0301  1\n");
+    EXPECT_EQ(table.render(columns(5)), "n   v\ne\u0301e\u0301  1\ne\u0301\n");
+}
+
+TEST(TerminalTable, brokenCellIsColouredInEachLineAndBlanksAreNot) {
+    TerminalTable table({"a", "b"});
+    table.addRow({{"one two", Colour::Bad}, {"x", Colour::Doubt}});
+    EXPECT_EQ(table.render(Screen{6, true, true}),
+              "\x1b[2ma\x1b[0m    \x1b[2mb\x1b[0m\n"
+              "\x1b[31mone\x1b[0m  \x1b[33mx\x1b[0m\n"
+              "\x1b[31mtwo\x1b[0m\n");
+}
+
+TEST(BrokenInto, textIsBrokenBetweenWordsAndTheBlanksThereGo) {
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(brokenInto("one two three", 7), (Lines{"one two", "three"}));
+    EXPECT_EQ(brokenInto("one  two", 4), (Lines{"one", "two"}));
+    EXPECT_EQ(brokenInto("one  two", 8), (Lines{"one  two"}));
+    EXPECT_EQ(brokenInto("one   ", 3), (Lines{"one"}));
+    EXPECT_EQ(brokenInto("a overlong", 4), (Lines{"a", "over", "long"}));
+    EXPECT_EQ(brokenInto("  overlong", 4), (Lines{"  ov", "erlo", "ng"}));
+    EXPECT_EQ(brokenInto("", 4), (Lines{""}));
+    EXPECT_EQ(brokenInto("\u4e2d\u6587", 1), (Lines{"\u4e2d", "\u6587"}));
+}
+
+TEST(SentenceFor, sentenceOnATerminalIsBrokenAndIndented) {
+    const Screen terminal{20, true, false};
+    EXPECT_EQ(sentenceFor(terminal, "Safe to remove the stick now."),
+              "Safe to remove the\n"
+              "stick now.");
+    EXPECT_EQ(sentenceFor(terminal, "  key  one -> another", 4),
+              "  key  one ->\n"
+              "    another");
+    EXPECT_EQ(sentenceFor(terminal, "Short."), "Short.");
+}
+
+TEST(SentenceFor, sentenceElsewhereStaysOneLine) {
+    EXPECT_EQ(sentenceFor(columns(20), "Safe to remove the stick now."), "Safe to remove the stick now.");
+}
+
+TEST(DisplayWidth, widthIsThatOfTheTerminal) {
+    EXPECT_EQ(displayWidth("hotel"), 5U);
+    EXPECT_EQ(displayWidth("h\u00f4tel"), 5U);
+    EXPECT_EQ(displayWidth("ho\u0302tel"), 5U);
+    EXPECT_EQ(displayWidth("\u9152\u5e97"), 4U);
+    EXPECT_EQ(beginningOf("\u9152\u5e97", 3), "\u9152");
+    EXPECT_EQ(beginningOf("e\u0301e\u0301", 1), "e\u0301");
+    EXPECT_EQ(beginningOf("ab", 5), "ab");
+}
+
+TEST(Printable, whatIsNoUtf8IsWrittenAsNumbers) {
+    EXPECT_EQ(printable("a\xff\xc3"), "a\\xff\\xc3");
 }
 
 TEST(Printable, controlCharactersAreWrittenAsNumbers) {
@@ -63,6 +214,8 @@ TEST(Terminal, fileIsNoneAndWantsNoColour) {
     const int descriptor = open("/dev/null", O_WRONLY | O_CLOEXEC);
     EXPECT_FALSE(isTerminal(descriptor));
     EXPECT_FALSE(wantsColour(descriptor));
+    EXPECT_EQ(columnsAt(descriptor), kUsualColumns);
+    EXPECT_FALSE(screenAt(descriptor).terminal);
     close(descriptor);
 }
 
@@ -76,6 +229,13 @@ TEST(Terminal, terminalWantsColourUnlessToldOtherwise) {
     unsetenv("NO_COLOR");
     EXPECT_TRUE(isTerminal(terminal));
     EXPECT_TRUE(wantsColour(terminal));
+    EXPECT_EQ(columnsAt(terminal), kUsualColumns);  // nobody said how wide it is
+    winsize size{};
+    size.ws_col = 61;
+    ASSERT_EQ(ioctl(terminal, TIOCSWINSZ, &size), 0);
+    const Screen screen = screenAt(terminal);
+    EXPECT_EQ(screen.columns, 61U);
+    EXPECT_TRUE(screen.terminal && screen.coloured);
     setenv("NO_COLOR", "1", 1);
     EXPECT_FALSE(wantsColour(terminal));
     unsetenv("NO_COLOR");

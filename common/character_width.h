@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace vxcommon {
+
+/// One character of a text in UTF-8.
+struct Character {
+    std::size_t bytes;
+    std::size_t columns;  ///< that it takes on a terminal: 0, 1 or 2
+    bool valid;           ///< false for a byte that is no UTF-8, which counts as a character of one column
+};
+
+/// The character that begins at the byte `at`, which must be one of the text's.
+Character characterAt(std::string_view text, std::size_t at);
+
+}  // namespace vxcommon
