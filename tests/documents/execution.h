@@ -1,0 +1,24 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "tests/documents/plan.h"
+
+namespace vxtest {
+
+/// Where the commands of a document run.
+struct Workplace {
+    std::string folder;
+    std::string searchPath;
+    std::chrono::seconds timeLimit = std::chrono::minutes(4);  ///< for the whole document
+};
+
+/// Runs the steps of a document one after the other in one shell, and compares.
+///
+/// Result: what is wrong in the document, a sentence each with the place; those of the plan come first. A
+/// plan with problems is not run.
+std::vector<std::string> problemsOf(const Plan& plan, const Workplace& workplace);
+
+}  // namespace vxtest
