@@ -8,7 +8,7 @@ namespace vxclone {
 
 namespace {
 
-struct Arguments {
+struct BackupArguments {
     std::string folder;
     std::string name;
     bool named = false;
@@ -18,7 +18,7 @@ struct Arguments {
 }  // namespace
 
 void addBackupCommand(CLI::App& app, Action& chosen) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<BackupArguments>();
     CLI::App* const verb = app.add_subcommand("backup", "Save this television into a folder on a stick");
     verb->add_option("DIR", arguments->folder, "The folder, such as /media/usb/clone")->required();
     const CLI::Option* const name =

@@ -9,7 +9,7 @@ namespace vxclone {
 
 namespace {
 
-struct Arguments {
+struct DiffArguments {
     std::string folder;
     std::string other;
     bool compared = false;
@@ -19,7 +19,7 @@ struct Arguments {
 }  // namespace
 
 void addDiffCommand(CLI::App& app, Action& chosen) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<DiffArguments>();
     CLI::App* const verb =
         app.add_subcommand("diff", "Show what a restore changes, or how two packages differ");
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();

@@ -8,7 +8,7 @@ namespace vxclone {
 
 namespace {
 
-struct Arguments {
+struct InspectArguments {
     std::string folder;
     bool files = false;
     bool json = false;
@@ -17,7 +17,7 @@ struct Arguments {
 }  // namespace
 
 void addInspectCommand(CLI::App& app, Action& chosen) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<InspectArguments>();
     CLI::App* const verb = app.add_subcommand("inspect", "Show what is in a package, without loading it");
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
     verb->add_flag("--files", arguments->files, "Name every file");

@@ -8,7 +8,7 @@ namespace vxclone {
 
 namespace {
 
-struct Arguments {
+struct ListArguments {
     std::string folder = kMediaFolder;
     bool json = false;
 };
@@ -16,7 +16,7 @@ struct Arguments {
 }  // namespace
 
 void addListCommand(CLI::App& app, Action& chosen) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<ListArguments>();
     CLI::App* const verb = app.add_subcommand("list", "Find the packages on the sticks, and say which fit");
     verb->add_option("DIR", arguments->folder, "Look here, and two levels below; else in /media");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");

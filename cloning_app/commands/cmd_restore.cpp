@@ -9,7 +9,7 @@ namespace vxclone {
 
 namespace {
 
-struct Arguments {
+struct RestoreArguments {
     std::string folder;
     std::string only;
     std::string except;
@@ -35,7 +35,7 @@ std::string isDigest(const std::string& text) {
 }
 
 /// The categories that `--only` and `--except` leave.
-Result<std::vector<VXClone>> listOf(const Arguments& arguments) {
+Result<std::vector<VXClone>> listOf(const RestoreArguments& arguments) {
     if (!arguments.all) {
         return parseCategories(arguments.only);
     }
@@ -58,7 +58,7 @@ Result<std::vector<VXClone>> listOf(const Arguments& arguments) {
                : Result<std::vector<VXClone>>(std::move(list));
 }
 
-Result<Report> restoreAsTold(const CloneContext& context, const Arguments& arguments) {
+Result<Report> restoreAsTold(const CloneContext& context, const RestoreArguments& arguments) {
     const auto list = listOf(arguments);
     if (!list) {
         return tl::make_unexpected(list.error());
@@ -74,7 +74,7 @@ Result<Report> restoreAsTold(const CloneContext& context, const Arguments& argum
 }  // namespace
 
 void addRestoreCommand(CLI::App& app, Action& chosen) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<RestoreArguments>();
     CLI::App* const verb = app.add_subcommand("restore", "Load a package on a stick into this television");
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
     const CLI::Option* const only =

@@ -13,12 +13,12 @@ namespace vxclone {
 
 namespace {
 
-struct Arguments {
+struct StatusArguments {
     bool follow = false;
     bool json = false;
 };
 
-Result<Status> statusAsTold(const Arguments& arguments) {
+Result<Status> statusAsTold(const StatusArguments& arguments) {
     const auto folder = recordFolderOf(kCloneRoot);
     auto status = readStatus(folder);
     if (!arguments.follow || !status || !status->last || !status->last->goingOn) {
@@ -31,7 +31,7 @@ Result<Status> statusAsTold(const Arguments& arguments) {
     return status;
 }
 
-int tellStatus(const Arguments& arguments) {
+int tellStatus(const StatusArguments& arguments) {
     const bool coloured = vxcommon::wantsColour(STDOUT_FILENO);
     const auto output =
         statusAsTold(arguments).map([coloured](const Status& status) { return outputOf(status, coloured); });
@@ -41,7 +41,7 @@ int tellStatus(const Arguments& arguments) {
 }  // namespace
 
 void addStatusCommand(CLI::App& app, Action& chosen) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<StatusArguments>();
     CLI::App* const verb =
         app.add_subcommand("status", "Say what became of the last run, or how this one goes");
     verb->add_flag("--follow", arguments->follow, "Watch the run that is going on until its end");

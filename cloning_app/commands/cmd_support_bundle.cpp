@@ -13,13 +13,13 @@ namespace vxclone {
 
 namespace {
 
-struct Arguments {
+struct SupportBundleArguments {
     std::string file;
     std::string log;
     bool json = false;
 };
 
-Result<Output> makeBundle(const Arguments& arguments) {
+Result<Output> makeBundle(const SupportBundleArguments& arguments) {
     return bundleFiles({recordFolderOf(kCloneRoot), arguments.log}, redactorOfTelevision())
         .and_then([](const std::vector<ArchiveEntry>& files) { return tarOf(files, secondsNow()); })
         .and_then([&](const std::string& tar) { return writeNewFile(arguments.file, tar); })
@@ -34,7 +34,7 @@ Result<Output> makeBundle(const Arguments& arguments) {
 }  // namespace
 
 void addSupportBundleCommand(CLI::App& app, Action& chosen) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<SupportBundleArguments>();
     CLI::App* const verb =
         app.add_subcommand("support-bundle", "Put what a support engineer needs into one file");
     verb->add_option("FILE", arguments->file, "The tar archive to make; it must not exist")->required();

@@ -6,7 +6,7 @@ namespace vxclone {
 
 namespace {
 
-struct Arguments {
+struct UndoArguments {
     bool noReadBack = false;
     bool json = false;
 };
@@ -14,7 +14,7 @@ struct Arguments {
 }  // namespace
 
 void addUndoCommand(CLI::App& app, Action& chosen) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<UndoArguments>();
     CLI::App* const verb = app.add_subcommand("undo", "Go back to how it was before the last restore");
     verb->add_flag("--no-read-back", arguments->noReadBack,
                    "Do not back the television up again to see what it holds");

@@ -7,7 +7,7 @@ namespace vxclone {
 
 namespace {
 
-struct Arguments {
+struct VerifyArguments {
     std::string folder;
     bool json = false;
 };
@@ -15,7 +15,7 @@ struct Arguments {
 }  // namespace
 
 void addVerifyCommand(CLI::App& app, Action& chosen) {
-    const auto arguments = std::make_shared<Arguments>();
+    const auto arguments = std::make_shared<VerifyArguments>();
     CLI::App* const verb = app.add_subcommand("verify", "Say whether a package fits here and is unaltered");
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");

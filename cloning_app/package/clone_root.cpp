@@ -13,11 +13,11 @@ namespace vxclone {
 
 namespace {
 
-constexpr mode_t kFolderMode = 0755;
+constexpr mode_t kCloneFolderMode = 0755;
 
 /// Makes the folder and those above it. Result: 0, or the system's reason (errno).
 int makeFolders(const std::filesystem::path& path) {
-    if (mkdir(path.c_str(), kFolderMode) == 0 || errno == EEXIST) {
+    if (mkdir(path.c_str(), kCloneFolderMode) == 0 || errno == EEXIST) {
         return 0;
     }
     if (errno != ENOENT || !path.has_parent_path() || path.parent_path() == path) {
@@ -26,7 +26,7 @@ int makeFolders(const std::filesystem::path& path) {
     if (const int reason = makeFolders(path.parent_path()); reason != 0) {
         return reason;
     }
-    return mkdir(path.c_str(), kFolderMode) == 0 || errno == EEXIST ? 0 : errno;
+    return mkdir(path.c_str(), kCloneFolderMode) == 0 || errno == EEXIST ? 0 : errno;
 }
 
 TreeSize sumOf(const TreeSize& one, const TreeSize& other) {

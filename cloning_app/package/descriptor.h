@@ -1,10 +1,14 @@
 #pragma once
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <utility>
 
 namespace vxclone {
+
+/// How a folder is opened that somebody may exchange for a link.
+inline constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 /// An open file descriptor, closed at the end of its life. A negative number stands for none.
 class Descriptor {

@@ -11,7 +11,7 @@ namespace vxclone {
 
 namespace {
 
-constexpr std::size_t kBlockBytes = std::size_t{128} << 10U;
+constexpr std::size_t kDigestBlockBytes = std::size_t{128} << 10U;
 
 }  // namespace
 
@@ -55,7 +55,7 @@ std::string digestOf(std::string_view text) {
 
 std::string digestOfFile(int file) {
     Sha256 digest;
-    std::vector<char> block(kBlockBytes);
+    std::vector<char> block(kDigestBlockBytes);
     for (;;) {
         const ssize_t got = read(file, block.data(), block.size());
         if (got < 0 && errno != EINTR) {

@@ -11,7 +11,7 @@ namespace vxclone {
 
 namespace {
 
-constexpr mode_t kFolderMode = 0777;
+constexpr mode_t kStickFolderMode = 0777;
 
 int flushOrFlushAll(int descriptor) {
     if (fsync(descriptor) == 0) {
@@ -42,7 +42,7 @@ DiskCalls realDiskCalls() {
         [](int directory, const char* from, const char* to, unsigned flags) {
             return renameat2(directory, from, directory, to, flags);
         },
-        [](int directory, const char* name) { return mkdirat(directory, name, kFolderMode); }};
+        [](int directory, const char* name) { return mkdirat(directory, name, kStickFolderMode); }};
 }
 
 }  // namespace vxclone

@@ -72,7 +72,7 @@ std::string pathOf(const Tree& package) {
     return vxcommon::printable(package.path + "/" + kManifestFile);
 }
 
-tl::unexpected<Error> damaged(const Tree& package, const std::string& why) {
+tl::unexpected<Error> manifestDamaged(const Tree& package, const std::string& why) {
     return failure(ErrorCode::Altered, fmt::format("{} {}; make a new backup", pathOf(package), why));
 }
 
@@ -119,11 +119,11 @@ Result<std::optional<ReadManifest>> readManifest(const Tree& package, const std:
                         pathOf(package), vxcommon::printable(parts->version)));
     }
     if (major != kMajor || parts->body.empty() || (*text)->size() > kMostManifestBytes) {
-        return damaged(package, "is no manifest");
+        return manifestDamaged(package, "is no manifest");
     }
     auto manifest = manifestIn(parts->body);
     if (!manifest) {
-        return damaged(package, manifest.error());
+        return manifestDamaged(package, manifest.error());
     }
     const std::string authenticated = canonical(parts->version, parts->body);
     return std::optional(

@@ -14,9 +14,8 @@ constexpr const char* kSafety = "Safety";
 constexpr const char* kNewSafety = "Safety.new";
 constexpr const char* kOldSafety = "Safety.old";
 constexpr const char* kAside = "Clone.aside";
-constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 /// What is in it opens the television: only the application's user looks into it.
-constexpr mode_t kFolderMode = 0700;
+constexpr mode_t kSafetyFolderMode = 0700;
 
 tl::unexpected<Error> cannotWrite(const std::string& path, int reason) {
     return tl::make_unexpected(writeError(Place::Television, path, reason));
@@ -38,7 +37,7 @@ Result<void> moveContents(const Tree& from, int to, const std::string& toPath) {
 /// An empty folder of that name, in place of whatever has the name.
 Result<Descriptor> makeFolder(int parent, const std::string& parentPath, const char* name) {
     int reason = removeTree(parent, name);
-    if (reason == 0 && mkdirat(parent, name, kFolderMode) != 0) {
+    if (reason == 0 && mkdirat(parent, name, kSafetyFolderMode) != 0) {
         reason = errno;
     }
     Descriptor made(reason == 0 ? openat(parent, name, kOpenFolder) : -1);

@@ -28,7 +28,7 @@ std::string settingsPath(const Tree& package) {
     return package.path + "/" + std::string(kSettingsFile);
 }
 
-tl::unexpected<Error> damaged(const Tree& package, const std::string& why) {
+tl::unexpected<Error> settingsDamaged(const Tree& package, const std::string& why) {
     return failure(ErrorCode::SettingsDamaged, vxcommon::printable(settingsPath(package)) + " " + why +
                                                    "; make the package again with vxclone backup");
 }
@@ -52,7 +52,7 @@ Result<std::string> readWhole(const Tree& package, int file) {
         return tl::make_unexpected(readError(package.place, settingsPath(package), errno));
     }
     if (!S_ISREG(facts.st_mode)) {
-        return damaged(package, "is not a file");
+        return settingsDamaged(package, "is not a file");
     }
     const auto wanted =
         std::min<std::uintmax_t>(kMostSettingsBytes, static_cast<std::uintmax_t>(facts.st_size)) + 1;
@@ -69,7 +69,7 @@ Result<std::string> readWhole(const Tree& package, int file) {
         size += got < 0 ? 0 : static_cast<std::size_t>(got);
     }
     if (size > kMostSettingsBytes) {
-        return damaged(package, "is larger than 16 MiB");
+        return settingsDamaged(package, "is larger than 16 MiB");
     }
     text.resize(size);
     return text;
@@ -118,11 +118,12 @@ Result<Json> parsed(const Tree& package, const std::string& text) {
             return document;
         }
     } catch (const vxcommon::WrongMember& wrong) {
-        return damaged(package, "is damaged: " + vxcommon::printable(wrong.member) + " " + wrong.reason);
+        return settingsDamaged(package,
+                               "is damaged: " + vxcommon::printable(wrong.member) + " " + wrong.reason);
     } catch (const Json::parse_error&) {
-        return damaged(package, "is damaged: it is no JSON");
+        return settingsDamaged(package, "is damaged: it is no JSON");
     }
-    return damaged(package, "is damaged: it is no list of settings");
+    return settingsDamaged(package, "is damaged: it is no list of settings");
 }
 
 }  // namespace

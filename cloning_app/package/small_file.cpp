@@ -14,7 +14,7 @@ namespace vxclone {
 
 namespace {
 
-constexpr mode_t kFileMode = 0664;
+constexpr mode_t kSmallFileMode = 0664;
 
 /// Result: 0, or the system's reason (errno).
 int writeAll(int file, const std::string& content) {
@@ -68,7 +68,7 @@ Result<void> writeSmallFile(const Tree& folder, const std::string& name, const s
     int reason = removeTree(folder.descriptor, name);
     if (reason == 0) {
         const Descriptor file(openat(folder.descriptor, name.c_str(),
-                                     O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kFileMode));
+                                     O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kSmallFileMode));
         reason = file.valid() ? writeAll(file.get(), content) : errno;
     }
     if (reason != 0) {

@@ -15,8 +15,6 @@ namespace vxclone {
 
 namespace {
 
-constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-
 /// The folder as an absolute path without a slash, "." or ".." at its end.
 std::filesystem::path normalised(const std::filesystem::path& folder) {
     std::error_code none;

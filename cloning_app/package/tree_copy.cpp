@@ -15,8 +15,8 @@ namespace vxclone {
 
 namespace {
 
-constexpr std::size_t kBlockBytes = std::size_t{128} << 10U;
-constexpr mode_t kFileMode = 0666;
+constexpr std::size_t kCopyBlockBytes = std::size_t{128} << 10U;
+constexpr mode_t kCopiedFileMode = 0666;
 /// Files whose data is on its way to the disk while the next ones are read. A flush of each file by itself
 /// would let the disk empty its memory each time, which takes longer than the writing.
 constexpr std::size_t kFilesOnTheirWay = 16;
@@ -59,11 +59,11 @@ class Copy final : public TreeVisitor {
           flush_(flush),
           calls_(calls),
           stop_(stop),
-          buffer_(kBlockBytes) {}
+          buffer_(kCopyBlockBytes) {}
 
     Result<void> file(const TreeEntry& entry, int descriptor) override {
         Descriptor target(openat(currentFolder(), entry.name.c_str(),
-                                 O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kFileMode));
+                                 O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kCopiedFileMode));
         if (!target.valid()) {
             return tl::make_unexpected(writeError(to_.place, pathOf(entry), errno));
         }

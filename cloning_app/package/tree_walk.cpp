@@ -17,7 +17,6 @@ namespace vxclone {
 
 namespace {
 
-constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr int kOpenFile = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 constexpr const char* kSpecial = "a link or a special file";
 /// Deeper trees are left in place rather than followed with one descriptor a level.

@@ -17,7 +17,7 @@ namespace {
 
 /// So much is written between two steps that are shown: a second or two on a slow stick.
 constexpr std::uint64_t kBytesOfAStep = std::uint64_t{8} << 20U;
-constexpr std::uint64_t kWholePercent = 100;
+constexpr std::uint64_t kWholeCopyPercent = 100;
 
 /// The calls of the context, which show how much of a package of this size is written.
 DiskCalls withProgress(const CloneContext& context, std::uint64_t bytes) {
@@ -28,7 +28,7 @@ DiskCalls withProgress(const CloneContext& context, std::uint64_t bytes) {
         const std::uint64_t before = done;
         done += written < 0 ? 0U : static_cast<std::uint64_t>(written);
         if (done / kBytesOfAStep != before / kBytesOfAStep) {
-            const std::uint64_t percent = std::min(done * kWholePercent / bytes, kWholePercent);
+            const std::uint64_t percent = std::min(done * kWholeCopyPercent / bytes, kWholeCopyPercent);
             context.view.progress({static_cast<int>(percent)});
         }
         context.view.tick();

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "cloning_app/package/descriptor.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/run/looking.h"
 #include "cloning_app/run/package_facts.h"
@@ -16,7 +17,6 @@ namespace {
 
 using vxcommon::Colour;
 
-constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr std::size_t kLevels = 2;
 /// More folders than this on sticks are not looked into.
 constexpr std::size_t kMostFolders = 2000;

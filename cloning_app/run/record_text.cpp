@@ -18,7 +18,7 @@ constexpr std::int64_t kMostExitStatus = 255;
 /// The end of the year 9999: later than any clock of a television.
 constexpr std::int64_t kLatestTime = 253'402'300'799;
 
-constexpr std::array<std::string_view, 3> kKinds = {"backup", "restore", "undo"};
+constexpr std::array<std::string_view, 3> kRunKinds = {"backup", "restore", "undo"};
 constexpr std::array<std::string_view, 7> kPhases = {"staging",   "safety",       "saving", "writing",
                                                      "restoring", "reading-back", "done"};
 
@@ -95,7 +95,7 @@ std::optional<RunRecord> recordOf(const Json& object) {
     if (!object.is_object() || number(object, "version", kFormatVersion) != kFormatVersion) {
         return std::nullopt;
     }
-    const auto kind = named<RunKind>(object, "kind", kKinds);
+    const auto kind = named<RunKind>(object, "kind", kRunKinds);
     const auto phase = named<RunPhase>(object, "phase", kPhases);
     const auto package = text(object, "package");
     const auto digest = text(object, "digest");
@@ -118,7 +118,7 @@ std::optional<RunRecord> recordOf(const Json& object) {
 }  // namespace
 
 std::string_view nameOf(RunKind kind) {
-    return kKinds.at(static_cast<std::size_t>(kind));
+    return kRunKinds.at(static_cast<std::size_t>(kind));
 }
 
 std::string_view nameOf(RunPhase phase) {

@@ -18,7 +18,7 @@ namespace {
 constexpr const char* kNewSealFile = "validate.vxclone-new";
 
 // What the library's check of the identity answers.
-constexpr int kLibraryFits = 0;
+constexpr int kSealFits = 0;
 
 std::string in(const Tree& package, std::string_view name) {
     return package.path + "/" + std::string(name);
@@ -57,7 +57,7 @@ Result<void> recordIdentity(CloneEngine& engine, const Tree& package, const Iden
     if (!readBack) {
         return tl::make_unexpected(readBack.error());
     }
-    if (*readBack != kLibraryFits) {
+    if (*readBack != kSealFits) {
         return notSealed(fmt::format("the clone library does not accept the {} of this television (code {})",
                                      kIdentityFile, *readBack));
     }

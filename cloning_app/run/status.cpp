@@ -15,7 +15,7 @@ namespace vxclone {
 
 namespace {
 
-constexpr std::chrono::milliseconds kPollInterval{50};
+constexpr std::chrono::milliseconds kFollowInterval{50};
 
 Direction directionOf(const std::optional<LastRun>& last) {
     return last && last->record.kind == RunKind::Backup ? Direction::Backup : Direction::Restore;
@@ -175,7 +175,7 @@ Result<Status> followRun(const std::filesystem::path& folder, ProgressView& view
             view.progress({percent, 0, 0, std::nullopt});
         }
         view.tick();
-        std::this_thread::sleep_for(kPollInterval);
+        std::this_thread::sleep_for(kFollowInterval);
     }
 }
 

@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Options {
+struct AppOptions {
     std::string television;
     std::string application;
     std::string folder;
@@ -33,7 +33,7 @@ struct Row {
     std::uintmax_t dataSize = 0;
 };
 
-Result<Folder> folderOf(const Options& options) {
+Result<Folder> folderOf(const AppOptions& options) {
     return Television::open(options.television).map([](const Television& television) {
         return television.folder();
     });
@@ -77,7 +77,7 @@ void printRows(const std::vector<Row>& rows) {
     printJson(document);
 }
 
-int list(const Options& options) {
+int list(const AppOptions& options) {
     const auto folder = folderOf(options);
     if (!folder) {
         return complain(folder.error());
@@ -102,7 +102,7 @@ int list(const Options& options) {
     return written != kExitOk ? written : status;
 }
 
-int install(const Options& options) {
+int install(const AppOptions& options) {
     const auto manifest = folderOf(options).and_then(
         [&options](const Folder& folder) { return Applications(folder).install(options.folder); });
     if (!manifest) {
@@ -112,7 +112,7 @@ int install(const Options& options) {
     return finishOutput();
 }
 
-int start(const Options& options) {
+int start(const AppOptions& options) {
     const auto folder = folderOf(options);
     if (!folder) {
         return complain(folder.error());
@@ -131,7 +131,7 @@ int start(const Options& options) {
     return finishOutput();
 }
 
-int stop(const Options& options) {
+int stop(const AppOptions& options) {
     const auto stopped = folderOf(options).and_then([&options](const Folder& folder) {
         return Applications(folder).find(options.application).and_then([&](const ApplicationManifest&) {
             return stopApplication(folder, options.application);
@@ -144,9 +144,9 @@ int stop(const Options& options) {
     return finishOutput();
 }
 
-using Run = int (*)(const Options&);
+using Run = int (*)(const AppOptions&);
 
-CLI::App* addVerb(CLI::App& app, const std::shared_ptr<Options>& options, Action& chosen, const char* name,
+CLI::App* addVerb(CLI::App& app, const std::shared_ptr<AppOptions>& options, Action& chosen, const char* name,
                   const char* help, Run run) {
     auto* const verb = app.add_subcommand(name, help);
     verb->add_option("DIR", options->television, "The television")->required();
@@ -158,7 +158,7 @@ CLI::App* addVerb(CLI::App& app, const std::shared_ptr<Options>& options, Action
 
 void addAppCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("app", "List, install, start and stop a television's applications");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<AppOptions>();
     verb->require_subcommand(1);
     addVerb(*verb, options, chosen, "list", "Show the applications and which of them run", list)
         ->add_flag("--json", options->json, "For programs");

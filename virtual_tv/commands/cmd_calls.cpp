@@ -15,7 +15,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-struct Options {
+struct CallsOptions {
     std::string folder;
     bool clear = false;
     bool json = false;
@@ -60,7 +60,7 @@ int show(const CallLog& log, bool json) {
     return finishOutput();
 }
 
-int run(const Options& options) {
+int run(const CallsOptions& options) {
     const Result<Television> television = Television::open(options.folder);
     if (!television) {
         return complain(television.error());
@@ -76,7 +76,7 @@ int run(const Options& options) {
 
 void addCallsCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("calls", "List the platform calls that were made");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<CallsOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     auto* const json = verb->add_flag("--json", options->json, "For programs: one object a line");
     verb->add_flag("--clear", options->clear, "Forget them instead")->excludes(json);

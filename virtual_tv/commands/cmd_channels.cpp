@@ -19,24 +19,24 @@ using vxcommon::Colour;
 using vxcommon::TerminalTable;
 using Json = nlohmann::ordered_json;
 
-struct Options {
+struct ChannelsOptions {
     std::string folder;
     bool json = false;
 };
 
-struct Content {
+struct ChannelContent {
     ChannelMap map;
     std::vector<HotelChannel> hotelList;
     std::vector<NavigationEntry> navigation;
 };
 
-Result<Content> contentOf(const std::string& folder) {
+Result<ChannelContent> contentOf(const std::string& folder) {
     const Result<Television> television = Television::open(folder);
     if (!television) {
         return tl::make_unexpected(television.error());
     }
     const ChannelStore store(television->database());
-    Content content;
+    ChannelContent content;
     return store.map()
         .and_then([&](ChannelMap map) {
             content.map = std::move(map);
@@ -123,8 +123,8 @@ std::string navigationTable(const std::vector<NavigationEntry>& navigation, bool
     return table.render(coloured);
 }
 
-int show(const Options& options) {
-    const Result<Content> content = contentOf(options.folder);
+int show(const ChannelsOptions& options) {
+    const Result<ChannelContent> content = contentOf(options.folder);
     if (!content) {
         return complain(content.error());
     }
@@ -145,7 +145,7 @@ int show(const Options& options) {
 
 void addChannelsCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("channels", "List channels, hotel list and navigation lists");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ChannelsOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_flag("--json", options->json, "For programs: also the transponders with all they are");
     verb->callback([options, &chosen] { chosen = [options] { return show(*options); }; });

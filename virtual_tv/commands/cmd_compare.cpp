@@ -16,7 +16,7 @@ namespace {
 using vxcommon::Colour;
 using Json = nlohmann::ordered_json;
 
-struct Options {
+struct CompareOptions {
     std::string first;
     std::string second;
     bool json = false;
@@ -33,7 +33,7 @@ struct Outcome {
     }
 };
 
-Result<Outcome> compare(const Options& options) {
+Result<Outcome> compare(const CompareOptions& options) {
     const Result<Television> first = Television::open(options.first);
     const Result<Television> second =
         first ? Television::open(options.second) : tl::make_unexpected(first.error());
@@ -77,7 +77,7 @@ std::string identityLine(const std::string& folder, const Identity& identity) {
            "\n";
 }
 
-void printOutcomeText(const Options& options, const Outcome& outcome) {
+void printOutcomeText(const CompareOptions& options, const Outcome& outcome) {
     const bool coloured = vxcommon::wantsColour(STDOUT_FILENO);
     print(identityLine(options.first, outcome.first) + identityLine(options.second, outcome.second));
     for (const AreaComparison& area : outcome.areas) {
@@ -97,7 +97,7 @@ void printOutcomeText(const Options& options, const Outcome& outcome) {
     }
 }
 
-int show(const Options& options) {
+int show(const CompareOptions& options) {
     const Result<Outcome> outcome = compare(options);
     if (!outcome) {
         return complain(outcome.error());
@@ -115,7 +115,7 @@ int show(const Options& options) {
 
 void addCompareCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("compare", "Say in what two televisions differ");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<CompareOptions>();
     verb->add_option("DIR1", options->first, "A television")->required();
     verb->add_option("DIR2", options->second, "Another one")->required();
     verb->add_flag("--json", options->json, "For programs");

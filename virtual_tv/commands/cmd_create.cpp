@@ -12,12 +12,12 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct CreateOptions {
     std::string folder;
     std::string profile;
 };
 
-int create(const Options& options) {
+int create(const CreateOptions& options) {
     const auto profile = ProfileShelf::ofThisProgram().find(options.profile).and_then(readProfile);
     if (!profile) {
         return complain(profile.error());
@@ -34,7 +34,7 @@ int create(const Options& options) {
 
 void addCreateCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("create", "Make a television in a new folder");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<CreateOptions>();
     verb->add_option("DIR", options->folder, "The folder to make; its parent must exist")->required();
     verb->add_option("--profile", options->profile, "A shipped profile's name, or a profile's .json file")
         ->option_text("NAME|FILE")

@@ -13,13 +13,13 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct FaultOptions {
     std::string folder;
     Fault fault;
     bool json = false;
 };
 
-int add(const Options& options) {
+int add(const FaultOptions& options) {
     const auto id = Television::open(options.folder).and_then([&options](const Television& television) {
         return television.faults().add(options.fault);
     });
@@ -30,7 +30,7 @@ int add(const Options& options) {
     return finishOutput();
 }
 
-int clear(const Options& options) {
+int clear(const FaultOptions& options) {
     const auto count = Television::open(options.folder).and_then([](const Television& television) {
         return television.faults().clear();
     });
@@ -58,11 +58,11 @@ void printTable(const std::vector<Fault>& faults) {
     print(faults.empty() ? "no faults\n" : table.render(vxcommon::wantsColour(STDOUT_FILENO)));
 }
 
-nlohmann::ordered_json toJson(const std::optional<int>& value) {
+nlohmann::ordered_json numberOrNull(const std::optional<int>& value) {
     return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json(nullptr);
 }
 
-int list(const Options& options) {
+int list(const FaultOptions& options) {
     const auto faults = Television::open(options.folder).and_then([](const Television& television) {
         return television.faults().list();
     });
@@ -79,8 +79,8 @@ int list(const Options& options) {
                             {"call", fault.call},
                             {"nth", fault.nth},
                             {"fromThenOn", fault.fromThenOn},
-                            {"status", toJson(fault.status)},
-                            {"delayMs", toJson(fault.delayMs)},
+                            {"status", numberOrNull(fault.status)},
+                            {"delayMs", numberOrNull(fault.delayMs)},
                             {"seen", fault.seen}});
     }
     printJson(document);
@@ -95,7 +95,7 @@ std::string callNames() {
     return text;
 }
 
-void addAdd(CLI::App& fault, const std::shared_ptr<Options>& options, Action& chosen) {
+void addAdd(CLI::App& fault, const std::shared_ptr<FaultOptions>& options, Action& chosen) {
     auto* const verb = fault.add_subcommand("add", "Make a platform call fail, or late");
     verb->add_option("CALL", options->fault.call, "The call, such as vconf_set_int")->required();
     verb->add_option("--nth", options->fault.nth, "Act on this call, counted from now (default 1)")
@@ -115,7 +115,7 @@ void addAdd(CLI::App& fault, const std::shared_ptr<Options>& options, Action& ch
 
 void addFaultCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("fault", "Plan how platform calls fail");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<FaultOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->require_subcommand(1);
     addAdd(*verb, options, chosen);

@@ -12,13 +12,13 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct GetOptions {
     std::string folder;
     std::string key;
     bool json = false;
 };
 
-int get(const Options& options) {
+int get(const GetOptions& options) {
     const Result<Setting> setting =
         Television::open(options.folder).and_then([&options](const Television& television) {
             return television.settings().get(options.key);
@@ -41,7 +41,7 @@ int get(const Options& options) {
 
 void addGetCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("get", "Show the value of one setting");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<GetOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_option("KEY", options->key, "The setting, such as db/hotel/dooreye")->required();
     verb->add_flag("--json", options->json, "For programs: key, type and value");

@@ -14,7 +14,7 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct InfoOptions {
     std::string folder;
     bool json = false;
 };
@@ -63,7 +63,7 @@ void printInfoTable(const Info& info) {
     print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
 }
 
-int show(const Options& options) {
+int show(const InfoOptions& options) {
     const Result<Info> info = Television::open(options.folder).and_then(infoOf);
     if (!info) {
         return complain(info.error());
@@ -76,7 +76,7 @@ int show(const Options& options) {
 
 void addInfoCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("info", "Show what kind of television it is");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<InfoOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_flag("--json", options->json, "For programs");
     verb->callback([options, &chosen] { chosen = [options] { return show(*options); }; });

@@ -14,7 +14,7 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct KeyfileOptions {
     std::string television;
     std::string file;
     std::string secret;
@@ -26,7 +26,7 @@ std::string shippedKey(const char* name) {
     return (ProfileShelf::ofThisProgram().folder() / "keys" / name).string();
 }
 
-Result<void> makeKeyFile(const Options& options) {
+Result<void> makeKeyFile(const KeyfileOptions& options) {
     const auto secret = readFleetSecret(options.secret);
     if (!secret) {
         return tl::make_unexpected(secret.error());
@@ -39,7 +39,7 @@ Result<void> makeKeyFile(const Options& options) {
         });
 }
 
-int create(const Options& options) {
+int create(const KeyfileOptions& options) {
     if (const auto made = makeKeyFile(options); !made) {
         return complain(made.error());
     }
@@ -47,7 +47,7 @@ int create(const Options& options) {
     return finishOutput();
 }
 
-int install(const Options& options) {
+int install(const KeyfileOptions& options) {
     const auto placed =
         Television::open(options.television).and_then([&options](const Television& television) {
             return placeKeyFile(television.folder(), options.file, options.force);
@@ -60,7 +60,7 @@ int install(const Options& options) {
     return finishOutput();
 }
 
-void addCreate(CLI::App& keyfile, const std::shared_ptr<Options>& options, Action& chosen) {
+void addCreate(CLI::App& keyfile, const std::shared_ptr<KeyfileOptions>& options, Action& chosen) {
     auto* const verb = keyfile.add_subcommand("create", "Make a key file with a new random key");
     options->secret = shippedKey("demonstration.secret");
     options->client = shippedKey("client.json");
@@ -75,7 +75,7 @@ void addCreate(CLI::App& keyfile, const std::shared_ptr<Options>& options, Actio
     verb->callback([options, &chosen] { chosen = [options] { return create(*options); }; });
 }
 
-void addInstall(CLI::App& keyfile, const std::shared_ptr<Options>& options, Action& chosen) {
+void addInstall(CLI::App& keyfile, const std::shared_ptr<KeyfileOptions>& options, Action& chosen) {
     auto* const verb = keyfile.add_subcommand("install", "Give a television a key file");
     verb->add_option("DIR", options->television, "The television")->required();
     verb->add_option("FILE", options->file, "A key file made with the installation secret of its fleet")
@@ -89,7 +89,7 @@ void addInstall(CLI::App& keyfile, const std::shared_ptr<Options>& options, Acti
 
 void addKeyfileCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("keyfile", "Make key files, and give them to televisions");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<KeyfileOptions>();
     verb->require_subcommand(1);
     addCreate(*verb, options, chosen);
     addInstall(*verb, options, chosen);

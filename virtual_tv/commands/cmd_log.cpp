@@ -18,7 +18,7 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct LogOptions {
     std::string folder;
     bool follow = false;
 };
@@ -101,7 +101,7 @@ Result<void> showLog(const std::filesystem::path& path, bool follow) {
     return waited;
 }
 
-int run(const Options& options) {
+int run(const LogOptions& options) {
     const Result<void> shown =
         Television::open(options.folder).and_then([&options](const Television& television) {
             return showLog(television.folder().dlog(), options.follow);
@@ -113,7 +113,7 @@ int run(const Options& options) {
 
 void addLogCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("log", "Show the television's log");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<LogOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_flag("--follow,-f", options->follow, "Go on showing new lines until interrupted");
     verb->callback([options, &chosen] { chosen = [options] { return run(*options); }; });

@@ -13,37 +13,38 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct ServicesOptions {
     std::string folder;
     std::string name;
     bool json = false;
 };
 
 /// What a television has of a service.
-struct Content {
+struct ServiceContent {
     std::string name;
     Texts carried;
     Texts kept;
 };
 
-Content contentOf(SQLite::Database& connection, const DataService& service) {
+ServiceContent contentOf(SQLite::Database& connection, const DataService& service) {
     return {std::string(service.name), service.texts(connection),
             service.keptTexts != nullptr ? service.keptTexts(connection) : Texts()};
 }
 
-Result<std::vector<Content>> contentsIn(const Television& television) {
-    return television.database().read([](SQLite::Database& connection) -> Result<std::vector<Content>> {
-        std::vector<Content> contents;
-        for (const DataService& service : dataServices()) {
-            if (hasDataService(connection, service.name)) {
-                contents.push_back(contentOf(connection, service));
+Result<std::vector<ServiceContent>> contentsIn(const Television& television) {
+    return television.database().read(
+        [](SQLite::Database& connection) -> Result<std::vector<ServiceContent>> {
+            std::vector<ServiceContent> contents;
+            for (const DataService& service : dataServices()) {
+                if (hasDataService(connection, service.name)) {
+                    contents.push_back(contentOf(connection, service));
+                }
             }
-        }
-        return contents;
-    });
+            return contents;
+        });
 }
 
-Result<Content> contentIn(const Television& television, const std::string& name) {
+Result<ServiceContent> contentIn(const Television& television, const std::string& name) {
     return television.database().read([&name](SQLite::Database& connection) {
         return requireDataService(connection, name).map([&] {
             return contentOf(connection, *findDataService(name));
@@ -58,7 +59,7 @@ int listServices(const Television& television, bool json) {
     }
     vxcommon::TerminalTable table({"SERVICE", "CLONED", "KEPT"});
     auto document = nlohmann::ordered_json::array();
-    for (const Content& content : *contents) {
+    for (const ServiceContent& content : *contents) {
         table.addRow({{content.name},
                       {std::to_string(content.carried.size())},
                       {std::to_string(content.kept.size())}});
@@ -69,7 +70,7 @@ int listServices(const Television& television, bool json) {
     return finishOutput();
 }
 
-void printContent(const Content& content) {
+void printContent(const ServiceContent& content) {
     vxcommon::TerminalTable table({"NAME", "VALUE", "CLONED"});
     for (const auto& [name, value] : content.carried) {
         table.addRow({{name}, {value}, {"yes"}});
@@ -82,8 +83,8 @@ void printContent(const Content& content) {
     print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
 }
 
-int showService(const Television& television, const Options& options) {
-    const Result<Content> content = contentIn(television, options.name);
+int showService(const Television& television, const ServicesOptions& options) {
+    const Result<ServiceContent> content = contentIn(television, options.name);
     if (!content) {
         return complain(content.error());
     }
@@ -95,7 +96,7 @@ int showService(const Television& television, const Options& options) {
     return finishOutput();
 }
 
-int show(const Options& options) {
+int show(const ServicesOptions& options) {
     const Result<Television> television = Television::open(options.folder);
     if (!television) {
         return complain(television.error());
@@ -107,7 +108,7 @@ int show(const Options& options) {
 
 void addServicesCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("services", "List the services that own data, or the data of one");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ServicesOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_option("NAME", options->name, "The service whose data is shown");
     verb->add_flag(

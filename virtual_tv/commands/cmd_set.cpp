@@ -10,14 +10,14 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct SetOptions {
     std::string folder;
     std::string key;
     std::optional<std::string> value;
 };
 
 /// The value as it was typed. One that begins with a dash is what the parser leaves over.
-Result<std::string> valueOf(const Options& options, std::vector<std::string> rest) {
+Result<std::string> valueOf(const SetOptions& options, std::vector<std::string> rest) {
     if (!rest.empty() && rest.front() == "--") {
         rest.erase(rest.begin());
     }
@@ -32,7 +32,7 @@ Result<std::string> valueOf(const Options& options, std::vector<std::string> res
                                 : "there is more than one value; put quotes around one that holds blanks");
 }
 
-Result<void> set(const Options& options, const std::string& text) {
+Result<void> set(const SetOptions& options, const std::string& text) {
     const Result<Television> television = Television::open(options.folder);
     if (!television) {
         return tl::make_unexpected(television.error());
@@ -49,7 +49,7 @@ Result<void> set(const Options& options, const std::string& text) {
 
 void addSetCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("set", "Change one setting");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SetOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_option("KEY", options->key, "The setting; its type is fixed")->required();
     verb->add_option("VALUE", options->value, "A number, a switch (0 1 true false on off) or a text");

@@ -12,7 +12,7 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct SettingsOptions {
     std::string folder;
     bool json = false;
 };
@@ -28,7 +28,7 @@ void printTable(const std::vector<Setting>& settings) {
     print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
 }
 
-int list(const Options& options) {
+int list(const SettingsOptions& options) {
     const auto settings = Television::open(options.folder).and_then([](const Television& television) {
         return television.settings().list();
     });
@@ -54,7 +54,7 @@ int list(const Options& options) {
 
 void addSettingsCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("settings", "List all settings");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SettingsOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_flag("--json", options->json,
                    "For programs: key, type, value and whether it is a run's status");

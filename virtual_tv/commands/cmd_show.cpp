@@ -21,7 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct Options {
+struct ShowOptions {
     std::string folder;
     std::string html;
     bool all = false;
@@ -43,7 +43,7 @@ Result<void> checkPlace(const fs::path& file, bool force) {
     return {};
 }
 
-Result<void> writePage(const Options& options, const show::Page& page) {
+Result<void> writePage(const ShowOptions& options, const show::Page& page) {
     const std::time_t now = std::time(nullptr);
     std::tm local{};
     localtime_r(&now, &local);
@@ -51,14 +51,14 @@ Result<void> writePage(const Options& options, const show::Page& page) {
     return writePrivateFile(options.html, document, options.force ? Existing::Replace : Existing::Refuse);
 }
 
-Result<show::Page> gather(const Options& options) {
+Result<show::Page> gather(const ShowOptions& options) {
     return Television::open(options.folder).and_then([&options](const Television& television) {
         return show::gatherPage(television,
                                 options.all ? std::numeric_limits<std::size_t>::max() : show::kFirstChannels);
     });
 }
 
-int showAsFile(const Options& options) {
+int showAsFile(const ShowOptions& options) {
     const auto written =
         checkPlace(options.html, options.force)
             .and_then([&options] { return gather(options); })
@@ -70,7 +70,7 @@ int showAsFile(const Options& options) {
     return finishOutput();
 }
 
-int showOnTerminal(const Options& options) {
+int showOnTerminal(const ShowOptions& options) {
     const Result<show::Page> page = gather(options);
     if (!page) {
         return complain(page.error());
@@ -83,7 +83,7 @@ int showOnTerminal(const Options& options) {
 
 void addShowCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("show", "Show all of a television on one page");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<ShowOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_flag("--all", options->all, "Show every channel, not the first ones alone");
     auto* const html = verb->add_option("--html", options->html,

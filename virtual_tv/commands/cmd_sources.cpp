@@ -12,12 +12,12 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct SourcesOptions {
     std::string folder;
     bool json = false;
 };
 
-nlohmann::ordered_json toJson(const std::optional<SourceIcons>& icons) {
+nlohmann::ordered_json iconsToJson(const std::optional<SourceIcons>& icons) {
     if (!icons) {
         return nullptr;
     }
@@ -34,7 +34,7 @@ void printAsJson(const std::vector<Source>& sources) {
                             {"id", source.id},
                             {"name", source.name},
                             {"iconType", source.iconType},
-                            {"icons", toJson(source.icons)}});
+                            {"icons", iconsToJson(source.icons)}});
     }
     printJson(document);
 }
@@ -58,7 +58,7 @@ void printTable(const std::vector<Source>& sources) {
     print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
 }
 
-int list(const Options& options) {
+int list(const SourcesOptions& options) {
     const auto sources = Television::open(options.folder).and_then([](const Television& television) {
         return SourceList(television.database()).list();
     });
@@ -73,7 +73,7 @@ int list(const Options& options) {
 
 void addSourcesCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("sources", "List the sources and the icons that were set for them");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<SourcesOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_flag("--json", options->json, "For programs");
     verb->callback([options, &chosen] { chosen = [options] { return list(*options); }; });

@@ -12,7 +12,7 @@ namespace vxtv {
 
 namespace {
 
-struct Options {
+struct TimersOptions {
     std::string folder;
     bool json = false;
 };
@@ -31,7 +31,7 @@ void printTable(const std::vector<Timer>& timers) {
     print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
 }
 
-int list(const Options& options) {
+int list(const TimersOptions& options) {
     const auto timers = Television::open(options.folder).and_then([](const Television& television) {
         return TimerStore(television.database()).list();
     });
@@ -50,7 +50,7 @@ int list(const Options& options) {
 
 void addTimersCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("timers", "List recordings and wake-ups");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<TimersOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_flag("--json", options->json, "For programs: the timers as their backup file holds them");
     verb->callback([options, &chosen] { chosen = [options] { return list(*options); }; });

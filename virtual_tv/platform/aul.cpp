@@ -18,8 +18,7 @@ namespace {
 constexpr int kRunning = 1;
 constexpr int kNotRunning = 0;
 
-constexpr int kFailed = -1;
-constexpr std::array kStatuses = {
+constexpr std::array kLaunchStatuses = {
     StatusOf{ErrorCode::BadArgument, -2},
     StatusOf{ErrorCode::UnknownApplication, -3},
     StatusOf{ErrorCode::BadApplication, -4},
@@ -40,7 +39,7 @@ std::string textOf(const bundle* launch) {
 
 int launch(const Television& television, const std::string& id, const bundle* launchBundle) {
     const auto process = launchApplication(television.folder(), id, textOf(launchBundle));
-    return process ? *process : statusOf(kStatuses, process.error().code, kFailed);
+    return process ? *process : statusOf(kLaunchStatuses, process.error().code, kFailed);
 }
 
 }  // namespace
@@ -48,7 +47,7 @@ int launch(const Television& television, const std::string& id, const bundle* la
 int aul_app_is_running(const char* app_id) {
     return answer("aul_app_is_running", {named("appId", app_id)}, kFailed, [&](Television& television) {
         if (app_id == nullptr || !isApplicationId(app_id)) {
-            return statusOf(kStatuses, ErrorCode::BadArgument, kFailed);
+            return statusOf(kLaunchStatuses, ErrorCode::BadArgument, kFailed);
         }
         return runningProcess(television.folder(), app_id) ? kRunning : kNotRunning;
     });
@@ -57,6 +56,6 @@ int aul_app_is_running(const char* app_id) {
 int aul_launch_app(const char* app_id, bundle* args) {
     return answer("aul_launch_app", {named("appId", app_id)}, kFailed, [&](Television& television) {
         return app_id != nullptr ? launch(television, app_id, args)
-                                 : statusOf(kStatuses, ErrorCode::BadArgument, kFailed);
+                                 : statusOf(kLaunchStatuses, ErrorCode::BadArgument, kFailed);
     });
 }

@@ -8,8 +8,6 @@ using namespace vxtv;
 
 namespace {
 
-constexpr int kFailed = -1;
-
 tl::unexpected<Error> noDirectory() {
     return failure(ErrorCode::BadArgument, "no directory was named; give one");
 }

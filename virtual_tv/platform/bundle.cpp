@@ -11,7 +11,6 @@ using namespace vxtv;
 namespace {
 
 // The table of statuses stands in virtual_tv/README.md as well.
-constexpr int kFailed = -1;
 constexpr int kBadArgument = -2;
 constexpr int kKeyIsThere = -3;
 constexpr int kNoSuchKey = -4;

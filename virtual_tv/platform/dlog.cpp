@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int kFailed = -1;
+constexpr int kNotWritten = -1;
 
 /// The message, whatever its length.
 __attribute__((format(printf, 1, 0))) std::string format(const char* fmt, va_list arguments) {
@@ -34,13 +34,13 @@ __attribute__((format(printf, 3, 0))) int print(int priority, const char* tag, c
     try {
         vxtv::Television* const television = vxtv::processTelevision();
         if (television == nullptr || fmt == nullptr) {
-            return kFailed;
+            return kNotWritten;
         }
         const std::string text = format(fmt, arguments);
         const bool written = television->dlog().append(priority, tag != nullptr ? tag : "", text);
-        return written ? static_cast<int>(text.size()) : kFailed;
+        return written ? static_cast<int>(text.size()) : kNotWritten;
     } catch (const std::exception&) {
-        return kFailed;
+        return kNotWritten;
     }
 }
 

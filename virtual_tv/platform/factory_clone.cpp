@@ -7,11 +7,7 @@
 
 using namespace vxtv;
 
-namespace {
-
-constexpr int kFailed = -1;
-
-}  // namespace
+namespace {}  // namespace
 
 int factory_clone_tv_to_usb() {
     return answer("factory_clone_tv_to_usb", {}, kFailed, [](Television& television) {

@@ -12,8 +12,8 @@ using namespace vxtv;
 
 namespace {
 
-constexpr int kFailed = static_cast<int>(PortError::Failed);
-constexpr int kBadArgument = static_cast<int>(PortError::BadArgument);
+constexpr int kPortFailed = static_cast<int>(PortError::Failed);
+constexpr int kBadPortArgument = static_cast<int>(PortError::BadArgument);
 
 template <class Value>
 int statusOf(const PortResult<Value>& failed) {
@@ -49,9 +49,9 @@ std::int64_t countOf(const bundle* message) {
 
 int message_port_register_local_port(const char* local_port_name, message_port_message_cb callback,
                                      void* user_data) {
-    return answer("message_port_register_local_port", {named("localPort", local_port_name)}, kFailed,
+    return answer("message_port_register_local_port", {named("localPort", local_port_name)}, kPortFailed,
                   [=](Television& television) {
-                      if (local_port_name == nullptr || callback == nullptr) return kBadArgument;
+                      if (local_port_name == nullptr || callback == nullptr) return kBadPortArgument;
                       const auto receive = [=](int port, PortMessage message) {
                           bundle content{std::move(message.entries)};
                           callback(port, message.application.c_str(), message.port.c_str(), message.trusted,
@@ -64,10 +64,10 @@ int message_port_register_local_port(const char* local_port_name, message_port_m
 
 int message_port_check_remote_port(const char* remote_app_id, const char* remote_port_name, bool* exist) {
     return answer("message_port_check_remote_port",
-                  {named("remoteApp", remote_app_id), named("remotePort", remote_port_name)}, kFailed,
+                  {named("remoteApp", remote_app_id), named("remotePort", remote_port_name)}, kPortFailed,
                   [=](Television& television) {
                       if (remote_app_id == nullptr || remote_port_name == nullptr || exist == nullptr) {
-                          return kBadArgument;
+                          return kBadPortArgument;
                       }
                       const auto found = portsOf(television).exists(remote_app_id, remote_port_name);
                       if (!found) return statusOf(found);
@@ -83,9 +83,9 @@ int message_port_send_message_with_local_port(const char* remote_app_id, const c
         {named("remoteApp", remote_app_id), named("remotePort", remote_port_name),
          number("localPortId", local_port_id), number("entries", countOf(message)),
          number("bytes", lengthOf(message))},
-        kFailed, [=](Television& television) {
+        kPortFailed, [=](Television& television) {
             if (remote_app_id == nullptr || remote_port_name == nullptr || message == nullptr) {
-                return kBadArgument;
+                return kBadPortArgument;
             }
             const auto sent =
                 portsOf(television).send(remote_app_id, remote_port_name, message->entries, local_port_id);

@@ -15,6 +15,9 @@
 
 namespace vxtv {
 
+/// What most platform calls return that could not do their work.
+inline constexpr int kFailed = -1;
+
 /// One argument of a platform call as the call log shows it.
 struct Argument {
     enum class Kind { Number, Name, Secret };

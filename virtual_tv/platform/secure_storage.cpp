@@ -13,12 +13,12 @@ using namespace vxtv;
 
 namespace {
 
-constexpr int kFailed = -1;
 constexpr int kFlags = 33;
 
-constexpr std::array kStatuses = {StatusOf{ErrorCode::BadArgument, -2}, StatusOf{ErrorCode::UnknownEntry, -3},
-                                  StatusOf{ErrorCode::WrongCredential, -4},
-                                  StatusOf{ErrorCode::BrokenSeal, -5}, StatusOf{ErrorCode::NoDeviceKey, -6}};
+constexpr std::array kStorageStatuses = {
+    StatusOf{ErrorCode::BadArgument, -2}, StatusOf{ErrorCode::UnknownEntry, -3},
+    StatusOf{ErrorCode::WrongCredential, -4}, StatusOf{ErrorCode::BrokenSeal, -5},
+    StatusOf{ErrorCode::NoDeviceKey, -6}};
 
 Credential ownOf(const ss_credential& credential) {
     Credential own;
@@ -62,11 +62,11 @@ int ss_read(char** data, size_t* length, int reserved1, int reserved2, const cha
                       const bool usable = data != nullptr && length != nullptr && name != nullptr &&
                                           reserved1 == 0 && reserved2 == 0 && flags == kFlags;
                       if (!usable) {
-                          return statusOf(kStatuses, ErrorCode::BadArgument, kFailed);
+                          return statusOf(kStorageStatuses, ErrorCode::BadArgument, kFailed);
                       }
                       const auto secret = television.secureStorage().read(name, ownOf(credential));
                       return secret ? handOut(*secret, data, length)
-                                    : statusOf(kStatuses, secret.error().code, kFailed);
+                                    : statusOf(kStorageStatuses, secret.error().code, kFailed);
                   });
 }
 

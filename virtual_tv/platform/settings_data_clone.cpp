@@ -10,8 +10,8 @@ using namespace vxtv;
 namespace {
 
 // The service says 0 when it failed, whatever the reason.
-constexpr int kFailed = 0;
-constexpr int kDone = 1;
+constexpr int kNotCloned = 0;
+constexpr int kCloned = 1;
 
 std::optional<Stage> stageOf(SettingsDataCloneAPI::RESTORE_TYPE type) {
     switch (type) {
@@ -26,18 +26,18 @@ std::optional<Stage> stageOf(SettingsDataCloneAPI::RESTORE_TYPE type) {
 }  // namespace
 
 int SettingsDataCloneAPI::BackupSettingsData(std::string directory) {
-    return answer("SettingsDataCloneAPI::BackupSettingsData", {named("directory", directory)}, kFailed,
+    return answer("SettingsDataCloneAPI::BackupSettingsData", {named("directory", directory)}, kNotCloned,
                   [&directory](Television& television) {
                       const ServiceValues values(television.database(), settingsService());
-                      return values.backUp(directory) ? kDone : kFailed;
+                      return values.backUp(directory) ? kCloned : kNotCloned;
                   });
 }
 
 int SettingsDataCloneAPI::RestoreSettingsData(std::string directory, RESTORE_TYPE type) {
     return answer("SettingsDataCloneAPI::RestoreSettingsData",
-                  {named("directory", directory), number("type", type)}, kFailed,
+                  {named("directory", directory), number("type", type)}, kNotCloned,
                   [&directory, stage = stageOf(type)](Television& television) {
                       const ServiceValues values(television.database(), settingsService());
-                      return stage && values.restore(directory, *stage) ? kDone : kFailed;
+                      return stage && values.restore(directory, *stage) ? kCloned : kNotCloned;
                   });
 }

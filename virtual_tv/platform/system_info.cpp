@@ -9,8 +9,6 @@ namespace {
 
 using namespace vxtv;
 
-constexpr int kFailed = -1;
-
 int copyOut(const std::string& text, char** place) {
     char* const copy = strdup(text.c_str());
     if (copy == nullptr) {

@@ -13,11 +13,10 @@ using namespace vxtv;
 
 namespace {
 
-constexpr int kFailed = -1;
 // The channel map's two operations say it the other way round.
 constexpr int kDone = 1;
 constexpr int kNotDone = 0;
-constexpr const char* kLogTag = "tv-service";
+constexpr const char* kServiceLogTag = "tv-service";
 
 ChannelArchive archiveOf(const Television& television) {
     return ChannelArchive(ChannelStore(television.database()));
@@ -25,7 +24,7 @@ ChannelArchive archiveOf(const Television& television) {
 
 /// Whether it was done; if not, the log says why.
 bool noted(Television& television, const Result<void>& done) {
-    return logged(television, kLogTag, done).has_value();
+    return logged(television, kServiceLogTag, done).has_value();
 }
 
 class Util : public IUtil {

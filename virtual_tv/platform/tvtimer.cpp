@@ -9,8 +9,7 @@ using namespace vxtv;
 
 namespace {
 
-constexpr int kFailed = -1;
-constexpr const char* kLogTag = "tv-timer";
+constexpr const char* kTimerLogTag = "tv-timer";
 
 /// Answers a call that works on a directory, by one of the store's operations.
 template <class Operation>
@@ -21,7 +20,7 @@ int answerFor(KnownCall call, const char* directory, Operation operation) {
         const Result<void> done = isNamed
                                       ? (timers.*operation)(directory)
                                       : failure(ErrorCode::BadArgument, "no directory was named; give one");
-        return serviceStatus(logged(television, kLogTag, done));
+        return serviceStatus(logged(television, kTimerLogTag, done));
     });
 }
 

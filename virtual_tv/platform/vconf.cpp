@@ -9,10 +9,8 @@ namespace {
 
 using namespace vxtv;
 
-constexpr int kFailed = -1;
-
 template <class Value>
-int handOut(const Result<Value>& value, int* place) {
+int handOutSetting(const Result<Value>& value, int* place) {
     if (!value) {
         return kFailed;
     }
@@ -28,7 +26,7 @@ int statusOf(const Result<void>& result) {
 
 int vconf_get_int(const char* key, int* value) {
     return answer("vconf_get_int", {named("key", key)}, kFailed, [&](Television& television) {
-        return key != nullptr && value != nullptr ? handOut(television.settings().getInt(key), value)
+        return key != nullptr && value != nullptr ? handOutSetting(television.settings().getInt(key), value)
                                                   : kFailed;
     });
 }
@@ -42,7 +40,7 @@ int vconf_set_int(const char* key, int value) {
 
 int vconf_get_bool(const char* key, int* value) {
     return answer("vconf_get_bool", {named("key", key)}, kFailed, [&](Television& television) {
-        return key != nullptr && value != nullptr ? handOut(television.settings().getBool(key), value)
+        return key != nullptr && value != nullptr ? handOutSetting(television.settings().getBool(key), value)
                                                   : kFailed;
     });
 }

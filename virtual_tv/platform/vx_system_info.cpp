@@ -8,8 +8,6 @@ using namespace vxtv;
 
 namespace {
 
-constexpr int kFailed = -1;
-
 /// Answers with what `take(state)` takes out of the state.
 template <class Take>
 int answerFromState(KnownCall call, Take take) {

@@ -9,7 +9,6 @@ using namespace vxtv;
 
 namespace {
 
-constexpr int kFailed = -1;
 constexpr const char* kNetworkSupport = "com.kestrel/featureconf/network.network_support";
 
 /// The applications come from the network: a model without one has no use for them.

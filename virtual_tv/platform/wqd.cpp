@@ -16,8 +16,7 @@ constexpr int kTarget = 2;
 constexpr int kOption = 0;
 
 // Its callers take 2 for success and look at the other bits alone: a failure has to have one of those.
-constexpr int kFailed = -1;
-constexpr std::array kStatuses = {
+constexpr std::array kInstallStatuses = {
     StatusOf{ErrorCode::BadArgument, -2},  StatusOf{ErrorCode::NoKeyFile, -3},
     StatusOf{ErrorCode::NotAKeyFile, -4},  StatusOf{ErrorCode::OtherVersion, -5},
     StatusOf{ErrorCode::ShortKeyFile, -6}, StatusOf{ErrorCode::BrokenSeal, -7},
@@ -31,11 +30,11 @@ int wqd_install_from_file(const char* path, int target, int option) {
                   {named("path", path), number("target", target), number("option", option)}, kFailed,
                   [&](Television& television) {
                       if (path == nullptr || target != kTarget || option != kOption) {
-                          return statusOf(kStatuses, ErrorCode::BadArgument, kFailed);
+                          return statusOf(kInstallStatuses, ErrorCode::BadArgument, kFailed);
                       }
                       const auto installed = installKeyFile(television.folder(), path);
                       if (!installed) {
-                          return statusOf(kStatuses, installed.error().code, kFailed);
+                          return statusOf(kInstallStatuses, installed.error().code, kFailed);
                       }
                       return *installed == Installed::Now ? kInstalledNow : kInstalledBefore;
                   });

@@ -31,7 +31,7 @@ constexpr const char* kChannels = "channels.json";
 constexpr std::array kContentMembers = {kChannels, kTransponders};
 
 constexpr const char* kFormat = "television channel map";
-constexpr int kVersion = 1;
+constexpr int kArchiveVersion = 1;
 constexpr const char* kHotelListService = "hotel-channels";
 constexpr int kHotelListVersion = 1;
 constexpr int kDeepestMember = 8;
@@ -53,7 +53,7 @@ std::string indexOf(const ZipMembers& members) {
     for (const auto& [name, content] : members) {
         told[name] = {{"bytes", content.size()}, {"sha256", checksumOf(content)}};
     }
-    return Json{{"format", kFormat}, {"version", kVersion}, {"members", told}}.dump();
+    return Json{{"format", kFormat}, {"version", kArchiveVersion}, {"members", told}}.dump();
 }
 
 /// Throws WrongMember unless the index is of this format and tells of these contents.
@@ -160,11 +160,11 @@ Result<void> checkVersion(const Json& index, const fs::path& file) {
     if (!index.is_object() || version == index.end() || !version->is_number_integer()) {
         return cannotTake(file, "its index tells no version");
     }
-    if (*version != kVersion) {
+    if (*version != kArchiveVersion) {
         return failure(ErrorCode::OtherVersion,
                        fmt::format("the channel archive {} is of version {}, and this television knows {}; "
                                    "make the backup anew",
-                                   file.string(), version->dump(), kVersion));
+                                   file.string(), version->dump(), kArchiveVersion));
     }
     return {};
 }

@@ -145,7 +145,7 @@ ChannelMap mapOf(const Json& content, const std::string& where) {
     return map;
 }
 
-void create(SQLite::Database& connection, const ServiceSection& section) {
+void createChannels(SQLite::Database& connection, const ServiceSection& section) {
     expectOnly(section.content, section.where,
                {"tables", "servicesPerTransponder", "hotelList", "navigation"});
     const ChannelMap map = mapOf(section.content, section.where);
@@ -158,7 +158,7 @@ void create(SQLite::Database& connection, const ServiceSection& section) {
                             within(section.where, "navigation"));
 }
 
-Texts texts(SQLite::Database& connection) {
+Texts channelTexts(SQLite::Database& connection) {
     Texts texts;
     const std::vector<Transponder> transponders = selectTransponders(connection);
     for (std::size_t place = 0; place < transponders.size(); ++place) {
@@ -181,7 +181,8 @@ Texts texts(SQLite::Database& connection) {
 
 }  // namespace
 
-constinit const DataService kChannelService = {"channels", create, texts, NavigationLists::texts};
+constinit const DataService kChannelService = {"channels", createChannels, channelTexts,
+                                               NavigationLists::texts};
 
 Result<ChannelMap> ChannelStore::map() const {
     return database_.read([](SQLite::Database& connection) -> Result<ChannelMap> {

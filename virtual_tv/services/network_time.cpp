@@ -13,10 +13,10 @@ namespace vxtv {
 
 namespace {
 
-constexpr const char* kName = "network-time";
+constexpr const char* kNetworkTimeName = "network-time";
 constexpr int kLastTimezone = 90;
 
-NetworkTime::State load(SQLite::Database& connection) {
+NetworkTime::State loadState(SQLite::Database& connection) {
     SQLite::Statement row(connection, "SELECT supported, is_on, timezone, server FROM network_time");
     if (!row.executeStep()) {
         return {};
@@ -95,7 +95,7 @@ void NetworkTime::create(SQLite::Database& connection, const ServiceSection& sec
 }
 
 Texts NetworkTime::texts(SQLite::Database& connection) {
-    const State state = load(connection);
+    const State state = loadState(connection);
     Texts texts;
     if (state.supported) {
         texts["on"] = state.on ? "true" : "false";
@@ -107,7 +107,7 @@ Texts NetworkTime::texts(SQLite::Database& connection) {
 }
 
 Texts NetworkTime::keptTexts(SQLite::Database& connection) {
-    const State state = load(connection);
+    const State state = loadState(connection);
     Texts texts = {{"supported", state.supported ? "true" : "false"},
                    {"timezone", std::to_string(state.timezone)}};
     if (!state.supported || !state.on) {
@@ -118,17 +118,19 @@ Texts NetworkTime::keptTexts(SQLite::Database& connection) {
 
 Result<NetworkTime::State> NetworkTime::state() const {
     return database_.read([](SQLite::Database& connection) {
-        return requireDataService(connection, kName).map([&connection] { return load(connection); });
+        return requireDataService(connection, kNetworkTimeName).map([&connection] {
+            return loadState(connection);
+        });
     });
 }
 
 template <class Change>
 Result<void> NetworkTime::change(Change change) const {
     return database_.write([&change](SQLite::Database& connection) -> Result<void> {
-        if (const auto present = requireDataService(connection, kName); !present) {
+        if (const auto present = requireDataService(connection, kNetworkTimeName); !present) {
             return present;
         }
-        State state = load(connection);
+        State state = loadState(connection);
         if (!state.supported) {
             return failure(ErrorCode::NotSupported,
                            "this television cannot take its time from the network; set its clock by hand");

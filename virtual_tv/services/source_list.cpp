@@ -17,11 +17,11 @@ using Json = nlohmann::json;
 
 namespace {
 
-constexpr const char* kName = "sources";
+constexpr const char* kSourcesName = "sources";
 constexpr std::string_view kPngStart = "\x89PNG\r\n\x1a\n";
 constexpr std::string_view kJpegStart = "\xFF\xD8\xFF";
 
-std::vector<Source> load(SQLite::Database& connection) {
+std::vector<Source> loadSources(SQLite::Database& connection) {
     SQLite::Statement row(connection,
                           "SELECT list_key, id, name, sources.icon_type, icon, first_app_icon, "
                           "second_app_icon, source_icons.icon_type FROM sources LEFT JOIN source_icons USING "
@@ -127,7 +127,7 @@ void SourceList::create(SQLite::Database& connection, const ServiceSection& sect
 
 Texts SourceList::texts(SQLite::Database& connection) {
     Texts texts;
-    for (const Source& source : load(connection)) {
+    for (const Source& source : loadSources(connection)) {
         if (source.icons) {
             const std::string prefix = std::to_string(source.id);
             texts[prefix + "/icon"] = source.icons->icon;
@@ -141,7 +141,7 @@ Texts SourceList::texts(SQLite::Database& connection) {
 
 Texts SourceList::keptTexts(SQLite::Database& connection) {
     Texts texts;
-    for (const Source& source : load(connection)) {
+    for (const Source& source : loadSources(connection)) {
         texts[std::to_string(source.id)] = source.name;
     }
     return texts;
@@ -149,13 +149,15 @@ Texts SourceList::keptTexts(SQLite::Database& connection) {
 
 Result<std::vector<Source>> SourceList::list() const {
     return database_.read([](SQLite::Database& connection) {
-        return requireDataService(connection, kName).map([&connection] { return load(connection); });
+        return requireDataService(connection, kSourcesName).map([&connection] {
+            return loadSources(connection);
+        });
     });
 }
 
 Result<void> SourceList::setIcons(int id, const SourceIcons& icons) const {
     return database_.write([id, &icons](SQLite::Database& connection) -> Result<void> {
-        if (const auto present = requireDataService(connection, kName); !present) {
+        if (const auto present = requireDataService(connection, kSourcesName); !present) {
             return present;
         }
         SQLite::Statement source(connection, "SELECT 1 FROM sources WHERE id = ?");

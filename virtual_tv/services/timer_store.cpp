@@ -19,7 +19,7 @@ using Json = nlohmann::json;
 
 namespace {
 
-constexpr int kVersion = 1;
+constexpr int kTimersVersion = 1;
 constexpr std::string_view kRecording = "recording";
 constexpr std::array<std::string_view, 2> kKinds = {kRecording, "wake-up"};
 constexpr std::array<std::string_view, 5> kRepeats = {"once", "daily", "weekdays", "weekend", "weekly"};
@@ -131,14 +131,14 @@ std::vector<Timer> select(SQLite::Database& connection) {
     return timers;
 }
 
-void create(SQLite::Database& connection, const ServiceSection& section) {
+void createTimers(SQLite::Database& connection, const ServiceSection& section) {
     connection.exec(
         "CREATE TABLE timers (id INTEGER PRIMARY KEY, kind TEXT NOT NULL, start TEXT NOT NULL, "
         "minutes INTEGER NOT NULL, repeat TEXT NOT NULL, channel INTEGER NOT NULL, title TEXT NOT NULL)");
     insert(connection, timersIn(section.content, section.where));
 }
 
-Texts texts(SQLite::Database& connection) {
+Texts timerTexts(SQLite::Database& connection) {
     Texts texts;
     for (const Timer& it : select(connection)) {
         texts[fmt::format("timer {:07}", it.id)] =
@@ -150,7 +150,7 @@ Texts texts(SQLite::Database& connection) {
 
 }  // namespace
 
-constinit const DataService kTimerService = {"timers", create, texts};
+constinit const DataService kTimerService = {"timers", createTimers, timerTexts};
 
 Json timersToJson(const std::vector<Timer>& timers) {
     Json document = Json::array();
@@ -176,13 +176,14 @@ Result<std::vector<Timer>> TimerStore::list() const {
 
 Result<void> TimerStore::exportTo(const fs::path& directory) const {
     return list().and_then([&directory](const std::vector<Timer>& timers) {
-        return writeBackupFile(directory / kTimerFile, kTimerService.name, kVersion, timersToJson(timers));
+        return writeBackupFile(directory / kTimerFile, kTimerService.name, kTimersVersion,
+                               timersToJson(timers));
     });
 }
 
 Result<void> TimerStore::importFrom(const fs::path& directory) {
     const fs::path file = directory / kTimerFile;
-    const Result<Json> document = readBackupFile(file, kTimerService.name, kVersion);
+    const Result<Json> document = readBackupFile(file, kTimerService.name, kTimersVersion);
     if (!document) {
         return tl::make_unexpected(document.error());
     }

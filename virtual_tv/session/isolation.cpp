@@ -37,13 +37,13 @@ const Way& wayOf(Isolation isolation) {
 }
 
 /// Asked once, before any namespace is entered: inside a new user namespace the answer is "nobody".
-struct Identity {
+struct ProcessIdentity {
     uid_t user = geteuid();
     gid_t group = getegid();
 };
 
-const Identity& identity() {
-    static const Identity ours;
+const ProcessIdentity& identity() {
+    static const ProcessIdentity ours;
     return ours;
 }
 

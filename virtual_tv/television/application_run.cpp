@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr mode_t kFileMode = 0600;
+constexpr mode_t kMarkMode = 0600;
 constexpr std::string_view kPrefix = "app.";
 constexpr std::string_view kLockSuffix = ".lock";
 constexpr std::string_view kRequestSuffix = ".requests";
@@ -101,7 +101,7 @@ Result<RunningMark> RunningMark::take(const Folder& folder, const std::string& i
     const fs::path file = runFile(folder, id, kLockSuffix);
     Descriptor taken;
     do {
-        taken = Descriptor(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kFileMode));
+        taken = Descriptor(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kMarkMode));
         if (!taken) {
             return cannotMark(file, errno);
         }
@@ -111,7 +111,7 @@ Result<RunningMark> RunningMark::take(const Folder& folder, const std::string& i
     } while (!isFresh(taken, file));
     RunningMark mark(file, std::move(taken));
     unlink(mark.requestFile_.c_str());
-    if (mkfifo(mark.requestFile_.c_str(), kFileMode) != 0) {
+    if (mkfifo(mark.requestFile_.c_str(), kMarkMode) != 0) {
         return cannotMark(mark.requestFile_, errno);
     }
     // Open for writing as well, so that a writer who leaves does not look like the end of the pipe.

@@ -14,11 +14,11 @@ namespace vxtv {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
 std::optional<CallRecord> recordIn(const std::string& line) {
     try {
-        const Json object = Json::parse(line);
+        const OrderedJson object = OrderedJson::parse(line);
         CallRecord record;
         record.timeUs = object.at("time").get<std::int64_t>();
         record.process = object.at("process").get<int>();
@@ -30,7 +30,7 @@ std::optional<CallRecord> recordIn(const std::string& line) {
             record.fault = fault->get<std::int64_t>();
         }
         return record;
-    } catch (const Json::exception&) {
+    } catch (const OrderedJson::exception&) {
         return std::nullopt;
     }
 }
@@ -43,12 +43,13 @@ tl::unexpected<Error> ioError(const std::filesystem::path& file, const char* wha
 }  // namespace
 
 std::string toJsonLine(const CallRecord& record) {
-    Json object = {{"time", record.timeUs}, {"process", record.process},     {"thread", record.thread},
-                   {"call", record.call},   {"arguments", record.arguments}, {"result", record.result}};
+    OrderedJson object = {{"time", record.timeUs},         {"process", record.process},
+                          {"thread", record.thread},       {"call", record.call},
+                          {"arguments", record.arguments}, {"result", record.result}};
     if (record.fault) {
         object["fault"] = *record.fault;
     }
-    return object.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return object.dump(-1, ' ', false, OrderedJson::error_handler_t::replace);
 }
 
 CallLog::CallLog(const std::filesystem::path& file) : path_(file), file_(file) {}

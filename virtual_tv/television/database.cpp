@@ -22,16 +22,16 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::uint32_t kApplicationId = 0x76785456;  // "vxTV"
-constexpr std::uint32_t kVersion = 3;                 // 3: televisions whose services own data
+constexpr std::uint32_t kDatabaseVersion = 3;         // 3: televisions whose services own data
 constexpr int kBusyTimeoutMs = 5000;
 constexpr const char* kStartAnew = "remove its folder and create the television again";
 
 // The file header of the SQLite format: magic text, then big-endian numbers at fixed places.
-constexpr std::size_t kHeaderSize = 100;
+constexpr std::size_t kDatabaseHeaderSize = 100;
 constexpr std::string_view kHeaderMagic("SQLite format 3\0", 16);
 constexpr std::size_t kVersionOffset = 60;
 constexpr std::size_t kApplicationIdOffset = 68;
-using Header = std::array<char, kHeaderSize>;
+using Header = std::array<char, kDatabaseHeaderSize>;
 
 std::uint32_t numberAt(const Header& header, std::size_t offset) {
     return fromBigEndian(std::string_view(header.data(), header.size()).substr(offset));
@@ -46,7 +46,7 @@ std::optional<Header> readHeader(const fs::path& file) {
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
     Header header{};
-    return stream.read(header.data(), kHeaderSize) ? std::optional<Header>(header) : std::nullopt;
+    return stream.read(header.data(), kDatabaseHeaderSize) ? std::optional<Header>(header) : std::nullopt;
 }
 
 Result<void> judgeHeader(const fs::path& file, const Header& header) {
@@ -60,11 +60,11 @@ Result<void> judgeHeader(const fs::path& file, const Header& header) {
                                    file.parent_path().string()));
     }
     const std::uint32_t version = numberAt(header, kVersionOffset);
-    if (version != kVersion) {
+    if (version != kDatabaseVersion) {
         return failure(ErrorCode::OtherVersion,
                        fmt::format("{} was made by another version of vxtv (data version {}, this one knows "
                                    "{}); use that version, or destroy the television and create it again",
-                                   file.parent_path().string(), version, kVersion));
+                                   file.parent_path().string(), version, kDatabaseVersion));
     }
     return {};
 }
@@ -150,7 +150,7 @@ Result<std::unique_ptr<Database>> Database::create(const fs::path& file) {
         SQLite::Database& connection = *database->connection_;
         connection.exec("PRAGMA journal_mode = WAL");
         connection.exec(fmt::format("PRAGMA application_id = {}", kApplicationId));
-        connection.exec(fmt::format("PRAGMA user_version = {}", kVersion));
+        connection.exec(fmt::format("PRAGMA user_version = {}", kDatabaseVersion));
         return database;
     } catch (const SQLite::Exception& exception) {
         return tl::make_unexpected(errorOf(file, exception));

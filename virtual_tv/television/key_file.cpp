@@ -16,12 +16,12 @@ namespace fs = std::filesystem;
 namespace {
 
 // A line end in it, so that a copy made in text mode is noticed at once.
-constexpr std::string_view kMagic("VXKEY\r\n\x1a", 8);
-constexpr std::uint32_t kVersion = 1;
-constexpr std::size_t kNonceOffset = kMagic.size() + kNumberSize;
-constexpr std::size_t kHeaderSize = kNonceOffset + kNonceSize;
+constexpr std::string_view kKeyFileMagic("VXKEY\r\n\x1a", 8);
+constexpr std::uint32_t kKeyFileVersion = 1;
+constexpr std::size_t kKeyFileNonceOffset = kKeyFileMagic.size() + kNumberSize;
+constexpr std::size_t kKeyFileHeaderSize = kKeyFileNonceOffset + kNonceSize;
 constexpr std::size_t kContentSize = kCredentialSize + CloneKey::kKeySize + CloneKey::kIvSize;
-constexpr std::size_t kFileSize = kHeaderSize + kContentSize + kTagSize;
+constexpr std::size_t kFileSize = kKeyFileHeaderSize + kContentSize + kTagSize;
 constexpr std::string_view kPurpose = "vx-clone key file";
 
 /// A sealing key for this file alone.
@@ -40,16 +40,18 @@ Result<std::string> randomText(std::size_t count) {
 
 /// Whether header and length are those of a key file that this version knows.
 Result<void> checkShape(std::string_view bytes, const fs::path& file) {
-    const std::string_view magic = bytes.substr(0, kMagic.size());
-    if (magic != kMagic.substr(0, magic.size())) {
+    const std::string_view magic = bytes.substr(0, kKeyFileMagic.size());
+    if (magic != kKeyFileMagic.substr(0, magic.size())) {
         return failure(
             ErrorCode::NotAKeyFile,
             fmt::format("{} is no key file; give one made by `vxtv keyfile create`", file.string()));
     }
-    if (bytes.size() >= kNonceOffset && fromBigEndian(bytes.substr(kMagic.size())) != kVersion) {
-        return failure(ErrorCode::OtherVersion,
-                       fmt::format("{} is a key file of version {}, and this vxtv knows {}; make a new one",
-                                   file.string(), fromBigEndian(bytes.substr(kMagic.size())), kVersion));
+    if (bytes.size() >= kKeyFileNonceOffset &&
+        fromBigEndian(bytes.substr(kKeyFileMagic.size())) != kKeyFileVersion) {
+        return failure(
+            ErrorCode::OtherVersion,
+            fmt::format("{} is a key file of version {}, and this vxtv knows {}; make a new one",
+                        file.string(), fromBigEndian(bytes.substr(kKeyFileMagic.size())), kKeyFileVersion));
     }
     if (bytes.size() < kFileSize) {
         return failure(ErrorCode::ShortKeyFile,
@@ -82,7 +84,7 @@ Result<std::string> sealKeyFile(const CloneKey& key, std::string_view secret) {
     if (!nonce) {
         return nonce;
     }
-    const std::string header = std::string(kMagic) + toBigEndian(kVersion) + *nonce;
+    const std::string header = std::string(kKeyFileMagic) + toBigEndian(kKeyFileVersion) + *nonce;
     return sealingKeyOf(secret, *nonce)
         .and_then([&](const SealingKey& sealingKey) {
             return seal(sealingKey, *nonce, toBytes(key.credential) + key.key + key.iv, header);
@@ -97,11 +99,11 @@ Result<CloneKey> unsealKeyFile(std::string_view bytes, std::string_view secret, 
     if (bytes.size() != kFileSize) {
         return brokenKeyFile(file);
     }
-    const std::string_view header = bytes.substr(0, kHeaderSize);
-    const std::string_view nonce = header.substr(kNonceOffset);
+    const std::string_view header = bytes.substr(0, kKeyFileHeaderSize);
+    const std::string_view nonce = header.substr(kKeyFileNonceOffset);
     const Result<std::string> content =
         sealingKeyOf(secret, nonce).and_then([&](const SealingKey& sealingKey) {
-            return unseal(sealingKey, nonce, bytes.substr(kHeaderSize), header);
+            return unseal(sealingKey, nonce, bytes.substr(kKeyFileHeaderSize), header);
         });
     if (!content) {
         return content.error().code == ErrorCode::BrokenSeal ? brokenKeyFile(file)

@@ -10,7 +10,7 @@ namespace vxtv {
 
 namespace {
 
-constexpr mode_t kFileMode = 0600;
+constexpr mode_t kLineFileMode = 0600;
 
 }  // namespace
 
@@ -25,7 +25,8 @@ LineFile::~LineFile() {
 int LineFile::descriptor() {
     const std::lock_guard lock(mutex_);
     if (descriptor_ < 0) {
-        descriptor_ = open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kFileMode);
+        descriptor_ =
+            open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kLineFileMode);
     }
     return descriptor_;
 }

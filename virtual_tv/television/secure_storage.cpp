@@ -20,11 +20,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view kMagic("VXSSENT\0", 8);
-constexpr std::uint32_t kVersion = 1;
-constexpr std::size_t kCredentialOffset = kMagic.size() + kNumberSize;
-constexpr std::size_t kNonceOffset = kCredentialOffset + kCredentialSize;
-constexpr std::size_t kHeaderSize = kNonceOffset + kNonceSize;
+constexpr std::string_view kEntryMagic("VXSSENT\0", 8);
+constexpr std::uint32_t kEntryVersion = 1;
+constexpr std::size_t kCredentialOffset = kEntryMagic.size() + kNumberSize;
+constexpr std::size_t kEntryNonceOffset = kCredentialOffset + kCredentialSize;
+constexpr std::size_t kEntryHeaderSize = kEntryNonceOffset + kNonceSize;
 constexpr std::size_t kLargestEntry = 64 * 1024;
 
 constexpr std::chrono::seconds kLockPatience(5);
@@ -57,7 +57,7 @@ tl::unexpected<Error> cannotChange(const fs::path& folder, const std::error_code
                                folder.string(), error.message()));
 }
 
-std::error_code lastError() {
+std::error_code lastEntryError() {
     return {errno, std::generic_category()};
 }
 
@@ -66,7 +66,8 @@ Result<std::string> sealEntry(const SealingKey& key, const Secret& secret, const
     if (!nonce) {
         return nonce;
     }
-    const std::string header = std::string(kMagic) + toBigEndian(kVersion) + toBytes(credential) + *nonce;
+    const std::string header =
+        std::string(kEntryMagic) + toBigEndian(kEntryVersion) + toBytes(credential) + *nonce;
     return seal(key, *nonce, secret.value, header + secret.name).map([&header](const std::string& sealed) {
         return header + sealed;
     });
@@ -74,12 +75,12 @@ Result<std::string> sealEntry(const SealingKey& key, const Secret& secret, const
 
 Result<std::string> unsealEntry(const SealingKey& key, const std::string& name, std::string_view bytes,
                                 const Credential& credential) {
-    if (bytes.size() < kHeaderSize || bytes.size() > kLargestEntry) {
+    if (bytes.size() < kEntryHeaderSize || bytes.size() > kLargestEntry) {
         return brokenEntry(name);
     }
-    const std::string_view header = bytes.substr(0, kHeaderSize);
-    Result<std::string> value =
-        unseal(key, header.substr(kNonceOffset), bytes.substr(kHeaderSize), std::string(header) + name);
+    const std::string_view header = bytes.substr(0, kEntryHeaderSize);
+    Result<std::string> value = unseal(key, header.substr(kEntryNonceOffset), bytes.substr(kEntryHeaderSize),
+                                       std::string(header) + name);
     if (!value) {
         return value.error().code == ErrorCode::BrokenSeal ? brokenEntry(name) : value;
     }
@@ -115,12 +116,12 @@ Result<void> SecureStorage::checkUp() const {
 Result<Descriptor> SecureStorage::lock() const {
     Descriptor folder(open(folder_.secure().c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!folder) {
-        return cannotChange(folder_.secure(), lastError());
+        return cannotChange(folder_.secure(), lastEntryError());
     }
     const auto end = std::chrono::steady_clock::now() + kLockPatience;
     while (flock(folder.get(), LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR) {
-            return cannotChange(folder_.secure(), lastError());
+            return cannotChange(folder_.secure(), lastEntryError());
         }
         if (std::chrono::steady_clock::now() > end) {
             return failure(
@@ -251,7 +252,8 @@ Result<void> SecureStorage::swapIn() const {
     // An answer that fails counts as "none": then the rename fails, and nothing is lost.
     const unsigned int how = fs::exists(entries, error) ? RENAME_EXCHANGE : RENAME_NOREPLACE;
     const bool swapped = renameat2(AT_FDCWD, beside.c_str(), AT_FDCWD, entries.c_str(), how) == 0;
-    const Result<void> done = swapped ? flushFolder(folder_.secure()) : cannotChange(entries, lastError());
+    const Result<void> done =
+        swapped ? flushFolder(folder_.secure()) : cannotChange(entries, lastEntryError());
     // Not before the exchange is on the disk: until then a power cut may bring the old ones back.
     fs::remove_all(beside, error);
     return done;
