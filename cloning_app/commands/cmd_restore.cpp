@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cloning_app/commands/command.h"
@@ -14,6 +15,7 @@ struct RestoreArguments {
     std::string only;
     std::string except;
     std::string expect;
+    std::string without;
     bool all = true;
     bool forceModel = false;
     bool keepIdentity = false;
@@ -63,11 +65,16 @@ Result<Report> restoreAsTold(const CloneContext& context, const RestoreArguments
     if (!list) {
         return tl::make_unexpected(list.error());
     }
+    auto without = Declared::parse(arguments.without);
+    if (!without) {
+        return tl::make_unexpected(without.error());
+    }
     RestoreOptions options{*list, arguments.forceModel, arguments.all, arguments.expect};
     options.safety = !arguments.noSafety;
     options.readBack = !arguments.noReadBack;
     options.keepIdentity = arguments.keepIdentity;
     options.dryRun = arguments.dryRun;
+    options.without = std::move(*without);
     return runRestore(context, arguments.folder, options);
 }
 
@@ -92,6 +99,9 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
                    "No safety backup first; vxclone undo cannot go back then");
     verb->add_flag("--no-read-back", arguments->noReadBack,
                    "Do not back the television up again to see what it holds");
+    verb->add_option("--without", arguments->without, "What this television does not have: no way back needs it")
+        ->join(',')
+        ->type_name(kDeclaredNames);
     verb->add_flag("--force-model", arguments->forceModel, "Load a package that was made on another model");
     verb->add_option("--expect", arguments->expect, "Load this package alone; backup and inspect print it")
         ->check(isDigest)

@@ -13,6 +13,9 @@ namespace vxclone {
 /// What the parsed command line asks for; the result is the exit status.
 using Action = std::function<int()>;
 
+/// What `--without` takes: categories, keys of settings and applications.
+inline constexpr const char* kDeclaredNames = "NAME,...";
+
 /// Each adds its verb to the application; parsing the verb sets `chosen`, which main then runs.
 void addBackupCommand(CLI::App& app, Action& chosen);
 void addRestoreCommand(CLI::App& app, Action& chosen);

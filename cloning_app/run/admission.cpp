@@ -67,7 +67,7 @@ Result<Examination> admit(const CloneContext& context, const StagedPackage& pack
     if (overridden) {
         context.view.notice(overrideWarning(found->checks.front()));
     }
-    return Examination{shownOf(found->checks, overridden), found->digest};
+    return Examination{shownOf(found->checks, overridden), found->digest, std::move(found->lacks)};
 }
 
 }  // namespace vxclone

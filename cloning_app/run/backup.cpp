@@ -92,6 +92,9 @@ void sayTheEnd(Report& report, const TreeSize& size, const std::string& path) {
     report.closing.push_back(fmt::format("Backup in {}: {}, {}.", vxcommon::printable(path),
                                          countText(size.files, "file"), sizeText(size.bytes)));
     report.closing.push_back(fmt::format("Digest {}", report.digest));
+    for (std::string& sentence : lackSentences(report.lacks, "The backup")) {
+        report.closing.push_back(std::move(sentence));
+    }
     if (report.exitStatus == kExitOk) {
         report.closing.emplace_back("Safe to remove the stick.");
     } else {
@@ -101,7 +104,7 @@ void sayTheEnd(Report& report, const TreeSize& size, const std::string& path) {
     }
 }
 
-Result<Report> backUpTo(const CloneContext& context, StickTarget& target, Means means,
+Result<Report> backUpTo(const CloneContext& context, StickTarget& target, const Means& means,
                         RunRecorder& recorder) {
     auto replacement = Replacement::begin(target);
     if (!replacement) {
@@ -118,7 +121,7 @@ Result<Report> backUpTo(const CloneContext& context, StickTarget& target, Means 
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    auto report = completePackage(context, root->tree(), *results, std::move(means));
+    auto report = completePackage(context, root->tree(), *results, means);
     if (!report) {
         return report;
     }
@@ -152,7 +155,8 @@ Result<Report> backUp(const CloneContext& context, const std::filesystem::path& 
     if (!means) {
         return tl::make_unexpected(means.error());
     }
-    return backUpTo(context, *target, *std::move(means), recorder);
+    means->mayLack = [&options](const Lack& lack) { return options.without.holds(lack); };
+    return backUpTo(context, *target, *means, recorder);
 }
 
 }  // namespace

@@ -24,10 +24,11 @@ struct CloneContext {
 /// How a backup is made.
 struct BackupOptions {
     std::optional<std::string> name = {};  ///< what people call the package; none: as the folder is called
+    Declared without = {};                 ///< what this television does not have
 };
 
-/// Saves the television into `folder`. Result: the report, the package being whole, sealed and flushed in
-/// `folder`; its exit status says whether a category failed. Errors: `folder` is as it was.
+/// Saves the television into `folder`. Result: the report, the package being sealed and flushed in `folder`;
+/// its exit status says whether a category failed or something is lacking. Errors: `folder` is as it was.
 Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder,
                          const BackupOptions& options = {});
 
@@ -41,11 +42,13 @@ struct RestoreOptions {
     bool readBack = true;       ///< back it up again afterwards, and compare
     bool keepIdentity = false;  ///< leave the settings that belong to this television as they are
     bool dryRun = false;        ///< do everything up to the run, and say what would be done
+    Declared without = {};      ///< what this television does not have
 };
 
-/// Loads the categories of the package in `folder` into the television, if it fits and is unaltered. Result:
-/// the report; its exit status says whether a category failed or differs. Errors: nothing of the television
-/// was touched before the run began, and the clone folder is empty unless it was not yet touched either.
+/// Loads the categories of the package in `folder` into the television, if it fits and is unaltered. What the
+/// package lacks is left as it is. Result: the report; its exit status says whether a category failed,
+/// differs or is lacking. Errors: nothing of the television was touched before the run began, and the clone
+/// folder is empty unless it was not yet touched either.
 Result<Report> runRestore(const CloneContext& context, const std::filesystem::path& folder,
                           const RestoreOptions& options);
 

@@ -59,6 +59,11 @@ Result<void> addFiles(const LiveFolder& folder, std::vector<PackageEntry>& entri
     return {};
 }
 
+const LiveFolder& folderOf(VXClone category) {
+    return *std::find_if(kLiveFolders.begin(), kLiveFolders.end(),
+                         [category](const LiveFolder& folder) { return folder.category == category; });
+}
+
 bool isSeen(const PackageEntry& entry) {
     return std::any_of(kLiveFolders.begin(), kLiveFolders.end(), [&entry](const LiveFolder& folder) {
         return categoryOfPath(entry.path) == categoryOf(folder.category).name;
@@ -100,6 +105,27 @@ Result<ComparedState> stateOfTelevision(ComparedState& package) {
                                          [](const PackageEntry& entry) { return !isSeen(entry); }),
                           package.entries.end());
     return live;
+}
+
+Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root) {
+    std::vector<PackageEntry> live;
+    const auto contents = readContents(root);
+    const auto added = contents ? addFiles(folderOf(VXCLONE_VXHOTEL_HOMEAPP_DATA), live)
+                                : Result<void>(tl::make_unexpected(contents.error()));
+    if (!added) {
+        return tl::make_unexpected(added.error());
+    }
+    std::vector<std::string> missing;
+    for (const PackageEntry& file : live) {
+        const bool travels = !file.folder && std::count(file.path.begin(), file.path.end(), '/') == 1;
+        const bool held = std::any_of(
+            contents->entries.begin(), contents->entries.end(),
+            [&](const auto& each) { return each.path == file.path && each.digest == file.digest; });
+        if (travels && !held) {
+            missing.push_back(file.path);
+        }
+    }
+    return missing;
 }
 
 std::vector<std::string> categoriesSeen(const ComparedState& package) {

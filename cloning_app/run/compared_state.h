@@ -16,6 +16,11 @@ Result<ComparedState> stateOfPackage(const Tree& package);
 /// out of `package`. Errors: the television's disk cannot be read.
 Result<ComparedState> stateOfTelevision(ComparedState& package);
 
+/// The files directly in this television's home menu that the package in `root` does not hold as they are, by
+/// their paths in the package. Errors: the television does not say where its home menu is, or it cannot be
+/// read.
+Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root);
+
 /// The names of the categories that `stateOfTelevision` sees of such a package.
 std::vector<std::string> categoriesSeen(const ComparedState& package);
 

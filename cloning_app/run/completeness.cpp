@@ -83,6 +83,25 @@ std::vector<std::string> applicationsOf(const std::optional<ReadManifest>& manif
     return applications;
 }
 
+/// Adds what the manifest calls failed: what a failing service left behind is no data to rely on.
+void addFailed(const std::optional<ReadManifest>& manifest, std::vector<Lack>& lacks) {
+    if (!manifest) {
+        return;
+    }
+    for (const ManifestResult& result : manifest->manifest.origin.results) {
+        const auto category = categoryCalled(result.category);
+        const bool failed = category && verdictNamed(result.result) == Verdict::Failed;
+        const bool known =
+            failed && std::any_of(lacks.begin(), lacks.end(), [&](const Lack& lack) {
+                return lack.category == *category &&
+                       (result.application.empty() || lack.what.empty() || lack.what == result.application);
+            });
+        if (failed && !known) {
+            lacks.push_back({*category, result.application});
+        }
+    }
+}
+
 /// Whether the package holds what is said to be lacking.
 bool isHeld(const Holdings& holdings, const Lack& lack) {
     if (lack.category == VXCLONE_VCONF_DATA && !lack.what.empty()) {
@@ -229,6 +248,7 @@ bool holdsAnyOf(const Holdings& holdings, VXClone value) {
 Completeness completenessOf(const std::optional<ReadManifest>& manifest, const Holdings& holdings) {
     Completeness result{lacksOf(holdings, applicationsOf(manifest)), {}};
     if (!manifest || !manifest->manifest.origin.lacks) {
+        addFailed(manifest, result.lacks);
         return result;
     }
     std::vector<Lack> listed = listedIn(*manifest->manifest.origin.lacks);
@@ -246,6 +266,7 @@ Completeness completenessOf(const std::optional<ReadManifest>& manifest, const H
         }
     }
     result.lacks = std::move(listed);
+    addFailed(manifest, result.lacks);
     return result;
 }
 

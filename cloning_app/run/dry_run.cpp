@@ -4,7 +4,7 @@
 
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/run/compared_state.h"
-#include "cloning_app/run/kept_identity.h"
+#include "cloning_app/run/own_settings.h"
 
 namespace vxclone {
 

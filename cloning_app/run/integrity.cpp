@@ -75,18 +75,34 @@ Finding findingOf(EntryDifference::Kind kind) {
     return Finding::Altered;
 }
 
+/// What the package holds; its entries are known already.
+Result<Holdings> holdingsOf(const Tree& package, const PackageContents& contents) {
+    auto settings = readSettings(package);
+    if (!settings && settings.error().code != ErrorCode::SettingsDamaged) {
+        return tl::make_unexpected(settings.error());
+    }
+    return Holdings{contents.entries,
+                    settings ? settings->value_or(std::vector<Setting>()) : std::vector<Setting>()};
+}
+
 /// Adds what the manifest says. A file of that name that is no manifest is an altered package, not a failed
 /// examination.
 Result<void> examineManifest(const Tree& package, const PackageContents& contents, Examination& result) {
+    const auto holdings = holdingsOf(package, contents);
+    if (!holdings) {
+        return tl::make_unexpected(holdings.error());
+    }
     const auto manifest = readManifest(package, PackageKey::ofTelevision());
     if (!manifest && manifest.error().code == ErrorCode::Altered) {
         result.checks.push_back({Subject::Manifest, Finding::Altered, "", "", kManifestFile});
+        judgeCompleteness({}, *holdings, result.checks, result.lacks);
         return {};
     }
     if (!manifest) {
         return tl::make_unexpected(manifest.error());
     }
     result.checks.push_back(checkOf(*manifest));
+    judgeCompleteness(*manifest, *holdings, result.checks, result.lacks);
     if (*manifest) {
         result.digest = (*manifest)->digest;
         for (const EntryDifference& difference :
@@ -136,6 +152,16 @@ Result<std::vector<Check>> examineSealIfAny(CloneEngine& engine, const Tree& pac
 }
 
 }  // namespace
+
+void judgeCompleteness(const std::optional<ReadManifest>& manifest, const Holdings& holdings,
+                       std::vector<Check>& checks, std::vector<Lack>& lacks) {
+    Completeness judged = completenessOf(manifest, holdings);
+    for (std::string& contradiction : judged.contradictions) {
+        checks.push_back({Subject::Manifest, Finding::Altered, "", "",
+                          std::string(kManifestFile) + ": " + std::move(contradiction)});
+    }
+    lacks = std::move(judged.lacks);
+}
 
 Check checkOf(const std::optional<ReadManifest>& manifest) {
     if (!manifest) {

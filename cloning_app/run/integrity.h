@@ -7,6 +7,7 @@
 #include "cloning_app/package/manifest_file.h"
 #include "cloning_app/run/check.h"
 #include "cloning_app/run/clone_engine.h"
+#include "cloning_app/run/completeness.h"
 #include "cloning_app/run/stop_flag.h"
 
 namespace vxclone {
@@ -15,7 +16,13 @@ namespace vxclone {
 struct Examination {
     std::vector<Check> checks;               ///< the seal's comes last
     std::optional<std::string> digest = {};  ///< the manifest's, where there is one
+    std::vector<Lack> lacks = {};            ///< what the package lacks; a lack is no check that fails
 };
+
+/// What is lacking goes into `lacks`, and a check is added for each contradiction between manifest and
+/// package.
+void judgeCompleteness(const std::optional<ReadManifest>& manifest, const Holdings& holdings,
+                       std::vector<Check>& checks, std::vector<Lack>& lacks);
 
 /// What is to be said of a package's manifest.
 Check checkOf(const std::optional<ReadManifest>& manifest);

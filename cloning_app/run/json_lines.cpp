@@ -44,6 +44,14 @@ Json jsonOf(const Row& row) {
     return members;
 }
 
+Json jsonOf(const Lack& lack) {
+    Json members = {{"check", "completeness"},
+                    {"result", lack.declared ? "declared" : "lacking"},
+                    {"category", categoryOf(lack.category).name}};
+    addText(members, "what", lack.what);
+    return members;
+}
+
 Json jsonOf(const Check& check) {
     Json members = {{"check", nameOf(check.subject)}, {"result", nameOf(check.finding)}};
     addText(members, "television", check.television);

@@ -4,6 +4,7 @@
 #include <ostream>
 #include <string_view>
 
+#include "cloning_app/run/completeness.h"
 #include "cloning_app/run/result_table.h"
 
 namespace vxclone {
@@ -38,8 +39,9 @@ class JsonLines {
     std::ostream& out_;
 };
 
-/// The members that tell a row and a check; what is empty is left out.
+/// The members that tell a row, a check, and what is lacking; what is empty is left out.
 nlohmann::ordered_json jsonOf(const Row& row);
 nlohmann::ordered_json jsonOf(const Check& check);
+nlohmann::ordered_json jsonOf(const Lack& lack);
 
 }  // namespace vxclone

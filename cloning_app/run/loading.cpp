@@ -8,10 +8,11 @@
 #include "cloning_app/package/layout.h"
 #include "cloning_app/run/applications.h"
 #include "cloning_app/run/compared_state.h"
-#include "cloning_app/run/kept_identity.h"
 #include "cloning_app/run/logos.h"
+#include "cloning_app/run/own_settings.h"
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/settings_store.h"
+#include "common/terminal_table.h"
 
 namespace vxclone {
 
@@ -41,22 +42,50 @@ Row judgeSettings(const std::optional<std::vector<Setting>>& settings) {
             fmt::format("{} of {} applied; not {}", all - missed.size(), all, someOf(missed))};
 }
 
-/// Puts the television's own values back, and says so.
-void putBack(const std::vector<Setting>& kept, Row& row) {
-    const std::vector<std::string> lost = writeBack(kept);
-    if (lost.empty()) {
-        row.detail += "; kept, " + countText(kept.size(), "setting");
-    } else {
+std::string allOf(const std::vector<Setting>& settings) {
+    std::string text;
+    for (const Setting& setting : settings) {
+        text += (text.empty() ? "" : ", ") + setting.key;
+    }
+    return text;
+}
+
+/// The television's own values that the load is not to change.
+struct Kept {
+    std::vector<Setting> identity;  ///< because the user wants to keep them
+    std::vector<Setting>
+        untouched;  ///< because the package lacks them, and the library writes 0 or nothing then
+
+    std::vector<Setting> all() const {
+        std::vector<Setting> settings = identity;
+        settings.insert(settings.end(), untouched.begin(), untouched.end());
+        return settings;
+    }
+};
+
+/// Puts the television's own values back, reads them back, and says so.
+void putBack(const Kept& kept, Row& row) {
+    const std::vector<std::string> lost = writeBack(kept.all());
+    if (!kept.untouched.empty()) {
+        addDetail(row, "left as they were: " + allOf(kept.untouched));
+    }
+    if (!kept.identity.empty() && lost.empty()) {
+        addDetail(row, "kept, " + countText(kept.identity.size(), "setting"));
+    }
+    if (!lost.empty()) {
         row.verdict = Verdict::Failed;
-        row.detail += "; not kept: " + someOf(lost);
+        addDetail(row, "not kept: " + someOf(lost));
     }
 }
 
-/// Says of a failed category when the package did not hold what it needs.
-void explainMissingEntries(std::vector<Row>& rows, const Tree& root) {
+/// A category of which nothing was reported was not loaded, as far as anybody knows.
+void failUnreported(std::vector<Row>& rows, const Holdings& holdings) {
     for (Row& row : rows) {
-        if (row.verdict == Verdict::Failed && !holdsEntry(root, row.category).value_or(true)) {
-            row.detail = "the package holds no " + std::string(categoryOf(row.category).entry);
+        const bool held =
+            row.subject.empty() ? holdsAnyOf(holdings, row.category) : holdings.hasEntry(row.subject);
+        if (row.verdict == Verdict::NotReported && held && isLoaded(categoryOf(row.category))) {
+            row.verdict = Verdict::Failed;
+            addDetail(row, "nobody reported that it was loaded");
         }
     }
 }
@@ -87,17 +116,49 @@ Result<ComparedState> expectedOf(const Tree& package, const std::optional<std::v
 
 /// What is made ready before the library is let loose.
 struct Preparation {
-    std::vector<Setting> kept;                     ///< the television's own
+    Kept kept;
     std::optional<std::vector<Setting>> settings;  ///< the package's that are to be applied
     std::optional<Expectation> expected;           ///< none where nothing is read back
 };
 
+/// What the television holds of the settings that are to stay. One that nobody can read could not be put
+/// back.
+Result<Kept> keptOf(const ReadyPackage& ready, const LoadOptions& options) {
+    if (!ready.plan.holds(VXCLONE_VCONF_DATA)) {
+        return Kept{};
+    }
+    OwnSettings identity = ownSettings(options.keepIdentity ? identityKeys() : std::vector<std::string>());
+    OwnSettings untouched = ownSettings(ready.plan.untouched);
+    std::vector<std::string> unreadable = std::move(identity.unreadable);
+    unreadable.insert(unreadable.end(), untouched.unreadable.begin(), untouched.unreadable.end());
+    for (const std::string& key : unreadable) {
+        const Lack lack{VXCLONE_VCONF_DATA, key};
+        const bool isDeclared =
+            options.without.holds(lack) ||
+            std::any_of(ready.examined.lacks.begin(), ready.examined.lacks.end(), [&lack](const Lack& each) {
+                return each.declared && each.category == lack.category && each.what == lack.what;
+            });
+        if (!isDeclared) {
+            return failure(
+                ErrorCode::SettingsRefused,
+                fmt::format("this television does not tell its {}, which is to stay as it is; nothing was "
+                            "changed; restart the television and try again, or, if it has no such "
+                            "setting, add --without {}",
+                            key, key));
+        }
+    }
+    return Kept{std::move(identity.values), std::move(untouched.values)};
+}
+
 Result<Preparation> prepare(const CloneContext& context, ReadyPackage& ready, const LoadOptions& options,
                             RunRecorder& recorder) {
-    Preparation made{{}, ready.settings, {}};
-    if (options.keepIdentity && ready.settings) {
-        made.kept = identityOfTelevision();
-        made.settings = withoutKept(*ready.settings, made.kept);
+    auto kept = keptOf(ready, options);
+    if (!kept) {
+        return tl::make_unexpected(kept.error());
+    }
+    Preparation made{std::move(*kept), ready.settings, {}};
+    if (ready.settings) {
+        made.settings = withoutKept(*ready.settings, made.kept.all());
     }
     if (options.readBack) {
         auto expected = expectedOf(ready.package.tree(), made.settings);
@@ -124,19 +185,17 @@ std::vector<Row> judge(const CloneContext& context, const ReadyPackage& ready, c
     std::vector<Row> own = ready.plan.leftOut;
     if (ready.plan.holds(VXCLONE_VCONF_DATA)) {
         Row row = judgeSettings(made.settings);
-        if (!made.kept.empty()) {
-            putBack(made.kept, row);
-        }
+        putBack(made.kept, row);
         own.push_back(row);
         context.view.category(row);
     }
     std::vector<Row> rows = tableRows(Direction::Restore, ready.plan.list, results.outcomes(), own);
     nameApplications(rows);
-    explainMissingEntries(rows, ready.package.tree());
     return rows;
 }
 
-void compareWithPackage(const CloneContext& context, ReadyPackage& ready, const Expectation& expected,
+/// Result: whether all that can be compared was.
+bool compareWithPackage(const CloneContext& context, ReadyPackage& ready, const Expectation& expected,
                         RunRecorder& recorder, Report& report) {
     if (const auto entered = recorder.enter(RunPhase::ReadingBack); !entered) {
         context.view.notice("The record of this run is not up to date: " + entered.error().sentence + ".");
@@ -144,30 +203,41 @@ void compareWithPackage(const CloneContext& context, ReadyPackage& ready, const 
     Comparison comparison = readBack(context, ready.package, expected, report.rows);
     report.differences = {"the package", "this television", std::move(comparison.differences)};
     report.closing.insert(report.closing.end(), comparison.sentences.begin(), comparison.sentences.end());
-    if (!comparison.complete || anyFailed(report.rows)) {
-        report.exitStatus = exitStatusOf(ErrorCode::CategoryFailed);
-    }
     ready.package.discard();
+    return comparison.complete;
 }
 
 }  // namespace
 
-bool Plan::holds(VXClone category) const {
-    return std::find(list.begin(), list.end(), category) != list.end();
-}
-
 Result<ReadyPackage> makeReady(const CloneContext& context, StagedPackage package, Examination examined,
                                Plan plan) {
+    auto holdings = Holdings::of(package.tree());
+    if (!holdings) {
+        return tl::make_unexpected(holdings.error());
+    }
     auto settings = plan.holds(VXCLONE_VCONF_DATA)
                         ? readSettings(package.tree())
                         : Result<std::optional<std::vector<Setting>>>(std::nullopt);
     if (!settings) {
         return tl::make_unexpected(settings.error());
     }
+    leaveOutLacking(plan, examined.lacks, *holdings);
+    if (std::none_of(plan.list.begin(), plan.list.end(),
+                     [](VXClone category) { return isLoaded(categoryOf(category)); })) {
+        return failure(
+            ErrorCode::CategoryFailed,
+            fmt::format("{} holds nothing of the chosen categories; nothing was changed; choose others, or "
+                        "another package",
+                        vxcommon::printable(package.origin())));
+    }
+    if (!plan.holds(VXCLONE_VCONF_DATA)) {
+        settings->reset();
+    }
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    return ReadyPackage{std::move(package), std::move(examined), std::move(plan), std::move(*settings)};
+    return ReadyPackage{std::move(package), std::move(examined), std::move(*holdings), std::move(plan),
+                        std::move(*settings)};
 }
 
 Result<Report> load(const CloneContext& context, ReadyPackage& ready, const LoadOptions& options,
@@ -180,7 +250,7 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
     const auto results = runAndFollow(context, Direction::Restore, ready.plan.list,
                                       [&] { return context.engine.restore(ready.plan.list); });
     if (!results) {
-        static_cast<void>(writeBack(made->kept));
+        static_cast<void>(writeBack(made->kept.all()));
         return tl::make_unexpected(results.error());
     }
     Report report{judge(context, ready, *made, *results), kExitOk, unknownLineSentences(*results),
@@ -188,9 +258,18 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
     if (options.removesLogo) {
         judgeRemovedLogo(report.rows);
     }
-    report.exitStatus = exitStatusFor(report.rows, *results);
+    bool compared = true;
     if (made->expected && !context.stop.raised()) {
-        compareWithPackage(context, ready, *made->expected, recorder, report);
+        compared = compareWithPackage(context, ready, *made->expected, recorder, report);
+    } else {
+        failUnreported(report.rows, ready.holdings);
+    }
+    sayLacking(report.rows, ready.examined.lacks, ready.holdings);
+    report.lacks = ready.examined.lacks;
+    report.exitStatus =
+        compared ? exitStatusFor(report.rows, *results) : exitStatusOf(ErrorCode::CategoryFailed);
+    for (std::string& sentence : lackSentences(report.lacks, "The package")) {
+        report.closing.push_back(std::move(sentence));
     }
     if (context.stop.raised()) {
         report.exitStatus = exitStatusOf(stopError(context.stop.signal()).code);

@@ -5,31 +5,25 @@
 #include <vector>
 
 #include "cloning_app/run/integrity.h"
+#include "cloning_app/run/plan.h"
 #include "cloning_app/run/read_back.h"
 #include "cloning_app/run/run_record.h"
 #include "cloning_app/run/staged_package.h"
 
 namespace vxclone {
 
-/// What the library is told to load, and what is left out of that and why.
-struct Plan {
-    std::vector<VXClone> list;
-    std::vector<Row> leftOut = {};
-    bool everything = false;  ///< nobody chose
-
-    bool holds(VXClone category) const;
-};
-
 /// A package in the clone folder, let in and ready to be loaded.
 struct ReadyPackage {
     StagedPackage package;
     Examination examined;
+    Holdings holdings;
     Plan plan;
     std::optional<std::vector<Setting>>
         settings;  ///< none where the package holds none or they are not chosen
 };
 
-/// Reads what is needed of an admitted package. Errors: its settings are to be loaded and damaged; a stop.
+/// Reads what is needed of an admitted package, and leaves out of the plan what it lacks. Errors: its
+/// settings are to be loaded and damaged; it holds nothing of the plan (`CategoryFailed`); a stop.
 Result<ReadyPackage> makeReady(const CloneContext& context, StagedPackage package, Examination examined,
                                Plan plan);
 
@@ -37,8 +31,9 @@ Result<ReadyPackage> makeReady(const CloneContext& context, StagedPackage packag
 struct LoadOptions {
     bool readBack = true;
     bool keepIdentity = false;
+    Declared without = {};                     ///< what this television does not have
     std::optional<ComparedState> before = {};  ///< what the television holds, where that is known
-    bool removesLogo = false;                  ///< that the boot logo is gone afterwards is what is wanted
+    bool removesLogo = false;                  ///< removes the boot logo: the package has none
 };
 
 /// Lets the library load the package and judges what came of it; the record follows. Result: the report,

@@ -2,24 +2,29 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/settings_file.h"
 #include "cloning_app/run/applications.h"
+#include "cloning_app/run/compared_state.h"
 #include "cloning_app/run/logos.h"
 #include "cloning_app/run/package_origin.h"
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/sealing.h"
+#include "common/terminal_table.h"
 
 namespace vxclone {
 
 namespace {
 
 /// The library says nothing of the settings file, and writes an empty one on a full disk.
-Result<Row> judgeSettings(const Tree& root) {
+Result<std::size_t> countSettings(const Tree& root) {
     const auto settings = readSettings(root);
     if (settings && *settings) {
-        return Row{VXCLONE_VCONF_DATA, Verdict::Done, "saved, " + countText((*settings)->size(), "setting")};
+        return (*settings)->size();
     }
     return failure(
         ErrorCode::SettingsNotSaved,
@@ -28,15 +33,61 @@ Result<Row> judgeSettings(const Tree& root) {
                     kSettingsFile));
 }
 
-/// The library calls a backup of the channels a success whatever the television answered: what a restore
-/// needs has to be there.
-void judgeEntries(const Tree& root, std::vector<Row>& rows) {
+/// The library copies the home menu and says that it went well, whatever the disk answered.
+void judgeHomeMenu(const Tree& root, std::vector<Row>& rows, std::vector<Lack>& lacks) {
+    const auto missing = homeMenuFilesNotIn(root);
+    if (missing) {
+        for (const std::string& path : *missing) {
+            lacks.push_back({VXCLONE_VXHOTEL_HOMEAPP_DATA, path});
+        }
+        return;
+    }
     for (Row& row : rows) {
-        const Category& category = categoryOf(row.category);
-        const std::string entry(category.inBackup == Handling::Reported ? category.entry : "");
-        if (row.verdict == Verdict::Done && !entry.empty() && !hasEntry(root, entry).value_or(true)) {
+        if (row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA) {
             row.verdict = Verdict::Failed;
-            row.detail = "the television saved no " + entry;
+            addDetail(row, missing.error().sentence);
+        }
+    }
+}
+
+bool tellsOf(const Row& row, const Lack& lack) {
+    return row.category == lack.category &&
+           (row.subject.empty() || lack.what.empty() || row.subject == lack.what);
+}
+
+std::string namesOf(const std::vector<Lack>& lacks) {
+    std::string names;
+    for (const Lack& lack : lacks) {
+        names += (names.empty() ? "" : ", ") + vxcommon::printable(lack.what);
+    }
+    return names;
+}
+
+/// Says in the row what its category lacks; `lacks` are of this row and either all declared or none is.
+void sayLacks(Row& row, const std::vector<Lack>& lacks) {
+    const bool declared = lacks.front().declared;
+    const bool partly = !lacks.front().what.empty() && row.subject.empty();
+    if (!declared) {
+        row.verdict = Verdict::Failed;
+        addDetail(row, partly ? "not saved: " + namesOf(lacks) : std::string("the television saved none"));
+    } else if (partly) {
+        addDetail(row, "declared as not there: " + namesOf(lacks));
+    } else {
+        row.verdict = Verdict::NotThere;
+        row.detail = "declared";
+    }
+}
+
+/// Adds to the rows what is lacking: what the library reported does not count against that.
+void judgeCompleteness(std::vector<Row>& rows, const std::vector<Lack>& lacks) {
+    for (Row& row : rows) {
+        for (const bool declared : {true, false}) {
+            std::vector<Lack> own;
+            std::copy_if(lacks.begin(), lacks.end(), std::back_inserter(own),
+                         [&](const Lack& lack) { return lack.declared == declared && tellsOf(row, lack); });
+            if (!own.empty()) {
+                sayLacks(row, own);
+            }
         }
     }
 }
@@ -56,23 +107,41 @@ void judgeApplications(const Tree& root, std::vector<Row>& rows) {
     }
 }
 
-/// Looks at what the library left, before anything is made of it. Result: the rows of all categories.
-Result<std::vector<Row>> judgeBackup(const CloneContext& context, const Tree& root,
-                                     const ResultList& results) {
-    const auto settings = judgeSettings(root);
+/// What was saved, and what is lacking.
+struct Judgement {
+    std::vector<Row> rows;  ///< of all categories
+    std::vector<Lack> lacks;
+};
+
+/// Looks at what the library left, before anything is made of it.
+Result<Judgement> judgeBackup(const CloneContext& context, const Tree& root, const ResultList& results,
+                              const Means& means) {
+    const auto settings = countSettings(root);
     if (!settings) {
         return tl::make_unexpected(settings.error());
     }
     std::vector<Row> own = saveLogos(root, context.stop);
-    own.push_back(*settings);
-    for (const Row& row : own) {
-        context.view.category(row);
+    own.push_back({VXCLONE_VCONF_DATA, Verdict::Done, "saved, " + countText(*settings, "setting")});
+    Judgement made{tableRows(Direction::Backup, allCategories(), results.outcomes(), own), {}};
+    nameApplications(made.rows);
+    judgeApplications(root, made.rows);
+    const auto holdings = Holdings::of(root);
+    if (!holdings) {
+        return tl::make_unexpected(holdings.error());
     }
-    std::vector<Row> rows = tableRows(Direction::Backup, allCategories(), results.outcomes(), own);
-    judgeEntries(root, rows);
-    nameApplications(rows);
-    judgeApplications(root, rows);
-    return rows;
+    made.lacks = lacksOf(*holdings, applicationsOf(made.rows));
+    judgeHomeMenu(root, made.rows, made.lacks);
+    for (Lack& lack : made.lacks) {
+        lack.declared = means.mayLack(lack);
+    }
+    judgeCompleteness(made.rows, made.lacks);
+    for (const Row& row : made.rows) {
+        if (handlingOf(categoryOf(row.category), Direction::Backup) == Handling::Added ||
+            row.category == VXCLONE_VCONF_DATA) {
+            context.view.category(row);
+        }
+    }
+    return made;
 }
 
 }  // namespace
@@ -86,22 +155,27 @@ Result<Means> readyToSeal(CloneEngine& engine, const std::string& name) {
     if (!origin) {
         return tl::make_unexpected(origin.error());
     }
-    return Means{std::move(*key), std::move(*origin)};
+    Means means{std::move(*key), std::move(*origin)};
+    return means;
 }
 
 Result<Report> completePackage(const CloneContext& context, const Tree& root, const ResultList& results,
-                               Means means) {
-    const auto rows = judgeBackup(context, root, results);
-    if (!rows) {
-        return tl::make_unexpected(rows.error());
+                               const Means& means) {
+    const auto made = judgeBackup(context, root, results, means);
+    if (!made) {
+        return tl::make_unexpected(made.error());
     }
-    means.origin.results = resultsOf(*rows);
-    const auto sealed = sealPackage(context.engine, root, means.origin, means.key);
+    PackageOrigin origin = means.origin;
+    origin.results = resultsOf(made->rows);
+    origin.lacks = manifestLacksOf(made->lacks);
+    const auto sealed = sealPackage(context.engine, root, origin, means.key);
     if (!sealed) {
         return tl::make_unexpected(sealed.error());
     }
-    Report report{*rows, exitStatusFor(*rows, results), unknownLineSentences(results), sealed->checks};
+    Report report{made->rows, exitStatusFor(made->rows, results), unknownLineSentences(results),
+                  sealed->checks};
     report.digest = sealed->digest;
+    report.lacks = made->lacks;
     return report;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "cloning_app/package/manifest.h"
@@ -12,6 +13,8 @@ namespace vxclone {
 struct Means {
     PackageKey key;
     PackageOrigin origin;
+    /// Whether it is no fault that the package lacks this.
+    std::function<bool(const Lack&)> mayLack = [](const Lack&) { return false; };
 };
 
 /// What a backup that begins now needs of the television, beside the library's own work; `name` is what
@@ -19,10 +22,10 @@ struct Means {
 Result<Means> readyToSeal(CloneEngine& engine, const std::string& name);
 
 /// Makes a package of the backup that the library left in `root` and reported in `results`: the logos are
-/// added, the manifest and the seal made. The view is told what the library does not report. Result: the
-/// report, without closing sentences of success. Errors: the backup left no good settings file, or it cannot
-/// be sealed.
+/// added, what it lacks is found out, the manifest and the seal are made. The view is told what the library
+/// does not report. Result: the report, without closing sentences; a lack that may not be is a failure of its
+/// category. Errors: the backup left no good settings file, or it cannot be sealed.
 Result<Report> completePackage(const CloneContext& context, const Tree& root, const ResultList& results,
-                               Means means);
+                               const Means& means);
 
 }  // namespace vxclone

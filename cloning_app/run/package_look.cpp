@@ -39,6 +39,11 @@ Result<PackageLook> lookAt(const Tree& package) {
     } else {
         return tl::make_unexpected(manifest.error());
     }
+    const auto holdings = Holdings::of(package);
+    if (!holdings) {
+        return tl::make_unexpected(holdings.error());
+    }
+    judgeCompleteness(look.manifest, *holdings, look.checks, look.lacks);
     const auto sealed = hasEntry(package, kSealFile);
     if (!sealed) {
         return tl::make_unexpected(sealed.error());

@@ -8,6 +8,7 @@
 #include "cloning_app/package/manifest_file.h"
 #include "cloning_app/package/stick_target.h"
 #include "cloning_app/run/check.h"
+#include "cloning_app/run/completeness.h"
 
 namespace vxclone {
 
@@ -30,7 +31,8 @@ class OpenPackage {
 struct PackageLook {
     std::optional<Identity> identity;
     std::optional<ReadManifest> manifest;
-    std::vector<Check> checks;  ///< whether it fits, its manifest is good and its seal there
+    std::vector<Check> checks;     ///< whether it fits, its manifest is good and its seal there
+    std::vector<Lack> lacks = {};  ///< what it lacks
 };
 
 /// Looks at the package. A file of it that is damaged is a check of the result. Errors: it cannot be read, or

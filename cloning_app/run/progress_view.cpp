@@ -54,6 +54,9 @@ class JsonView final : public ProgressView {
         for (const Check& check : report.checks) {
             lines_.write(Event::Finding, jsonOf(check));
         }
+        for (const Lack& lack : report.lacks) {
+            lines_.write(Event::Finding, jsonOf(lack));
+        }
         Json summary = {{"exit", report.exitStatus}, {"messages", report.closing}};
         if (!report.digest.empty()) {
             summary["digest"] = report.digest;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cloning_app/run/comparison.h"
+#include "cloning_app/run/completeness.h"
 #include "cloning_app/run/result_table.h"
 
 namespace vxclone {
@@ -28,6 +29,7 @@ struct Report {
     std::vector<Check> checks = {};     ///< what was judged of the package as a whole
     std::string digest = {};            ///< the package's manifest; empty where there is none
     NamedDifferences differences = {};  ///< between the package and the television
+    std::vector<Lack> lacks = {};       ///< what the package lacks
 };
 
 /// Where the library's run stands.

@@ -83,11 +83,11 @@ void sayDifferent(Row& row, const std::vector<Difference>& differences, bool asB
 
 class Comparer {
  public:
-    Comparer(const Expectation& expected, const ComparedState& after, const std::vector<VXClone>& unread,
+    Comparer(const Expectation& expected, const ComparedState& after, const std::vector<Row>& unsaved,
              const std::vector<Row>& rows)
         : expected_(expected),
           after_(after),
-          unread_(unread),
+          unsaved_(unsaved),
           outcomeLost_(
               lostAnOutcome(rows, [&after](const Row& row) { return !isEmpty(partOf(after, row)); })) {}
 
@@ -103,18 +103,13 @@ class Comparer {
             row.verdict = Verdict::NotApplied;
             row.readBack = ReadBack::Unknown;
             addDetail(row, "its data in the package was not loaded");
-            return;
-        }
-        const bool unread = std::find(unread_.begin(), unread_.end(), row.category) != unread_.end();
-        if (unread || isEmpty(wanted) || (isEmpty(found) && row.verdict == Verdict::NotReported)) {
+        } else if (isUnread(row, wanted, found)) {
+            sayUnread(row);
+        } else if (isEmpty(wanted)) {
             sayUnknown(row);
-            result_.complete = result_.complete && !unread;
-            if (unread) {
-                addDetail(row, "it could not be saved again");
-            }
-            return;
+        } else {
+            compareParts(row, wanted, found);
         }
-        compareParts(row, wanted, found);
     }
 
     /// What services put into the package under names that nobody knows.
@@ -140,6 +135,38 @@ class Comparer {
     Comparison result() && { return std::move(result_); }
 
  private:
+    /// Whether the second backup lacks what the row tells of: a service always leaves its entry.
+    bool isUnread(const Row& row, const ComparedState& wanted, const ComparedState& found) const {
+        const bool failed = std::any_of(unsaved_.begin(), unsaved_.end(), [&row](const Row& each) {
+            return each.category == row.category && (each.subject.empty() || each.subject == row.subject);
+        });
+        return failed ||
+               (categoryOf(row.category).holding == Holding::Parts && !isEmpty(wanted) && isEmpty(found));
+    }
+
+    void sayUnread(Row& row) {
+        addDetail(row, "it could not be saved again");
+        if (row.verdict == Verdict::NotReported) {
+            row.verdict = Verdict::Failed;
+        }
+        sayUnknown(row);
+        result_.complete = false;
+    }
+
+    /// Takes out the settings that the second backup could not read: nobody knows what the television holds.
+    void takeOutUnread(Row& row, std::vector<Difference>& differences) {
+        const auto end =
+            std::stable_partition(differences.begin(), differences.end(),
+                                  [](const Difference& difference) { return difference.inSecond; });
+        const std::vector<Difference> unread(end, differences.end());
+        differences.erase(end, differences.end());
+        if (!unread.empty()) {
+            addDetail(row, "not read again: " + namesOf(unread));
+            row.readBack = ReadBack::Unknown;
+            result_.complete = false;
+        }
+    }
+
     void compareParts(Row& row, const ComparedState& wanted, const ComparedState& found) {
         std::vector<Difference> differences = differencesOf(wanted, found);
         if (row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
@@ -150,8 +177,11 @@ class Comparer {
         if (row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA && beside != 0) {
             addDetail(row, countText(beside, "file") + " beside the package's stay");
         }
+        if (row.category == VXCLONE_VCONF_DATA) {
+            takeOutUnread(row, differences);
+        }
         if (differences.empty()) {
-            row.readBack = ReadBack::Same;
+            row.readBack = row.readBack == ReadBack::None ? ReadBack::Same : row.readBack;
             return;
         }
         const bool asBefore =
@@ -182,7 +212,7 @@ class Comparer {
 
     const Expectation& expected_;
     const ComparedState& after_;
-    const std::vector<VXClone>& unread_;
+    const std::vector<Row>& unsaved_;
     bool outcomeLost_;
     Comparison result_;
 };
@@ -190,8 +220,8 @@ class Comparer {
 }  // namespace
 
 Comparison compareRows(const Expectation& expected, const ComparedState& after,
-                       const std::vector<VXClone>& unread, std::vector<Row>& rows) {
-    Comparer comparer(expected, after, unread, rows);
+                       const std::vector<Row>& unsaved, std::vector<Row>& rows) {
+    Comparer comparer(expected, after, unsaved, rows);
     for (Row& row : rows) {
         comparer.compare(row);
     }
@@ -210,7 +240,10 @@ Comparison readBack(const CloneContext& context, const StagedPackage& package, c
     if (!look) {
         return {{}, {"The television could not be read back: " + look.error().sentence + "."}, false};
     }
-    return compareRows(expected, look->state, look->unread, rows);
+    std::vector<Row> unsaved;
+    std::copy_if(look->rows.begin(), look->rows.end(), std::back_inserter(unsaved),
+                 [](const Row& row) { return row.verdict == Verdict::Failed; });
+    return compareRows(expected, look->state, unsaved, rows);
 }
 
 }  // namespace vxclone

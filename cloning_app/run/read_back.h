@@ -24,10 +24,11 @@ struct Comparison {
 };
 
 /// Compares what the television holds, `after`, with what was expected, and says in the rows of a restore
-/// what was found for each; `unread` are the categories that could not be read back. What an application
-/// holds is told apart by its bytes alone, which need not mean a difference; so that is never called one.
+/// what was found for each; `unsaved` are the rows of the backup that was made to look, which failed. What an
+/// application holds is told apart by its bytes alone, which need not mean a difference; so that is never
+/// called one.
 Comparison compareRows(const Expectation& expected, const ComparedState& after,
-                       const std::vector<VXClone>& unread, std::vector<Row>& rows);
+                       const std::vector<Row>& unsaved, std::vector<Row>& rows);
 
 /// Backs the television up again, into the clone folder of `package`, and compares. The library's result list
 /// is that of the restore afterwards. It does not fail: what cannot be read back is a sentence of the result.

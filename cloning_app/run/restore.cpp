@@ -5,7 +5,6 @@
 #include "cloning_app/run/admission.h"
 #include "cloning_app/run/dry_run.h"
 #include "cloning_app/run/loading.h"
-#include "cloning_app/run/logos.h"
 #include "cloning_app/run/recorded_run.h"
 #include "cloning_app/run/safety_backup.h"
 #include "common/terminal_table.h"
@@ -35,23 +34,6 @@ void sayWhatIsNeeded(ProgressView& view, const Plan& plan) {
     }
 }
 
-/// A package without a boot logo makes the library remove the television's own: that is done only for who
-/// asks for it by name.
-Result<Plan> planFor(const RestoreOptions& options, const Tree& package) {
-    Plan plan{options.list, {}, options.everything};
-    const auto logo = holdsEntry(package, VXCLONE_HOSPITALITY_LOGO);
-    if (!logo) {
-        return tl::make_unexpected(logo.error());
-    }
-    if (options.everything && plan.holds(VXCLONE_HOSPITALITY_LOGO) && !*logo) {
-        plan.list.erase(std::remove(plan.list.begin(), plan.list.end(), VXCLONE_HOSPITALITY_LOGO),
-                        plan.list.end());
-        plan.leftOut.push_back({VXCLONE_HOSPITALITY_LOGO, Verdict::NotChosen,
-                                "the package holds none; this television keeps its own"});
-    }
-    return plan;
-}
-
 /// Without a safety backup a full disk may have room.
 Error withTheWayOn(Error error, const RestoreOptions& options) {
     if (options.safety && error.code == ErrorCode::TelevisionFull) {
@@ -72,12 +54,9 @@ Result<ReadyPackage> getReady(const CloneContext& context, const std::filesystem
     if (!examined) {
         return tl::make_unexpected(examined.error());
     }
-    auto plan = planFor(options, package->tree());
-    if (!plan) {
-        return tl::make_unexpected(plan.error());
-    }
-    sayWhatIsNeeded(context.view, *plan);
-    return makeReady(context, std::move(*package), std::move(*examined), std::move(*plan));
+    Plan plan{options.list, {}, options.everything};
+    sayWhatIsNeeded(context.view, plan);
+    return makeReady(context, std::move(*package), std::move(*examined), std::move(plan));
 }
 
 Result<Report> dryRun(const CloneContext& context, const std::filesystem::path& folder,
@@ -92,13 +71,13 @@ Result<Report> restore(const CloneContext& context, const std::filesystem::path&
     if (!ready) {
         return tl::make_unexpected(ready.error());
     }
-    LoadOptions loading{options.readBack, options.keepIdentity};
+    LoadOptions loading{options.readBack, options.keepIdentity, options.without};
     recorder.setDigest(ready->examined.digest.value_or(""));
     if (options.safety) {
         if (const auto entered = recorder.enter(RunPhase::Safety); !entered) {
             return tl::make_unexpected(entered.error());
         }
-        auto before = keepSafety(context, ready->package, ready->plan.list, recorder.record());
+        auto before = keepSafety(context, *ready, options.without, recorder.record());
         if (!before) {
             return tl::make_unexpected(before.error());
         }

@@ -23,13 +23,17 @@ constexpr std::array kVerdicts = {
     VerdictFacts{"failed", "failed", Colour::Bad},
     VerdictFacts{"differs", "differs", Colour::Bad},
     VerdictFacts{"not-applied", "not applied", Colour::Bad},
+    VerdictFacts{"lacking", "lacking", Colour::Bad},
     VerdictFacts{"planned", "would be loaded", Colour::Plain},
     VerdictFacts{"not-evaluated", "not evaluated", Colour::Dim},
     VerdictFacts{"not-reported", "not reported", Colour::Dim},
+    VerdictFacts{"not-there", "not there", Colour::Dim},
     VerdictFacts{"not-in-backup", "not part of a backup", Colour::Dim},
     VerdictFacts{"not-chosen", "not chosen", Colour::Dim},
     VerdictFacts{"not-possible", "not possible", Colour::Dim},
 };
+
+static_assert(kVerdicts.size() == static_cast<std::size_t>(Verdict::NotPossible) + 1);
 
 struct ReadBackFacts {
     std::string_view name;
@@ -147,7 +151,8 @@ std::vector<Row> tableRows(Direction direction, const std::vector<VXClone>& chos
 }
 
 bool isFailure(Verdict verdict) {
-    return verdict == Verdict::Failed || verdict == Verdict::Differs || verdict == Verdict::NotApplied;
+    return verdict == Verdict::Failed || verdict == Verdict::Differs || verdict == Verdict::NotApplied ||
+           verdict == Verdict::Lacking;
 }
 
 bool anyFailed(const std::vector<Row>& rows) {

@@ -18,9 +18,11 @@ enum class Verdict {
     Failed,
     Differs,     ///< the library reported success, and the television does not hold what the package holds
     NotApplied,  ///< the same, and the television holds what it held before
+    Lacking,     ///< the package should hold it and does not, so that the television keeps its own
     Planned,     ///< a dry run would load it
     NotEvaluated,
     NotReported,
+    NotThere,  ///< nothing is there to be cloned, and that is as it should be
     NotInBackup,
     NotChosen,
     NotPossible

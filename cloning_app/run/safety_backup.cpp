@@ -51,9 +51,19 @@ std::vector<Row> failedAndChosen(const std::vector<Row>& rows, const std::vector
     return failed;
 }
 
+/// Whether the load may change what is lacking. What is left out of it stays as it is, and so does the data
+/// of an application of which the package holds none.
+bool mayChange(const ReadyPackage& ready, const Lack& lack) {
+    if (!ready.plan.holds(lack.category)) {
+        return false;
+    }
+    const bool ofApplication = lack.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA && !lack.what.empty();
+    return !ofApplication || ready.holdings.hasEntry(lack.what);
+}
+
 /// The backup in the clone folder, made a package. Result: what it holds.
-Result<ComparedState> backUpIntoRoot(const CloneContext& context, const Tree& root,
-                                     const std::vector<VXClone>& list, Means means) {
+Result<ComparedState> backUpIntoRoot(const CloneContext& context, const Tree& root, const ReadyPackage& ready,
+                                     const Means& means) {
     const auto results = saveTelevision(context);
     if (!results) {
         return tl::make_unexpected(results.error());
@@ -61,18 +71,35 @@ Result<ComparedState> backUpIntoRoot(const CloneContext& context, const Tree& ro
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    const auto report = completePackage(context, root, *results, std::move(means));
+    const auto report = completePackage(context, root, *results, means);
     if (!report) {
         return tl::make_unexpected(report.error());
     }
-    if (const auto failed = failedAndChosen(report->rows, list); !failed.empty()) {
+    if (isIncomplete(report->lacks)) {
+        return failure(ErrorCode::SafetyIncomplete, "it lacks " + lackingText(report->lacks, false));
+    }
+    if (const auto failed = failedAndChosen(report->rows, ready.plan.list); !failed.empty()) {
         return failure(ErrorCode::SafetyIncomplete, "it lacks " + failedNames(failed));
     }
     return stateOfPackage(root);
 }
 
-Result<ComparedState> makeSafety(const CloneContext& context, const StagedPackage& package,
-                                 const std::vector<VXClone>& list) {
+/// A platform that failed once may do so no more. A stop and a full disk stay what they are.
+Result<ComparedState> backUpOnceOrTwice(const CloneContext& context, const Tree& root,
+                                        const ReadyPackage& ready, const Means& means) {
+    auto state = backUpIntoRoot(context, root, ready, means);
+    const bool again =
+        !state && !isStop(state.error().code) && state.error().code != ErrorCode::TelevisionFull;
+    if (!again) {
+        return state;
+    }
+    context.view.notice("The safety backup is not complete; making it once more.");
+    return backUpIntoRoot(context, root, ready, means);
+}
+
+Result<ComparedState> makeSafety(const CloneContext& context, const ReadyPackage& ready,
+                                 const Declared& without) {
+    const StagedPackage& package = ready.package;
     const auto folder = recordFolderOf(context.cloneRoot);
     const Leftovers leftovers(folder);
     const auto store = SafetyStore::open(folder);
@@ -86,7 +113,8 @@ Result<ComparedState> makeSafety(const CloneContext& context, const StagedPackag
     if (const auto aside = store->setAside(package.tree()); !aside) {
         return tl::make_unexpected(aside.error());
     }
-    auto state = backUpIntoRoot(context, package.tree(), list, *std::move(means));
+    means->mayLack = [&](const Lack& lack) { return !mayChange(ready, lack) || without.holds(lack); };
+    auto state = backUpOnceOrTwice(context, package.tree(), ready, *means);
     if (!state) {
         return state;
     }
@@ -139,8 +167,8 @@ TreeSize safetyReserve(const Tree& package) {
     return reserve;
 }
 
-Result<std::optional<ComparedState>> keepSafety(const CloneContext& context, const StagedPackage& package,
-                                                const std::vector<VXClone>& list, const RunRecord& record) {
+Result<std::optional<ComparedState>> keepSafety(const CloneContext& context, const ReadyPackage& ready,
+                                                const Declared& without, const RunRecord& record) {
     if (record.halfChanged && isThere(context)) {
         context.view.notice("The safety backup from before the run that broke off is kept.");
         return std::optional<ComparedState>();
@@ -148,7 +176,7 @@ Result<std::optional<ComparedState>> keepSafety(const CloneContext& context, con
     context.view.notice("Keeping a safety backup of this television.");
     QuietView quiet(context.view);
     const CloneContext inner{context.engine, quiet, context.stop, context.cloneRoot, context.disk};
-    auto state = makeSafety(inner, package, list);
+    auto state = makeSafety(inner, ready, without);
     if (!state) {
         return tl::make_unexpected(withTheWayOn(state.error()));
     }

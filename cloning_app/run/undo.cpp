@@ -25,15 +25,19 @@ std::string describeSafety(const Tree& safety) {
 
 /// All that a television holds. One that had no boot logo has its new one removed again, which the library
 /// does for a package that holds none.
-Plan planFor(bool hadBootLogo) {
-    Plan plan{allCategories(), {}, true};
-    if (!hadBootLogo && !hasBootLogo()) {
-        plan.list.erase(std::remove(plan.list.begin(), plan.list.end(), VXCLONE_HOSPITALITY_LOGO),
-                        plan.list.end());
-        plan.leftOut.push_back(
-            {VXCLONE_HOSPITALITY_LOGO, Verdict::NotReported, "there was none, and there is none"});
+void restoreBootLogo(Plan& plan, bool hadBootLogo) {
+    const auto isLogo = [](const Row& row) { return row.category == VXCLONE_HOSPITALITY_LOGO; };
+    if (hadBootLogo) {
+        return;
     }
-    return plan;
+    plan.leftOut.erase(std::remove_if(plan.leftOut.begin(), plan.leftOut.end(), isLogo), plan.leftOut.end());
+    if (hasBootLogo()) {
+        plan.list.push_back(VXCLONE_HOSPITALITY_LOGO);
+        std::sort(plan.list.begin(), plan.list.end());
+    } else {
+        plan.leftOut.push_back(
+            {VXCLONE_HOSPITALITY_LOGO, Verdict::NotThere, "there was none, and there is none"});
+    }
 }
 
 Result<ReadyPackage> getReady(const CloneContext& context, const Tree& safety, bool hadBootLogo) {
@@ -45,7 +49,11 @@ Result<ReadyPackage> getReady(const CloneContext& context, const Tree& safety, b
     if (!examined) {
         return tl::make_unexpected(examined.error());
     }
-    return makeReady(context, std::move(*package), std::move(*examined), planFor(hadBootLogo));
+    auto ready = makeReady(context, std::move(*package), std::move(*examined), {allCategories(), {}, true});
+    if (ready) {
+        restoreBootLogo(ready->plan, hadBootLogo);
+    }
+    return ready;
 }
 
 Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& recorder) {

@@ -45,12 +45,19 @@ Result<Report> verify(const CloneContext& context, const std::filesystem::path& 
                   problemSentences(found->checks, target->path()),
                   found->checks,
                   found->digest.value_or("")};
+    const bool incomplete = isIncomplete(found->lacks);
     if (const auto problem = problemOf(found->checks)) {
         report.exitStatus = exitStatusOf(*problem);
     } else {
-        report.closing.push_back(
-            fmt::format("{} fits this television and is unaltered.", vxcommon::printable(target->path())));
+        report.closing.push_back(fmt::format("{} fits this television and is unaltered{}.",
+                                             vxcommon::printable(target->path()),
+                                             incomplete ? ", but is not complete" : ""));
+        report.exitStatus = incomplete ? exitStatusOf(ErrorCode::CategoryFailed) : kExitOk;
     }
+    for (std::string& sentence : lackSentences(found->lacks, "The package")) {
+        report.closing.push_back(std::move(sentence));
+    }
+    report.lacks = found->lacks;
     if (found->digest) {
         report.closing.push_back("Digest " + *found->digest);
     }
