@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <regex>
 
 #include "tests/documents/documents.h"
 #include "tests/support/machine/file_tree.h"
@@ -71,6 +72,43 @@ TEST(PageTest, readmeLeadsToEveryPageOfTheDocumentation) {
         if (entry.path().extension() != ".md") continue;
         EXPECT_THAT(targets, Contains("docs/" + entry.path().filename().string()));
     }
+}
+
+/// The sources of a room, with each text in one piece and its quotation marks as they are printed.
+std::string textsOf(const std::string& room) {
+    std::string all;
+    for (const auto& entry : fs::recursive_directory_iterator(sourceFolder() / room)) {
+        if (entry.path().extension() == ".cpp") all += readFile(entry.path());
+    }
+    return std::regex_replace(std::regex_replace(all, std::regex("\"\\s*\""), ""), std::regex("\\\\\""),
+                              "\"");
+}
+
+/// What stays of a quoted sentence without what differs from case to case, `NAME` and `...`.
+std::vector<std::string> fixedPartsOf(const std::string& sentence) {
+    static const std::regex differs("[A-Z]{2,}|\\.\\.\\.");
+    std::vector<std::string> parts(std::sregex_token_iterator(sentence.begin(), sentence.end(), differs, -1),
+                                   {});
+    std::erase(parts, "");
+    return parts;
+}
+
+TEST(PageTest, sentencesOfTheTroubleshootingTableAreThoseOfVxtv) {
+    const std::string texts = textsOf("virtual_tv");
+    const std::string page = readFile(sourceFolder() / "docs/virtual-television.md");
+    const std::size_t begin = page.find("| It says | Do |");
+    ASSERT_NE(begin, std::string::npos);
+    const std::string table = page.substr(begin, page.find("\n\n", begin) - begin);
+    static const std::regex row("\n\\| `([^`]+)` \\|");
+    std::size_t rows = 0;
+    for (std::sregex_iterator match(table.begin(), table.end(), row); match != std::sregex_iterator();
+         ++match) {
+        for (const std::string& part : fixedPartsOf((*match)[1])) {
+            EXPECT_NE(texts.find(part), std::string::npos) << (*match)[1] << "\nvxtv never says: " << part;
+        }
+        ++rows;
+    }
+    EXPECT_GT(rows, 20U);
 }
 
 }  // namespace
