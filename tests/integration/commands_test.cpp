@@ -1,8 +1,11 @@
 // The verbs of vxtv as a person types them: their answers, their JSON, and what they refuse.
 
+#include <set>
 #include <sstream>
 
 #include "tests/integration/clone_fixture.h"
+#include "virtual_tv/television/contract_calls.h"
+#include "virtual_tv/television/television.h"
 
 namespace vxtest {
 namespace {
@@ -96,6 +99,54 @@ TEST_F(CommandsTest, faultThatMakesNoSenseIsRefused) {
     refused({"fault", first, "add", "no_such_call", "--status", "1"}, "no_such_call");
     refused({"fault", first, "add", "tvtimer_init", "--nth", "0", "--status", "1"}, "0");
     refused({"fault", first, "add", "tvtimer_init"}, "status or a delay");
+}
+
+TEST_F(CommandsTest, faultWithAKeyIsListedAndHitsThatSettingAlone) {
+    EXPECT_EQ(vxtv({"fault", first, "add", "vconf_get_str", "--key", kWelcome, "--status", "-1"}).output,
+              "added fault 1 on vconf_get_str of db/vxhotel/hotelmenu/welcomemessage\n");
+    vxtv({"fault", first, "add", "tvtimer_init", "--delay", "5"});
+    EXPECT_THAT(vxtv({"fault", first, "list"}).output, HasSubstr(kWelcome));
+    const json faults = jsonOf({"fault", first, "list"});
+    EXPECT_EQ(faults.at(0).at("key"), kWelcome);
+    EXPECT_EQ(faults.at(1).at("key"), nullptr);
+    vxclone(first, {"backup", "/media/usb/clone"});
+    const json settings = json::parse(package().at("vconf/Vconf.json"));
+    EXPECT_EQ(settings.size(), 53U);
+    EXPECT_FALSE(settings.contains(kWelcome));
+}
+
+TEST_F(CommandsTest, faultWithAKeyThatCannotBeIsRefused) {
+    refused({"fault", first, "add", "tvtimer_init", "--key", "x", "--status", "1"},
+            "the first argument of tvtimer_init is no text");
+    refused({"fault", first, "add", "vconf_get_str", "--key", "db/no/such/key", "--status", "-1"},
+            "this television has no setting db/no/such/key");
+    refused({"fault", first, "add", "vconf_get_str", "--key", "", "--status", "-1"}, "a key cannot be empty");
+    EXPECT_EQ(jsonOf({"fault", first, "list"}).size(), 0U);
+}
+
+/// Adds the names of the calls that the television has seen; expects that a key is accepted for those whose
+/// first argument is a text, and for those alone.
+void expectKeysFor(const std::string& television, std::set<std::string>& seen) {
+    const auto opened = vxtv::Television::open(television);
+    ASSERT_TRUE(opened);
+    ASSERT_TRUE(opened->calls().read([&seen](const vxtv::CallRecord& record) {
+        const auto call = vxtv::findCall(record.call);
+        ASSERT_TRUE(call) << record.call;
+        const auto argument = record.arguments.begin();
+        const bool isText = argument != record.arguments.end() &&
+                            (argument->is_string() || argument.key().ends_with("Length"));
+        EXPECT_EQ(call->firstArgument == vxtv::FirstArgument::Text, isText) << record.call;
+        seen.insert(record.call);
+    }));
+}
+
+TEST_F(CommandsTest, keyIsAcceptedForTheCallsOfACloneWhoseFirstArgumentIsAText) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    ASSERT_EQ(vxclone(second, {"restore", "/media/usb/clone"}).status, 0);
+    std::set<std::string> seen;
+    expectKeysFor(first, seen);
+    expectKeysFor(second, seen);
+    EXPECT_GE(seen.size(), 45U);
 }
 
 TEST_F(CommandsTest, callsAreListedInJsonAndCleared) {

@@ -19,14 +19,27 @@ struct FaultOptions {
     bool json = false;
 };
 
+/// A setting that the television does not have is a slip of the pen: the fault would wait for ever.
+Result<void> checkSetting(const Television& television, const Fault& fault) {
+    if (!fault.key || fault.key->empty() || fault.call.rfind("vconf_", 0) != 0) {
+        return {};
+    }
+    return television.settings().get(*fault.key).map([](const Setting&) {});
+}
+
+Result<std::int64_t> add(const Television& television, const Fault& fault) {
+    return checkSetting(television, fault).and_then([&] { return television.faults().add(fault); });
+}
+
 int add(const FaultOptions& options) {
     const auto id = Television::open(options.folder).and_then([&options](const Television& television) {
-        return television.faults().add(options.fault);
+        return add(television, options.fault);
     });
     if (!id) {
         return complain(id.error());
     }
-    print(fmt::format("added fault {} on {}\n", *id, options.fault.call));
+    const std::string key = options.fault.key ? " of " + vxcommon::printable(*options.fault.key) : "";
+    print(fmt::format("added fault {} on {}{}\n", *id, options.fault.call, key));
     return finishOutput();
 }
 
@@ -46,10 +59,11 @@ std::string orDash(const std::optional<int>& value) {
 }
 
 void printTable(const std::vector<Fault>& faults) {
-    vxcommon::TerminalTable table({"ID", "CALL", "ACTS ON", "STATUS", "DELAY MS", "SEEN"});
+    vxcommon::TerminalTable table({"ID", "CALL", "KEY", "ACTS ON", "STATUS", "DELAY MS", "SEEN"});
     for (const Fault& fault : faults) {
         table.addRow({{std::to_string(fault.id)},
                       {fault.call},
+                      {fault.key.value_or("-")},
                       {fmt::format("call {}{}", fault.nth, fault.fromThenOn ? " and later" : "")},
                       {orDash(fault.status)},
                       {orDash(fault.delayMs)},
@@ -58,7 +72,8 @@ void printTable(const std::vector<Fault>& faults) {
     print(faults.empty() ? "no faults\n" : table.render(vxcommon::wantsColour(STDOUT_FILENO)));
 }
 
-nlohmann::ordered_json numberOrNull(const std::optional<int>& value) {
+template <class Value>
+nlohmann::ordered_json valueOrNull(const std::optional<Value>& value) {
     return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json(nullptr);
 }
 
@@ -77,10 +92,11 @@ int list(const FaultOptions& options) {
     for (const Fault& fault : *faults) {
         document.push_back({{"id", fault.id},
                             {"call", fault.call},
+                            {"key", valueOrNull(fault.key)},
                             {"nth", fault.nth},
                             {"fromThenOn", fault.fromThenOn},
-                            {"status", numberOrNull(fault.status)},
-                            {"delayMs", numberOrNull(fault.delayMs)},
+                            {"status", valueOrNull(fault.status)},
+                            {"delayMs", valueOrNull(fault.delayMs)},
                             {"seen", fault.seen}});
     }
     printJson(document);
@@ -98,6 +114,9 @@ std::string callNames() {
 void addAdd(CLI::App& fault, const std::shared_ptr<FaultOptions>& options, Action& chosen) {
     auto* const verb = fault.add_subcommand("add", "Make a platform call fail, or late");
     verb->add_option("CALL", options->fault.call, "The call, such as vconf_set_int")->required();
+    verb->add_option("--key", options->fault.key,
+                     "Count and hit only calls with this first argument, such as a setting's key")
+        ->option_text("KEY");
     verb->add_option("--nth", options->fault.nth, "Act on this call, counted from now (default 1)")
         ->option_text("N");
     verb->add_flag("--from-then-on", options->fault.fromThenOn, "Act on every later call, too");

@@ -29,6 +29,12 @@ std::optional<std::string_view> textOf(const char* text) {
     return text != nullptr ? std::optional<std::string_view>(text) : std::nullopt;
 }
 
+/// The first argument if it is a text.
+std::optional<std::string_view> keyOf(Arguments arguments) {
+    const bool any = arguments.size() > 0;
+    return any ? arguments.begin()->text : std::nullopt;
+}
+
 }  // namespace
 
 Argument number(const char* name, std::int64_t value) {
@@ -53,7 +59,7 @@ Passage::Passage(KnownCall call, Arguments arguments)
         return;
     }
     // A plan that cannot be read imposes nothing: the work meets the same trouble and answers for itself.
-    const auto action = television_->faults().onCall(call_.name()).value_or(std::nullopt);
+    const auto action = television_->faults().onCall(call_.name(), keyOf(arguments_)).value_or(std::nullopt);
     if (action) {
         fault_ = action->id;
         imposedStatus_ = action->status;

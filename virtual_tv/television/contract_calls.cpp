@@ -2,12 +2,12 @@
 
 namespace vxtv {
 
-std::optional<CallKind> findCall(std::string_view name) {
+std::optional<ContractCall> findCall(std::string_view name) {
     const std::size_t place = detail::placeOf(name);
     if (place == std::size(detail::kContractCalls)) {
         return std::nullopt;
     }
-    return detail::kContractCalls[place].kind;
+    return detail::kContractCalls[place];
 }
 
 }  // namespace vxtv

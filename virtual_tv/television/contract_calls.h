@@ -13,9 +13,19 @@ enum class CallKind {
     NeverFails  ///< its caller is promised a result: a fault can only delay it
 };
 
-/// The kind of the call, or nothing when the platform has no call of that name that a fault can reach. C++
-/// operations carry their class or innermost namespace: "CSourceAPI::GetSourceList".
-std::optional<CallKind> findCall(std::string_view name);
+/// Whether the first argument that the call log shows of a call is a text, which a fault may ask for.
+enum class FirstArgument { Text, NoText };
+
+/// A platform call that a fault can reach. C++ operations carry their class or innermost namespace in their
+/// name: "CSourceAPI::GetSourceList".
+struct ContractCall {
+    std::string_view name;
+    CallKind kind;
+    FirstArgument firstArgument;
+};
+
+/// The call of that name, or nothing when the platform has none that a fault can reach.
+std::optional<ContractCall> findCall(std::string_view name);
 
 /// The name of a platform call in our own code. A name that the platform does not have does not compile.
 class KnownCall {
@@ -29,71 +39,66 @@ class KnownCall {
 
 namespace detail {
 
-struct ContractCall {
-    std::string_view name;
-    CallKind kind;
-};
-
 /// Every call of the platform that returns something; what returns nothing can neither fail nor needs a
 /// delay, and the logger keeps its own log.
 inline constexpr ContractCall kContractCalls[] = {
-    {"CCCategoryUtil::GetInstance", CallKind::NeverFails},
-    {"CCCategoryUtil::GetNavigationList", CallKind::CanFail},
-    {"CCCategoryUtil::RemoveNavigation", CallKind::CanFail},
-    {"CHomeDataControlAPI::CopyCloneDataTVtoUSB", CallKind::CanFail},
-    {"CHomeDataControlAPI::CopyCloneDataUSBtoTV", CallKind::CanFail},
-    {"CHomeDataControlAPI::GetInstance", CallKind::CanFail},
-    {"CSourceAPI::Get", CallKind::NeverFails},
-    {"CSourceAPI::GetSourceList", CallKind::CanFail},
-    {"CSourceAPI::SetCustomIconPath", CallKind::CanFail},
-    {"IB2BControl::ExportChannelMap", CallKind::CanFail},
-    {"IUtil::ExportChannelMap", CallKind::CanFail},
-    {"IUtil::ImportChannelMap", CallKind::CanFail},
-    {"SettingsDataCloneAPI::BackupSettingsData", CallKind::CanFail},
-    {"SettingsDataCloneAPI::RestoreSettingsData", CallKind::CanFail},
-    {"TVServiceAPI::CreateB2BControl", CallKind::CanFail},
-    {"TVServiceAPI::CreateServiceNavigation", CallKind::CanFail},
-    {"TVServiceAPI::CreateUtil", CallKind::CanFail},
-    {"aul_app_is_running", CallKind::CanFail},
-    {"aul_launch_app", CallKind::CanFail},
-    {"avoc_backup_all_settings", CallKind::CanFail},
-    {"avoc_restore_all_settings", CallKind::CanFail},
-    {"bundle_add", CallKind::CanFail},
-    {"bundle_add_str", CallKind::CanFail},
-    {"bundle_create", CallKind::CanFail},
-    {"bundle_free", CallKind::CanFail},
-    {"bundle_get_str", CallKind::CanFail},
-    {"factory_clone_tv_to_usb", CallKind::CanFail},
-    {"factory_clone_usb_to_tv", CallKind::CanFail},
-    {"message_port_check_remote_port", CallKind::CanFail},
-    {"message_port_register_local_port", CallKind::CanFail},
-    {"message_port_send_message_with_local_port", CallKind::CanFail},
-    {"nsVXSystemInfoAPI::CheckNTPSupport", CallKind::CanFail},
-    {"nsVXSystemInfoAPI::GetCurrentTimezone", CallKind::CanFail},
-    {"nsVXSystemInfoAPI::SetNTPMode", CallKind::CanFail},
-    {"nsVXSystemInfoAPI::SetNTPServerAddr", CallKind::CanFail},
-    {"nsVXSystemInfoAPI::SetTimezoneInfo", CallKind::CanFail},
-    {"ss_init_credential", CallKind::NeverFails},
-    {"ss_read", CallKind::CanFail},
-    {"system_info_get_custom_bool", CallKind::CanFail},
-    {"system_info_get_custom_int", CallKind::CanFail},
-    {"system_info_get_value_int", CallKind::CanFail},
-    {"system_info_get_value_string", CallKind::CanFail},
-    {"tvtimer_get_db", CallKind::CanFail},
-    {"tvtimer_init", CallKind::CanFail},
-    {"tvtimer_set_db", CallKind::CanFail},
-    {"vconf_get_bool", CallKind::CanFail},
-    {"vconf_get_int", CallKind::CanFail},
-    {"vconf_get_str", CallKind::CanFail},
-    {"vconf_set_bool", CallKind::CanFail},
-    {"vconf_set_int", CallKind::CanFail},
-    {"vconf_set_str", CallKind::CanFail},
-    {"vx_get_bootlogo_path", CallKind::NeverFails},
-    {"vx_get_homemenu_path", CallKind::NeverFails},
-    {"vx_get_mbrlogo_path", CallKind::NeverFails},
-    {"was_clone_backup", CallKind::CanFail},
-    {"was_clone_restore", CallKind::CanFail},
-    {"wqd_install_from_file", CallKind::CanFail},
+    {"CCCategoryUtil::GetInstance", CallKind::NeverFails, FirstArgument::NoText},
+    {"CCCategoryUtil::GetNavigationList", CallKind::CanFail, FirstArgument::NoText},
+    {"CCCategoryUtil::RemoveNavigation", CallKind::CanFail, FirstArgument::NoText},
+    {"CHomeDataControlAPI::CopyCloneDataTVtoUSB", CallKind::CanFail, FirstArgument::Text},
+    {"CHomeDataControlAPI::CopyCloneDataUSBtoTV", CallKind::CanFail, FirstArgument::Text},
+    {"CHomeDataControlAPI::GetInstance", CallKind::CanFail, FirstArgument::NoText},
+    {"CSourceAPI::Get", CallKind::NeverFails, FirstArgument::NoText},
+    {"CSourceAPI::GetSourceList", CallKind::CanFail, FirstArgument::NoText},
+    {"CSourceAPI::SetCustomIconPath", CallKind::CanFail, FirstArgument::NoText},
+    {"IB2BControl::ExportChannelMap", CallKind::CanFail, FirstArgument::Text},
+    {"IUtil::ExportChannelMap", CallKind::CanFail, FirstArgument::Text},
+    {"IUtil::ImportChannelMap", CallKind::CanFail, FirstArgument::Text},
+    {"SettingsDataCloneAPI::BackupSettingsData", CallKind::CanFail, FirstArgument::Text},
+    {"SettingsDataCloneAPI::RestoreSettingsData", CallKind::CanFail, FirstArgument::Text},
+    {"TVServiceAPI::CreateB2BControl", CallKind::CanFail, FirstArgument::NoText},
+    {"TVServiceAPI::CreateServiceNavigation", CallKind::CanFail, FirstArgument::NoText},
+    {"TVServiceAPI::CreateUtil", CallKind::CanFail, FirstArgument::NoText},
+    {"aul_app_is_running", CallKind::CanFail, FirstArgument::Text},
+    {"aul_launch_app", CallKind::CanFail, FirstArgument::Text},
+    {"avoc_backup_all_settings", CallKind::CanFail, FirstArgument::Text},
+    {"avoc_restore_all_settings", CallKind::CanFail, FirstArgument::Text},
+    {"bundle_add", CallKind::CanFail, FirstArgument::Text},
+    {"bundle_add_str", CallKind::CanFail, FirstArgument::Text},
+    {"bundle_create", CallKind::CanFail, FirstArgument::NoText},
+    {"bundle_free", CallKind::CanFail, FirstArgument::NoText},
+    {"bundle_get_str", CallKind::CanFail, FirstArgument::Text},
+    {"factory_clone_tv_to_usb", CallKind::CanFail, FirstArgument::NoText},
+    {"factory_clone_usb_to_tv", CallKind::CanFail, FirstArgument::NoText},
+    {"message_port_check_remote_port", CallKind::CanFail, FirstArgument::Text},
+    {"message_port_register_local_port", CallKind::CanFail, FirstArgument::Text},
+    {"message_port_send_message_with_local_port", CallKind::CanFail, FirstArgument::Text},
+    {"nsVXSystemInfoAPI::CheckNTPSupport", CallKind::CanFail, FirstArgument::NoText},
+    {"nsVXSystemInfoAPI::GetCurrentTimezone", CallKind::CanFail, FirstArgument::NoText},
+    {"nsVXSystemInfoAPI::SetNTPMode", CallKind::CanFail, FirstArgument::NoText},
+    {"nsVXSystemInfoAPI::SetNTPServerAddr", CallKind::CanFail, FirstArgument::Text},
+    {"nsVXSystemInfoAPI::SetTimezoneInfo", CallKind::CanFail, FirstArgument::NoText},
+    {"ss_init_credential", CallKind::NeverFails, FirstArgument::NoText},
+    {"ss_read", CallKind::CanFail, FirstArgument::NoText},
+    {"system_info_get_custom_bool", CallKind::CanFail, FirstArgument::Text},
+    {"system_info_get_custom_int", CallKind::CanFail, FirstArgument::Text},
+    {"system_info_get_value_int", CallKind::CanFail, FirstArgument::NoText},
+    {"system_info_get_value_string", CallKind::CanFail, FirstArgument::NoText},
+    {"tvtimer_get_db", CallKind::CanFail, FirstArgument::Text},
+    {"tvtimer_init", CallKind::CanFail, FirstArgument::NoText},
+    {"tvtimer_set_db", CallKind::CanFail, FirstArgument::Text},
+    {"vconf_get_bool", CallKind::CanFail, FirstArgument::Text},
+    {"vconf_get_int", CallKind::CanFail, FirstArgument::Text},
+    {"vconf_get_str", CallKind::CanFail, FirstArgument::Text},
+    {"vconf_set_bool", CallKind::CanFail, FirstArgument::Text},
+    {"vconf_set_int", CallKind::CanFail, FirstArgument::Text},
+    {"vconf_set_str", CallKind::CanFail, FirstArgument::Text},
+    {"vx_get_bootlogo_path", CallKind::NeverFails, FirstArgument::NoText},
+    {"vx_get_homemenu_path", CallKind::NeverFails, FirstArgument::NoText},
+    {"vx_get_mbrlogo_path", CallKind::NeverFails, FirstArgument::NoText},
+    {"was_clone_backup", CallKind::CanFail, FirstArgument::NoText},
+    {"was_clone_restore", CallKind::CanFail, FirstArgument::NoText},
+    {"wqd_install_from_file", CallKind::CanFail, FirstArgument::Text},
 };
 
 /// The place of the call in the table, or the table's size.

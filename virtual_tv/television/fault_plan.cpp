@@ -8,19 +8,37 @@ namespace vxtv {
 
 namespace {
 
-constexpr const char* kSelectAll =
-    "SELECT id, call, nth, from_then_on, status, delay_ms, seen FROM faults ORDER BY id";
-constexpr const char* kSelectOfCall =
-    "SELECT id, call, nth, from_then_on, status, delay_ms, seen FROM faults WHERE call = ? ORDER BY id";
+// All columns: the plan of a television that was made before there were keys has one column less.
+constexpr const char* kSelectAll = "SELECT * FROM faults ORDER BY id";
+constexpr const char* kSelectOfCall = "SELECT * FROM faults WHERE call = ? ORDER BY id";
+constexpr int kKeyColumn = 7;
+
+bool hasKeys(const SQLite::Statement& rows) {
+    return rows.getColumnCount() > kKeyColumn;
+}
+
+std::optional<std::string> keyIn(SQLite::Statement& row) {
+    if (!hasKeys(row) || row.getColumn(kKeyColumn).isNull()) {
+        return std::nullopt;
+    }
+    return row.getColumn(kKeyColumn).getString();
+}
+
+void makeRoomForKeys(SQLite::Database& connection) {
+    if (!hasKeys(SQLite::Statement(connection, kSelectAll))) {
+        connection.exec("ALTER TABLE faults ADD COLUMN key TEXT");
+    }
+}
 
 std::optional<int> optionalInt(const SQLite::Column& column) {
     return column.isNull() ? std::nullopt : std::optional<int>(column.getInt());
 }
 
 Fault faultIn(SQLite::Statement& row) {
-    return {row.getColumn(0).getInt64(),    row.getColumn(1).getString(),  row.getColumn(2).getInt64(),
-            row.getColumn(3).getInt() != 0, optionalInt(row.getColumn(4)), optionalInt(row.getColumn(5)),
-            row.getColumn(6).getInt64()};
+    return {row.getColumn(0).getInt64(),   row.getColumn(1).getString(),
+            row.getColumn(2).getInt64(),   row.getColumn(3).getInt() != 0,
+            optionalInt(row.getColumn(4)), optionalInt(row.getColumn(5)),
+            row.getColumn(6).getInt64(),   keyIn(row)};
 }
 
 std::vector<Fault> faultsIn(SQLite::Statement& rows) {
@@ -31,7 +49,8 @@ std::vector<Fault> faultsIn(SQLite::Statement& rows) {
     return faults;
 }
 
-void bindOptional(SQLite::Statement& statement, int index, const std::optional<int>& value) {
+template <class Value>
+void bindOptional(SQLite::Statement& statement, int index, const std::optional<Value>& value) {
     if (value) {
         statement.bind(index, *value);
     } else {
@@ -39,9 +58,24 @@ void bindOptional(SQLite::Statement& statement, int index, const std::optional<i
     }
 }
 
+Result<void> checkKey(const Fault& fault, const ContractCall& call) {
+    if (fault.key && call.firstArgument == FirstArgument::NoText) {
+        return failure(
+            ErrorCode::BadArgument,
+            fmt::format("the first argument of {} is no text, so no key can choose among its calls; leave "
+                        "--key out",
+                        fault.call));
+    }
+    if (fault.key && fault.key->empty()) {
+        return failure(ErrorCode::BadArgument,
+                       "a key cannot be empty; give a text, or leave --key out for every call");
+    }
+    return {};
+}
+
 Result<void> check(const Fault& fault) {
-    const std::optional<CallKind> kind = findCall(fault.call);
-    if (!kind) {
+    const std::optional<ContractCall> call = findCall(fault.call);
+    if (!call) {
         return failure(
             ErrorCode::UnknownCall,
             fmt::format(
@@ -61,11 +95,36 @@ Result<void> check(const Fault& fault) {
         return failure(ErrorCode::BadArgument,
                        "a fault needs a status or a delay; give one of them, or both");
     }
-    if (fault.status && *kind == CallKind::NeverFails) {
+    if (fault.status && call->kind == CallKind::NeverFails) {
         return failure(ErrorCode::BadArgument,
                        fmt::format("{} has no way to fail; give it a delay only", fault.call));
     }
-    return {};
+    return checkKey(fault, *call);
+}
+
+bool matches(const Fault& fault, const std::optional<std::string_view>& key) {
+    return !fault.key || (key && *fault.key == *key);
+}
+
+/// Counts the call in the plan. Result: the faults that it matches.
+std::vector<Fault> countCall(SQLite::Database& connection, const std::string& call,
+                             const std::optional<std::string_view>& key) {
+    SQLite::Statement rows(connection, kSelectOfCall);
+    rows.bind(1, call);
+    std::vector<Fault> matching;
+    for (Fault& fault : faultsIn(rows)) {
+        if (matches(fault, key)) {
+            ++fault.seen;
+            matching.push_back(std::move(fault));
+        }
+    }
+    for (const Fault& fault : matching) {
+        SQLite::Statement count(connection, "UPDATE faults SET seen = ? WHERE id = ?");
+        count.bind(1, fault.seen);
+        count.bind(2, fault.id);
+        count.exec();
+    }
+    return matching;
 }
 
 bool actsNow(const Fault& fault) {
@@ -95,7 +154,7 @@ void FaultPlan::create(SQLite::Database& connection) {
     connection.exec(
         "CREATE TABLE faults (id INTEGER PRIMARY KEY AUTOINCREMENT, call TEXT NOT NULL, nth INTEGER NOT "
         "NULL, "
-        "from_then_on INTEGER NOT NULL, status INTEGER, delay_ms INTEGER, seen INTEGER NOT NULL)");
+        "from_then_on INTEGER NOT NULL, status INTEGER, delay_ms INTEGER, seen INTEGER NOT NULL, key TEXT)");
 }
 
 Result<std::int64_t> FaultPlan::add(const Fault& fault) {
@@ -103,14 +162,16 @@ Result<std::int64_t> FaultPlan::add(const Fault& fault) {
         return tl::make_unexpected(checked.error());
     }
     return database_.write([&fault](SQLite::Database& connection) -> Result<std::int64_t> {
+        makeRoomForKeys(connection);
         SQLite::Statement insert(connection,
-                                 "INSERT INTO faults (call, nth, from_then_on, status, delay_ms, seen) "
-                                 "VALUES (?, ?, ?, ?, ?, 0)");
+                                 "INSERT INTO faults (call, nth, from_then_on, status, delay_ms, seen, key) "
+                                 "VALUES (?, ?, ?, ?, ?, 0, ?)");
         insert.bind(1, fault.call);
         insert.bind(2, fault.nth);
         insert.bind(3, fault.fromThenOn ? 1 : 0);
         bindOptional(insert, 4, fault.status);
         bindOptional(insert, 5, fault.delayMs);
+        bindOptional(insert, 6, fault.key);
         insert.exec();
         return connection.getLastInsertRowid();
     });
@@ -128,7 +189,8 @@ Result<int> FaultPlan::clear() {
         [](SQLite::Database& connection) -> Result<int> { return connection.exec("DELETE FROM faults"); });
 }
 
-Result<std::optional<FaultAction>> FaultPlan::onCall(std::string_view call) {
+Result<std::optional<FaultAction>> FaultPlan::onCall(std::string_view call,
+                                                     std::optional<std::string_view> key) {
     const std::string name(call);
     const Result<bool> planned = database_.read([&name](SQLite::Database& connection) -> Result<bool> {
         SQLite::Statement row(connection, "SELECT 1 FROM faults WHERE call = ? LIMIT 1");
@@ -141,13 +203,8 @@ Result<std::optional<FaultAction>> FaultPlan::onCall(std::string_view call) {
     if (!*planned) {
         return std::nullopt;
     }
-    return database_.write([&name](SQLite::Database& connection) -> Result<std::optional<FaultAction>> {
-        SQLite::Statement count(connection, "UPDATE faults SET seen = seen + 1 WHERE call = ?");
-        count.bind(1, name);
-        count.exec();
-        SQLite::Statement rows(connection, kSelectOfCall);
-        rows.bind(1, name);
-        return combine(faultsIn(rows));
+    return database_.write([&](SQLite::Database& connection) -> Result<std::optional<FaultAction>> {
+        return combine(countCall(connection, name, key));
     });
 }
 

@@ -22,17 +22,30 @@ bool isRelease(int command, const void* argument) {
     return command == F_SETLK && static_cast<const struct flock*>(argument)->l_type == F_UNLCK;
 }
 
+/// True while this thread is in the call below. A program and its platform library each have this code: when
+/// both have put theirs in front of the other's, the second time round has to leave for the system's.
+thread_local bool isBelow = false;
+
+int callOnce(int file, int command, void* argument) {
+    if (isBelow) {
+        return ::fcntl(file, command, argument);
+    }
+    isBelow = true;
+    const int result = callBelow.load()(file, command, argument);
+    isBelow = false;
+    return result;
+}
+
 // SQLite calls it as the system's function is declared.
 int steadyFcntl(int file, int command, ...) {  // NOLINT(cert-dcl50-cpp)
     va_list arguments;
     va_start(arguments, command);
     void* const argument = va_arg(arguments, void*);
     va_end(arguments);
-    const Fcntl call = callBelow;
     const bool mustSucceed = isRelease(command, argument);
-    int result = call(file, command, argument);
+    int result = callOnce(file, command, argument);
     for (int tries = 1; result == -1 && tries < kTries && (mustSucceed || errno == EINTR); ++tries) {
-        result = call(file, command, argument);
+        result = callOnce(file, command, argument);
     }
     return result;
 }

@@ -41,8 +41,13 @@ bool zeroIsFailure(const std::string& call) {
     return std::find(kZeroIsFailure.begin(), kZeroIsFailure.end(), call) != kZeroIsFailure.end();
 }
 
+bool canFail(const std::string& call) {
+    const auto known = vxtv::findCall(call);
+    return !known || known->kind != vxtv::CallKind::NeverFails;
+}
+
 FaultPoint pointOf(const std::string& call, int nth, bool fromThenOn) {
-    return {call, nth, fromThenOn, vxtv::findCall(call) != vxtv::CallKind::NeverFails};
+    return {call, nth, fromThenOn, canFail(call)};
 }
 
 }  // namespace

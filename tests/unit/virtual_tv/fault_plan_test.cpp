@@ -29,11 +29,43 @@ class FaultPlanTest : public testing::Test {
         return result;
     }
 
-    ErrorCode refusalOf(const Fault& fault) {
+    static Fault failing(std::int64_t nth, bool fromThenOn, const std::string& key) {
+        Fault fault = failing(nth, fromThenOn);
+        fault.key = key;
+        return fault;
+    }
+
+    /// The same for calls with these first arguments.
+    std::string pattern(const std::vector<std::string_view>& keys) {
+        std::string result;
+        for (const std::string_view key : keys) {
+            result += plan_.onCall(kCall, key).value() ? 'x' : '.';
+        }
+        return result;
+    }
+
+    Error refusal(const Fault& fault) {
         const auto added = plan_.add(fault);
         EXPECT_FALSE(added);
         EXPECT_TRUE(plan_.list().value().empty());
-        return added ? ErrorCode::CannotRun : added.error().code;
+        return added ? Error{} : added.error();
+    }
+
+    ErrorCode refusalOf(const Fault& fault) { return refusal(fault).code; }
+
+    /// Makes the plan as it was before a fault could have a key, with one fault.
+    void makeOld() {
+        ASSERT_TRUE(television_.database().write([](SQLite::Database& connection) -> Result<void> {
+            connection.exec("DROP TABLE faults");
+            connection.exec(
+                "CREATE TABLE faults (id INTEGER PRIMARY KEY AUTOINCREMENT, call TEXT NOT NULL, nth INTEGER "
+                "NOT NULL, from_then_on INTEGER NOT NULL, status INTEGER, delay_ms INTEGER, seen INTEGER NOT "
+                "NULL)");
+            connection.exec(
+                "INSERT INTO faults (call, nth, from_then_on, status, delay_ms, seen) VALUES "
+                "('vconf_set_int', 3, 0, -5, NULL, 1)");
+            return {};
+        }));
     }
 
     test::TestFolder folder_;
@@ -98,6 +130,60 @@ TEST_F(FaultPlanTest, clearRemovesAllAndIdsAreNotUsedAgain) {
     EXPECT_EQ(2, plan_.clear().value());
     EXPECT_EQ(".", pattern(1));
     EXPECT_EQ(3, plan_.add(failing(1, true)).value());
+}
+
+TEST_F(FaultPlanTest, keyCountsAndHitsOnlyCallsWithThatFirstArgument) {
+    ASSERT_TRUE(plan_.add(failing(2, false, "volume")));
+    EXPECT_EQ("....x..", pattern({"volum", "volume", "volumes", "", "volume", "volume", "other"}));
+    EXPECT_EQ(3, plan_.list().value().front().seen);
+    EXPECT_EQ("volume", plan_.list().value().front().key);
+}
+
+TEST_F(FaultPlanTest, keyFromThenOnLeavesOtherFirstArgumentsAlone) {
+    ASSERT_TRUE(plan_.add(failing(1, true, "volume")));
+    EXPECT_EQ("x.x", pattern({"volume", "other", "volume"}));
+}
+
+TEST_F(FaultPlanTest, keyIsNeverMetByACallWithoutATextAsFirstArgument) {
+    ASSERT_TRUE(plan_.add(failing(1, true, "volume")));
+    EXPECT_EQ("...", pattern(3));
+    EXPECT_EQ(0, plan_.list().value().front().seen);
+}
+
+TEST_F(FaultPlanTest, faultWithoutKeyCountsCallsOfEveryFirstArgument) {
+    ASSERT_TRUE(plan_.add(failing(3, false)));
+    ASSERT_TRUE(plan_.add(failing(1, false, "b")));
+    EXPECT_EQ(".xx", pattern({"a", "b", "c"}));
+}
+
+TEST_F(FaultPlanTest, planMadeBeforeKeysIsReadCountedAndAddedTo) {
+    makeOld();
+    ASSERT_EQ(1U, plan_.list().value().size());
+    EXPECT_FALSE(plan_.list().value().front().key);
+    EXPECT_EQ(".", pattern({"volume"}));
+    ASSERT_TRUE(plan_.add(failing(2, false, "volume")));
+    EXPECT_EQ("x.x", pattern({"other", "volume", "volume"}));
+    EXPECT_EQ(5, plan_.list().value().front().seen);
+    EXPECT_EQ("volume", plan_.list().value().back().key);
+    EXPECT_EQ(2, plan_.list().value().back().seen);
+}
+
+TEST_F(FaultPlanTest, keyIsRefusedForACallWhoseFirstArgumentIsNoText) {
+    Fault numbered = failing(1, false, "6");
+    numbered.call = "system_info_get_value_int";
+    EXPECT_EQ(ErrorCode::BadArgument, refusalOf(numbered));
+    EXPECT_EQ(
+        "the first argument of system_info_get_value_int is no text, so no key can choose among its "
+        "calls; leave --key out",
+        refusal(numbered).sentence);
+    Fault bare = failing(1, false, "x");
+    bare.call = "tvtimer_init";
+    EXPECT_EQ(
+        "the first argument of tvtimer_init is no text, so no key can choose among its calls; leave "
+        "--key out",
+        refusal(bare).sentence);
+    EXPECT_EQ("a key cannot be empty; give a text, or leave --key out for every call",
+              refusal(failing(1, false, "")).sentence);
 }
 
 TEST_F(FaultPlanTest, addRefusesWhatMakesNoSense) {

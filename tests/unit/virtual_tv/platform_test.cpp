@@ -112,6 +112,20 @@ TEST_F(PlatformTest, statusIsReturnedInsteadOfTheWork) {
     EXPECT_TRUE(CSourceAPI::Get()->GetSourceList(nullptr));
 }
 
+TEST_F(PlatformTest, statusOfAFaultWithAKeyIsReturnedForThatSettingOnly) {
+    Fault fault;
+    fault.call = "vconf_set_int";
+    fault.status = -5;
+    fault.fromThenOn = true;
+    fault.key = "volume";
+    ASSERT_TRUE(television().faults().add(fault));
+    EXPECT_EQ(0, vconf_set_int("progress", 7));
+    EXPECT_EQ(-5, vconf_set_int("volume", 30));
+    EXPECT_NE(-5, vconf_set_int(nullptr, 30));
+    EXPECT_EQ(0, vconf_set_int("progress", 8));
+    EXPECT_EQ(1, television().faults().list().value().front().seen);
+}
+
 TEST_F(PlatformTest, delayComesBeforeTheWork) {
     plan("vconf_set_int", std::nullopt, 40);
     const auto start = std::chrono::steady_clock::now();
