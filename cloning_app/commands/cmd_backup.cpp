@@ -17,7 +17,7 @@ struct BackupArguments {
     bool json = false;
 };
 
-Result<Report> backUpAsTold(const CloneContext& context, const Arguments& arguments) {
+Result<Report> backUpAsTold(const CloneContext& context, const BackupArguments& arguments) {
     auto without = Declared::parse(arguments.without);
     if (!without) {
         return tl::make_unexpected(without.error());
@@ -34,16 +34,16 @@ void addBackupCommand(CLI::App& app, Action& chosen) {
     verb->add_option("DIR", arguments->folder, "The folder, such as /media/usb/clone")->required();
     const CLI::Option* const name =
         verb->add_option("--name", arguments->name, "What people call the package; else its folder's name");
-    verb->add_option("--without", arguments->without, "What this television does not have: that is no failure")
+    verb->add_option("--without", arguments->without,
+                     "What this television does not have: that is no failure")
         ->join(',')
         ->type_name(kDeclaredNames);
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments, name] {
         arguments->named = name->count() != 0;
         chosen = [arguments] {
-            return runCommand("backup", viewKindOfRun(arguments->json), [&](const CloneContext& context) {
-                return backUpAsTold(context, *arguments);
-            });
+            return runCommand("backup", viewKindOfRun(arguments->json),
+                              [&](const CloneContext& context) { return backUpAsTold(context, *arguments); });
         };
     });
 }
