@@ -64,7 +64,7 @@ void Checkout::addTools() const {
     writeScript(tools_ / "cmake", "exit 0");
     const std::string sanitize = VX_SANITIZE;
     if (!sanitize.empty()) {
-        writeScript(tools_ / "g++", "PATH=${PATH#*:} exec g++ -fsanitize=" + sanitize + " \"$@\"");
+        writeScript(tools_ / "g++", "exec " VX_COMPILER " -fsanitize=" + sanitize + " \"$@\"");
     }
 }
 
