@@ -23,7 +23,7 @@ constexpr std::size_t kCodeDigits = 64;
 constexpr std::size_t kTailBytes = kBeforeCode.size() + kCodeDigits + kEnd.size();
 
 constexpr int kMajor = 1;
-constexpr std::string_view kVersion = "1.0";
+constexpr std::string_view kVersion = "1.1";
 constexpr std::size_t kLongestVersion = 16;
 
 /// What is authenticated, so that the code stands for nothing else that the key may ever be used for.
@@ -57,7 +57,7 @@ std::optional<Parts> partsOf(std::string_view text) {
                  tail.substr(kBeforeCode.size(), kCodeDigits)};
 }
 
-/// The first number of "1.0"; 0 where there is none.
+/// The first number of "1.1"; 0 where there is none.
 int majorOf(std::string_view version) {
     int major = 0;
     int minor = 0;

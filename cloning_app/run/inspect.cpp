@@ -143,6 +143,7 @@ Result<Output> inspectPackage(const std::filesystem::path& folder, bool everyFil
     Output output{{packageLine(tree.path, *look, *contents)}, statusOfLook(*look)};
     addChecks(output, look->checks);
     addCategories(output, *look);
+    addLacks(output, look->lacks);
     addFiles(output, *contents, everyFile);
     if (const auto settings = readSettings(tree); !settings) {
         output.closing.push_back(settings.error().sentence);

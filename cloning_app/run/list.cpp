@@ -41,7 +41,12 @@ State stateOf(const PackageLook& look) {
     if (!damage.empty()) {
         return {"damaged", "damaged", damage};
     }
-    return misfit.empty() ? State{"fits", "fits", ""} : State{"does-not-fit", "does not fit", misfit};
+    if (!misfit.empty()) {
+        return {"does-not-fit", "does not fit", misfit};
+    }
+    const std::string lacking = lackingText(look.lacks, false);
+    return lacking.empty() ? State{"fits", "fits", ""}
+                           : State{"incomplete", "fits, is not complete", "it lacks " + lacking};
 }
 
 /// Goes through the folders and collects the packages.

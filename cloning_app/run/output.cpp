@@ -33,6 +33,15 @@ OutputLine lineOf(const Check& check) {
     return {Event::Finding, jsonOf(check)};
 }
 
+void addLacks(Output& output, const std::vector<Lack>& lacks) {
+    for (const Lack& lack : lacks) {
+        output.lines.push_back({Event::Finding, jsonOf(lack)});
+    }
+    for (std::string& sentence : lackSentences(lacks, "The package")) {
+        output.closing.push_back(std::move(sentence));
+    }
+}
+
 OutputLine lineOf(std::string text) {
     return {Event::Result, {}, std::move(text)};
 }

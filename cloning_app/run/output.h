@@ -25,6 +25,8 @@ struct Output {
 
 /// The line for a check of a package, for programs alone.
 OutputLine lineOf(const Check& check);
+/// Adds what a package lacks: a line each for programs, sentences at the end for people.
+void addLacks(Output& output, const std::vector<Lack>& lacks);
 /// Text for people alone.
 OutputLine lineOf(std::string text);
 

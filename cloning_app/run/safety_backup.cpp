@@ -76,7 +76,9 @@ Result<ComparedState> backUpIntoRoot(const CloneContext& context, const Tree& ro
         return tl::make_unexpected(report.error());
     }
     if (isIncomplete(report->lacks)) {
-        return failure(ErrorCode::SafetyIncomplete, "it lacks " + lackingText(report->lacks, false));
+        return failure(ErrorCode::SafetyIncomplete,
+                       "it lacks " + lackingText(report->lacks, false) +
+                           " (if this television has no such thing: --without NAME,...)");
     }
     if (const auto failed = failedAndChosen(report->rows, ready.plan.list); !failed.empty()) {
         return failure(ErrorCode::SafetyIncomplete, "it lacks " + failedNames(failed));

@@ -18,7 +18,7 @@ void sealWithManifest(const std::filesystem::path& package, const std::string& b
 void sealWithoutManifest(const std::filesystem::path& package);
 
 /// The file of a manifest with this body, authenticated.
-std::string manifestFile(const std::string& body, const std::string& version = "1.0");
+std::string manifestFile(const std::string& body, const std::string& version = "1.1");
 
 /// The body in the file of a manifest.
 std::string bodyOf(const std::string& manifestFile);

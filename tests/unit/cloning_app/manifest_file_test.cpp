@@ -57,8 +57,8 @@ class ManifestFileTest : public testing::Test {
 
 TEST_F(ManifestFileTest, fileIsTheBodyBetweenVersionAndCode) {
     const std::string body = manifestBody(manifest_);
-    const std::string authenticated = "vxclone package manifest 1.0\n" + body;
-    EXPECT_EQ(good_, R"({"format":"1.0","manifest":)" + body + R"(,"authentication":")" +
+    const std::string authenticated = "vxclone package manifest 1.1\n" + body;
+    EXPECT_EQ(good_, R"({"format":"1.1","manifest":)" + body + R"(,"authentication":")" +
                          PackageKey::ofTelevision()->codeOf(authenticated) + "\"}\n");
     EXPECT_EQ(digest_, digestOf(authenticated));
 }
@@ -126,7 +126,7 @@ TEST_F(ManifestFileTest, laterFormatsAreReadOrRefusedByTheirFirstNumber) {
 
 TEST_F(ManifestFileTest, codeOfOneVersionIsNoneOfAnother) {
     std::string text = good_;
-    text.replace(text.find("1.0"), 3, "1.1");
+    text.replace(text.find("1.1"), 3, "1.2");
     EXPECT_EQ(outcome(text), "broken");
 }
 

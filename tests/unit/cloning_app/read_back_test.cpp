@@ -18,13 +18,13 @@ class ReadBackTest : public testing::Test {
     /// Compares for one row alone.
     Row compared(Row row) {
         std::vector<Row> rows = {std::move(row)};
-        comparison_ = compareRows(expected_, after_, unread_, rows);
+        comparison_ = compareRows(expected_, after_, unsaved_, rows);
         return rows.front();
     }
 
     Expectation expected_;
     ComparedState after_;
-    std::vector<VXClone> unread_;
+    std::vector<Row> unsaved_;
     Comparison comparison_;
 };
 
@@ -101,18 +101,18 @@ TEST_F(ReadBackTest, outcomeThatMayBeAnotherApplicationsIsNotTakenForItsOwn) {
     expected_.package.entries = {file("org.app/data", "1"), file("org.lost/data", "1")};
     after_.entries = {file("org.app/data", "2"), file("org.lost/data", "1")};
     std::vector<Row> doubted = rows;
-    EXPECT_FALSE(compareRows(expected_, after_, unread_, doubted).complete);
+    EXPECT_FALSE(compareRows(expected_, after_, unsaved_, doubted).complete);
     EXPECT_EQ(textOf(doubted.front()), "not reported, read back: same");
     EXPECT_EQ(textOf(doubted.back()),
               "not reported, cannot be read back: 0 of 1 file the same, the rest only the application can "
               "compare; the one outcome that came may be another application's");
     after_.entries = {file("org.app/data", "1"), file("org.lost/data", "1")};
     doubted = rows;
-    EXPECT_TRUE(compareRows(expected_, after_, unread_, doubted).complete);
+    EXPECT_TRUE(compareRows(expected_, after_, unsaved_, doubted).complete);
     EXPECT_EQ(textOf(doubted.back()), "done, read back: same");
     expected_.package.entries = {file("org.lost/data", "1")};
     doubted = rows;
-    EXPECT_TRUE(compareRows(expected_, after_, unread_, doubted).complete) << "nothing was to be loaded";
+    EXPECT_TRUE(compareRows(expected_, after_, unsaved_, doubted).complete) << "nothing was to be loaded";
     EXPECT_EQ(textOf(doubted.back()),
               "not reported, cannot be read back: the one outcome that came may be another application's");
 }
@@ -140,10 +140,46 @@ TEST_F(ReadBackTest, settingsDifferByKeyAndThoseThatThePackageLacksDoNotCount) {
 
 TEST_F(ReadBackTest, categoryThatCouldNotBeReadAgainMakesTheReadBackIncomplete) {
     expected_.package.entries = {file("picture-and-sound.backup", "1")};
-    unread_ = {VXCLONE_AV_SETTINGS};
+    unsaved_ = {Row{VXCLONE_AV_SETTINGS, Verdict::Failed}};
     EXPECT_EQ(textOf(compared({VXCLONE_AV_SETTINGS, Verdict::Done})),
               "done, cannot be read back: it could not be saved again");
     EXPECT_FALSE(comparison_.complete);
+}
+
+TEST_F(ReadBackTest, serviceThatLeavesNoEntryWhenItIsSavedAgainIsNotReadBack) {
+    expected_.package.entries = {file("factory.backup", "1")};
+    EXPECT_EQ(textOf(compared({VXCLONE_FACTORY_SETTINGS, Verdict::NotEvaluated})),
+              "not evaluated, cannot be read back: it could not be saved again");
+    EXPECT_FALSE(comparison_.complete);
+    expected_.package.entries = {file("web-applications.backup", "1")};
+    EXPECT_EQ(textOf(compared({VXCLONE_WAS_API_DATA, Verdict::NotReported})),
+              "failed, cannot be read back: it could not be saved again");
+}
+
+TEST_F(ReadBackTest, categoryThatWasNotReportedAndIsNotTheSameDiffers) {
+    expected_.package.entries = {file("web-applications.backup", "1")};
+    after_.entries = {file("web-applications.backup", "2")};
+    EXPECT_EQ(textOf(compared({VXCLONE_WAS_API_DATA, Verdict::NotReported})),
+              "differs: web-applications.backup");
+    after_ = expected_.package;
+    EXPECT_EQ(textOf(compared({VXCLONE_WAS_API_DATA, Verdict::NotReported})),
+              "not reported, read back: same");
+}
+
+TEST_F(ReadBackTest, settingThatCouldNotBeSavedAgainIsNotCalledADifference) {
+    expected_.package.settings = {{"a", Setting::Int{1}}, {"b", std::string("x")}};
+    after_.settings = {{"b", std::string("x")}};
+    EXPECT_EQ(textOf(compared({VXCLONE_VCONF_DATA, Verdict::Done, "applied, 2 settings"})),
+              "done, cannot be read back: applied, 2 settings; not read again: a");
+    EXPECT_FALSE(comparison_.complete);
+}
+
+TEST_F(ReadBackTest, applicationThatCouldNotBeSavedAgainLeavesTheOthersRead) {
+    expected_.package.entries = after_.entries = {file("org.good/data", "1")};
+    unsaved_ = {Row{VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::Failed, "", "org.bad"}};
+    EXPECT_EQ(textOf(compared({VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::Done, "", "org.good"})),
+              "done, read back: same");
+    EXPECT_TRUE(comparison_.complete);
 }
 
 TEST_F(ReadBackTest, successThatLeavesNothingInAPackageCannotBeReadBack) {

@@ -27,14 +27,11 @@ class RunBackupTest : public RunTest {
                 std::filesystem::remove_all(entry);
             }
             writeGoodBackup();
-            FakeEngine::report("VXCLONE_FACTORY_SETTINGS-FAIL\nVXCLONE_AV_SETTINGS-SUCCESS\n", 0);
+            FakeEngine::report(kWholeReport, 0);
         };
     }
 
-    void writeGoodBackup() {
-        writeFile(root_ / "vconf/Vconf.json", R"({"a":{"int":1},"b":{"string":"x"}})");
-        writeFile(root_ / "avoc.db", std::string(1000, 'a'));
-    }
+    void writeGoodBackup() { writeWholePackage(root_); }
 
     Result<Report> backUp(const std::string& folder = "clone") {
         return runBackup(context(), stick_ / folder);
@@ -88,11 +85,11 @@ TEST_F(RunBackupTest, goodBackupIsOnTheStickAndSafeToRemove) {
     const auto report = backUp();
     ASSERT_TRUE(report) << report.error().sentence;
     EXPECT_EQ(report->exitStatus, 0);
-    EXPECT_THAT(report->closing, Contains(HasSubstr("clone: 5 files, ")));
+    EXPECT_THAT(report->closing, Contains(HasSubstr("clone: 13 files, ")));
     EXPECT_THAT(report->closing, Contains("Safe to remove the stick."));
     EXPECT_EQ(contentOf(stick_ / "clone"), contentOf(root_));
     EXPECT_EQ(rowFor(*report, VXCLONE_AV_SETTINGS).verdict, Verdict::Done);
-    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "saved, 2 settings");
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "saved, 54 settings");
 }
 
 TEST_F(RunBackupTest, packageCarriesItsIdentityAndASealThatTheReportNames) {
@@ -208,7 +205,10 @@ TEST_F(RunBackupTest, outcomeThatMayBeAnotherApplicationsIsNotTakenForTheFirstSc
     for (const bool bothRan : {false, true}) {
         engine_.work = [this, bothRan] {
             writeGoodBackup();
-            writeFile(root_ / (bothRan ? "org.vorta.orvel-app/data" : "org.harbour.firstscreen/data"), "x");
+            writeFile(root_ / "org.harbour.firstscreen/data", "x");
+            if (!bothRan) {
+                std::filesystem::remove_all(root_ / "org.vorta.orvel-app");
+            }
             FakeEngine::report("VXCLONE_VXHOTEL_FIRSTSCREEN_DATA-SUCCESS\n", 0);
         };
         const auto report = backUp();
@@ -237,6 +237,93 @@ TEST_F(RunBackupTest, channelsReportedAsSavedHaveToBeThere) {
         EXPECT_EQ(report->exitStatus, saved ? 0 : 1);
         EXPECT_EQ(failedNames(report->rows), saved ? "" : "channels");
     }
+}
+
+TEST_F(RunBackupTest, settingThatWasNotSavedIsNamedRecordedAndAFailure) {
+    engine_.work = [this] {
+        writeGoodBackup();
+        writeFile(root_ / "vconf/Vconf.json", wholeSettings({{"db/hotel/dooreye", ""}}));
+        FakeEngine::report(kWholeReport, 0);
+    };
+    const auto report = backUp();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VCONF_DATA)),
+              "failed: saved, 53 settings; not saved: db/hotel/dooreye");
+    EXPECT_THAT(report->closing,
+                Contains("The backup is not complete. It lacks: settings-keys (db/hotel/dooreye)."));
+    EXPECT_THAT(report->closing, Not(Contains("Safe to remove the stick.")));
+    const auto lacks = manifestIn(stick_ / "clone").manifest.origin.lacks;
+    ASSERT_TRUE(lacks && lacks->size() == 1U);
+    EXPECT_EQ(lacks->front().category, "settings-keys");
+    EXPECT_EQ(lacks->front().what, "db/hotel/dooreye");
+    EXPECT_FALSE(lacks->front().declared);
+}
+
+TEST_F(RunBackupTest, everyEntryThatIsMissingIsAFailureOfItsCategory) {
+    const std::map<std::string, std::string> entries = {{"factory.backup", "factory"},
+                                                        {"picture-and-sound.backup", "av"},
+                                                        {"org.vorta.homedatacontrol-service", "home-data"},
+                                                        {"web-applications.backup", "was"},
+                                                        {"tvs-chms/hotel-channels.backup", "channels"},
+                                                        {"settings-data.backup", "settings"},
+                                                        {"tvtimer/timers.backup", "timers"},
+                                                        {"VXHotel", "home-menu"},
+                                                        {"org.vorta.orvel-app", "apps"}};
+    for (const auto& [entry, category] : entries) {
+        engine_.work = [this, &name = entry] {
+            writeGoodBackup();
+            std::filesystem::remove_all(root_ / name);
+            FakeEngine::report(kWholeReport, 0);
+        };
+        const auto report = backUp();
+        ASSERT_TRUE(report) << report.error().sentence;
+        EXPECT_EQ(report->exitStatus, 1) << entry;
+        EXPECT_EQ(failedNames(report->rows), category);
+    }
+}
+
+TEST_F(RunBackupTest, whatTheTelevisionDoesNotHaveIsDeclaredAndNoFailure) {
+    engine_.work = [this] {
+        writeGoodBackup();
+        std::filesystem::remove_all(root_ / "org.vorta.orvel-app");
+        std::filesystem::remove_all(root_ / "web-applications.backup");
+        writeFile(root_ / "vconf/Vconf.json", wholeSettings({{"db/hotel/dooreye", ""}}));
+        FakeEngine::report(kWholeReport, 0);
+    };
+    const auto without = Declared::parse("was, db/hotel/dooreye,org.vorta.orvel-app");
+    ASSERT_TRUE(without);
+    const auto report = runBackup(context(), stick_ / "clone", {{}, *without});
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_WAS_API_DATA)), "not there: declared");
+    EXPECT_THAT(report->closing,
+                Contains("The backup holds none of these, as was declared: was, settings-keys "
+                         "(db/hotel/dooreye), apps (org.vorta.orvel-app)."));
+    EXPECT_THAT(report->closing, Contains("Safe to remove the stick."));
+}
+
+TEST_F(RunBackupTest, nameThatIsNothingThatCouldBeMissingIsRefused) {
+    for (const char* const list : {"no-such", "av,,was", "db/no/such/setting"}) {
+        const auto without = Declared::parse(list);
+        ASSERT_FALSE(without) << list;
+        EXPECT_EQ(without.error().code, ErrorCode::UnknownCategory);
+    }
+}
+
+TEST_F(RunBackupTest, fileOfTheHomeMenuThatDidNotArriveIsNamed) {
+    FakePaths::instance().homeMenu = folder_ / "menu";
+    writeFile(folder_ / "menu/kept.jpg", "1");
+    writeFile(folder_ / "menu/lost.jpg", "2");
+    engine_.work = [this] {
+        writeGoodBackup();
+        writeFile(root_ / "VXHotel/kept.jpg", "1");
+        FakeEngine::report(kWholeReport, 0);
+    };
+    const auto report = backUp();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VXHOTEL_HOMEAPP_DATA)), "failed: not saved: VXHotel/lost.jpg");
 }
 
 TEST_F(RunBackupTest, unknownReportCountsAsAFailure) {

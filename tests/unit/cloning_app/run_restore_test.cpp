@@ -1,8 +1,10 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <csignal>
 
+#include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/run_record.h"
 #include "tests/unit/cloning_app/run_test.h"
 #include "tests/unit/cloning_app/sealed_package.h"
@@ -14,16 +16,18 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
+constexpr const char* kVolume = "db/vxmenu/system/Alarm/Volume";
+
 class RunRestoreTest : public RunTest {
  protected:
     RunRestoreTest() {
         writeFile(root_ / "stale", "x");
-        writeFile(package_ / "vconf/Vconf.json", R"({"a":{"int":1},"b":{"string":"x"}})");
-        writeFile(package_ / "avoc.db", "a");
-        engine_.work = [] {
-            FakeSettingsStore::instance().set("a", 1);
-            FakeSettingsStore::instance().set("b", std::string("x"));
-            FakeEngine::report("VXCLONE_FACTORY_SETTINGS-FAIL\nVXCLONE_AV_SETTINGS-SUCCESS\n", 100);
+        writeWholePackage(package_);
+        writeFile(package_ / "logo/logo.png", "boot");
+        writeFile(package_ / "VXMBRLogo/stb_app_icon.png", "icon");
+        engine_.work = [this] {
+            loadSettings(root_);
+            FakeEngine::report(kWholeReport, 100);
         };
     }
 
@@ -79,27 +83,31 @@ TEST_F(RunRestoreTest, goodPackageReplacesTheCloneFolderAndIsReadBack) {
     ASSERT_TRUE(report) << report.error().sentence;
     EXPECT_EQ(report->exitStatus, 0);
     EXPECT_EQ(contentOf(root_), contentOf(package_));
-    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "applied, 2 settings");
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "applied, 54 settings");
     EXPECT_EQ(engine_.list, allCategories());
     EXPECT_THAT(view_.percents, testing::ElementsAre(0, 100));
 }
 
 TEST_F(RunRestoreTest, settingsThatTheTelevisionDoesNotHoldAreAFailureThatNamesThem) {
-    engine_.work = [] { FakeSettingsStore::instance().set("a", 1); };
+    engine_.work = [this] {
+        loadSettings(root_);
+        FakeSettingsStore::instance().set(kVolume, 9);
+    };
     const auto report = restore();
     ASSERT_TRUE(report);
     EXPECT_EQ(report->exitStatus, 1);
     const Row& row = rowFor(*report, VXCLONE_VCONF_DATA);
     EXPECT_EQ(row.verdict, Verdict::Failed);
-    EXPECT_EQ(row.detail, "1 of 2 applied; not b");
+    EXPECT_EQ(row.detail, std::string("53 of 54 applied; not ") + kVolume);
 }
 
 TEST_F(RunRestoreTest, manySettingsNotAppliedAreCounted) {
-    writeFile(package_ / "vconf/Vconf.json",
-              R"({"a":{"int":1},"c":{"int":1},"d":{"int":1},"e":{"int":1},"f":{"int":1},"g":{"int":1}})");
+    engine_.work = [] { FakeEngine::report(kWholeReport, 100); };
     const auto report = restore();
     ASSERT_TRUE(report);
-    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "1 of 6 applied; not c d e and 2 more");
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail,
+              "0 of 54 applied; not db/home/url_launcher/AppID db/home/url_launcher/change_url "
+              "db/homesettings/URLLauncher/AppTitle and 51 more");
 }
 
 TEST_F(RunRestoreTest, chosenCategoriesLeaveTheOthersAndTheSettingsUnread) {
@@ -112,34 +120,142 @@ TEST_F(RunRestoreTest, chosenCategoriesLeaveTheOthersAndTheSettingsUnread) {
     EXPECT_EQ(rowFor(*report, VXCLONE_BROADCAST_TVS).verdict, Verdict::Done);
 }
 
-TEST_F(RunRestoreTest, failureForWantOfAnEntrySaysSo) {
-    engine_.work = [] {
-        FakeEngine::report("VXCLONE_HOSPITALITY_LOGO-FAIL\nVXCLONE_WAS_API_DATA-FAIL\n", 100);
-    };
-    const auto report = restore({VXCLONE_WAS_API_DATA, VXCLONE_HOSPITALITY_LOGO});
+TEST_F(RunRestoreTest, categoryThatThePackageLacksIsNotLoadedAndAFailure) {
+    std::filesystem::remove(package_ / "web-applications.backup");
+    const auto report = restore();
     ASSERT_TRUE(report);
-    EXPECT_EQ(rowFor(*report, VXCLONE_HOSPITALITY_LOGO).detail, "the package holds no logo");
-    EXPECT_EQ(rowFor(*report, VXCLONE_WAS_API_DATA).detail, "");
-    EXPECT_THAT(report->closing, Contains(HasSubstr("not all of it (failed or different: was, boot-logo)")));
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_THAT(engine_.list, testing::Not(Contains(VXCLONE_WAS_API_DATA)));
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_WAS_API_DATA)),
+              "lacking: the package holds no web applications; this television keeps its own");
+    EXPECT_THAT(report->closing, Contains("The package is not complete. It lacks: was."));
+    EXPECT_THAT(report->closing, Contains(HasSubstr("not all of it (failed or different: was)")));
 }
 
-TEST_F(RunRestoreTest, packageWithoutABootLogoLeavesTheTelevisionsOwnUnlessItIsAskedForByName) {
+TEST_F(RunRestoreTest, packageThatHoldsNothingOfWhatWasChosenChangesNothing) {
+    std::filesystem::remove(package_ / "web-applications.backup");
+    const auto report = restore({VXCLONE_WAS_API_DATA});
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::CategoryFailed);
+    EXPECT_THAT(report.error().sentence,
+                HasSubstr("holds nothing of the chosen categories; nothing was changed"));
+    EXPECT_EQ(engine_.runs, 0);
+}
+
+TEST_F(RunRestoreTest, channelMapWithoutTheHotelsListIsNotLoaded) {
+    std::filesystem::remove(package_ / "tvs-chms/hotel-channels.backup");
+    const auto report = restore();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_THAT(engine_.list, testing::Not(Contains(VXCLONE_BROADCAST_TVS)));
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_BROADCAST_TVS)),
+              "lacking: the package holds no tvs-chms/hotel-channels.backup; this television keeps its own");
+}
+
+TEST_F(RunRestoreTest, settingThatThePackageLacksIsLeftAsItWas) {
+    FakeSettingsStore::instance().set(kVolume, 7);
+    writeFile(package_ / "vconf/Vconf.json", wholeSettings({{kVolume, ""}}));
+    const auto report = restore();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_EQ(std::get<int>(*FakeSettingsStore::instance().get(kVolume)), 7);
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VCONF_DATA)),
+              std::string("lacking: applied, 53 settings; left as they were: ") + kVolume);
+}
+
+TEST_F(RunRestoreTest, settingThatWasDeclaredAsNotThereIsLeftAsItWasAndNoFailure) {
+    FakeSettingsStore::instance().set(kVolume, 7);
+    writeFile(package_ / "vconf/Vconf.json", wholeSettings({{kVolume, ""}}));
+    PackageOrigin origin = originHere();
+    origin.lacks = {{"settings-keys", kVolume, true}};
+    sealFolder(package_, origin);
+    const auto report = restoreAsItIs();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_EQ(std::get<int>(*FakeSettingsStore::instance().get(kVolume)), 7);
+}
+
+TEST_F(RunRestoreTest, settingThatNeitherTellsKeepsTheRestoreFromBeginning) {
+    writeFile(package_ / "vconf/Vconf.json", wholeSettings({{kVolume, ""}}));
+    sealFolder(package_);
+    EXPECT_THAT(refusalOfStaged(ErrorCode::SettingsRefused), HasSubstr(std::string("--without ") + kVolume));
+    RestoreOptions options{allCategories()};
+    options.without = *Declared::parse(kVolume);
+    EXPECT_TRUE(restoreAsItIs(options));
+}
+
+TEST_F(RunRestoreTest, settingThatTheStoreDoesNotTakeBackIsAFailure) {
+    FakeSettingsStore::instance().set(kVolume, 7);
+    writeFile(package_ / "vconf/Vconf.json", wholeSettings({{kVolume, ""}}));
+    engine_.work = [this] {
+        loadSettings(root_);
+        FakeSettingsStore::instance().refuseWriting(kVolume);
+        FakeEngine::report(kWholeReport, 100);
+    };
+    const auto report = restore();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).verdict, Verdict::Failed);
+    EXPECT_THAT(rowFor(*report, VXCLONE_VCONF_DATA).detail, HasSubstr(std::string("not kept: ") + kVolume));
+}
+
+TEST_F(RunRestoreTest, networkTimeIsNotPutIntoEffectWithoutItsSettings) {
+    const char* const server = "db/menu/system/time/ntp/server_url";
+    FakeSettingsStore::instance().set(server, std::string("own"));
+    writeFile(package_ / "vconf/Vconf.json", wholeSettings({{server, ""}}));
+    const auto report = restore();
+    ASSERT_TRUE(report);
+    EXPECT_THAT(engine_.list, testing::Not(Contains(VXCLONE_NTP_SETTINGS_DATA)));
+    EXPECT_EQ(rowFor(*report, VXCLONE_NTP_SETTINGS_DATA).verdict, Verdict::Lacking);
+}
+
+TEST_F(RunRestoreTest, categoryThatNobodyReportedIsAFailure) {
+    engine_.work = [this] {
+        loadSettings(root_);
+        std::string reported = kWholeReport;
+        const std::string line = "VXCLONE_HOME_INTERNAL_API_DATA-SUCCESS\n";
+        FakeEngine::report(reported.erase(reported.find(line), line.size()), 100);
+    };
+    const auto report = restore();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_HOME_INTERNAL_API_DATA)),
+              "failed: nobody reported that it was loaded");
+}
+
+TEST_F(RunRestoreTest, applicationOfWhichThePackageHoldsNothingKeepsItsDataAndIsNoFailure) {
+    FakeSettingsStore::instance().set("db/first_screen/type", std::string("org.harbour.first"));
+    engine_.work = [this] {
+        loadSettings(root_);
+        FakeEngine::report(std::string(kWholeReport) + "VXCLONE_VXHOTEL_FIRSTSCREEN_DATA-FAIL\n", 100);
+    };
+    const auto report = restore();
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 0);
+    const auto row = std::find_if(report->rows.begin(), report->rows.end(),
+                                  [](const Row& each) { return each.subject == "org.harbour.first"; });
+    ASSERT_NE(row, report->rows.end());
+    EXPECT_EQ(textOf(*row), "not there: the package holds none of its data; this television keeps its own");
+}
+
+TEST_F(RunRestoreTest, packageWithoutABootLogoLeavesTheTelevisionsOwn) {
+    std::filesystem::remove_all(package_ / "logo");
     sealFolder(package_);
     const auto whole = restoreAsItIs({allCategories(), false, true});
     ASSERT_TRUE(whole);
     EXPECT_THAT(engine_.list, testing::Not(Contains(VXCLONE_HOSPITALITY_LOGO)));
     EXPECT_EQ(engine_.list.size(), kCategoryCount - 1);
     EXPECT_EQ(textOf(rowFor(*whole, VXCLONE_HOSPITALITY_LOGO)),
-              "not chosen: the package holds none; this television keeps its own");
+              "not there: the package holds no boot logo; this television keeps its own");
     EXPECT_EQ(whole->exitStatus, 0);
 
+    engine_.runs = 0;
     const auto named = restoreAsItIs({{VXCLONE_HOSPITALITY_LOGO}, false, false});
-    ASSERT_TRUE(named);
-    EXPECT_EQ(engine_.list, std::vector<VXClone>{VXCLONE_HOSPITALITY_LOGO});
+    ASSERT_FALSE(named);
+    EXPECT_EQ(named.error().code, ErrorCode::CategoryFailed);
+    EXPECT_EQ(engine_.runs, 0);
 }
 
 TEST_F(RunRestoreTest, packageWithABootLogoRestoresIt) {
-    writeFile(package_ / "logo/logo.png", "picture");
     sealFolder(package_);
     ASSERT_TRUE(restoreAsItIs({allCategories(), false, true}));
     EXPECT_EQ(engine_.list, allCategories());
@@ -147,6 +263,7 @@ TEST_F(RunRestoreTest, packageWithABootLogoRestoresIt) {
 
 TEST_F(RunRestoreTest, applicationsHaveALineEach) {
     FakeSettingsStore::instance().set("db/first_screen/type", std::string("org.harbour.first"));
+    writeFile(package_ / "org.harbour.first/data", "x");
     engine_.work = [] {
         FakeEngine::report(
             "VXCLONE_VXHOTEL_FIRSTSCREEN_DATA-SUCCESS\nVXCLONE_VXHOTEL_FIRSTSCREEN_DATA-FAIL\n", 100);
@@ -172,15 +289,17 @@ TEST_F(RunRestoreTest, listOfWhatNoRestoreLoadsIsRefused) {
 
 TEST_F(RunRestoreTest, packageWithoutSettingsFailsOnlyThese) {
     std::filesystem::remove_all(package_ / "vconf");
-    writeFile(package_ / "tvtimer/timer.db", "x");
     const auto report = restore();
     ASSERT_TRUE(report);
-    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).verdict, Verdict::Failed);
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).verdict, Verdict::Lacking);
+    EXPECT_EQ(failedNames(report->rows), "settings-keys");
+    EXPECT_THAT(engine_.list, testing::Not(Contains(VXCLONE_VCONF_DATA)));
     EXPECT_EQ(report->exitStatus, 1);
 }
 
 TEST_F(RunRestoreTest, folderThatIsNoPackageChangesNothing) {
-    std::filesystem::remove_all(package_ / "vconf");
+    std::filesystem::remove_all(package_);
+    writeFile(package_ / "photo.jpg", "x");
     expectRefused(ErrorCode::NotAPackage);
 }
 
@@ -203,9 +322,9 @@ TEST_F(RunRestoreTest, damagedSettingsThatAreNotChosenDoNotMatter) {
 }
 
 TEST_F(RunRestoreTest, linkOrFifoInThePackageChangesNothing) {
-    std::filesystem::create_symlink("/etc/passwd", package_ / "logo");
+    std::filesystem::create_symlink("/etc/passwd", package_ / "link");
     expectRefused(ErrorCode::UnsafeEntry);
-    std::filesystem::remove(package_ / "logo");
+    std::filesystem::remove(package_ / "link");
     ASSERT_EQ(mkfifo((package_ / "zzz").c_str(), 0600), 0);
     const auto report = restoreAsItIs();
     ASSERT_FALSE(report);
@@ -264,8 +383,8 @@ TEST_F(RunRestoreTest, packageWithoutIdentityOrSealIsNotComplete) {
 
 TEST_F(RunRestoreTest, alteredPackageIsRefused) {
     sealFolder(package_);
-    writeFile(package_ / "avoc.db", "b");
-    EXPECT_THAT(refusalOfStaged(ErrorCode::Altered), HasSubstr("(avoc.db altered)"));
+    writeFile(package_ / "picture-and-sound.backup", "b");
+    EXPECT_THAT(refusalOfStaged(ErrorCode::Altered), HasSubstr("(picture-and-sound.backup altered)"));
     writeFile(package_ / "vconf/Vconf.json", "{\"a\":");
     EXPECT_THAT(refusalOfStaged(ErrorCode::Altered), HasSubstr("vconf/Vconf.json"));
 }
@@ -311,7 +430,7 @@ TEST_F(RunRestoreTest, forcedModelForcesNothingElse) {
     FakeSystemInfo::instance() = {"VX75C2", "VX-R1-EU", 3, std::nullopt};
     EXPECT_THAT(refusalOfStaged(ErrorCode::DoesNotFit, forced), HasSubstr("tuner type not told"));
     FakeSystemInfo::instance() = {"VX75C2", "VX-R1-EU", 3, false};
-    writeFile(package_ / "avoc.db", "b");
+    writeFile(package_ / "picture-and-sound.backup", "b");
     refusalOfStaged(ErrorCode::Altered, forced);
 }
 

@@ -10,6 +10,7 @@
 #include "tests/unit/cloning_app/fake_system_info.h"
 #include "tests/unit/cloning_app/recording_view.h"
 #include "tests/unit/cloning_app/test_folder.h"
+#include "tests/unit/cloning_app/whole_package.h"
 
 /// A television as it leaves the factory, in a process of its own.
 struct NewTelevision {

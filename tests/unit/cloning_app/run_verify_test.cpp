@@ -15,7 +15,7 @@ class RunVerifyTest : public RunTest {
  protected:
     RunVerifyTest() {
         writeFile(root_ / "stale", "x");
-        writeFile(package_ / "vconf/Vconf.json", "{}");
+        writeWholePackage(package_);
         sealFolder(package_);
     }
 
@@ -69,6 +69,45 @@ TEST_F(RunVerifyTest, packageOfAnotherToolIsGood) {
     sealFolderWithoutManifest(package_);
     EXPECT_EQ(status(), 0);
     EXPECT_EQ(view_.ended->digest, "");
+}
+
+TEST_F(RunVerifyTest, packageThatLacksSomethingIsGoodAndNotComplete) {
+    std::filesystem::remove(package_ / "factory.backup");
+    writeFile(package_ / "vconf/Vconf.json", wholeSettings({{"db/hotel/dooreye", ""}}));
+    sealFolder(package_);
+    EXPECT_EQ(status(), 1);
+    EXPECT_THAT(
+        view_.ended->closing,
+        ElementsAre(HasSubstr("fits this television and is unaltered, but is not complete."),
+                    "The package is not complete. It lacks: factory, settings-keys (db/hotel/dooreye).",
+                    HasSubstr("Digest ")));
+    EXPECT_EQ(view_.ended->lacks,
+              (std::vector<Lack>{{VXCLONE_FACTORY_SETTINGS}, {VXCLONE_VCONF_DATA, "db/hotel/dooreye"}}));
+}
+
+TEST_F(RunVerifyTest, packageThatLacksOnlyWhatWasDeclaredIsGood) {
+    std::filesystem::remove(package_ / "factory.backup");
+    PackageOrigin origin = originHere();
+    origin.lacks = {{"factory", "", true}};
+    sealFolder(package_, origin);
+    EXPECT_EQ(status(), 0);
+    EXPECT_THAT(view_.ended->closing,
+                testing::Contains("The package holds none of these, as was declared: factory."));
+}
+
+TEST_F(RunVerifyTest, manifestThatContradictsThePackageIsAltered) {
+    PackageOrigin origin = originHere();
+    origin.lacks = {{"factory", "", true}};
+    sealFolder(package_, origin);
+    EXPECT_EQ(status(), 5);
+    EXPECT_THAT(view_.ended->closing.at(0),
+                HasSubstr("manifest.json: it lists factory as lacking, and holds it"));
+    std::filesystem::remove(package_ / "factory.backup");
+    origin.lacks.emplace();
+    sealFolder(package_, origin);
+    EXPECT_EQ(status(), 5);
+    EXPECT_THAT(view_.ended->closing.at(0),
+                HasSubstr("it does not list factory as lacking, and does not hold it"));
 }
 
 TEST_F(RunVerifyTest, everyFileThatIsNotAsItWasIsAFinding) {

@@ -19,29 +19,27 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr const char* kVolume = "volume";
+constexpr const char* kVolume = "db/vxmenu/system/Alarm/Volume";
 
 /// A television that holds a volume and a PIN, and a package with others.
 class RunsTest : public RunTest {
  protected:
     RunsTest() {
-        set(kVolume, 20);
-        set(kPinSetting, std::string("1111"));
+        writeWhole(folder_ / "own", 20, "1111");
+        loadSettings(folder_ / "own");
         engine_.save = [this] {
             for (const auto& entry : std::filesystem::directory_iterator(root_)) {
                 std::filesystem::remove_all(entry);
             }
-            writeSettings(root_, volume(), pin());
-            FakeEngine::report("VXCLONE_AV_SETTINGS-SUCCESS\n", 0);
+            writeWhole(root_, volume(), pin());
+            FakeEngine::report(kWholeReport, 0);
         };
         engine_.work = [this] {
             loaded_ = contentOf(root_);
-            const std::string text = readFile(root_ / "vconf/Vconf.json");
-            set(kVolume, text.find(":12}") != std::string::npos ? 12 : 20);
-            set(kPinSetting, std::string(text.find("2222") != std::string::npos ? "2222" : "1111"));
-            FakeEngine::report("VXCLONE_AV_SETTINGS-SUCCESS\n", 100);
+            loadSettings(root_);
+            FakeEngine::report(kWholeReport, 100);
         };
-        writeSettings(package_, 12, "2222");
+        writeWhole(package_, 12, "2222");
         sealFolder(package_);
     }
 
@@ -52,10 +50,8 @@ class RunsTest : public RunTest {
     static std::string pin() {
         return std::get<std::string>(*FakeSettingsStore::instance().get(kPinSetting));
     }
-    static void writeSettings(const std::filesystem::path& package, int volume, const std::string& pin) {
-        writeFile(package / "vconf/Vconf.json", std::string(R"({")") + kPinSetting + R"(":{"string":")" +
-                                                    pin + R"("},"volume":{"int":)" + std::to_string(volume) +
-                                                    "}}");
+    static void writeWhole(const std::filesystem::path& package, int volume, const std::string& pin) {
+        writeWholePackage(package, {{kVolume, std::to_string(volume)}, {kPinSetting, "\"" + pin + "\""}});
     }
 
     Result<Report> restore(RestoreOptions options = {allCategories(), false, true}) {
@@ -83,7 +79,7 @@ TEST_F(RunsTest, restoreKeepsASafetyBackupLoadsReadsBackAndIsRecorded) {
     EXPECT_EQ(report->exitStatus, 0);
     EXPECT_EQ(volume(), 12);
     EXPECT_EQ(engine_.backups, 2);
-    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VCONF_DATA)), "done, read back: same: applied, 2 settings");
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VCONF_DATA)), "done, read back: same: applied, 54 settings");
     EXPECT_THAT(report->closing, Contains("To go back: vxclone undo."));
     EXPECT_TRUE(hasSafety());
     EXPECT_THAT(readFile(data() / "Safety/vconf/Vconf.json"), HasSubstr("{\"int\":20}"));
@@ -126,7 +122,7 @@ TEST_F(RunsTest, undoWithoutASafetyBackupSaysSoAndTouchesNothing) {
 
 TEST_F(RunsTest, undoOfAnAlteredSafetyBackupIsRefused) {
     ASSERT_TRUE(restore());
-    writeSettings(data() / "Safety", 99, "1111");
+    writeWhole(data() / "Safety", 99, "1111");
     const auto undone = runUndo(context(), true);
     ASSERT_FALSE(undone);
     EXPECT_EQ(undone.error().code, ErrorCode::Altered);
@@ -139,9 +135,9 @@ TEST_F(RunsTest, undoTakesABootLogoAwayThatTheTelevisionDidNotHave) {
     writeFile(folder_ / "boot/logo.png", "new");
     engine_.work = [this] {
         std::filesystem::remove_all(folder_ / "boot");
-        set(kVolume, 20);
-        set(kPinSetting, std::string("1111"));
-        FakeEngine::report("VXCLONE_HOSPITALITY_LOGO-FAIL\n", 100);
+        loadSettings(root_);
+        std::string reported = kWholeReport;
+        FakeEngine::report(reported.replace(reported.find("LOGO-SUCCESS"), 12, "LOGO-FAIL"), 100);
     };
     const auto undone = runUndo(context(), true);
     ASSERT_TRUE(undone) << undone.error().sentence;
@@ -184,6 +180,63 @@ TEST_F(RunsTest, safetyBackupThatLacksAChosenCategoryKeepsTheRestoreFromBeginnin
     EXPECT_EQ(report.error().code, ErrorCode::SafetyIncomplete);
     EXPECT_THAT(report.error().sentence, HasSubstr("lacks timers"));
     EXPECT_TRUE(restore({{VXCLONE_AV_SETTINGS}}));
+}
+
+TEST_F(RunsTest, safetyBackupThatIsNotCompleteIsMadeOnceMore) {
+    for (const char* const missing :
+         {"factory.backup", "org.vorta.orvel-app", "tvs-chms/hotel-channels.backup"}) {
+        const auto save = engine_.save;
+        engine_.backups = 0;
+        engine_.save = [this, save, missing] {
+            save();
+            if (engine_.backups == 1) {
+                std::filesystem::remove_all(root_ / missing);
+            }
+        };
+        const auto report = restore();
+        ASSERT_TRUE(report) << report.error().sentence;
+        EXPECT_EQ(report->exitStatus, 0);
+        EXPECT_EQ(engine_.backups, 3);
+        EXPECT_TRUE(std::filesystem::exists(data() / "Safety" / missing));
+        EXPECT_THAT(view_.notices, Contains("The safety backup is not complete; making it once more."));
+        engine_.save = save;
+    }
+}
+
+TEST_F(RunsTest, safetyBackupThatStaysIncompleteKeepsTheRestoreFromBeginning) {
+    const auto save = engine_.save;
+    engine_.save = [this, save] {
+        save();
+        writeFile(root_ / "vconf/Vconf.json", wholeSettings({{kVolume, ""}}));
+        std::filesystem::remove(root_ / "factory.backup");
+    };
+    const auto report = restore();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::SafetyIncomplete);
+    EXPECT_THAT(report.error().sentence,
+                HasSubstr(std::string("it lacks factory, settings-keys (") + kVolume + ")"));
+    EXPECT_THAT(report.error().sentence, HasSubstr("the restore did not begin and nothing was changed"));
+    EXPECT_EQ(engine_.runs, 0);
+    EXPECT_EQ(volume(), 20);
+    EXPECT_FALSE(hasSafety());
+    RestoreOptions options{allCategories(), false, true};
+    options.without = *Declared::parse(std::string("factory,") + kVolume);
+    EXPECT_TRUE(restore(options));
+}
+
+TEST_F(RunsTest, safetyBackupMayLackWhatTheRestoreLeavesAlone) {
+    const auto save = engine_.save;
+    engine_.save = [this, save] {
+        save();
+        std::filesystem::remove(root_ / "factory.backup");
+    };
+    EXPECT_TRUE(restore({{VXCLONE_AV_SETTINGS}}));
+    engine_.save = save;
+    const auto undone = runUndo(context(), true);
+    ASSERT_TRUE(undone) << undone.error().sentence;
+    EXPECT_EQ(undone->exitStatus, 0);
+    EXPECT_EQ(rowFor(*undone, VXCLONE_FACTORY_SETTINGS).verdict, Verdict::NotThere);
+    EXPECT_THAT(engine_.list, Not(Contains(VXCLONE_FACTORY_SETTINGS)));
 }
 
 TEST_F(RunsTest, televisionWithoutRoomForTheSafetyBackupIsToldBeforeAnythingIsMade) {
@@ -264,7 +317,7 @@ TEST_F(RunsTest, keptIdentityIsTheTelevisionsOwnAfterwards) {
     EXPECT_EQ(pin(), "1111");
     EXPECT_EQ(volume(), 12);
     EXPECT_EQ(report->exitStatus, 0);
-    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "applied, 1 setting; kept, 1 setting");
+    EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "applied, 43 settings; kept, 11 settings");
 }
 
 TEST_F(RunsTest, identityThatCannotBeWrittenBackFailsTheSettings) {
@@ -291,7 +344,7 @@ TEST_F(RunsTest, dryRunTellsTheDifferencesAndLeavesNothing) {
     EXPECT_TRUE(std::filesystem::is_empty(root_));
     EXPECT_FALSE(std::filesystem::exists(data() / "run.json"));
     options.keepIdentity = true;
-    EXPECT_EQ(rowFor(*restore(options), VXCLONE_VCONF_DATA).detail, "changes 1 setting; keeps 1 setting");
+    EXPECT_EQ(rowFor(*restore(options), VXCLONE_VCONF_DATA).detail, "changes 1 setting; keeps 11 settings");
 }
 
 TEST_F(RunsTest, partThatNeedsAnotherIsSaid) {

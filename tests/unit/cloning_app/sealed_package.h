@@ -13,16 +13,17 @@ inline vxclone::PackageOrigin originHere() {
             "2026-03-01T12:30:00Z",
             "vxclone 1.0.0",
             vxclone::televisionIdentity(),
-            {{"av", "success"}, {"apps", "failed", "it did not answer", "org.vorta.orvel-app"}}};
+            {{"av", "success"}, {"apps", "success", "it answered", "org.vorta.orvel-app"}}};
 }
 
 /// Makes what is in the folder a package of this television, complete and sealed. Result: its digest.
-inline std::string sealFolder(const std::filesystem::path& folder) {
+inline std::string sealFolder(const std::filesystem::path& folder,
+                              const vxclone::PackageOrigin& origin = originHere()) {
     FakeEngine engine;
     const vxclone::Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY));
     const auto key = vxclone::PackageKey::ofTelevision();
     const auto sealed = vxclone::sealPackage(
-        engine, {opened.get(), folder.string(), vxclone::Place::Television}, originHere(), key.value());
+        engine, {opened.get(), folder.string(), vxclone::Place::Television}, origin, key.value());
     EXPECT_TRUE(sealed) << sealed.error().sentence;
     return sealed ? sealed->digest : std::string();
 }

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+
+#include "cloning_app/run/setting_kinds.h"
+#include "cloning_app/run/settings_store.h"
+#include "tests/unit/cloning_app/test_folder.h"
+
+/// Every outcome that the library reports when all goes well.
+inline constexpr const char* kWholeReport =
+    "VXCLONE_FACTORY_SETTINGS-FAIL\nVXCLONE_AV_SETTINGS-SUCCESS\nVXCLONE_HOME_INTERNAL_API_DATA-SUCCESS\n"
+    "VXCLONE_WAS_API_DATA-SUCCESS\nVXCLONE_BROADCAST_TVS-SUCCESS\nVXCLONE_SETTINGS_DATA-SUCCESS\n"
+    "VXCLONE_VXTV_TIMER_DATA-SUCCESS\nVXCLONE_HOSPITALITY_LOGO-SUCCESS\n"
+    "VXCLONE_VXHOTEL_HOMEAPP_DATA-SUCCESS\nVXCLONE_VXHOTEL_FIRSTSCREEN_DATA-SUCCESS\n"
+    "VXCLONE_VXHOTEL_MBR_LOGO-SUCCESS\nVXCLONE_NTP_SETTINGS_DATA-SUCCESS\n";
+
+/// The settings by their keys, each as JSON: `7`, `"text"`.
+using SettingValues = std::map<std::string, std::string>;
+
+/// A settings file with a value for every setting: 1, or "x", or what `values` says; an empty one leaves it
+/// out.
+inline std::string wholeSettings(const SettingValues& values = {}) {
+    std::string text;
+    for (const vxclone::SettingFacts& facts : vxclone::clonedSettings()) {
+        const bool isText = facts.type == vxclone::SettingType::Text;
+        const std::string type =
+            isText ? "string" : (facts.type == vxclone::SettingType::Bool ? "bool" : "int");
+        const auto chosen = values.find(std::string(facts.key));
+        const std::string value = chosen != values.end() ? chosen->second : (isText ? "\"x\"" : "1");
+        if (!value.empty()) {
+            text += (text.empty() ? "{" : ",") + std::string("\"") + std::string(facts.key) + "\":{\"" +
+                    type + "\":" + value + "}";
+        }
+    }
+    return text + "}";
+}
+
+/// Fills the folder with what a whole package holds, beside its logos: settings, an entry of each service, an
+/// application.
+inline void writeWholePackage(const std::filesystem::path& folder, const SettingValues& values = {}) {
+    writeFile(folder / "vconf/Vconf.json", wholeSettings(values));
+    for (const char* const name :
+         {"factory.backup", "picture-and-sound.backup", "org.vorta.homedatacontrol-service/home-data.backup",
+          "web-applications.backup", "tvs-chms/tvs-chms.zip", "tvs-chms/hotel-channels.backup",
+          "settings-data.backup", "tvtimer/timers.backup", "org.vorta.orvel-app/data"}) {
+        writeFile(folder / name, name);
+    }
+    std::filesystem::create_directories(folder / "VXHotel");
+}
+
+/// What the library does with the settings of a package: writes each into the store, 0 or "" where it is
+/// lacking.
+inline void loadSettings(const std::filesystem::path& folder) {
+    const std::string text = readFile(folder / "vconf/Vconf.json");
+    for (const vxclone::SettingFacts& facts : vxclone::clonedSettings()) {
+        const std::string key(facts.key);
+        const std::size_t at = text.find("\"" + key + "\":");
+        const std::size_t value = at == std::string::npos ? at : text.find(':', text.find('{', at)) + 1;
+        const std::string found =
+            at == std::string::npos ? "" : text.substr(value, text.find('}', value) - value);
+        if (facts.type == vxclone::SettingType::Text) {
+            vxclone::store::writeString(key, found.empty() ? "" : found.substr(1, found.size() - 2));
+        } else if (facts.type == vxclone::SettingType::Bool) {
+            vxclone::store::writeBool(key, found == "1");
+        } else {
+            vxclone::store::writeInt(key, found.empty() ? 0 : std::stoi(found));
+        }
+    }
+}
