@@ -9,6 +9,8 @@
 
 /// The setting that holds the PIN.
 inline constexpr const char* kPinSetting = "db/vxhotel/securitymode/changepin";
+/// The setting that holds the alarm's volume, a number.
+inline constexpr const char* kVolume = "db/vxmenu/system/Alarm/Volume";
 
 /// The settings store of these tests, behind the platform's own six functions. Any thread.
 class FakeSettingsStore {

@@ -103,16 +103,30 @@ TEST_F(InspectTest, hostileTextDoesNotSteerTheTerminal) {
 TEST_F(InspectTest, jsonHasALineForEachThing) {
     std::map<std::string, int> kinds;
     for (const auto& line : lines(inspectPackage(package_, false))) {
-        ++kinds[line.value("kind", line.at("event").get<std::string>())];
+        const bool isLack = line.value("check", "") == "completeness";
+        ++kinds[isLack ? "lack" : line.value("kind", line.at("event").get<std::string>())];
         if (line.value("setting", "") == kPinSetting) {
             EXPECT_EQ(line.at("value"), "(set)");
             EXPECT_EQ(line.at("settingKind"), "secret");
         }
     }
-    EXPECT_EQ(
-        kinds,
-        (std::map<std::string, int>{
-            {"package", 1}, {"finding", 4}, {"category", 2}, {"file", 5}, {"setting", 4}, {"summary", 1}}));
+    EXPECT_EQ(kinds, (std::map<std::string, int>{{"package", 1},
+                                                 {"finding", 4},
+                                                 {"lack", 61},
+                                                 {"category", 2},
+                                                 {"file", 5},
+                                                 {"setting", 4},
+                                                 {"summary", 1}}));
+}
+
+TEST_F(InspectTest, whatThePackageLacksIsNamedSettingBySetting) {
+    writeWholePackage(package_, {{kVolume, ""}});
+    std::filesystem::remove(package_ / "factory.backup");
+    sealFolder(package_);
+    EXPECT_THAT(inspect(),
+                HasSubstr(std::string("The package is not complete. It lacks: factory, settings-keys (") +
+                          kVolume + ")."));
+    EXPECT_EQ(status_, 0);
 }
 
 TEST_F(InspectTest, jsonOfAnErrorIsOneLine) {

@@ -101,11 +101,11 @@ TEST(JsonSchema, listsAreThoseOfTheCode) {
     for (std::size_t index = 0; index < verdictCount(); ++index) {
         lists["result"].emplace(nameOf(static_cast<Verdict>(index)));
     }
-    lists["check"] = {"last-run"};
+    lists["check"] = {"last-run", "completeness"};
     for (int index = 0; index <= static_cast<int>(Subject::Seal); ++index) {
         lists["check"].emplace(nameOf(static_cast<Subject>(index)));
     }
-    lists["finding"] = {"going-on", "unfinished", "ended"};
+    lists["finding"] = {"going-on", "unfinished", "ended", "lacking", "declared"};
     for (int index = 0; index <= static_cast<int>(Finding::Refused); ++index) {
         lists["finding"].emplace(nameOf(static_cast<Finding>(index)));
     }

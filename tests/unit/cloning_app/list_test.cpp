@@ -30,6 +30,10 @@ TEST_F(ListTest, packagesOfAllSticksAreListed) {
 }
 
 TEST_F(ListTest, stateIsWhatCanBeSeenWithoutACopy) {
+    EXPECT_EQ(state(), "incomplete");
+    EXPECT_THAT(list(), HasSubstr("it lacks factory, av, home-data, was, settings-keys ("));
+    writeWholePackage(package_);
+    sealFolder(package_);
     EXPECT_EQ(state(), "fits");
     FakeSystemInfo::instance().model = "VX75C2";
     EXPECT_EQ(state(), "does-not-fit");

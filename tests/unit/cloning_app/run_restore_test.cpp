@@ -16,8 +16,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-constexpr const char* kVolume = "db/vxmenu/system/Alarm/Volume";
-
 class RunRestoreTest : public RunTest {
  protected:
     RunRestoreTest() {

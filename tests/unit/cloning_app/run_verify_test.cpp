@@ -47,11 +47,11 @@ TEST_F(RunVerifyTest, statusIsThatOfTheGravestFinding) {
     EXPECT_EQ(status(), 5);
     engine_.key = false;
     EXPECT_EQ(status(), 7);
-    EXPECT_EQ(view_.ended->closing.size(), 4U);
+    EXPECT_EQ(view_.ended->closing.size(), 5U);
     std::filesystem::remove(package_ / "validate.txt");
     EXPECT_EQ(status(), 3);
     EXPECT_THAT(view_.ended->closing.at(0), HasSubstr("validate.txt"));
-    EXPECT_EQ(view_.ended->closing.size(), 5U);
+    EXPECT_EQ(view_.ended->closing.size(), 6U);
 }
 
 TEST_F(RunVerifyTest, damagedSettingsOfASealedPackageAreAltered) {

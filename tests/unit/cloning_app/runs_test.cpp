@@ -19,8 +19,6 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr const char* kVolume = "db/vxmenu/system/Alarm/Volume";
-
 /// A television that holds a volume and a PIN, and a package with others.
 class RunsTest : public RunTest {
  protected:
@@ -323,7 +321,11 @@ TEST_F(RunsTest, keptIdentityIsTheTelevisionsOwnAfterwards) {
 TEST_F(RunsTest, identityThatCannotBeWrittenBackFailsTheSettings) {
     RestoreOptions options{allCategories(), false, true};
     options.keepIdentity = true;
-    FakeSettingsStore::instance().refuseWriting(kPinSetting);
+    const auto work = engine_.work;
+    engine_.work = [work] {
+        work();
+        FakeSettingsStore::instance().refuseWriting(kPinSetting);
+    };
     const auto report = restore(options);
     ASSERT_TRUE(report);
     EXPECT_EQ(report->exitStatus, 1);
