@@ -66,7 +66,7 @@ Result<void> CloneRoot::empty() {
 }
 
 Result<TreeSize> CloneRoot::fillFrom(const Tree& from, const TreeLimits& limits, const StopFlag& stop,
-                                     const TreeSize& reserve) {
+                                     const TreeSize& reserve, const TellWritten& tell) {
     const auto needed = measureTree(from, limits);
     if (!needed) {
         return needed;
@@ -78,7 +78,8 @@ Result<TreeSize> CloneRoot::fillFrom(const Tree& from, const TreeLimits& limits,
     if (const auto emptied = empty(); !emptied) {
         return tl::make_unexpected(emptied.error());
     }
-    auto copied = copyTree(from, tree(), limits, Flush::No, realDiskCalls(), stop);
+    const DiskCalls calls = tell ? countingWrites(realDiskCalls(), needed->bytes, tell) : realDiskCalls();
+    auto copied = copyTree(from, tree(), limits, Flush::No, calls, stop);
     if (!copied) {
         removeContents(folder_.get());
     }

@@ -16,10 +16,10 @@ class CloneRoot {
 
     Tree tree() const { return {folder_.get(), path_, Place::Television}; }
 
-    /// Replaces what is there by the package `from`, where the disk has room for `reserve` besides. On
-    /// failure, or once `stop` is raised, the folder is left empty.
+    /// Replaces what is there by the package `from`, where the disk has room for `reserve` besides; `tell`
+    /// hears how much of it is there. On failure, or once `stop` is raised, the folder is left empty.
     Result<TreeSize> fillFrom(const Tree& from, const TreeLimits& limits, const StopFlag& stop,
-                              const TreeSize& reserve = {});
+                              const TreeSize& reserve = {}, const TellWritten& tell = {});
 
     /// Removes everything in the folder.
     Result<void> empty();

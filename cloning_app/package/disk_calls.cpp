@@ -4,8 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <utility>
 
 namespace vxclone {
 
@@ -36,13 +38,29 @@ DiskCalls realDiskCalls() {
     return {
         [](int descriptor, const void* data, std::size_t size) { return ::write(descriptor, data, size); },
         flushOrFlushAll,
-        [](int descriptor) { sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WRITE); },
+        [](int descriptor) {
+            sync_file_range(descriptor, 0, 0, SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE);
+        },
         awaitWritten,
         [](int folder) { return syncfs(folder); },
         [](int directory, const char* from, const char* to, unsigned flags) {
             return renameat2(directory, from, directory, to, flags);
         },
         [](int directory, const char* name) { return mkdirat(directory, name, kStickFolderMode); }};
+}
+
+DiskCalls countingWrites(const DiskCalls& calls, std::uint64_t bytes, TellWritten tell) {
+    DiskCalls counting = calls;
+    counting.write = [write = calls.write, bytes, tell = std::move(tell), done = std::uint64_t{0}](
+                         int descriptor, const void* data, std::size_t size) mutable {
+        const ssize_t written = write(descriptor, data, size);
+        const int reason = errno;
+        done += written < 0 ? 0U : static_cast<std::uint64_t>(written);
+        tell(bytes == 0 ? 1 : std::min(1.0, static_cast<double>(done) / static_cast<double>(bytes)));
+        errno = reason;
+        return written;
+    };
+    return counting;
 }
 
 }  // namespace vxclone

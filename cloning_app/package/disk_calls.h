@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 
 namespace vxclone {
@@ -14,7 +15,8 @@ struct DiskCalls {
     std::function<ssize_t(int descriptor, const void* data, std::size_t size)> write;
     /// fsync(2); a folder on a file system that cannot flush one folder flushes the whole file system.
     std::function<int(int descriptor)> flush;
-    /// Begins to write a file's data to the disk, and does not wait; advice, whose failure means nothing.
+    /// Begins to write a file's data to the disk, once that is written for which the same was asked before;
+    /// advice, whose failure means nothing.
     std::function<void(int descriptor)> startFlush;
     /// Waits until a file's data is written, which the disk may still hold in its own memory; 0, or -1 when
     /// the disk has refused some of it.
@@ -29,5 +31,11 @@ struct DiskCalls {
 
 /// The real ones.
 DiskCalls realDiskCalls();
+
+/// Gets how much of the bytes is written, from 0 to 1.
+using TellWritten = std::function<void(double part)>;
+
+/// The same calls, which tell after each write how much of `bytes` all of them have written together.
+DiskCalls countingWrites(const DiskCalls& calls, std::uint64_t bytes, TellWritten tell);
 
 }  // namespace vxclone

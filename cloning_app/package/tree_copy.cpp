@@ -20,6 +20,9 @@ constexpr mode_t kCopiedFileMode = 0666;
 /// Files whose data is on its way to the disk while the next ones are read. A flush of each file by itself
 /// would let the disk empty its memory each time, which takes longer than the writing.
 constexpr std::size_t kFilesOnTheirWay = 16;
+/// So much of one file waits in memory before its way to the disk begins: what counts as written is then
+/// never far ahead of what is.
+constexpr std::uint64_t kBytesOnTheirWay = std::uint64_t{8} << 20U;
 
 class Measure final : public TreeVisitor {
  public:
@@ -160,6 +163,10 @@ class Copy final : public TreeVisitor {
             }
             if (const int reason = writeAll(target, static_cast<std::size_t>(got)); reason != 0) {
                 return tl::make_unexpected(writeError(to_.place, pathOf(entry), reason));
+            }
+            const std::uint64_t before = fileBytes - static_cast<std::uint64_t>(got);
+            if (flush_ == Flush::Yes && fileBytes / kBytesOnTheirWay != before / kBytesOnTheirWay) {
+                calls_.startFlush(target);
             }
         }
     }

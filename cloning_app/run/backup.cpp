@@ -1,7 +1,5 @@
 #include <fmt/format.h>
 
-#include <algorithm>
-
 #include "cloning_app/package/clone_root.h"
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/package/manifest_file.h"
@@ -14,28 +12,6 @@
 namespace vxclone {
 
 namespace {
-
-/// So much is written between two steps that are shown: a second or two on a slow stick.
-constexpr std::uint64_t kBytesOfAStep = std::uint64_t{8} << 20U;
-constexpr std::uint64_t kWholeCopyPercent = 100;
-
-/// The calls of the context, which show how much of a package of this size is written.
-DiskCalls withProgress(const CloneContext& context, std::uint64_t bytes) {
-    DiskCalls calls = context.disk;
-    calls.write = [&context, bytes, done = std::uint64_t{0}](int descriptor, const void* data,
-                                                             std::size_t size) mutable {
-        const ssize_t written = context.disk.write(descriptor, data, size);
-        const std::uint64_t before = done;
-        done += written < 0 ? 0U : static_cast<std::uint64_t>(written);
-        if (done / kBytesOfAStep != before / kBytesOfAStep) {
-            const std::uint64_t percent = std::min(done * kWholeCopyPercent / bytes, kWholeCopyPercent);
-            context.view.progress({static_cast<int>(percent)});
-        }
-        context.view.tick();
-        return written;
-    };
-    return calls;
-}
 
 /// Whether what lies on the stick is what its manifest lists: whoever still wrote into the clone folder after
 /// the library's run had ended, an application that answered too late, would have spoilt the package.
@@ -74,11 +50,14 @@ Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Rep
     if (const auto space = checkSpace(stick, *needed); !space) {
         return tl::make_unexpected(space.error());
     }
-    auto copied =
-        copyTree(root, stick, TreeLimits{}, Flush::Yes, withProgress(context, needed->bytes), context.stop);
+    const DiskCalls calls = countingWrites(context.disk, needed->bytes, [&context](double part) {
+        context.view.progress({ShownPhase::Writing, part});
+    });
+    auto copied = copyTree(root, stick, TreeLimits{}, Flush::Yes, calls, context.stop);
     if (!copied) {
         return copied;
     }
+    context.view.progress({ShownPhase::Closing});
     if (const auto whole = checkCopy(context, stick); !whole) {
         return tl::make_unexpected(whole.error());
     }
@@ -163,8 +142,10 @@ Result<Report> backUp(const CloneContext& context, const std::filesystem::path& 
 
 Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder,
                          const BackupOptions& options) {
-    return recordedRun(context, RunKind::Backup, folder,
-                       [&](RunRecorder& recorder) { return backUp(context, folder, options, recorder); });
+    return recordedRun(context, {RunKind::Backup, folder, phasesOfBackup()},
+                       [&](const CloneContext& shown, RunRecorder& recorder) {
+                           return backUp(shown, folder, options, recorder);
+                       });
 }
 
 }  // namespace vxclone

@@ -10,7 +10,6 @@ namespace vxclone {
 namespace {
 
 constexpr std::chrono::milliseconds kPollInterval{50};
-constexpr int kWholePercent = 100;
 
 tl::unexpected<Error> refused(const char* key) {
     return failure(ErrorCode::SettingsRefused,
@@ -21,6 +20,10 @@ tl::unexpected<Error> refused(const char* key) {
 /// Whether a run that saves the category puts it on the result list.
 bool isReported(Handling handling) {
     return handling == Handling::Reported || handling == Handling::NotEvaluated;
+}
+
+double shareOf(std::size_t done, std::size_t all) {
+    return all == 0 ? 0 : static_cast<double>(done) / static_cast<double>(all);
 }
 
 }  // namespace
@@ -43,11 +46,7 @@ Follower::Follower(Direction direction, const std::vector<VXClone>& list, Progre
             list_.push_back(category);
         }
     }
-    shown_.entries = list_.size();
-    if (direction == Direction::Restore && !list_.empty()) {
-        shown_.percent = 0;
-        shown_.category = list_.front();
-    }
+    shown_ = progressNow();
     view_.progress(shown_);
     thread_ = std::thread([this] { follow(); });
 }
@@ -78,7 +77,6 @@ void Follower::follow() {
     while (!ended_.wait_for(lock, kPollInterval, [this] { return end_; })) {
         lock.unlock();
         look();
-        view_.tick();
         lock.lock();
     }
 }
@@ -95,25 +93,26 @@ void Follower::look() {
             latest_ = outcome.category;
         }
     }
-    const Progress progress = direction_ == Direction::Backup ? progressOfBackup() : progressOfRestore();
-    if (progress.entry > shown_.entry || progress.percent != shown_.percent) {
+    if (direction_ == Direction::Restore) {
+        percent_ = std::clamp(store::readInt(kProgressKey).value_or(0), percent_, kWholePercent);
+    }
+    const Progress progress = progressNow();
+    if (progress.entry > shown_.entry) {
         shown_ = progress;
         view_.progress(progress);
     }
 }
 
-Progress Follower::progressOfBackup() const {
-    return {std::nullopt, std::min(reported_.size(), list_.size()), list_.size(), latest_};
-}
-
-/// The library writes the percentage of its entries that are done, rounded down, after each of them.
-Progress Follower::progressOfRestore() const {
-    const int percent =
-        std::clamp(store::readInt(kProgressKey).value_or(0), shown_.percent.value_or(0), kWholePercent);
+Progress Follower::progressNow() const {
+    if (direction_ == Direction::Backup) {
+        const std::size_t reported = std::min(reported_.size(), list_.size());
+        return {ShownPhase::Saving, shareOf(reported, list_.size()), reported, list_.size(), latest_};
+    }
+    // The library writes the percentage of its entries that are done, rounded down, after each of them.
     const std::size_t handled =
-        (static_cast<std::size_t>(percent) * list_.size() + kWholePercent - 1) / kWholePercent;
+        (static_cast<std::size_t>(percent_) * list_.size() + kWholePercent - 1) / kWholePercent;
     const auto atWork = handled < list_.size() ? std::optional(list_[handled]) : std::nullopt;
-    return {percent, handled, list_.size(), atWork};
+    return {ShownPhase::Load, shareOf(handled, list_.size()), handled, list_.size(), atWork};
 }
 
 }  // namespace vxclone

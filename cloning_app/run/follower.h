@@ -33,8 +33,7 @@ class Follower {
  private:
     void follow();
     void look();
-    Progress progressOfBackup() const;
-    Progress progressOfRestore() const;
+    Progress progressNow() const;
     void join();
 
     Direction direction_;
@@ -45,6 +44,7 @@ class Follower {
     std::set<VXClone> reported_;
     std::optional<VXClone> latest_;
     Progress shown_;
+    int percent_ = 0;  ///< how much of its entries the library says are loaded
     bool stopSaid_ = false;
     std::mutex mutex_;
     std::condition_variable ended_;

@@ -253,6 +253,7 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
         static_cast<void>(writeBack(made->kept.all()));
         return tl::make_unexpected(results.error());
     }
+    context.view.progress({ShownPhase::LookingUp});
     Report report{judge(context, ready, *made, *results), kExitOk, unknownLineSentences(*results),
                   ready.examined.checks, ready.examined.digest.value_or("")};
     if (options.removesLogo) {

@@ -161,6 +161,7 @@ Result<Means> readyToSeal(CloneEngine& engine, const std::string& name) {
 
 Result<Report> completePackage(const CloneContext& context, const Tree& root, const ResultList& results,
                                const Means& means) {
+    context.view.progress({ShownPhase::Sealing});
     const auto made = judgeBackup(context, root, results, means);
     if (!made) {
         return tl::make_unexpected(made.error());

@@ -18,10 +18,8 @@ class JsonView final : public ProgressView {
         : run_(std::move(run)), lines_(out), options_(std::move(options)) {}
 
     void progress(const Progress& progress) override {
+        latest_ = progress;
         Json members = begin();
-        if (progress.percent) {
-            members["percent"] = *progress.percent;
-        }
         if (progress.entries != 0) {
             members["entry"] = progress.entry;
             members["entries"] = progress.entries;
@@ -68,14 +66,24 @@ class JsonView final : public ProgressView {
  private:
     using Json = nlohmann::ordered_json;
 
+    /// What every line of a run has that goes on.
     Json begin() const {
-        return {{"run", run_},
-                {"elapsed", static_cast<double>(options_.elapsed().count()) / kMillisecondsInASecond}};
+        Json members = {
+            {"run", run_},
+            {"elapsed", static_cast<double>(options_.elapsed().count()) / kMillisecondsInASecond}};
+        if (latest_.phase) {
+            members["phase"] = vxclone::nameOf(*latest_.phase);
+        }
+        if (latest_.percent) {
+            members["percent"] = *latest_.percent;
+        }
+        return members;
     }
 
     std::string run_;
     JsonLines lines_;
     ViewOptions options_;
+    Progress latest_;
 };
 
 }  // namespace

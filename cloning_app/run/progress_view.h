@@ -11,6 +11,7 @@
 #include "cloning_app/run/comparison.h"
 #include "cloning_app/run/completeness.h"
 #include "cloning_app/run/result_table.h"
+#include "cloning_app/run/shown_phase.h"
 
 namespace vxclone {
 
@@ -32,15 +33,17 @@ struct Report {
     std::vector<Lack> lacks = {};       ///< what the package lacks
 };
 
-/// Where the library's run stands.
+/// Where a run stands.
 struct Progress {
-    std::optional<int> percent = {};  ///< none in a backup, of which the library writes none; never falls
-    std::size_t entry = 0;            ///< how many entries are done: of a backup, how many were reported
+    std::optional<ShownPhase> phase = {};  ///< what it works at now
+    double part = 0;                       ///< how much of the phase is done, from 0 to 1
+    std::size_t entry = 0;  ///< how many of the library's entries are done; in a backup, were reported
     std::size_t entries = 0;
     std::optional<VXClone> category = {};  ///< the one at work; in a backup the latest that was reported
+    std::optional<int> percent = {};       ///< of the whole run, never falls: `RunProgress` works it out
 };
 
-/// Shows a run while it goes on and says how it ended. One thread at a time.
+/// Shows a run while it goes on and says how it ended. One thread at a time, unless it says otherwise.
 class ProgressView {
  public:
     virtual ~ProgressView() = default;

@@ -4,14 +4,19 @@
 
 namespace vxclone {
 
-/// Shows of a run within a run only that time passes and what must be said: its categories and its progress
-/// are not those of the run that the user asked for.
+/// Shows a backup that is a phase of another run: what it says of its progress is that phase's, and its
+/// categories are not those of the run that the user asked for.
 class QuietView final : public ProgressView {
  public:
     /// `view` must outlive this object.
-    explicit QuietView(ProgressView& view) : view_(view) {}
+    QuietView(ProgressView& view, ShownPhase phase) : view_(view), phase_(phase) {}
 
-    void progress(const Progress& /*progress*/) override {}
+    void progress(const Progress& progress) override {
+        Progress outer = progress;
+        outer.phase = phase_;
+        outer.part = progress.phase == ShownPhase::Saving ? progress.part * kPartOfTheSave : kPartOfTheSave;
+        view_.progress(outer);
+    }
     void category(const Row& /*row*/) override {}
     void tick() override { view_.tick(); }
     void clear() override { view_.clear(); }
@@ -20,7 +25,11 @@ class QuietView final : public ProgressView {
     void failed(const Error& error) override { view_.failed(error); }
 
  private:
+    /// The rest is for what is made of that which the library has saved.
+    static constexpr double kPartOfTheSave = 0.8;
+
     ProgressView& view_;
+    ShownPhase phase_;
 };
 
 }  // namespace vxclone

@@ -234,7 +234,7 @@ Comparison compareRows(const Expectation& expected, const ComparedState& after,
 Comparison readBack(const CloneContext& context, const StagedPackage& package, const Expectation& expected,
                     std::vector<Row>& rows) {
     context.view.notice("Reading the television back.");
-    QuietView quiet(context.view);
+    QuietView quiet(context.view, ShownPhase::ReadBack);
     const CloneContext inner{context.engine, quiet, context.stop, context.cloneRoot, context.disk};
     const auto look = lookAtTelevision(inner, package.tree());
     if (!look) {

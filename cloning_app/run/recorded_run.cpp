@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "cloning_app/package/safety_store.h"
+#include "cloning_app/run/run_progress.h"
 #include "cloning_app/run/status.h"
 
 namespace vxclone {
@@ -33,13 +34,19 @@ void nameTheDead(ProgressView& view, const RunRecord& record) {
                             consequenceOf(record.phase)));
 }
 
+CloneContext withView(const CloneContext& context, ProgressView& view) {
+    return {context.engine, view, context.stop, context.cloneRoot, context.disk};
+}
+
 }  // namespace
 
-Result<Report> recordedRun(const CloneContext& context, RunKind kind, const std::filesystem::path& package,
-                           const std::function<Result<Report>(RunRecorder& recorder)>& run) {
+Result<Report> recordedRun(
+    const CloneContext& context, const RunPlan& plan,
+    const std::function<Result<Report>(const CloneContext& shown, RunRecorder& recorder)>& run) {
     const auto folder = recordFolderOf(context.cloneRoot);
-    const RunPhase first = kind == RunKind::Backup ? RunPhase::Saving : RunPhase::Staging;
-    auto recorder = RunRecorder::begin(folder, {kind, first, absolutePath(package), "", secondsNow()});
+    const RunPhase first = plan.kind == RunKind::Backup ? RunPhase::Saving : RunPhase::Staging;
+    auto recorder =
+        RunRecorder::begin(folder, {plan.kind, first, absolutePath(plan.package), "", secondsNow()});
     if (!recorder) {
         return tl::make_unexpected(withTheOther(recorder.error(), folder));
     }
@@ -47,16 +54,26 @@ Result<Report> recordedRun(const CloneContext& context, RunKind kind, const std:
         nameTheDead(context.view, *recorder->previous());
     }
     removeLeftovers(folder);
-    auto report = run(*recorder);
+    RunProgress progress(context.view, plan.phases, [&recorder](ShownPhase phase, int percent) {
+        recorder->tell({phase, percent});
+    });
+    auto report = run(withView(context, progress), *recorder);
+    if (report) {
+        progress.progress({ShownPhase::Closing});
+    }
     const int status = report ? report->exitStatus : exitStatusOf(report.error().code);
     const auto ended = recorder->end(status, report ? report->rows : std::vector<Row>());
     if (!ended) {
-        context.view.notice("The end of this run is not recorded: " + ended.error().sentence + ".");
+        progress.notice("The end of this run is not recorded: " + ended.error().sentence + ".");
+    }
+    if (report) {
+        progress.complete();
     }
     return report;
 }
 
-Result<Report> unrecordedRun(const CloneContext& context, const std::function<Result<Report>()>& run) {
+Result<Report> unrecordedRun(const CloneContext& context, const ShownPhases& phases,
+                             const std::function<Result<Report>(const CloneContext& shown)>& run) {
     const auto folder = recordFolderOf(context.cloneRoot);
     const auto last = readLastRun(folder);
     if (last && *last && (*last)->unfinished()) {
@@ -65,7 +82,13 @@ Result<Report> unrecordedRun(const CloneContext& context, const std::function<Re
     if (last && *last && (*last)->goingOn) {
         return tl::make_unexpected(withTheOther(Error{ErrorCode::TelevisionBusy, {}}, folder));
     }
-    return run().map_error([&folder](const Error& error) { return withTheOther(error, folder); });
+    RunProgress progress(context.view, phases);
+    auto report = run(withView(context, progress));
+    if (!report) {
+        return tl::make_unexpected(withTheOther(report.error(), folder));
+    }
+    progress.complete();
+    return report;
 }
 
 }  // namespace vxclone

@@ -104,10 +104,13 @@ Result<Report> runRestore(const CloneContext& context, const std::filesystem::pa
                        "nothing of the chosen categories can be restored; choose others as well");
     }
     if (options.dryRun) {
-        return unrecordedRun(context, [&] { return dryRun(context, folder, options); });
+        return unrecordedRun(context, {ShownPhase::Staging, ShownPhase::Closing},
+                             [&](const CloneContext& shown) { return dryRun(shown, folder, options); });
     }
-    return recordedRun(context, RunKind::Restore, folder,
-                       [&](RunRecorder& recorder) { return restore(context, folder, options, recorder); });
+    return recordedRun(context, {RunKind::Restore, folder, phasesOfLoad(options.safety, options.readBack)},
+                       [&](const CloneContext& shown, RunRecorder& recorder) {
+                           return restore(shown, folder, options, recorder);
+                       });
 }
 
 }  // namespace vxclone

@@ -21,11 +21,34 @@ constexpr mode_t kLockMode = 0644;
 /// Far more than any record holds.
 constexpr std::size_t kMostRecordBytes = std::size_t{256} << 10U;
 
-struct flock wholeFile() {
+// The first byte of the lock file is held while a run goes on. Which of the others is held says how far it
+// is: that takes no room on the disk, and is gone with the process. The two do not touch, or they would be
+// one.
+constexpr off_t kHold = 0;
+constexpr off_t kPositions = 128;
+constexpr off_t kPositionsOfAPhase = 128;
+
+/// Of the bytes from `begin` on; a length of 0 is all of them.
+struct flock lockOf(short type, off_t begin, off_t length) {
     struct flock lock {};
-    lock.l_type = F_WRLCK;
+    lock.l_type = type;
     lock.l_whence = SEEK_SET;
+    lock.l_start = begin;
+    lock.l_len = length;
     return lock;
+}
+
+off_t positionOf(const ToldProgress& progress) {
+    return kPositions + static_cast<off_t>(progress.phase) * kPositionsOfAPhase + progress.percent;
+}
+
+std::optional<ToldProgress> progressAt(off_t position) {
+    const off_t phase = (position - kPositions) / kPositionsOfAPhase;
+    const off_t percent = (position - kPositions) % kPositionsOfAPhase;
+    if (position < kPositions || phase >= static_cast<off_t>(kShownPhaseCount) || percent > kWholePercent) {
+        return std::nullopt;
+    }
+    return ToldProgress{static_cast<ShownPhase>(phase), static_cast<int>(percent)};
 }
 
 Result<Descriptor> openFolder(const std::filesystem::path& folder) {
@@ -41,7 +64,7 @@ Result<Descriptor> takeLock(int folder, const std::string& path) {
     if (!file.valid()) {
         return tl::make_unexpected(writeError(Place::Television, path + "/" + kLockFile, errno));
     }
-    struct flock lock = wholeFile();
+    struct flock lock = lockOf(F_WRLCK, kHold, 1);
     if (fcntl(file.get(), F_OFD_SETLK, &lock) == 0) {
         return file;
     }
@@ -52,11 +75,12 @@ Result<Descriptor> takeLock(int folder, const std::string& path) {
                    "another vxclone works on this television; wait for its end (vxclone status --follow)");
 }
 
-/// Asks without taking, so that whoever begins a run at this moment is not kept from it.
-bool isHeld(int folder) {
-    const Descriptor file(openat(folder, kLockFile, O_RDWR | O_NOFOLLOW | O_CLOEXEC));
-    struct flock lock = wholeFile();
-    return file.valid() && fcntl(file.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+/// Where the first byte is that somebody holds of these; none where nobody does. Asks without taking, so that
+/// whoever begins a run at this moment is not kept from it.
+std::optional<off_t> firstHeld(const Descriptor& file, off_t begin, off_t length) {
+    struct flock lock = lockOf(F_WRLCK, begin, length);
+    const bool held = file.valid() && fcntl(file.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+    return held ? std::optional(lock.l_start) : std::nullopt;
 }
 
 /// The record in the folder; none where there is none that can be understood.
@@ -112,6 +136,18 @@ Result<void> RunRecorder::enter(RunPhase phase) {
     return write(next);
 }
 
+void RunRecorder::tell(const ToldProgress& progress) {
+    struct flock next = lockOf(F_WRLCK, positionOf(progress), 1);
+    if (fcntl(lock_.get(), F_OFD_SETLK, &next) != 0) {
+        return;
+    }
+    if (told_ && positionOf(*told_) != next.l_start) {
+        struct flock last = lockOf(F_UNLCK, positionOf(*told_), 1);
+        fcntl(lock_.get(), F_OFD_SETLK, &last);
+    }
+    told_ = progress;
+}
+
 Result<void> RunRecorder::end(int exitStatus, std::vector<Row> rows) {
     RunRecord next = record_;
     const bool loaded = record_.phase == RunPhase::Restoring || record_.phase == RunPhase::ReadingBack;
@@ -145,7 +181,9 @@ Result<std::optional<LastRun>> readLastRun(const std::filesystem::path& folder) 
         return tl::make_unexpected(readError(Place::Television, folder.string(), errno));
     }
     // Asked first: a run that ends in between leaves a record that is done.
-    const bool goingOn = isHeld(opened.get());
+    const Descriptor lock(openat(opened.get(), kLockFile, O_RDWR | O_NOFOLLOW | O_CLOEXEC));
+    const bool goingOn = firstHeld(lock, kHold, 1).has_value();
+    const auto position = firstHeld(lock, kPositions, 0);
     const Tree tree{opened.get(), folder.string(), Place::Television};
     const auto text = readSmallFile(tree, kRecordFile, kMostRecordBytes);
     if (!text) {
@@ -158,7 +196,8 @@ Result<std::optional<LastRun>> readLastRun(const std::filesystem::path& folder) 
     if (!record) {
         return tl::make_unexpected(record.error());
     }
-    return std::optional(LastRun{*std::move(record), goingOn});
+    return std::optional(
+        LastRun{*std::move(record), goingOn, position ? progressAt(*position) : std::nullopt});
 }
 
 std::string timeText(std::int64_t seconds) {

@@ -9,6 +9,7 @@
 
 #include "cloning_app/package/descriptor.h"
 #include "cloning_app/run/result_table.h"
+#include "cloning_app/run/shown_phase.h"
 
 namespace vxclone {
 
@@ -51,6 +52,14 @@ std::filesystem::path recordFolderOf(const std::filesystem::path& cloneRoot);
 std::string recordText(const RunRecord& record);
 Result<RunRecord> parseRecord(const std::string& text, const std::string& path);
 
+/// How far a run is that goes on.
+struct ToldProgress {
+    ShownPhase phase;
+    int percent;  ///< of the whole run
+
+    bool operator==(const ToldProgress&) const = default;
+};
+
 /// Keeps the record of a run that goes on, and tells other processes that it does: while this object lives no
 /// other begins. One thread at a time.
 class RunRecorder {
@@ -73,12 +82,17 @@ class RunRecorder {
     Result<void> end(int exitStatus, std::vector<Row> rows);
     void setDigest(std::string digest) { record_.digest = std::move(digest); }
 
+    /// Tells other processes how far the run is, for as long as this object lives. It is advice, and may be
+    /// called while another thread uses the object otherwise.
+    void tell(const ToldProgress& progress);
+
  private:
     RunRecorder(Descriptor folder, Descriptor lock, std::string path, RunRecord record);
     Result<void> write(const RunRecord& record);
 
     Descriptor folder_;
     Descriptor lock_;
+    std::optional<ToldProgress> told_;
     std::string path_;
     RunRecord record_;
     std::optional<RunRecord> previous_;
@@ -87,7 +101,8 @@ class RunRecorder {
 /// The last run as another process sees it.
 struct LastRun {
     RunRecord record;
-    bool goingOn = false;  ///< its process is alive and at work
+    bool goingOn = false;                       ///< its process is alive and at work
+    std::optional<ToldProgress> progress = {};  ///< of one that goes on, as soon as it has told it
 
     /// Whether it died before its end.
     bool unfinished() const { return !goingOn && record.phase != RunPhase::Done; }

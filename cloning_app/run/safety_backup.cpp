@@ -176,7 +176,7 @@ Result<std::optional<ComparedState>> keepSafety(const CloneContext& context, con
         return std::optional<ComparedState>();
     }
     context.view.notice("Keeping a safety backup of this television.");
-    QuietView quiet(context.view);
+    QuietView quiet(context.view, ShownPhase::Safety);
     const CloneContext inner{context.engine, quiet, context.stop, context.cloneRoot, context.disk};
     auto state = makeSafety(inner, ready, without);
     if (!state) {

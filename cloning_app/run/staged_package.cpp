@@ -13,6 +13,9 @@ namespace {
 /// Far more than an identity or a seal has: one of so many bytes is refused like any other wrong one.
 constexpr std::size_t kMostSealBytes = std::size_t{64} << 10U;
 
+/// The rest of the phase is for the checks of the copy.
+constexpr double kPartOfTheCopy = 0.5;
+
 }  // namespace
 
 StagedPackage::StagedPackage(CloneRoot root, std::string origin)
@@ -44,8 +47,12 @@ Result<StagedPackage> StagedPackage::copyOf(const CloneContext& context, const T
     if (!root) {
         return tl::make_unexpected(root.error());
     }
+    context.view.progress({ShownPhase::Staging});
     const TreeSize kept = reserve ? reserve(package) : TreeSize{};
-    if (const auto copied = root->fillFrom(package, TreeLimits{}, context.stop, kept); !copied) {
+    const auto tell = [&context](double part) {
+        context.view.progress({ShownPhase::Staging, part * kPartOfTheCopy});
+    };
+    if (const auto copied = root->fillFrom(package, TreeLimits{}, context.stop, kept, tell); !copied) {
         return tl::make_unexpected(copied.error());
     }
     return StagedPackage(std::move(*root), package.path);

@@ -38,7 +38,8 @@ std::string sentenceOf(const LastRun& last) {
     const RunRecord& record = last.record;
     const std::string what = describe(record);
     if (last.goingOn) {
-        return fmt::format("Going on: {}; phase {}.", what, nameOf(record.phase));
+        const std::string far = last.progress ? fmt::format(", {} %", last.progress->percent) : std::string();
+        return fmt::format("Going on: {}; phase {}{}.", what, nameOf(record.phase), far);
     }
     if (last.unfinished()) {
         return fmt::format("UNFINISHED: {}; it died in phase {}: {}.", what, nameOf(record.phase),
@@ -67,6 +68,13 @@ nlohmann::ordered_json jsonOf(const LastRun& last) {
     }
     const std::string_view state = last.unfinished() ? "unfinished" : "ended";
     return {{"check", "last-run"}, {"result", last.goingOn ? "going-on" : state}, {"lastRun", members}};
+}
+
+Progress progressOf(const ToldProgress& told) {
+    Progress progress;
+    progress.phase = told.phase;
+    progress.percent = told.percent;
+    return progress;
 }
 
 }  // namespace
@@ -98,7 +106,8 @@ Result<Status> readStatus(const std::filesystem::path& folder) {
     if (!last) {
         return tl::make_unexpected(last.error());
     }
-    Status status{store::readInt(kProgressKey), {}, {}, *std::move(last)};
+    const auto loaded = *last && (*last)->goingOn ? std::nullopt : store::readInt(kProgressKey);
+    Status status{loaded, {}, {}, *std::move(last)};
     ResultList results;
     for (const Outcome& outcome : results.update(store::readString(kResultKey).value_or(""))) {
         status.reported.push_back(rowOf(outcome, directionOf(status.last)));
@@ -129,6 +138,12 @@ Output outputOf(const Status& status, bool coloured) {
     Output output;
     if (status.percent) {
         output.lines.push_back({Event::Progress, {{"percent", *status.percent}}});
+    } else if (status.last && status.last->progress) {
+        const ToldProgress& told = *status.last->progress;
+        output.lines.push_back({Event::Progress,
+                                {{"run", nameOf(status.last->record.kind)},
+                                 {"phase", nameOf(told.phase)},
+                                 {"percent", told.percent}}});
     }
     for (const Row& row : status.reported) {
         output.lines.push_back({Event::Result, vxclone::jsonOf(row)});
@@ -156,7 +171,7 @@ void nameUnfinishedRun(Output& output, const std::filesystem::path& folder) {
 
 Result<Status> followRun(const std::filesystem::path& folder, ProgressView& view, const StopFlag& stop) {
     std::size_t shown = 0;
-    std::optional<int> percent;
+    std::optional<ToldProgress> told;
     for (;;) {
         auto status = readStatus(folder);
         if (!status || !status->last || !status->last->goingOn) {
@@ -170,9 +185,9 @@ Result<Status> followRun(const std::filesystem::path& folder, ProgressView& view
         for (; isReported(phase) && shown < status->reported.size(); ++shown) {
             view.category(status->reported[shown]);
         }
-        if (phase == RunPhase::Restoring && status->percent != percent) {
-            percent = status->percent;
-            view.progress({percent, 0, 0, std::nullopt});
+        if (const auto& now = status->last->progress; now && now != told) {
+            told = now;
+            view.progress(progressOf(*now));
         }
         view.tick();
         std::this_thread::sleep_for(kFollowInterval);

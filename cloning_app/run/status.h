@@ -13,7 +13,8 @@ namespace vxclone {
 
 /// What the television tells of its runs.
 struct Status {
-    std::optional<int> percent;        ///< of the last restore; none where the settings store refuses it
+    /// Of the last restore; none while a run goes on, and where the settings store refuses it.
+    std::optional<int> percent;
     std::vector<Row> reported;         ///< what the library's result list holds
     std::vector<std::string> unknown;  ///< its lines that are no outcome
     std::optional<LastRun> last;       ///< none where no run is recorded

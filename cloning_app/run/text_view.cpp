@@ -71,6 +71,9 @@ class PlainView final : public TextView {
         if (progress.percent) {
             parts.push_back(fmt::format("{} %", *progress.percent));
         }
+        if (progress.phase) {
+            parts.emplace_back(wordsOf(*progress.phase));
+        }
         if (progress.entries != 0) {
             parts.push_back(fmt::format("{} of {}", progress.entry, progress.entries));
         }
@@ -98,7 +101,7 @@ class TerminalView final : public TextView {
     }
     void category(const Row& row) override {
         latest_ = {std::string(categoryOf(row.category).name) + " " + std::string(wordsOf(row.verdict)),
-                   colourOf(row.verdict)};
+                   colourOf(row.verdict), kLatest};
         draw();
     }
     void tick() override {
@@ -125,13 +128,16 @@ class TerminalView final : public TextView {
     }
 
  private:
+    /// What a narrow terminal loses, the last one first.
+    enum Expendable { kStays, kPhase, kEntries, kAtWork, kBar, kLatest };
+
     static constexpr std::size_t kBarWidth = 10;
-    static constexpr std::size_t kWholePercent = 100;
 
     std::string bar() const {
         std::string bar(kBarWidth, ' ');
         if (progress_.percent) {
-            const auto filled = static_cast<std::size_t>(*progress_.percent) * kBarWidth / kWholePercent;
+            const auto filled =
+                static_cast<std::size_t>(*progress_.percent) * kBarWidth / std::size_t{kWholePercent};
             bar.replace(0, filled, filled, '#');
         } else {
             bar[ticks_ % kBarWidth] = '#';
@@ -140,15 +146,20 @@ class TerminalView final : public TextView {
     }
 
     std::vector<Piece> pieces() const {
-        std::vector<Piece> all = {{run()}, {bar(), Colour::Good, true}};
+        std::vector<Piece> all = {{run()}, {bar(), Colour::Good, kBar}};
         if (progress_.percent) {
             all.push_back({fmt::format("{} %", *progress_.percent)});
         }
-        if (progress_.entries != 0) {
-            all.push_back({fmt::format("{} of {}", progress_.entry, progress_.entries)});
+        if (progress_.phase) {
+            all.push_back({std::string(wordsOf(*progress_.phase)), Colour::Plain, kPhase});
         }
-        if (progress_.percent && progress_.category) {
-            all.push_back({std::string(categoryOf(*progress_.category).name)});
+        if (progress_.entries != 0) {
+            all.push_back(
+                {fmt::format("{} of {}", progress_.entry, progress_.entries), Colour::Plain, kEntries});
+        }
+        // In a backup it is not known which one is at work.
+        if (progress_.phase == ShownPhase::Load && progress_.category) {
+            all.push_back({std::string(categoryOf(*progress_.category).name), Colour::Plain, kAtWork});
         }
         all.push_back({clockText(options().elapsed()), Colour::Dim});
         if (!latest_.text.empty()) {
@@ -168,7 +179,7 @@ class TerminalView final : public TextView {
 
     Progress progress_;
     std::size_t ticks_ = 0;
-    Piece latest_ = {"", Colour::Plain, true};
+    Piece latest_ = {"", Colour::Plain, kLatest};
     std::string drawn_;
 };
 
@@ -199,10 +210,14 @@ std::string clockText(std::chrono::milliseconds elapsed) {
 
 std::string fitPieces(std::vector<Piece> pieces, std::size_t width, bool coloured) {
     const std::size_t room = width == 0 ? 0 : width - 1;
-    if (widthOf(pieces) > room) {
-        pieces.erase(
-            std::remove_if(pieces.begin(), pieces.end(), [](const Piece& piece) { return piece.expendable; }),
-            pieces.end());
+    while (widthOf(pieces) > room) {
+        const auto first = std::max_element(
+            pieces.begin(), pieces.end(),
+            [](const Piece& one, const Piece& other) { return one.expendable < other.expendable; });
+        if (first == pieces.end() || first->expendable == 0) {
+            break;
+        }
+        pieces.erase(first);
     }
     std::string line;
     std::size_t used = 0;

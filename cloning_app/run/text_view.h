@@ -17,11 +17,11 @@ std::string clockText(std::chrono::milliseconds elapsed);
 struct Piece {
     std::string text;
     vxcommon::Colour colour = vxcommon::Colour::Plain;
-    bool expendable = false;  ///< left out first where the line is too long
+    int expendable = 0;  ///< left out where the line is too long, the highest first; 0 stays
 };
 
-/// The pieces on one line of fewer than `width` columns, so that no terminal wraps it: first what is
-/// expendable goes, then the end.
+/// The pieces on one line of fewer than `width` columns, so that no terminal wraps it: what is expendable
+/// goes as far as it must, then the end.
 std::string fitPieces(std::vector<Piece> pieces, std::size_t width, bool coloured);
 
 }  // namespace vxclone

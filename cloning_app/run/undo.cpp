@@ -90,8 +90,9 @@ Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& rec
 }  // namespace
 
 Result<Report> runUndo(const CloneContext& context, bool readBack) {
-    return recordedRun(context, RunKind::Undo, {},
-                       [&](RunRecorder& recorder) { return undo(context, readBack, recorder); });
+    return recordedRun(
+        context, {RunKind::Undo, {}, phasesOfLoad(false, readBack)},
+        [&](const CloneContext& shown, RunRecorder& recorder) { return undo(shown, readBack, recorder); });
 }
 
 }  // namespace vxclone

@@ -67,7 +67,7 @@ Result<Report> verify(const CloneContext& context, const std::filesystem::path& 
 }  // namespace
 
 Result<Report> runVerify(const CloneContext& context, const std::filesystem::path& folder) {
-    return unrecordedRun(context, [&] { return verify(context, folder); });
+    return unrecordedRun(context, {}, [&](const CloneContext& shown) { return verify(shown, folder); });
 }
 
 }  // namespace vxclone

@@ -20,18 +20,25 @@ using testing::IsEmpty;
 constexpr std::chrono::seconds kPatience{20};
 const std::vector<VXClone> kList = {VXCLONE_AV_SETTINGS, VXCLONE_VCONF_DATA, VXCLONE_BROADCAST_TVS};
 
-/// Tells when it has been ticked and shown something.
+/// Tells when it has shown an outcome and then the second step.
 struct WaitedForView : RecordingView {
-    void tick() override {
-        RecordingView::tick();
-        if (!told && percents.size() > 1 && !rows.empty()) {
-            told = true;
+    void progress(const Progress& progress) override {
+        RecordingView::progress(progress);
+        if (steps.size() == 2) {
             shown.set_value();
         }
     }
     std::promise<void> shown;
-    bool told = false;
 };
+
+/// The entries that were shown as done, one step after the other.
+std::vector<std::size_t> entriesOf(const RecordingView& view) {
+    std::vector<std::size_t> entries;
+    for (const Progress& step : view.steps) {
+        entries.push_back(step.entry);
+    }
+    return entries;
+}
 
 class FollowerTest : public testing::Test {
  protected:
@@ -51,7 +58,7 @@ TEST_F(FollowerTest, resetForRestoreClearsWhatTheLastRunLeft) {
     ASSERT_TRUE(resetRunKeys(Direction::Restore));
     Follower follower(Direction::Restore, kList, view_, stop_);
     EXPECT_THAT(follower.finish().outcomes(), IsEmpty());
-    EXPECT_THAT(view_.percents, ElementsAre(0));
+    EXPECT_THAT(entriesOf(view_), ElementsAre(0));
     EXPECT_EQ(std::get<int>(*store_.get(kProgressKey)), 0);
 }
 
@@ -81,7 +88,7 @@ TEST_F(FollowerTest, lastOutcomeIsReadAfterTheRun) {
     ASSERT_EQ(view_.rows.size(), 1U);
     EXPECT_EQ(view_.rows[0].category, VXCLONE_AV_SETTINGS);
     EXPECT_EQ(view_.rows[0].verdict, Verdict::Done);
-    EXPECT_THAT(view_.percents, ElementsAre(0, 100));
+    EXPECT_THAT(entriesOf(view_), ElementsAre(0, 3));
 }
 
 TEST_F(FollowerTest, outcomeDuringTheRunIsShownBeforeItsEnd) {
@@ -89,10 +96,10 @@ TEST_F(FollowerTest, outcomeDuringTheRunIsShownBeforeItsEnd) {
     WaitedForView view;
     auto shown = view.shown.get_future();
     Follower follower(Direction::Restore, kList, view, stop_);
-    report("VXCLONE_AV_SETTINGS-FAIL\n", 13);
+    report("VXCLONE_AV_SETTINGS-FAIL\n", 33);
     ASSERT_EQ(shown.wait_for(kPatience), std::future_status::ready);
     follower.finish();
-    EXPECT_THAT(view.percents, ElementsAre(0, 13));
+    EXPECT_THAT(entriesOf(view), ElementsAre(0, 1));
     EXPECT_EQ(view.rows.at(0).verdict, Verdict::Failed);
 }
 
@@ -105,15 +112,17 @@ TEST_F(FollowerTest, percentThatFallsOrExceedsTheWholeIsNotShown) {
     ASSERT_EQ(shown.wait_for(kPatience), std::future_status::ready);
     report("VXCLONE_AV_SETTINGS-FAIL\n", 20);
     follower.finish();
-    EXPECT_THAT(view.percents, ElementsAre(0, 100));
+    EXPECT_THAT(entriesOf(view), ElementsAre(0, 3));
 }
 
-TEST_F(FollowerTest, backupShowsNoPercent) {
+TEST_F(FollowerTest, backupCountsItsReportsAndPassesOverThePercentageOfTheLastRestore) {
     ASSERT_TRUE(resetRunKeys(Direction::Backup));
     Follower follower(Direction::Backup, allCategories(), view_, stop_);
     report("VXCLONE_FACTORY_SETTINGS-FAIL\n", 50);
     follower.finish();
-    EXPECT_THAT(view_.percents, IsEmpty());
+    EXPECT_THAT(entriesOf(view_), ElementsAre(0, 1));
+    EXPECT_EQ(view_.steps[1].phase, ShownPhase::Saving);
+    EXPECT_EQ(view_.steps[1].part, 1.0 / static_cast<double>(view_.steps[1].entries));
     EXPECT_EQ(view_.rows.at(0).verdict, Verdict::NotEvaluated);
 }
 
@@ -127,6 +136,9 @@ TEST_F(FollowerTest, percentTellsHowManyEntriesAreDoneAndWhichIsAtWork) {
     EXPECT_EQ(view_.steps[1].entry, 1U);
     EXPECT_EQ(view_.steps[1].entries, 3U);
     EXPECT_EQ(view_.steps[1].category, VXCLONE_VCONF_DATA);
+    EXPECT_EQ(view_.steps[1].phase, ShownPhase::Load);
+    EXPECT_DOUBLE_EQ(view_.steps[1].part, 1.0 / 3);
+    EXPECT_EQ(view_.steps[1].percent, std::nullopt);
 }
 
 TEST_F(FollowerTest, everyNumberOfEntriesIsFoundAgainFromItsPercentage) {

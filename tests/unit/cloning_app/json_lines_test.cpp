@@ -37,16 +37,16 @@ class JsonLinesTest : public testing::Test {
         ViewKind::Json, "restore", out_, err_, {false, {}, [] { return std::chrono::milliseconds(1500); }});
 };
 
-TEST_F(JsonLinesTest, progressTellsPercentEntryCategoryAndTime) {
-    view_->progress({33, 5, 15, VXCLONE_BROADCAST_TVS});
+TEST_F(JsonLinesTest, progressTellsPhasePercentEntryCategoryAndTime) {
+    view_->progress({ShownPhase::Load, 0.5, 5, 15, VXCLONE_BROADCAST_TVS, 33});
     view_->tick();
     EXPECT_EQ(lines().at(0), Json::parse(R"({"version": 1, "event": "progress", "run": "restore",
-        "elapsed": 1.5, "percent": 33, "entry": 5, "entries": 15, "category": "channels"})"));
+        "elapsed": 1.5, "phase": "load", "percent": 33, "entry": 5, "entries": 15, "category": "channels"})"));
     EXPECT_EQ(lines().size(), 1U);
 }
 
-TEST_F(JsonLinesTest, progressOfABackupHasNoPercent) {
-    makeProgressView(ViewKind::Json, "backup", out_, err_)->progress({std::nullopt, 2, 9, std::nullopt});
+TEST_F(JsonLinesTest, progressOfARunWithoutPercentageHasNone) {
+    makeProgressView(ViewKind::Json, "backup", out_, err_)->progress({{}, 0, 2, 9});
     EXPECT_FALSE(lines().at(0).contains("percent"));
     EXPECT_EQ(lines().at(0).at("run"), "backup");
 }
@@ -54,9 +54,20 @@ TEST_F(JsonLinesTest, progressOfABackupHasNoPercent) {
 TEST_F(JsonLinesTest, outcomeAndSentenceDuringTheRunAreProgress) {
     view_->category(kChannelsFailed);
     view_->notice("recovered");
+    EXPECT_FALSE(lines().at(0).contains("phase"));
     EXPECT_EQ(lines().at(0).at("reported"), "failed");
     EXPECT_EQ(lines().at(0).at("category"), "channels");
     EXPECT_EQ(lines().at(1).at("message"), "recovered");
+}
+
+TEST_F(JsonLinesTest, everyLineOfARunNamesThePhaseAndThePercentageOnceTheyAreKnown) {
+    view_->progress({ShownPhase::ReadBack, 0, 0, 0, std::nullopt, 75});
+    view_->category(kChannelsFailed);
+    view_->notice("recovered");
+    for (const Json& line : lines()) {
+        EXPECT_EQ(line.at("phase"), "read-back");
+        EXPECT_EQ(line.at("percent"), 75);
+    }
 }
 
 TEST_F(JsonLinesTest, endIsAResultForEachRowAFindingForEachCheckAndASummary) {
@@ -108,6 +119,9 @@ TEST(JsonSchema, listsAreThoseOfTheCode) {
     lists["finding"] = {"going-on", "unfinished", "ended", "lacking", "declared"};
     for (int index = 0; index <= static_cast<int>(Finding::Refused); ++index) {
         lists["finding"].emplace(nameOf(static_cast<Finding>(index)));
+    }
+    for (std::size_t index = 0; index < kShownPhaseCount; ++index) {
+        lists["phase"].emplace(nameOf(static_cast<ShownPhase>(index)));
     }
     for (const auto& [name, values] : lists) {
         EXPECT_EQ(definitions.at(name).at("enum").get<std::set<std::string>>(), values) << name;

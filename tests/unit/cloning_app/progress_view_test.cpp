@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <map>
 #include <sstream>
 
 namespace vxclone {
@@ -15,8 +16,8 @@ using testing::Not;
 const Row kChannelsDone{VXCLONE_BROADCAST_TVS, Verdict::Done, ""};
 const Row kChannelsFailed{VXCLONE_BROADCAST_TVS, Verdict::Failed, "the package holds no channels"};
 
-const Progress kHalfWay{50, 7, 15, VXCLONE_AV_SETTINGS};
-const Progress kTwoReported{std::nullopt, 2, 9, VXCLONE_AV_SETTINGS};
+const Progress kHalfWay{ShownPhase::Load, 0.5, 7, 15, VXCLONE_AV_SETTINGS, 50};
+const Progress kTwoReported{ShownPhase::Saving, 0.2, 2, 9, VXCLONE_AV_SETTINGS, 10};
 
 class ProgressViewTest : public testing::Test {
  protected:
@@ -39,13 +40,22 @@ TEST_F(ProgressViewTest, plainIsALineForEachStep) {
     plain->category(kChannelsDone);
     plain->category(kChannelsFailed);
     EXPECT_EQ(out_.str(),
-              "restore 50 %, 7 of 15, av, 1:07\nchannels: done\n"
+              "restore 50 %, loading, 7 of 15, av, 1:07\nchannels: done\n"
               "channels: failed: the package holds no channels\n");
 }
 
-TEST_F(ProgressViewTest, plainBackupHasNoPercentage) {
-    view(ViewKind::Plain, "backup")->progress(kTwoReported);
+TEST_F(ProgressViewTest, plainStepOfARunWithoutPercentageHasNone) {
+    view(ViewKind::Plain, "backup")->progress({{}, 0, 2, 9, VXCLONE_AV_SETTINGS});
     EXPECT_EQ(out_.str(), "backup 2 of 9, av, 1:07\n");
+}
+
+TEST_F(ProgressViewTest, stepWithoutEntriesIsThePhaseAndThePercentage) {
+    const Progress reading{ShownPhase::ReadBack, 0.8, 0, 0, std::nullopt, 91};
+    view(ViewKind::Plain, "undo")->progress(reading);
+    EXPECT_EQ(out_.str(), "undo 91 %, reading back, 1:07\n");
+    out_.str("");
+    view(ViewKind::Terminal, "undo")->progress(reading);
+    EXPECT_EQ(out_.str(), "undo  [######### ]  91 %  reading back  1:07");
 }
 
 TEST_F(ProgressViewTest, plainEndIsTheTableAndTheSentences) {
@@ -65,21 +75,20 @@ TEST_F(ProgressViewTest, terminalRestoreRewritesOneLine) {
     terminal->progress(kHalfWay);
     terminal->category(kChannelsDone);
     EXPECT_THAT(out_.str(),
-                HasSubstr("\r\x1b[Krestore  [#####     ]  50 %  7 of 15  av  1:07  channels done"));
+                HasSubstr("\r\x1b[Krestore  [#####     ]  50 %  loading  7 of 15  av  1:07  channels done"));
     EXPECT_THAT(out_.str(), Not(HasSubstr("\n")));
     terminal->failed({ErrorCode::Internal, "broke off"});
     EXPECT_THAT(out_.str(), testing::EndsWith("\r\x1b[K"));
 }
 
-TEST_F(ProgressViewTest, terminalBackupMovesAMarkerAndCountsReports) {
+TEST_F(ProgressViewTest, terminalMovesAMarkerUntilAPercentageIsKnown) {
     const auto terminal = view(ViewKind::Terminal, "backup");
     terminal->tick();
     const std::string first = out_.str();
     terminal->tick();
     EXPECT_NE(out_.str().substr(first.size()), "\r\x1b[K" + first);
     terminal->progress(kTwoReported);
-    EXPECT_THAT(out_.str(), HasSubstr("2 of 9  1:07"));
-    EXPECT_THAT(out_.str(), Not(HasSubstr("%")));
+    EXPECT_THAT(out_.str(), HasSubstr("[#         ]  10 %  saving  2 of 9  1:07"));
 }
 
 TEST_F(ProgressViewTest, terminalThatHasNothingNewToShowIsLeftAlone) {
@@ -99,25 +108,35 @@ TEST_F(ProgressViewTest, liveLineIsNeverAsWideAsTheTerminal) {
     }
 }
 
-TEST_F(ProgressViewTest, narrowTerminalLosesTheBarFirst) {
-    width_ = 40;
-    view(ViewKind::Terminal, "restore")->progress(kHalfWay);
-    EXPECT_EQ(out_.str(), "restore  50 %  7 of 15  av  1:07");
+TEST_F(ProgressViewTest, narrowTerminalLosesWhatMattersLeastFirstAndNeverTheClock) {
+    for (const auto& [width, line] : std::map<std::size_t, std::string>{
+             {70, "restore  [#####     ]  50 %  loading  7 of 15  av  1:07  channels done"},
+             {69, "restore  [#####     ]  50 %  loading  7 of 15  av  1:07"},
+             {50, "restore  50 %  loading  7 of 15  av  1:07"},
+             {40, "restore  50 %  loading  7 of 15  1:07"},
+             {36, "restore  50 %  loading  1:07"},
+             {24, "restore  50 %  1:07"}}) {
+        width_ = width + 1;
+        const auto terminal = view(ViewKind::Terminal, "restore");
+        terminal->category(kChannelsDone);
+        out_.str("");
+        terminal->progress(kHalfWay);
+        EXPECT_EQ(out_.str(), "\r\x1b[K" + line) << width;
+    }
 }
 
 TEST_F(ProgressViewTest, lineOf80ColumnsKeepsItsBarWhateverIsAtWork) {
     width_ = 80;
     const auto terminal = view(ViewKind::Terminal, "restore");
     terminal->category({VXCLONE_NTP_SETTINGS_DATA, Verdict::Done});
-    terminal->progress({100, 14, 15, VXCLONE_VCONF_DATA});
-    EXPECT_THAT(out_.str(),
-                HasSubstr("[##########]  100 %  14 of 15  settings-keys  1:07  network-time done"));
+    terminal->progress({ShownPhase::Load, 0.9, 14, 15, VXCLONE_VCONF_DATA, 99});
+    EXPECT_THAT(out_.str(), HasSubstr("[######### ]  99 %  loading  14 of 15  settings-keys  1:07"));
 }
 
 TEST_F(ProgressViewTest, coloursTakeNoRoom) {
     width_ = 50;
     coloured_ = true;
-    view(ViewKind::Terminal, "restore")->progress({50, 7, 15, VXCLONE_AV_SETTINGS});
+    view(ViewKind::Terminal, "restore")->progress(kHalfWay);
     EXPECT_THAT(out_.str(), HasSubstr("\x1b["));
     EXPECT_THAT(out_.str(), HasSubstr("1:07"));
 }

@@ -389,14 +389,28 @@ TEST_F(RunBackupTest, stopDuringTheRunEndsAfterItWithoutTouchingTheStick) {
     EXPECT_THAT(view_.notices, Contains(HasSubstr("cannot be interrupted")));
 }
 
-TEST_F(RunBackupTest, largePackageIsWrittenWithAPercentageThatNeverFalls) {
+TEST_F(RunBackupTest, largePackageIsWrittenByBytesAndOnlyTheEndIsAHundredPercent) {
     engine_.work = [this] {
         writeGoodBackup();
         writeFile(root_ / "VXHotel/film", "");
         std::filesystem::resize_file(root_ / "VXHotel/film", std::uint64_t{17} << 20U);
     };
     EXPECT_TRUE(backUp());
-    EXPECT_THAT(view_.percents, testing::ElementsAre(47, 94));
+    EXPECT_THAT(shownOf(ShownPhase::Saving), testing::ElementsAre(0));
+    std::vector<int> written;
+    for (int percent = 55; percent <= 95; ++percent) {
+        written.push_back(percent);
+    }
+    EXPECT_EQ(shownOf(ShownPhase::Writing), written);
+    EXPECT_THAT(shownOf(ShownPhase::Closing), testing::ElementsAre(95, 100));
+    EXPECT_TRUE(std::is_sorted(view_.percents.begin(), view_.percents.end()));
+}
+
+TEST_F(RunBackupTest, backupThatIsRefusedNeverShowsThatAllIsDone) {
+    engine_.sealing = false;
+    ASSERT_FALSE(backUp());
+    EXPECT_THAT(view_.percents, Not(Contains(100)));
+    EXPECT_THAT(shownOf(ShownPhase::Sealing), testing::ElementsAre(45));
 }
 
 TEST_F(RunBackupTest, stickThatIsTakenOutDuringTheRunIsNoBackup) {

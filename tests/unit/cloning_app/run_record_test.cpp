@@ -64,6 +64,26 @@ TEST_F(RunRecordTest, runThatGoesOnIsSeenWithItsPhase) {
     EXPECT_EQ((*read)->record.begun, 1'800'000'000);
 }
 
+TEST_F(RunRecordTest, progressThatIsToldIsSeenByOthersUntilTheRunIsOver) {
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), aRestore());
+        ASSERT_TRUE(recorder);
+        EXPECT_FALSE(last().progress);
+        for (std::size_t phase = 0; phase < kShownPhaseCount; ++phase) {
+            for (const int percent : {0, 1, 2, 99, 100}) {
+                const ToldProgress told{static_cast<ShownPhase>(phase), percent};
+                recorder->tell(told);
+                recorder->tell(told);
+                EXPECT_EQ(last().progress, told) << phase << ", " << percent;
+                EXPECT_TRUE(last().goingOn);
+            }
+        }
+        EXPECT_EQ(exitStatusOf(RunRecorder::begin(folder_.path(), {}).error().code), 9);
+    }
+    EXPECT_FALSE(last().progress);
+    EXPECT_TRUE(RunRecorder::begin(folder_.path(), aRestore()));
+}
+
 TEST_F(RunRecordTest, runThatEndedKeepsStatusAndRows) {
     {
         auto recorder = RunRecorder::begin(folder_.path(), aRestore());

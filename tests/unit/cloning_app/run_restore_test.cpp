@@ -83,7 +83,9 @@ TEST_F(RunRestoreTest, goodPackageReplacesTheCloneFolderAndIsReadBack) {
     EXPECT_EQ(contentOf(root_), contentOf(package_));
     EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "applied, 54 settings");
     EXPECT_EQ(engine_.list, allCategories());
-    EXPECT_THAT(view_.percents, testing::ElementsAre(0, 100));
+    EXPECT_THAT(shownOf(ShownPhase::Load), ElementsAre(30, 86));
+    EXPECT_THAT(shownOf(ShownPhase::Closing), ElementsAre(90, 100));
+    EXPECT_TRUE(std::is_sorted(view_.percents.begin(), view_.percents.end()));
 }
 
 TEST_F(RunRestoreTest, settingsThatTheTelevisionDoesNotHoldAreAFailureThatNamesThem) {

@@ -35,6 +35,17 @@ class RunTest : public testing::Test {
         return report.rows.front();
     }
 
+    /// The percentages that were shown in the phase.
+    std::vector<int> shownOf(vxclone::ShownPhase phase) const {
+        std::vector<int> percents;
+        for (const vxclone::Progress& step : view_.steps) {
+            if (step.phase == phase) {
+                percents.push_back(step.percent.value_or(-1));
+            }
+        }
+        return percents;
+    }
+
     vxclone::CloneContext context() { return {engine_, view_, stop_, root_, disk_}; }
 
     NewTelevision television_;

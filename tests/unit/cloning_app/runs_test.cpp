@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <csignal>
 
 #include "cloning_app/run/run_record.h"
@@ -16,7 +17,9 @@ namespace vxclone {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::Not;
 
 /// A television that holds a volume and a PIN, and a package with others.
@@ -87,6 +90,36 @@ TEST_F(RunsTest, restoreKeepsASafetyBackupLoadsReadsBackAndIsRecorded) {
     EXPECT_EQ(lastRun().record.exitStatus, 0);
     EXPECT_EQ(lastRun().record.digest, report->digest);
     EXPECT_FALSE(lastRun().record.halfChanged);
+}
+
+TEST_F(RunsTest, progressOfARestoreIsOnePercentageOfAllItsPhases) {
+    ASSERT_TRUE(restore());
+    EXPECT_THAT(shownOf(ShownPhase::Staging), ElementsAre(0, 6, 7));
+    EXPECT_THAT(shownOf(ShownPhase::Safety), ElementsAre(15, 17, 39));
+    EXPECT_THAT(shownOf(ShownPhase::Load), ElementsAre(45, 73));
+    EXPECT_THAT(shownOf(ShownPhase::LookingUp), ElementsAre(73));
+    EXPECT_THAT(shownOf(ShownPhase::ReadBack), ElementsAre(75, 76));
+    EXPECT_THAT(shownOf(ShownPhase::Closing), ElementsAre(95, 100));
+    EXPECT_TRUE(std::is_sorted(view_.percents.begin(), view_.percents.end()));
+}
+
+TEST_F(RunsTest, progressOfAnUndoHasNoSafetyBackup) {
+    ASSERT_TRUE(restore());
+    view_.steps.clear();
+    ASSERT_TRUE(runUndo(context(), true));
+    EXPECT_THAT(shownOf(ShownPhase::Safety), IsEmpty());
+    EXPECT_THAT(shownOf(ShownPhase::Load), ElementsAre(21, 61));
+    EXPECT_EQ(view_.steps.back().percent, 100);
+}
+
+TEST_F(RunsTest, otherProcessSeesTheSamePercentageWhileTheRunGoesOn) {
+    std::optional<LastRun> seen;
+    engine_.work = [this, &seen] { seen = lastRun(); };
+    ASSERT_TRUE(restore());
+    ASSERT_TRUE(seen && seen->progress);
+    EXPECT_EQ(seen->progress->phase, ShownPhase::Load);
+    EXPECT_EQ(seen->progress->percent, 45);
+    EXPECT_FALSE(lastRun().progress);
 }
 
 TEST_F(RunsTest, resultListAfterTheReadBackIsThatOfTheRestore) {

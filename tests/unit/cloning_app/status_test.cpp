@@ -107,6 +107,21 @@ TEST_F(StatusTest, everyPhaseAndKindFitsTheSchemaOfTheLines) {
     }
 }
 
+TEST_F(StatusTest, runThatGoesOnIsToldWithItsOwnPercentageAndNotThatOfTheLastRestore) {
+    auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
+    ASSERT_TRUE(recorder && recorder->enter(RunPhase::Safety));
+    recorder->tell({ShownPhase::Safety, 21});
+    EXPECT_THAT(output().closing,
+                ElementsAre("Going on: restore from /media/usb/clone, begun 2027-01-15T08:00:00Z; phase "
+                            "safety, 21 %."));
+    std::ostringstream out;
+    sayOutput(output(), true, out, out);
+    const auto line = jsonLines(out.str()).at(0);
+    EXPECT_THAT(schemaComplaint(line), IsEmpty());
+    EXPECT_EQ(line, nlohmann::json::parse(R"({"version": 1, "event": "progress", "run": "restore",
+        "phase": "safety", "percent": 21})"));
+}
+
 TEST_F(StatusTest, followOfNoRunEndsAtOnce) {
     EXPECT_TRUE(followRun(folder_.path(), view_, stop_));
     EXPECT_EQ(view_.ticks, 0);
@@ -122,12 +137,14 @@ TEST_F(StatusTest, followShowsTheRunAndEndsWithIt) {
     auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
     ASSERT_TRUE(recorder && recorder->enter(RunPhase::Restoring));
     EndingView view;
+    recorder->tell({ShownPhase::Load, 57});
     view.recorder.emplace(*std::move(recorder));
     store_.set(kProgressKey, 40);
     const auto status = followRun(folder_.path(), view, stop_);
     ASSERT_TRUE(status && status->last);
     EXPECT_TRUE(status->last->unfinished());
-    EXPECT_THAT(view.percents, testing::ElementsAre(40));
+    EXPECT_THAT(view.percents, ElementsAre(57));
+    EXPECT_EQ(view.steps.at(0).phase, ShownPhase::Load);
     EXPECT_EQ(view.rows.size(), 1U);
 }
 

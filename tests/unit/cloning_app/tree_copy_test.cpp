@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <map>
 
 #include "tests/unit/cloning_app/own_mounts.h"
 #include "tests/unit/cloning_app/test_folder.h"
@@ -67,6 +68,48 @@ TEST_F(TreeCopyTest, filesAndFoldersArriveAsTheyAre) {
     const auto measured = measure();
     EXPECT_EQ(measured->entries, size->entries);
     EXPECT_EQ(measured->bytes, size->bytes);
+}
+
+TEST_F(TreeCopyTest, largeFileIsOnItsWayToTheDiskWhileItIsWritten) {
+    constexpr std::uint64_t kEighth = std::uint64_t{8} << 20U;
+    writeFile(from_ / "film", "");
+    std::filesystem::resize_file(from_ / "film", 2 * kEighth + 1);
+    for (const auto& [flush, wanted] : std::map<Flush, std::vector<std::uint64_t>>{
+             {Flush::Yes, {kEighth, 2 * kEighth, 2 * kEighth + 1}}, {Flush::No, {}}}) {
+        std::vector<std::uint64_t> begun;
+        calls_.startFlush = [&begun](int file) {
+            struct stat facts {};
+            fstat(file, &facts);
+            begun.push_back(static_cast<std::uint64_t>(facts.st_size));
+        };
+        ASSERT_TRUE(copy(flush));
+        EXPECT_EQ(begun, wanted);
+        std::filesystem::remove(to_ / "film");
+    }
+}
+
+TEST_F(TreeCopyTest, writesTellHowMuchIsWritten) {
+    writeFile(from_ / "a", std::string(100, 'x'));
+    writeFile(from_ / "b", std::string(300, 'x'));
+    std::vector<double> parts;
+    calls_ = countingWrites(calls_, 400, [&parts](double part) { parts.push_back(part); });
+    ASSERT_TRUE(copy());
+    EXPECT_THAT(parts, testing::ElementsAre(0.25, 1));
+}
+
+TEST_F(TreeCopyTest, writeThatFailsTellsNothingNewAndKeepsItsReason) {
+    std::vector<double> parts;
+    calls_.write = [](int, const void*, std::size_t) -> ssize_t {
+        errno = ENOSPC;
+        return -1;
+    };
+    calls_ = countingWrites(calls_, 400, [&parts](double part) {
+        parts.push_back(part);
+        errno = 0;
+    });
+    writeFile(from_ / "a", "x");
+    EXPECT_EQ(copy().error().code, ErrorCode::TelevisionFull);
+    EXPECT_THAT(parts, testing::ElementsAre(0));
 }
 
 TEST_F(TreeCopyTest, otherFileSystemBelowTheFolderIsRefused) {
