@@ -1,5 +1,6 @@
 // The main job: what one television holds arrives on another, by the programs that a person uses.
 
+#include <algorithm>
 #include <sstream>
 
 #include "tests/integration/clone_fixture.h"
@@ -135,14 +136,21 @@ TEST_F(CloneTest, jsonOutputIsOneObjectALine) {
     ASSERT_FALSE(objects.empty());
     EXPECT_EQ(objects.back().at("event"), "summary");
     EXPECT_EQ(objects.back().at("exit"), 0);
-    int percent = 0;
+    std::vector<int> percents;
+    std::vector<std::string> phases;
     for (const json& object : objects) {
         if (object.contains("percent")) {
-            EXPECT_GE(object.at("percent").get<int>(), percent);
-            percent = object.at("percent").get<int>();
+            percents.push_back(object.at("percent").get<int>());
+            const auto phase = object.at("phase").get<std::string>();
+            if (phases.empty() || phases.back() != phase) {
+                phases.push_back(phase);
+            }
         }
     }
-    EXPECT_EQ(percent, 100);
+    EXPECT_TRUE(std::is_sorted(percents.begin(), percents.end()));
+    EXPECT_EQ(std::count(percents.begin(), percents.end(), 100), 1);
+    EXPECT_THAT(phases,
+                testing::ElementsAre("staging", "safety", "load", "looking-up", "read-back", "closing"));
 }
 
 TEST_F(CloneTest, wholeCloneIsInTheCallLogOfTheTelevision) {

@@ -60,13 +60,31 @@ TEST_F(TerminalTest, backupShowsALiveLineAndThenTheTable) {
     EXPECT_THAT(terminal.text(), HasSubstr("Safe to remove the stick.\r\n"));
 }
 
-TEST_F(TerminalTest, restoreShowsPercentEntryAndTime) {
+TEST_F(TerminalTest, restoreShowsPercentPhaseEntryAndTime) {
     ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
-    Terminal terminal(inTelevision(second, {"restore", "/media/usb/clone"}), 100);
+    Program program = inTelevision(second, {"restore", "/media/usb/clone"});
+    program.environment["NO_COLOR"] = "1";
+    Terminal terminal(program, 100);
     EXPECT_EQ(terminal.wait(), 0) << terminal.text();
-    EXPECT_THAT(terminal.text(), HasSubstr("100 %"));
-    EXPECT_THAT(terminal.text(), testing::ContainsRegex("of 1[0-9]"));
-    EXPECT_THAT(terminal.text(), HasSubstr("0:0"));
+    const auto lines = liveLines(terminal.text());
+    for (const char* const phase :
+         {"7 %  copying and checking  0:", "15 %  safety backup  0 of 10  0:",
+          "45 %  loading  0 of 15  factory  0:", "75 %  reading back  0 of 10  0:", "95 %  closing  0:"}) {
+        EXPECT_THAT(lines, Contains(HasSubstr(phase)));
+    }
+    EXPECT_THAT(lines.back(), HasSubstr("[##########]  100 %  closing  0:"));
+}
+
+TEST_F(TerminalTest, clockGoesOnWhileThePackageIsChecked) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    vxtv({"fault", second, "add", "ss_read", "--nth", "1", "--delay", "2500"});
+    Program program = inTelevision(second, {"restore", "/media/usb/clone", "--no-safety"});
+    program.environment["NO_COLOR"] = "1";
+    Terminal terminal(program, 100);
+    EXPECT_EQ(terminal.wait(), 0) << terminal.text();
+    for (const char* const shown : {"  copying and checking  0:01", "  copying and checking  0:02"}) {
+        EXPECT_THAT(liveLines(terminal.text()), Contains(HasSubstr(shown)));
+    }
 }
 
 TEST_F(TerminalTest, noColorMeansNoColour) {
@@ -96,16 +114,16 @@ TEST_F(TerminalTest, outputThatIsNoTerminalIsALineForEachStep) {
     EXPECT_EQ(backup.status, 0);
     EXPECT_THAT(backup.output, Not(HasSubstr("\x1b")));
     EXPECT_THAT(backup.output, Not(HasSubstr("\r")));
-    EXPECT_THAT(backup.output, testing::StartsWith("backup 0 of 10, 0:0"));
+    EXPECT_THAT(backup.output, testing::StartsWith("backup 0 %, saving, 0 of 10, 0:0"));
     // Which category ends last is the applications' affair, and the library's list may lose one of two
     // outcomes.
-    EXPECT_THAT(backup.output, ContainsRegex("\nbackup (9|10) of 10, [a-z-]+, 0:0"));
+    EXPECT_THAT(backup.output, ContainsRegex("\nbackup [0-9]+ %, saving, (9|10) of 10, [a-z-]+, 0:0"));
 }
 
 TEST_F(TerminalTest, ctrlCDuringTheRunLetsItEndSaysSoAndLeavesTheStickAsItWas) {
     vxtv({"fault", first, "add", "tvtimer_init", "--delay", "300"});
     Terminal terminal(inTelevision(first, {"backup", "/media/usb/clone"}), 100);
-    ASSERT_TRUE(terminal.waitFor("backup  ")) << terminal.text();
+    ASSERT_TRUE(terminal.waitFor("saving  0 of")) << terminal.text();
     terminal.type(kCtrlC);
     EXPECT_TRUE(terminal.waitFor("cannot be interrupted now")) << terminal.text();
     EXPECT_EQ(terminal.wait(), ended::kInterrupted) << terminal.text();
@@ -158,10 +176,11 @@ TEST_F(TerminalTest, followShowsTheRunOfAnotherUntilItsEnd) {
     ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
     vxtv({"fault", second, "add", "tvtimer_set_db", "--delay", "2000"});
     RunningProcess restore(inTelevision(second, {"restore", "/media/usb/clone"}));
-    ASSERT_TRUE(restore.waitForOutput("restore 0 %"));
+    ASSERT_TRUE(restore.waitForOutput("loading, 0 of"));
     Terminal terminal(inTelevision(second, {"status", "--follow"}), 100);
     EXPECT_EQ(terminal.wait(), 0) << terminal.text();
-    EXPECT_THAT(liveLines(terminal.text()), Contains(HasSubstr("restore  ")));
+    EXPECT_THAT(liveLines(terminal.text()),
+                Contains(testing::ContainsRegex("restore .* [4-7][0-9] %.* loading ")));
     EXPECT_THAT(terminal.text(), HasSubstr("reported by the library"));
     EXPECT_THAT(terminal.text(), HasSubstr(": done.\r\n"));
     EXPECT_EQ(restore.wait().status, 0);
