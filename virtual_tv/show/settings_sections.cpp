@@ -16,11 +16,17 @@ struct Outcome {
 };
 constexpr Outcome kOutcomes[] = {{"-SUCCESS", "success", Colour::Good}, {"-FAIL", "failed", Colour::Bad}};
 
+/// The library reports a failure of this one whatever happened, so its line tells nothing.
+constexpr std::string_view kNotEvaluated = "VXCLONE_FACTORY_SETTINGS";
+
 Fact outcomeFact(std::string_view line) {
     for (const auto& [ending, word, colour] : kOutcomes) {
-        if (line.size() >= ending.size() && line.substr(line.size() - ending.size()) == ending) {
-            return {std::string(line.substr(0, line.size() - ending.size())), word, colour};
+        if (!line.ends_with(ending)) {
+            continue;
         }
+        const std::string category(line.substr(0, line.size() - ending.size()));
+        return category == kNotEvaluated ? Fact{category, "not evaluated", Colour::Dim}
+                                         : Fact{category, word, colour};
     }
     return {std::string(line), "not a result", Colour::Dim};
 }

@@ -76,6 +76,16 @@ TEST_F(ShowGathering, resultsOfTheLastCloneAreJudged) {
     EXPECT_EQ("0", valueOf(cardOf(section, "Other states").facts, "progress"));
 }
 
+TEST_F(ShowGathering, factorySettingsOfTheLastCloneAreNotEvaluated) {
+    const Section section = test::sectionOf(
+        gathered(profileWithResult("VXCLONE_FACTORY_SETTINGS-FAIL\nVXCLONE_AV_SETTINGS-FAIL\n")),
+        "last-clone");
+    const Card& card = section.cards.at(0);
+    EXPECT_EQ("not evaluated", valueOf(card.facts, "VXCLONE_FACTORY_SETTINGS"));
+    EXPECT_EQ(Colour::Dim, card.facts.at(0).colour);
+    EXPECT_EQ("failed", valueOf(card.facts, "VXCLONE_AV_SETTINGS"));
+}
+
 TEST_F(ShowGathering, televisionThatWasNeverClonedSaysSo) {
     EXPECT_EQ("No clone has left a result here.", test::sectionOf(gathered(), "last-clone").note);
 }
