@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "tests/integration/clone_fixture.h"
+#include "virtual_tv/television/television.h"
 
 namespace vxtest {
 namespace {
@@ -44,6 +45,46 @@ TEST_F(CloneTest, compareSaysThatTheSettingsAreTheSameAfterwardsAndNotBefore) {
     Program program;
     program.command = {vxtvProgram().string(), "compare", first, second};
     EXPECT_THAT(run(program).output, Not(HasSubstr(kWelcome)));
+}
+
+TEST_F(CloneTest, pageOfATelevisionCallsNothingFailedAfterAWholeRestore) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    ASSERT_EQ(vxclone(second, {"restore", "/media/usb/clone"}).status, 0);
+    const std::string page = vxtv({"show", second}).output;
+    EXPECT_THAT(page, testing::ContainsRegex("VXCLONE_FACTORY_SETTINGS +not evaluated\n"));
+    EXPECT_THAT(page, testing::ContainsRegex("VXCLONE_AV_SETTINGS +success\n"));
+    EXPECT_THAT(page, Not(HasSubstr("failed")));
+    const std::string html = (place / "page.html").string();
+    vxtv({"show", second, "--html", html});
+    EXPECT_THAT(readFile(html),
+                HasSubstr("<dt>VXCLONE_FACTORY_SETTINGS</dt><dd class=\"dim\">not evaluated</dd>"));
+    EXPECT_THAT(readFile(html), Not(HasSubstr(">failed<")));
+}
+
+TEST_F(CloneTest, compareSeesEveryAreaThatARestoreTouches) {
+    const auto withoutIcons = vxtv::Television::open(second).and_then([](const vxtv::Television& television) {
+        return television.database().write([](SQLite::Database& connection) -> vxtv::Result<int> {
+            return connection.exec("DELETE FROM source_icons");
+        });
+    });
+    ASSERT_TRUE(withoutIcons);
+    const std::string before = (place / "before").string();
+    std::filesystem::copy(second, before, std::filesystem::copy_options::recursive);
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    ASSERT_EQ(vxclone(second, {"restore", "/media/usb/clone"}).status, 0);
+    std::vector<std::string> touched;
+    const json compared = json::parse(vxtv({"compare", before, second, "--json"}, 1).output);
+    for (const json& area : compared.at("areas")) {
+        if (!area.at("same")) {
+            touched.push_back(area.at("area"));
+        }
+    }
+    EXPECT_THAT(touched,
+                testing::UnorderedElementsAre("settings-keys", "factory", "av", "settings", "home-data",
+                                              "was", "channels", "navigation-lists", "timers", "network-time",
+                                              "sources", "boot-logo", "home-menu", "mbr-logo", "apps"));
+    EXPECT_THAT(vxtv({"compare", first, second, "--summary"}).output,
+                Not(testing::ContainsRegex("differs?\n")));
 }
 
 TEST_F(CloneTest, packageHoldsTheSettingsIdentityManifestAndSeal) {

@@ -80,6 +80,44 @@ TEST_F(CommandsTest, compareInJsonNamesEachDifference) {
     EXPECT_THAT(vxtv({"compare", first, first}).output, HasSubstr("settings-keys: same"));
 }
 
+TEST_F(CommandsTest, compareSummaryIsOneLineAnAreaWithTheSameVerdict) {
+    const json whole = jsonOf({"compare", first, second}, 1);
+    std::istringstream lines(vxtv({"compare", first, second, "--summary"}, 1).output);
+    std::size_t count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        const json& area = whole.at("areas").at(count);
+        const std::size_t differing = area.at("differences").size();
+        const std::string verdict = differing == 0   ? "same"
+                                    : differing == 1 ? "1 differs"
+                                                     : std::to_string(differing) + " differ";
+        const std::string rest = differing == 0 || area.at("judged") ? "" : " (not judged)";
+        EXPECT_EQ(line, area.at("area").get<std::string>() + ": " + verdict + rest);
+    }
+    EXPECT_EQ(count, whole.at("areas").size());
+    EXPECT_THAT(vxtv({"compare", first, first, "--summary"}).output,
+                AllOf(HasSubstr("settings-keys: same\n"), testing::Not(HasSubstr("differ"))));
+    refused({"compare", first, second, "--summary", "--json"}, "--summary");
+}
+
+TEST_F(CommandsTest, compareJudgesWhatNoCloneCarriesOnlyWhenEverythingIsAskedFor) {
+    const std::string copy = (place / "copy").string();
+    std::filesystem::copy(first, copy, std::filesystem::copy_options::recursive);
+    ASSERT_TRUE(vxtv::Television::open(copy).and_then([](const vxtv::Television& television) {
+        return television.database().write([](SQLite::Database& connection) -> vxtv::Result<void> {
+            connection.exec("DELETE FROM navigation_entries WHERE mode = 10");
+            connection.exec("UPDATE sources SET name = 'other'");
+            return {};
+        });
+    }));
+    const std::string usual = vxtv({"compare", first, copy, "--summary"}).output;
+    EXPECT_THAT(usual, testing::ContainsRegex("\nnavigation-lists: [0-9]+ differ \\(not judged\\)\n"));
+    EXPECT_THAT(usual, testing::Not(HasSubstr("sources-kept")));
+    const std::string everything = vxtv({"compare", first, copy, "--summary", "--everything"}, 1).output;
+    EXPECT_THAT(everything, testing::ContainsRegex("\nnavigation-lists: [0-9]+ differ\n"));
+    EXPECT_THAT(everything, testing::ContainsRegex("\nsources-kept: [0-9]+ differ\n"));
+    vxtv({"compare", first, first, "--everything"});
+}
+
 TEST_F(CommandsTest, faultIsAddedListedAndCleared) {
     vxtv({"fault", first, "add", "vconf_set_int", "--nth", "2", "--from-then-on", "--status", "-4"});
     vxtv({"fault", first, "add", "tvtimer_init", "--delay", "5"});

@@ -1,5 +1,10 @@
 #include "virtual_tv/commands/app.h"
 
+#include <unistd.h>
+
+#include "common/terminal_table.h"
+#include "virtual_tv/commands/help_formatter.h"
+
 namespace vxtv {
 
 namespace {
@@ -19,6 +24,7 @@ constexpr AddCommand kCommands[] = {
 std::unique_ptr<CLI::App> makeApp(Action& chosen) {
     auto app = std::make_unique<CLI::App>(
         "A virtual television on this machine, to clone hotel televisions without one.", "vxtv");
+    app->formatter(std::make_shared<HelpFormatter>(vxcommon::columnsAt(STDOUT_FILENO)));
     app->set_version_flag("--version", "vxtv " VX_VERSION, "Print the version and end");
     app->require_subcommand(0, 1);
     app->footer("A television is a folder. Each command explains itself: vxtv COMMAND --help");

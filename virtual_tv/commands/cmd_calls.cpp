@@ -25,19 +25,36 @@ std::string compact(const Json& value) {
     return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
+/// A text as it is where that can be told from the next word.
+std::string word(const Json& value) {
+    const bool isPlain = value.is_string() && !value.get_ref<const std::string&>().empty() &&
+                         value.get_ref<const std::string&>().find_first_of(" \"") == std::string::npos;
+    return isPlain ? value.get<std::string>() : compact(value);
+}
+
+/// "NAME=VALUE" for each member, with a blank between.
+std::string words(const Json& object) {
+    std::string text;
+    for (const auto& [name, value] : object.items()) {
+        text += fmt::format("{}{}={}", text.empty() ? "" : " ", name, word(value));
+    }
+    return text;
+}
+
 std::vector<vxcommon::Cell> rowOf(const CallRecord& record) {
     constexpr std::int64_t kUsPerSecond = 1000000;
-    return {{fmt::format("{}.{:06}", record.timeUs / kUsPerSecond, record.timeUs % kUsPerSecond)},
-            {std::to_string(record.process)},
-            {std::to_string(record.thread)},
-            {record.call},
-            {compact(record.arguments)},
-            {compact(record.result)},
-            {record.fault ? std::to_string(*record.fault) : "", vxcommon::Colour::Bad}};
+    constexpr std::int64_t kUsPerMs = 1000;
+    const std::string process = std::to_string(record.process);
+    return {{fmt::format("{}.{:03}", record.timeUs / kUsPerSecond, record.timeUs % kUsPerSecond / kUsPerMs)},
+            {record.thread == record.process ? process : fmt::format("{}/{}", process, record.thread)},
+            {record.fault ? std::to_string(*record.fault) : "", vxcommon::Colour::Bad},
+            {fmt::format("{}{}{} -> {}", record.call, record.arguments.empty() ? "" : " ",
+                         words(record.arguments),
+                         record.result.is_object() ? words(record.result) : word(record.result))}};
 }
 
 int show(const CallLog& log, bool json) {
-    vxcommon::TerminalTable table({"TIME", "PROCESS", "THREAD", "CALL", "ARGUMENTS", "RESULT", "FAULT"});
+    vxcommon::TerminalTable table({"TIME", "PROCESS", "FAULT", "CALL -> RESULT"});
     std::size_t count = 0;
     const Result<int> unreadable = log.read([&](const CallRecord& record) {
         ++count;
@@ -51,7 +68,7 @@ int show(const CallLog& log, bool json) {
         return complain(unreadable.error());
     }
     if (!json) {
-        print(count != 0 ? table.render(vxcommon::wantsColour(STDOUT_FILENO)) : "no calls\n");
+        print(count != 0 ? table.render(vxcommon::screenAt(STDOUT_FILENO)) : "no calls\n");
     }
     if (*unreadable != 0) {
         std::fprintf(stderr, "vxtv: %d line%s of the call log could not be read and %s left out\n",

@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <memory>
 
@@ -86,7 +85,7 @@ Json navigationJson(const std::vector<NavigationEntry>& navigation) {
     return document;
 }
 
-std::string channelTable(const ChannelMap& map, bool coloured) {
+std::string channelTable(const ChannelMap& map, const vxcommon::Screen& screen) {
     TerminalTable table({"CHANNEL", "NAME", "KIND", "SERVICE", "SYSTEM", "FREQUENCY"});
     for (const Channel& channel : map.channels) {
         const Transponder& transponder =
@@ -99,19 +98,19 @@ std::string channelTable(const ChannelMap& map, bool coloured) {
                       {transponder.system},
                       {std::to_string(transponder.frequency)}});
     }
-    return table.render(coloured);
+    return table.render(screen);
 }
 
-std::string hotelTable(const std::vector<HotelChannel>& hotelList, bool coloured) {
+std::string hotelTable(const std::vector<HotelChannel>& hotelList, const vxcommon::Screen& screen) {
     TerminalTable table({"HOTEL LIST", "NAME", "CHANNEL"});
     std::size_t position = 0;
     for (const HotelChannel& line : hotelList) {
         table.addRow({{std::to_string(++position)}, {line.name}, {std::to_string(line.channel)}});
     }
-    return table.render(coloured);
+    return table.render(screen);
 }
 
-std::string navigationTable(const std::vector<NavigationEntry>& navigation, bool coloured) {
+std::string navigationTable(const std::vector<NavigationEntry>& navigation, const vxcommon::Screen& screen) {
     TerminalTable table({"NAVIGATION LIST", "MODE", "ID", "STATE", "ANTENNA/SERVICE MODES"});
     for (const NavigationEntry& entry : navigation) {
         table.addRow({{namesOf(entry)},
@@ -120,7 +119,7 @@ std::string navigationTable(const std::vector<NavigationEntry>& navigation, bool
                       {entry.isStale ? "out of date" : "good", entry.isStale ? Colour::Bad : Colour::Plain},
                       {placesOf(entry)}});
     }
-    return table.render(coloured);
+    return table.render(screen);
 }
 
 int show(const ChannelsOptions& options) {
@@ -134,9 +133,9 @@ int show(const ChannelsOptions& options) {
                    {"hotelList", hotelListToJson(content->hotelList)},
                    {"navigation", navigationJson(content->navigation)}});
     } else {
-        const bool coloured = vxcommon::wantsColour(STDOUT_FILENO);
-        print(channelTable(content->map, coloured) + "\n" + hotelTable(content->hotelList, coloured) + "\n" +
-              navigationTable(content->navigation, coloured));
+        const vxcommon::Screen screen = outputScreen();
+        print(channelTable(content->map, screen) + "\n" + hotelTable(content->hotelList, screen) + "\n" +
+              navigationTable(content->navigation, screen));
     }
     return finishOutput();
 }

@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <memory>
@@ -19,6 +18,8 @@ using Json = nlohmann::ordered_json;
 struct CompareOptions {
     std::string first;
     std::string second;
+    bool summary = false;
+    bool everything = false;
     bool json = false;
 };
 
@@ -26,10 +27,13 @@ struct Outcome {
     Identity first;
     Identity second;
     std::vector<AreaComparison> areas;
+    bool everything = false;
 
+    bool judges(const AreaComparison& area) const { return everything || area.fate == Fate::Carried; }
     bool same() const {
-        return std::all_of(areas.begin(), areas.end(),
-                           [](const auto& area) { return area.differences.empty(); });
+        return std::all_of(areas.begin(), areas.end(), [this](const AreaComparison& area) {
+            return !judges(area) || area.differences.empty();
+        });
     }
 };
 
@@ -46,7 +50,10 @@ Result<Outcome> compare(const CompareOptions& options) {
     if (!theirs) {
         return tl::make_unexpected(theirs.error());
     }
-    return Outcome{*mine, *theirs, std::move(*areas)};
+    if (!options.everything) {
+        std::erase_if(*areas, [](const AreaComparison& area) { return area.fate == Fate::Kept; });
+    }
+    return Outcome{*mine, *theirs, std::move(*areas), options.everything};
 }
 
 Json identityJson(const Identity& identity) {
@@ -62,8 +69,10 @@ void printOutcomeJson(const Outcome& outcome) {
             differences.push_back(
                 {{"name", difference.name}, {"first", difference.first}, {"second", difference.second}});
         }
-        areas.push_back(
-            {{"area", area.area}, {"same", area.differences.empty()}, {"differences", differences}});
+        areas.push_back({{"area", area.area},
+                         {"judged", outcome.judges(area)},
+                         {"same", area.differences.empty()},
+                         {"differences", differences}});
     }
     printJson({{"same", outcome.same()},
                {"first", identityJson(outcome.first)},
@@ -72,27 +81,40 @@ void printOutcomeJson(const Outcome& outcome) {
 }
 
 std::string identityLine(const std::string& folder, const Identity& identity) {
-    return vxcommon::printable(fmt::format("{}: {}, {}, tuner type {}", folder, identity.model,
-                                           identity.productTag, identity.tunerType)) +
-           "\n";
+    const std::string line = vxcommon::printable(fmt::format(
+        "{}: {}, {}, tuner type {}", folder, identity.model, identity.productTag, identity.tunerType));
+    return vxcommon::sentenceFor(outputScreen(), line) + "\n";
+}
+
+/// "AREA: same", or how many things of it differ.
+std::string verdictLine(const Outcome& outcome, const AreaComparison& area, bool coloured) {
+    const std::size_t count = area.differences.size();
+    if (count == 0) {
+        return area.area + ": " + vxcommon::paint("same", Colour::Good, coloured) + "\n";
+    }
+    const bool isJudged = outcome.judges(area);
+    const std::string verdict = fmt::format("{} differ{}", count, count == 1 ? "s" : "");
+    return area.area + ": " + vxcommon::paint(verdict, isJudged ? Colour::Bad : Colour::Doubt, coloured) +
+           (isJudged ? "" : " (not judged)") + "\n";
+}
+
+void printSummary(const Outcome& outcome) {
+    for (const AreaComparison& area : outcome.areas) {
+        print(verdictLine(outcome, area, outputScreen().coloured));
+    }
 }
 
 void printOutcomeText(const CompareOptions& options, const Outcome& outcome) {
-    const bool coloured = vxcommon::wantsColour(STDOUT_FILENO);
+    const vxcommon::Screen screen = outputScreen();
     print(identityLine(options.first, outcome.first) + identityLine(options.second, outcome.second));
     for (const AreaComparison& area : outcome.areas) {
-        const std::size_t count = area.differences.size();
-        const std::string verdict =
-            count == 0 ? vxcommon::paint("same", Colour::Good, coloured)
-                       : vxcommon::paint(fmt::format("{} differ{}", count, count == 1 ? "s" : ""),
-                                         Colour::Bad, coloured);
-        print(fmt::format("\n{}: {}\n", area.area, verdict));
-        if (count != 0) {
+        print("\n" + verdictLine(outcome, area, screen.coloured));
+        if (!area.differences.empty()) {
             vxcommon::TerminalTable table({"NAME", options.first, options.second});
             for (const Difference& difference : area.differences) {
                 table.addRow({{difference.name}, {difference.first}, {difference.second}});
             }
-            print(table.render(coloured));
+            print(table.render(screen));
         }
     }
 }
@@ -104,6 +126,8 @@ int show(const CompareOptions& options) {
     }
     if (options.json) {
         printOutcomeJson(*outcome);
+    } else if (options.summary) {
+        printSummary(*outcome);
     } else {
         printOutcomeText(options, *outcome);
     }
@@ -118,9 +142,15 @@ void addCompareCommand(CLI::App& app, Action& chosen) {
     const auto options = std::make_shared<CompareOptions>();
     verb->add_option("DIR1", options->first, "A television")->required();
     verb->add_option("DIR2", options->second, "Another one")->required();
-    verb->add_flag("--json", options->json, "For programs");
+    auto* const summary = verb->add_flag("--summary", options->summary,
+                                         "One line an area: the same, or how many things differ");
+    verb->add_flag("--everything", options->everything,
+                   "Compare and judge, too, what no clone carries: navigation lists, serial numbers and "
+                   "whatever else a television keeps");
+    verb->add_flag("--json", options->json, "For programs")->excludes(summary);
     verb->footer(
-        "Compared is what a clone carries; the identity is shown and not judged.\n"
+        "Judged is what a clone carries. The identity and the navigation lists are shown and not judged: a "
+        "restore of channels takes navigation lists away.\n"
         "Exit status: 0 same, 1 different, 2 trouble.");
     verb->callback([options, &chosen] { chosen = [options] { return show(*options); }; });
 }

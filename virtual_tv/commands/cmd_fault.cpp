@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <memory>
 
@@ -69,7 +68,7 @@ void printTable(const std::vector<Fault>& faults) {
                       {orDash(fault.delayMs)},
                       {std::to_string(fault.seen)}});
     }
-    print(faults.empty() ? "no faults\n" : table.render(vxcommon::wantsColour(STDOUT_FILENO)));
+    print(faults.empty() ? "no faults\n" : table.render(outputScreen()));
 }
 
 template <class Value>

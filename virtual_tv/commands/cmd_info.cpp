@@ -1,5 +1,4 @@
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <memory>
 #include <optional>
@@ -60,7 +59,7 @@ void printInfoTable(const Info& info) {
         table.addRow({{feature.name},
                       {std::visit([](auto value) { return fmt::format("{}", value); }, feature.value)}});
     }
-    print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
+    print(table.render(outputScreen()));
 }
 
 int show(const InfoOptions& options) {

@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <memory>
 #include <vector>
 
@@ -66,7 +64,7 @@ int listServices(const Television& television, bool json) {
         document.push_back(
             {{"name", content.name}, {"cloned", content.carried.size()}, {"kept", content.kept.size()}});
     }
-    json ? printJson(document) : print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
+    json ? printJson(document) : print(table.render(outputScreen()));
     return finishOutput();
 }
 
@@ -80,7 +78,7 @@ void printContent(const ServiceContent& content) {
                       {value, vxcommon::Colour::Dim},
                       {"no, it stays", vxcommon::Colour::Dim}});
     }
-    print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
+    print(table.render(outputScreen()));
 }
 
 int showService(const Television& television, const ServicesOptions& options) {

@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <memory>
 
 #include "common/terminal_table.h"
@@ -25,7 +23,7 @@ void printTable(const std::vector<Setting>& settings) {
                       {nameOf(typeOf(setting.value)), colour},
                       {quotedText(setting.value), colour}});
     }
-    print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
+    print(table.render(outputScreen()));
 }
 
 int list(const SettingsOptions& options) {

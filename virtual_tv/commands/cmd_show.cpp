@@ -1,6 +1,5 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <ctime>
 #include <limits>
@@ -75,7 +74,7 @@ int showOnTerminal(const ShowOptions& options) {
     if (!page) {
         return complain(page.error());
     }
-    print(show::terminalPage(*page, vxcommon::wantsColour(STDOUT_FILENO)));
+    print(show::terminalPage(*page, outputScreen()));
     return finishOutput();
 }
 

@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <memory>
 
 #include "common/terminal_table.h"
@@ -55,7 +53,7 @@ void printTable(const std::vector<Source>& sources) {
                       {source.icons ? source.icons->icon : "-"},
                       {source.icons ? appIcons : "-"}});
     }
-    print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
+    print(table.render(outputScreen()));
 }
 
 int list(const SourcesOptions& options) {

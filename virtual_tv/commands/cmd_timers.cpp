@@ -1,5 +1,3 @@
-#include <unistd.h>
-
 #include <memory>
 
 #include "common/terminal_table.h"
@@ -28,7 +26,7 @@ void printTable(const std::vector<Timer>& timers) {
                       {timer.channel != 0 ? std::to_string(timer.channel) : "last"},
                       {timer.title}});
     }
-    print(table.render(vxcommon::wantsColour(STDOUT_FILENO)));
+    print(table.render(outputScreen()));
 }
 
 int list(const TimersOptions& options) {

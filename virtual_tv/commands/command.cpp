@@ -1,14 +1,24 @@
 #include "virtual_tv/commands/command.h"
 
+#include <unistd.h>
+
 #include <cstdio>
 
 #include "common/terminal_table.h"
 
 namespace vxtv {
 
+namespace {
+
+constexpr std::size_t kBelowSentence = 6;  // what goes on stands below the sentence, not below the name
+
+}  // namespace
+
 int complain(const Error& error) {
     // A sentence may hold a name that somebody else chose.
-    std::fprintf(stderr, "vxtv: %s\n", vxcommon::printable(error.sentence).c_str());
+    const std::string sentence = "vxtv: " + vxcommon::printable(error.sentence);
+    const vxcommon::Screen screen = vxcommon::screenAt(STDERR_FILENO);
+    std::fprintf(stderr, "%s\n", vxcommon::sentenceFor(screen, sentence, kBelowSentence).c_str());
     return kExitFailed;
 }
 

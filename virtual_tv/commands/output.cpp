@@ -1,11 +1,13 @@
 #include "virtual_tv/commands/output.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
-#include "common/terminal_table.h"
 #include "virtual_tv/commands/command.h"
 
 namespace vxtv {
@@ -25,6 +27,11 @@ std::size_t colourCodeLength(std::string_view text) {
 
 nlohmann::ordered_json toJson(const SettingValue& value) {
     return std::visit([](const auto& alternative) { return nlohmann::ordered_json(alternative); }, value);
+}
+
+vxcommon::Screen outputScreen() {
+    const vxcommon::Screen screen = vxcommon::screenAt(STDOUT_FILENO);
+    return screen.terminal ? screen : vxcommon::Screen{std::numeric_limits<std::size_t>::max(), false, false};
 }
 
 void print(std::string_view text) {

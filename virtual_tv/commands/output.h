@@ -4,12 +4,17 @@
 #include <string>
 #include <string_view>
 
+#include "common/terminal_table.h"
 #include "virtual_tv/television/settings_store.h"
 
 namespace vxtv {
 
 /// A value in JSON's own type.
 nlohmann::ordered_json toJson(const SettingValue& value);
+
+/// What a table on standard output has to fit: the terminal; where there is none, nothing, so that each row
+/// is one line, which programs search.
+vxcommon::Screen outputScreen();
 
 /// Writes the text on standard output.
 void print(std::string_view text);

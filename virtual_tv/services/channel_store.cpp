@@ -182,7 +182,7 @@ Texts channelTexts(SQLite::Database& connection) {
 }  // namespace
 
 constinit const DataService kChannelService = {"channels", createChannels, channelTexts,
-                                               NavigationLists::texts};
+                                               NavigationLists::texts, "navigation-lists"};
 
 Result<ChannelMap> ChannelStore::map() const {
     return database_.read([](SQLite::Database& connection) -> Result<ChannelMap> {

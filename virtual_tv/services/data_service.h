@@ -36,6 +36,9 @@ struct DataService {
     /// What else it holds, and keeps when its television takes over a clone; null: nothing. Throws what the
     /// database throws.
     Texts (*keptTexts)(SQLite::Database& connection) = nullptr;
+
+    /// The area of a comparison in which that stands, where a restore may take it away; else empty.
+    std::string_view lostArea = {};
 };
 
 }  // namespace vxtv

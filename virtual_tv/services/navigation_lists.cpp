@@ -108,6 +108,15 @@ std::vector<TvMode> placesOf(SQLite::Database& connection, const NavigationEntry
     return places;
 }
 
+/// Each place as antenna and service mode, such as "0/3"; -1 is every one.
+std::string placesText(const std::vector<TvMode>& places) {
+    std::string text;
+    for (const TvMode& place : places) {
+        text += fmt::format("{}{}/{}", text.empty() ? "" : " ", place.antenna, place.service);
+    }
+    return text;
+}
+
 bool meets(TvMode asked, TvMode stored) {
     return (asked.antenna == kEvery || asked.antenna == stored.antenna) &&
            (asked.service == kEvery || asked.service == stored.service);
@@ -175,8 +184,8 @@ Texts NavigationLists::texts(SQLite::Database& connection) {
     Texts texts;
     for (const NavigationEntry& entry : entriesFor(connection, {})) {
         texts[fmt::format("navigation list {:02}/{}", entry.mode, entry.id)] =
-            fmt::format("{} ({} places{})", fmt::join(entry.names, ", "), entry.places.size(),
-                        entry.isStale ? ", out of date" : "");
+            fmt::format("{}; order {}, flag {}, stored for {}{}", fmt::join(entry.names, ", "), entry.order,
+                        entry.flag, placesText(entry.places), entry.isStale ? ", out of date" : "");
     }
     return texts;
 }

@@ -44,7 +44,7 @@ class NavigationLists {
     /// Makes the tables and fills them from the profile; part of the creation. Throws WrongMember.
     static void create(SQLite::Database& connection, const nlohmann::json& content, const std::string& where);
 
-    /// What `vxtv services` shows of them.
+    /// All of each, by its mode and id.
     static Texts texts(SQLite::Database& connection);
 
     /// Marks the lists of the modes 10 and 11: they are of channels, and the channels have been replaced.

@@ -6,6 +6,7 @@ namespace vxtv::show {
 
 namespace {
 
+using vxcommon::Screen;
 using vxcommon::TerminalTable;
 
 std::string heading(const std::string& text) {
@@ -13,15 +14,15 @@ std::string heading(const std::string& text) {
     return fmt::format("\n{}\n{}\n", line, std::string(vxcommon::displayWidth(line), '='));
 }
 
-std::string factTable(const std::vector<Fact>& facts, bool coloured) {
+std::string factTable(const std::vector<Fact>& facts, const Screen& screen) {
     TerminalTable table({"What", "Value"});
     for (const Fact& fact : facts) {
         table.addRow({{fact.name}, {fact.value, fact.colour}});
     }
-    return facts.empty() ? "" : table.render(coloured);
+    return facts.empty() ? "" : table.render(screen);
 }
 
-std::string gridTable(const Grid& grid, bool coloured) {
+std::string gridTable(const Grid& grid, const Screen& screen) {
     TerminalTable table(grid.columns);
     for (const auto& row : grid.rows) {
         std::vector<vxcommon::Cell> cells;
@@ -31,10 +32,10 @@ std::string gridTable(const Grid& grid, bool coloured) {
         table.addRow(std::move(cells));
     }
     const std::string rest = grid.leftOut != 0 ? fmt::format("... and {} more\n", grid.leftOut) : "";
-    return grid.rows.empty() ? "none\n" : table.render(coloured) + rest;
+    return grid.rows.empty() ? "none\n" : table.render(screen) + rest;
 }
 
-std::string pictureTable(const std::vector<Picture>& pictures, bool coloured) {
+std::string pictureTable(const std::vector<Picture>& pictures, const Screen& screen) {
     TerminalTable table({"Picture", "Kind", "Pixels", "Bytes"});
     for (const Picture& picture : pictures) {
         const bool isPicture = !picture.mediaType.empty();
@@ -44,41 +45,48 @@ std::string pictureTable(const std::vector<Picture>& pictures, bool coloured) {
              {isPicture ? fmt::format("{} x {}", picture.width, picture.height) : "-"},
              {std::to_string(picture.size)}});
     }
-    return pictures.empty() ? "" : table.render(coloured);
+    return pictures.empty() ? "" : table.render(screen);
 }
 
-std::string cardText(const Card& card, bool coloured) {
-    std::string text;
-    if (!card.title.empty()) {
-        text += "\n" + vxcommon::printable(card.title);
-        text += card.note.empty()
-                    ? ""
-                    : vxcommon::paint(vxcommon::printable("  " + card.note), Colour::Dim, coloured);
-        text += "\n";
-    }
+std::string cardTitle(const Card& card, const Screen& screen) {
+    const std::string title = vxcommon::printable(card.title);
+    const std::string note = vxcommon::printable(card.note);
+    const bool fits = vxcommon::displayWidth(title) + vxcommon::displayWidth(note) + 2 <= screen.columns;
+    const std::string gap = note.empty() ? "" : fits ? "  " : "\n";
+    return "\n" + vxcommon::sentenceFor(screen, title) + gap +
+           vxcommon::paint(vxcommon::sentenceFor(screen, note), Colour::Dim,
+                           screen.coloured && !note.empty()) +
+           "\n";
+}
+
+/// A line of its own, when there is any text.
+std::string lineOf(const std::string& text, const Screen& screen) {
+    return text.empty() ? "" : vxcommon::sentenceFor(screen, vxcommon::printable(text)) + "\n";
+}
+
+std::string cardText(const Card& card, const Screen& screen) {
+    std::string text = card.title.empty() ? "" : cardTitle(card, screen);
     if (card.percent) {
         text += fmt::format("{} percent done\n", *card.percent);
     }
-    text += factTable(card.facts, coloured);
+    text += factTable(card.facts, screen);
     for (const Grid& grid : card.grids) {
-        text += gridTable(grid, coloured);
+        text += gridTable(grid, screen);
     }
-    return text + pictureTable(card.pictures, coloured);
+    return text + pictureTable(card.pictures, screen);
 }
 
 }  // namespace
 
-std::string terminalPage(const Page& page, bool coloured) {
-    std::string text = vxcommon::printable(page.folder) + "\n";
-    for (const std::string& line : {page.welcomeTitle, page.welcomeText}) {
-        text += line.empty() ? "" : vxcommon::printable(line) + "\n";
-    }
-    text += heading("Television") + factTable(page.identity, coloured);
+std::string terminalPage(const Page& page, const Screen& screen) {
+    std::string text =
+        lineOf(page.folder, screen) + lineOf(page.welcomeTitle, screen) + lineOf(page.welcomeText, screen);
+    text += heading("Television") + factTable(page.identity, screen);
     for (const Section& section : page.sections) {
         text += heading(section.title);
-        text += section.note.empty() ? "" : vxcommon::printable(section.note) + "\n";
+        text += lineOf(section.note, screen);
         for (const Card& card : section.cards) {
-            text += cardText(card, coloured);
+            text += cardText(card, screen);
         }
     }
     return text;

@@ -6,7 +6,7 @@
 
 namespace vxtv::show {
 
-/// The page as text for a terminal, where nothing in it steers the terminal; colours only where `coloured`.
-std::string terminalPage(const Page& page, bool coloured);
+/// The page as text for the screen, where nothing in it steers a terminal.
+std::string terminalPage(const Page& page, const vxcommon::Screen& screen);
 
 }  // namespace vxtv::show

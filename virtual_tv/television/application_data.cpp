@@ -37,15 +37,31 @@ std::string quotedName(const std::string& name) {
     return quoted + "\"";
 }
 
+/// The rows in an order that depends on what they hold alone.
+SQLite::Statement sortedRows(SQLite::Database& database, const std::string& table) {
+    const std::string all = "SELECT * FROM " + quotedName(table);
+    const int columns = SQLite::Statement(database, all).getColumnCount();
+    std::string order;
+    for (int column = 1; column <= columns; ++column) {
+        order += fmt::format("{}{}", order.empty() ? " ORDER BY " : ", ", column);
+    }
+    return {database, all + order};
+}
+
 void addRows(SQLite::Database& database, const std::string& table, const std::string& where, Texts& texts) {
-    SQLite::Statement rows(database, "SELECT * FROM " + quotedName(table));
+    SQLite::Statement rows = sortedRows(database, table);
     while (rows.executeStep()) {
         std::string values;
         for (int column = 1; column < rows.getColumnCount(); ++column) {
             values += fmt::format("{}{}: {}", values.empty() ? "" : ", ", rows.getColumn(column).getName(),
                                   columnText(rows.getColumn(column)));
         }
-        texts[fmt::format("{}/{}/{}", where, table, columnText(rows.getColumn(0)))] = values;
+        const std::string name = fmt::format("{}/{}/{}", where, table, columnText(rows.getColumn(0)));
+        std::string unused = name;
+        for (int number = 2; texts.count(unused) != 0; ++number) {
+            unused = fmt::format("{} ({})", name, number);
+        }
+        texts[unused] = values;
     }
 }
 

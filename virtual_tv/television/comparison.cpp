@@ -66,27 +66,41 @@ Result<AreaComparison> compareSettings(const Television& first, const Television
     return AreaComparison{kSettingsArea, differencesOf(*firstTexts, *secondTexts)};
 }
 
-/// What a television has of a service; nothing when it does not have the service.
-Result<std::optional<Texts>> serviceTexts(const DataService& service, const Television& television) {
-    return television.database().read(
-        [&service](SQLite::Database& connection) -> Result<std::optional<Texts>> {
-            return hasDataService(connection, service.name) ? std::optional<Texts>(service.texts(connection))
-                                                            : std::nullopt;
-        });
+/// What a television has of a service.
+struct ServiceContent {
+    bool present = false;
+    Texts carried;
+    Texts kept;
+};
+
+Result<ServiceContent> contentOf(const DataService& service, const Television& television) {
+    return television.database().read([&service](SQLite::Database& connection) -> Result<ServiceContent> {
+        if (!hasDataService(connection, service.name)) {
+            return ServiceContent{};
+        }
+        return ServiceContent{true, service.texts(connection),
+                              service.keptTexts != nullptr ? service.keptTexts(connection) : Texts()};
+    });
 }
 
 /// Each service that one of the two has.
 Result<void> compareServices(const Television& first, const Television& second,
                              std::vector<AreaComparison>& comparisons) {
     for (const DataService& service : dataServices()) {
-        const auto mine = serviceTexts(service, first);
-        const auto theirs = mine ? serviceTexts(service, second) : mine;
+        const auto mine = contentOf(service, first);
+        const auto theirs = mine ? contentOf(service, second) : mine;
         if (!theirs) {
             return tl::make_unexpected(theirs.error());
         }
-        if (*mine || *theirs) {
-            comparisons.push_back({std::string(service.name),
-                                   differencesOf(mine->value_or(Texts()), theirs->value_or(Texts()))});
+        const std::string name(service.name);
+        if (mine->present || theirs->present) {
+            comparisons.push_back({name, differencesOf(mine->carried, theirs->carried)});
+        }
+        if (!mine->kept.empty() || !theirs->kept.empty()) {
+            const bool isLost = !service.lostArea.empty();
+            comparisons.push_back({isLost ? std::string(service.lostArea) : name + "-kept",
+                                   differencesOf(mine->kept, theirs->kept),
+                                   isLost ? Fate::Lost : Fate::Kept});
         }
     }
     return {};
