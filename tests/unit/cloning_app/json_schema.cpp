@@ -4,26 +4,17 @@
 
 #include <fstream>
 #include <sstream>
-#include <valijson/adapters/nlohmann_json_adapter.hpp>
-#include <valijson/schema.hpp>
-#include <valijson/schema_parser.hpp>
-#include <valijson/validation_results.hpp>
-#include <valijson/validator.hpp>
+#include <stdexcept>
+
+#include "tests/support/schema/json_schema.h"
 
 namespace {
 
 using Json = nlohmann::json;
-using Adapter = valijson::adapters::NlohmannJsonAdapter;
 
-const valijson::Schema& publishedSchema() {
-    static const auto schema = [] {
-        std::ifstream file(VX_JSON_SCHEMA);
-        const Json document = Json::parse(file);
-        auto parsed = std::make_unique<valijson::Schema>();
-        valijson::SchemaParser().populateSchema(Adapter(document), *parsed);
-        return parsed;
-    }();
-    return *schema;
+const vxtest::JsonSchema& publishedSchema() {
+    static const auto schema = vxtest::JsonSchema::read(Json::parse(std::ifstream(VX_JSON_SCHEMA)));
+    return schema ? *schema : throw std::runtime_error(VX_JSON_SCHEMA ", " + schema.error());
 }
 
 }  // namespace
@@ -39,13 +30,9 @@ std::vector<Json> jsonLines(const std::string& text) {
 }
 
 std::string schemaComplaint(const Json& line) {
-    valijson::ValidationResults results;
-    if (valijson::Validator().validate(publishedSchema(), Adapter(line), &results)) {
-        return {};
+    std::string complaint;
+    for (const std::string& each : publishedSchema().complaints(line)) {
+        complaint += "\n" + each;
     }
-    std::string complaint = line.dump() + " does not fit:";
-    for (valijson::ValidationResults::Error error; results.popError(error);) {
-        complaint += " " + error.description;
-    }
-    return complaint;
+    return complaint.empty() ? complaint : line.dump() + " does not fit:" + complaint;
 }
