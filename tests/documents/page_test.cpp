@@ -74,6 +74,19 @@ TEST(PageTest, readmeLeadsToEveryPageOfTheDocumentation) {
     }
 }
 
+TEST(PageTest, testingTellsWhatEveryPresetIsFor) {
+    const std::string presets = readFile(sourceFolder() / "CMakePresets.json");
+    const std::string page = readFile(sourceFolder() / "docs/testing.md");
+    static const std::regex shown("\"name\": \"([a-z]+)\"[^\n]*\"displayName\"");
+    std::size_t count = 0;
+    for (std::sregex_iterator match(presets.begin(), presets.end(), shown); match != std::sregex_iterator();
+         ++match) {
+        EXPECT_THAT(page, testing::HasSubstr("\n| `" + (*match)[1].str() + "` |"));
+        ++count;
+    }
+    EXPECT_GT(count, 5U);
+}
+
 /// The sources of a room, with each text in one piece and its quotation marks as they are printed.
 std::string textsOf(const std::string& room) {
     std::string all;
