@@ -10,7 +10,7 @@ namespace {
 constexpr std::array kStatuses = {
     StatusFact{kExitOk, "done"},
     StatusFact{1, "finished, but something failed or differs"},
-    StatusFact{2, "the command line makes no sense"},
+    StatusFact{2, "invalid command line"},
     StatusFact{3, "not a package, or an unreadable one"},
     StatusFact{4, "the package does not fit this television"},
     StatusFact{5, "the package was altered"},
@@ -25,7 +25,7 @@ constexpr std::array kCatalogue = {
     ErrorFact{ErrorCode::CategoryFailed, 1, "category-failed",
               "the run ended, and a category failed or differs",
               "read the lines of the table that say failed, and try again"},
-    ErrorFact{ErrorCode::BadArguments, 2, "bad-arguments", "the command line makes no sense",
+    ErrorFact{ErrorCode::BadArguments, 2, "bad-arguments", "invalid command line",
               "read the help of the command: vxclone COMMAND --help"},
     ErrorFact{ErrorCode::UnknownCategory, 2, "unknown-category", "a category is named that does not exist",
               "choose from the names in the message"},

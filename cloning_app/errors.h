@@ -12,7 +12,7 @@ namespace vxclone {
 /// change once they have been published.
 enum class ErrorCode {
     CategoryFailed,    ///< the run ended, a category failed
-    BadArguments,      ///< the command line makes no sense
+    BadArguments,      ///< invalid command line
     UnknownCategory,   ///< `--only` names something that is no category
     MountPoint,        ///< the folder is the stick itself, which cannot be replaced as a whole
     FileExists,        ///< a file that would be written is there already

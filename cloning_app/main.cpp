@@ -1,29 +1,40 @@
-#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <string>
-#include <string_view>
+#include <vector>
 
 #include "cloning_app/commands/app.h"
 #include "cloning_app/run/json_lines.h"
+#include "common/command_line.h"
 
 namespace {
 
-int run(int count, char** arguments) {
+using Words = std::vector<std::string>;
+
+int refuseLine(const std::string& sentence, bool json) {
+    if (json) {
+        vxclone::JsonLines(std::cout).error({vxclone::ErrorCode::BadArguments, sentence});
+    } else {
+        std::cerr << "vxclone: " << sentence << '\n';
+    }
+    return vxclone::exitStatusOf(vxclone::ErrorCode::BadArguments);
+}
+
+int run(const Words& words) {
     vxclone::Action chosen;
     const auto app = vxclone::makeApp(chosen);
-    try {
-        app->parse(count, arguments);
-    } catch (const CLI::ParseError& error) {
-        const bool asked = app->exit(error) == 0;
-        return asked ? vxclone::kExitOk : vxclone::exitStatusOf(vxclone::ErrorCode::BadArguments);
+    const auto parsed = vxcommon::parseCommandLine(*app, words);
+    if (!parsed) {
+        return refuseLine(parsed.error(), vxcommon::asksForJson(words));
     }
-    if (!chosen) {
-        std::cerr << "vxclone: nothing to do; name a command, such as backup, restore or verify "
-                     "(see vxclone --help)\n";
-        return vxclone::exitStatusOf(vxclone::ErrorCode::BadArguments);
+    if (!*parsed) {
+        return vxclone::kExitOk;
     }
-    return chosen();
+    return chosen ? chosen()
+                  : refuseLine(
+                        "nothing to do; name a command, such as backup, restore or verify (see vxclone "
+                        "--help)",
+                        vxcommon::asksForJson(words));
 }
 
 void sayBrokenOff(const char* why, bool json) {
@@ -43,11 +54,13 @@ void sayBrokenOff(const char* why, bool json) {
 }  // namespace
 
 int main(int count, char** arguments) {
+    bool json = false;
     try {
-        return run(count, arguments);
+        const Words words = vxcommon::wordsOf(count, arguments);
+        json = vxcommon::asksForJson(words);
+        return run(words);
     } catch (const std::exception& error) {
-        char** const end = arguments + count;
-        sayBrokenOff(error.what(), std::find(arguments, end, std::string_view("--json")) != end);
+        sayBrokenOff(error.what(), json);
     }
     return vxclone::exitStatusOf(vxclone::ErrorCode::Internal);
 }

@@ -43,7 +43,7 @@ if(VX_UNITE_PROGRAMS AND TARGET vxtv)
     HEADERS <CLI/CLI.hpp> <filesystem> <nlohmann/json.hpp>
     LIBRARIES CLI11::CLI11 nlohmann_json::nlohmann_json
     TARGETS vxtv vxtv-app-host vxtv-bus vxtv-commands vxtv-hotel-app vxtv-manual vxtv-ports vxtv-session vxtv-show
-      vxtv-television hotel_app vx-common vx-pages vx-virtual-tv vxclone vxclone-app vxclone-commands vxclone-manual)
+      vxtv-television hotel_app vx-command-line vx-common vx-pages vx-virtual-tv vxclone vxclone-app vxclone-commands vxclone-manual)
   foreach(program vxtv vxtv-app-host hotel_app vxclone)
     target_compile_options(${program} PRIVATE -fPIC)
   endforeach()
@@ -52,7 +52,7 @@ else()
     TARGETS vxtv-television vx-virtual-tv vxtv-hotel-app vxtv-show
     HEADERS <SQLiteCpp/SQLiteCpp.h> <nlohmann/json.hpp> <fmt/format.h>)
   vx_precompile(
-    TARGETS vxtv-commands vxtv-session vxclone-commands vx-pages vxclone-manual vxtv-manual
+    TARGETS vx-command-line vxtv-commands vxtv-session vxclone-commands vx-pages vxclone-manual vxtv-manual
     HEADERS <CLI/CLI.hpp> <nlohmann/json.hpp>)
   vx_precompile(TARGETS vxclone-app HEADERS <nlohmann/json.hpp> <fmt/format.h>)
 endif()

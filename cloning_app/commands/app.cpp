@@ -6,6 +6,7 @@
 #include "cloning_app/error_catalogue.h"
 #include "cloning_app/run/category.h"
 #include "cloning_app/version.h"
+#include "common/command_line.h"
 
 namespace vxclone {
 
@@ -15,7 +16,7 @@ constexpr std::size_t kHelpWidth = 80;
 constexpr std::size_t kOptionWidth = 22;
 
 /// Says of an option what follows it, and no more: what is required stands in the usage line.
-class HelpFormatter : public CLI::Formatter {
+class HelpFormatter : public vxcommon::HelpFormatter {
  public:
     HelpFormatter() { column_width(kOptionWidth); }
 
@@ -98,24 +99,12 @@ std::string footer() {
     return text + "\nEach command explains itself: vxclone COMMAND --help";
 }
 
-/// A wrong command line, in one sentence.
-std::string sentenceOf(const CLI::App* app, const CLI::Error& error) {
-    std::string what = error.what();
-    if (what.rfind("The ", 0) == 0) {
-        what.front() = 't';
-    }
-    const auto parsed = app->get_subcommands();
-    const std::string verb = parsed.empty() ? "" : parsed.front()->get_name() + " ";
-    return "vxclone: " + what + "; see vxclone " + verb + "--help\n";
-}
-
 }  // namespace
 
 std::unique_ptr<CLI::App> makeApp(Action& chosen) {
     auto app = std::make_unique<CLI::App>(
         "Clones this hotel television: saves it onto a stick, loads it from one.", "vxclone");
     app->formatter(std::make_shared<HelpFormatter>());
-    app->failure_message(sentenceOf);
     app->set_version_flag("--version", "vxclone " + std::string(version()), "Print the version and end");
     app->require_subcommand(0, 1);
     app->footer(footer());
@@ -125,6 +114,7 @@ std::unique_ptr<CLI::App> makeApp(Action& chosen) {
         app->get_subcommand(std::string(verb.name))
             ->footer("Examples:\n" + std::string(verb.examples) + rest);
     }
+    vxcommon::finishCommandLine(*app, "Say everything as JSON, one object a line");
     return app;
 }
 

@@ -1,8 +1,11 @@
 #include "cloning_app/run/category.h"
 
 #include <algorithm>
+#include <cctype>
+#include <string>
 
 #include "cloning_app/package/layout.h"
+#include "common/suggestion.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -162,9 +165,17 @@ constexpr bool isInTheOrderOfTheValues() {
 
 static_assert(isInTheOrderOfTheValues(), "the table has one row for each category, in their order");
 
+std::string inSmallLetters(std::string_view text) {
+    std::string small(text);
+    std::transform(small.begin(), small.end(), small.begin(),
+                   [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
+    return small;
+}
+
 std::optional<VXClone> categoryTyped(std::string_view name) {
+    const std::string typed = inSmallLetters(name);
     for (const Category& category : kCategories) {
-        if (name == category.name || name == category.enumerator) {
+        if (typed == category.name || typed == inSmallLetters(category.enumerator)) {
             return category.value;
         }
     }
@@ -172,12 +183,16 @@ std::optional<VXClone> categoryTyped(std::string_view name) {
 }
 
 tl::unexpected<Error> unknownCategory(std::string_view name) {
-    std::string names;
+    std::vector<std::string> names;
+    std::string list;
     for (const Category& category : kCategories) {
-        names += " " + std::string(category.name);
+        names.emplace_back(category.name);
+        list += " " + names.back();
     }
+    const std::string question = vxcommon::didYouMean(name, names);
     return failure(ErrorCode::UnknownCategory,
-                   "there is no category \"" + vxcommon::printable(name) + "\"; choose from:" + names);
+                   "there is no category \"" + vxcommon::printable(name) + "\"; " +
+                       (question.empty() ? "choose from:" : question + " Choose from:") + list);
 }
 
 }  // namespace

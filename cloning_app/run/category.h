@@ -76,8 +76,9 @@ std::vector<VXClone> allCategories();
 /// The names in a list such as "channels, apps", without the blanks around them. An empty list has none.
 std::vector<std::string_view> namesInList(std::string_view list);
 
-/// The categories of a list such as "channels,apps": our names or the enumerators', in the library's order,
-/// each once. Errors: `UnknownCategory`, naming it and all that there are.
+/// The categories of a list such as "channels, apps": our names or the enumerators', in capitals or not and
+/// with blanks around them or without; in the library's order, each once. Errors: `UnknownCategory`, naming
+/// it, the one that is likely meant and all that there are.
 Result<std::vector<VXClone>> parseCategories(std::string_view list);
 
 }  // namespace vxclone

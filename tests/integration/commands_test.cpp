@@ -210,6 +210,45 @@ TEST_F(CommandsTest, createThatCannotBeIsRefused) {
     EXPECT_FALSE(std::filesystem::exists(place / "new"));
 }
 
+TEST_F(CommandsTest, invalidLineIsOneSentenceWithTheNextStep) {
+    const auto sentence = [this](std::vector<std::string> arguments) {
+        const Finished finished = vxtv(std::move(arguments), 2);
+        EXPECT_THAT(finished.output, IsEmpty());
+        return finished.errors;
+    };
+    EXPECT_EQ(sentence({"creat", first}), "vxtv: there is no command \"creat\"; did you mean create?\n");
+    EXPECT_EQ(sentence({"fault", first, "ad"}), "vxtv: fault has no command \"ad\"; did you mean add?\n");
+    EXPECT_EQ(sentence({"fault", "list"}), "vxtv: DIR is required before list; see vxtv fault --help\n");
+    EXPECT_EQ(sentence({"fault", first, "add"}), "vxtv: CALL is required; see vxtv fault DIR add --help\n");
+    EXPECT_EQ(sentence({"create", first}), "vxtv: --profile NAME|FILE is required; see vxtv create --help\n");
+    EXPECT_EQ(sentence({"run", first, "--stik", "x", "--", "ls"}),
+              "vxtv: run has no option --stik; did you mean --stick?\n");
+    EXPECT_EQ(sentence({"compare", first, second, "a", "b"}),
+              "vxtv: the following arguments were not expected: a b; see vxtv compare --help\n");
+}
+
+TEST_F(CommandsTest, invalidLineIsAJsonErrorWhereverJsonWasAskedFor) {
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{"--json", "fault", first, "lst"}, {"fault", first, "lst", "--json"}}) {
+        const Finished finished = vxtv(arguments, 2);
+        EXPECT_THAT(finished.errors, IsEmpty());
+        EXPECT_EQ(finished.output,
+                  R"({"version":1,"event":"error","code":"bad-arguments","exit":2,"message":)"
+                  R"("fault has no command \"lst\"; did you mean list?"})"
+                  "\n");
+    }
+    EXPECT_THAT(vxtv({"destroy", first, "--json"}, 2).output,
+                HasSubstr(R"("message":"destroy has no option --json; see vxtv destroy --help")"));
+    EXPECT_THAT(vxtv({"run", first, "--stik", "--", "ls", "--json"}, 2).output, IsEmpty());
+}
+
+TEST_F(CommandsTest, jsonBeforeTheCommandIsTheSameAsBehindIt) {
+    EXPECT_EQ(vxtv({"--json", "info", first}).output, vxtv({"info", first, "--json"}).output);
+    EXPECT_EQ(vxtv({"--json", "fault", first, "list"}).output, "[]\n");
+    EXPECT_EQ(vxtv({"fault", first, "--json", "list"}).output, "[]\n");
+    EXPECT_THAT(vxtv({"--json", "destroy", first}, 2).output, HasSubstr("destroy has no option --json"));
+}
+
 TEST_F(CommandsTest, helpAndVersionAreNoFailure) {
     EXPECT_THAT(vxtv({"--help"}).output, HasSubstr("create"));
     EXPECT_THAT(vxtv({"--version"}).output, HasSubstr("1.0.0"));

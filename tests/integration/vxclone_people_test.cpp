@@ -1,5 +1,5 @@
 // vxclone in the hands of a person: sticks that are full, write-protected or pulled out, a run that died, two
-// runs at once, and a wrong command line; and what is then read, word for word.
+// runs at once, and an invalid command line; and what is then read, word for word.
 
 #include <sys/mount.h>
 
@@ -203,34 +203,70 @@ TEST_F(VxclonePeopleTest, noCommandEverPrintsThePin) {
     EXPECT_THAT(readFile(place / "stick/support.tar"), Not(ContainsRegex("86420|97531")));
 }
 
-/// A command line that makes no sense, and the sentence for it.
+/// An invalid command line, and the sentence for it.
 struct WrongLine {
     std::vector<std::string> arguments;
     std::string sentence;
 };
 
-TEST(VxcloneCommandLine, lineThatMakesNoSenseIsOneSentenceWithTheNextStep) {
-    for (const WrongLine& wrong : {
-             WrongLine{{},
-                       "nothing to do; name a command, such as backup, restore or verify (see vxclone "
-                       "--help)"},
-             {{"bakcup"}, "the following argument was not expected: bakcup; see vxclone --help"},
-             {{"backup"}, "DIR is required; see vxclone backup --help"},
-             {{"undo", "--now"}, "the following argument was not expected: --now; see vxclone undo --help"},
-             {{"restore", "/x/y", "--only", "av", "--except", "av"},
-              "--only excludes --except; see vxclone restore --help"},
-             {{"restore", "/x/y", "--expect", "12"},
-              "--expect: give 16 to 64 digits of a digest, 0-9 and a-f, from its beginning; see vxclone "
-              "restore --help"},
-         }) {
-        Program program;
-        program.command = {vxcloneProgram()};
-        program.command.insert(program.command.end(), wrong.arguments.begin(), wrong.arguments.end());
-        const Finished finished = run(program);
+const std::vector<WrongLine> kWrongLines = {
+    {{}, "nothing to do; name a command, such as backup, restore or verify (see vxclone --help)"},
+    {{"bakup", "/x/y"}, "there is no command \"bakup\"; did you mean backup?"},
+    {{"frobnicate"}, "there is no command \"frobnicate\"; see vxclone --help"},
+    {{"backup"}, "DIR is required; see vxclone backup --help"},
+    {{"undo", "--now"}, "undo has no option --now; see vxclone undo --help"},
+    {{"restore", "/x/y", "--onyl", "av"}, "restore has no option --onyl; did you mean --only?"},
+    {{"undo", "a", "b", "c"}, "the following arguments were not expected: a b c; see vxclone undo --help"},
+    {{"restore", "/x/y", "--only"}, "--only needs a value: --only CATEGORY,...; see vxclone restore --help"},
+    {{"restore", "/x/y", "--only", "av", "--except", "av"},
+     "--only excludes --except; see vxclone restore --help"},
+    {{"restore", "/x/y", "--expect", "12"},
+     "--expect: give 16 to 64 digits of a digest, 0-9 and a-f, from its beginning; see vxclone restore "
+     "--help"},
+};
+
+Finished ofCommandLine(const std::vector<std::string>& arguments) {
+    Program program;
+    program.command = {vxcloneProgram()};
+    program.command.insert(program.command.end(), arguments.begin(), arguments.end());
+    return run(program);
+}
+
+TEST(VxcloneCommandLine, invalidLineIsOneSentenceWithTheNextStep) {
+    for (const WrongLine& wrong : kWrongLines) {
+        const Finished finished = ofCommandLine(wrong.arguments);
         EXPECT_EQ(finished.status, ended::kUsage);
         EXPECT_EQ(finished.errors, "vxclone: " + wrong.sentence + "\n");
         EXPECT_THAT(finished.output, IsEmpty());
     }
+}
+
+TEST(VxcloneCommandLine, invalidLineIsAJsonErrorWhereverJsonWasAskedFor) {
+    for (const WrongLine& wrong : kWrongLines) {
+        std::vector<std::string> before = wrong.arguments;
+        before.insert(before.begin(), "--json");
+        const Finished finished = ofCommandLine(before);
+        EXPECT_EQ(finished.status, ended::kUsage);
+        EXPECT_THAT(finished.errors, IsEmpty());
+        const nlohmann::json line = nlohmann::json::parse(finished.output);
+        const nlohmann::json expected = {{"version", 1},
+                                         {"event", "error"},
+                                         {"code", "bad-arguments"},
+                                         {"exit", ended::kUsage},
+                                         {"message", wrong.sentence}};
+        EXPECT_EQ(line, expected);
+    }
+    EXPECT_THAT(ofCommandLine({"restore", "--onyl", "--json"}).output,
+                HasSubstr(R"("message":"restore has no option --onyl; did you mean --only?")"));
+}
+
+TEST(VxcloneCommandLine, jsonBeforeTheCommandIsTheSameAsBehindIt) {
+    const Finished before = ofCommandLine({"--json", "inspect", "/nowhere/clone"});
+    const Finished behind = ofCommandLine({"inspect", "/nowhere/clone", "--json"});
+    EXPECT_THAT(before.output, StartsWith(R"({"version":1,"event":"error")"));
+    EXPECT_EQ(before.output, behind.output);
+    EXPECT_EQ(before.status, behind.status);
+    EXPECT_EQ(before.errors + behind.errors, "");
 }
 
 TEST(VxcloneCommandLine, helpOfEveryCommandFitsATerminalOf80ColumnsAndShowsAnExample) {

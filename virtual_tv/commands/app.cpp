@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include "common/command_line.h"
 #include "common/terminal_table.h"
 #include "virtual_tv/commands/help_formatter.h"
 
@@ -31,6 +32,7 @@ std::unique_ptr<CLI::App> makeApp(Action& chosen) {
     for (const AddCommand add : kCommands) {
         add(*app, chosen);
     }
+    vxcommon::finishCommandLine(*app, "For programs: write JSON, where the command has it");
     return app;
 }
 

@@ -45,7 +45,7 @@ std::string HelpFormatter::make_description(const CLI::App* app) const {
 }
 
 std::string HelpFormatter::make_usage(const CLI::App* app, std::string name) const {
-    return brokenText(Formatter::make_usage(app, std::move(name)), columns_, kUsageIndent);
+    return brokenText(vxcommon::HelpFormatter::make_usage(app, std::move(name)), columns_, kUsageIndent);
 }
 
 std::string HelpFormatter::make_footer(const CLI::App* app) const {

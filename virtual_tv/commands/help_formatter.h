@@ -4,11 +4,13 @@
 #include <cstddef>
 #include <string>
 
+#include "common/command_line.h"
+
 namespace vxtv {
 
 /// Help in lines of at most so many columns, broken between words. Says of an option what follows it, and no
 /// more: what is required stands in the usage line.
-class HelpFormatter : public CLI::Formatter {
+class HelpFormatter : public vxcommon::HelpFormatter {
  public:
     explicit HelpFormatter(std::size_t columns);
 

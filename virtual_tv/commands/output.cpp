@@ -43,6 +43,11 @@ void printJson(const nlohmann::ordered_json& document) {
     print(document.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
 }
 
+void printJsonLine(const nlohmann::ordered_json& document) {
+    constexpr int kNoIndent = -1;
+    print(document.dump(kNoIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+}
+
 std::string forTerminal(std::string_view text, bool keepColours) {
     std::string result;
     while (!text.empty()) {

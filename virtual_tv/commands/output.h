@@ -22,6 +22,9 @@ void print(std::string_view text);
 /// Writes the document on standard output, indented; what is no UTF-8 is replaced.
 void printJson(const nlohmann::ordered_json& document);
 
+/// Writes the document on standard output as one line; what is no UTF-8 is replaced.
+void printJsonLine(const nlohmann::ordered_json& document);
+
 /// The text without anything that steers a terminal but line feeds and, when `keepColours`, colour codes.
 std::string forTerminal(std::string_view text, bool keepColours);
 

@@ -32,7 +32,8 @@ TEST(Category, parseOfEnumeratorsIsTheSameAsOfNames) {
 }
 
 TEST(Category, parseOfUnknownNameIsRefusedNamingItAndAllThatThereAre) {
-    for (const char* const list : {"channels,chanels", "", "channels,", ",channels", "chan nels"}) {
+    for (const char* const list :
+         {"channels,chanels", "", " ", "channels,", ",channels", "channels, ,apps", "chan nels"}) {
         const auto parsed = parseCategories(list);
         ASSERT_FALSE(parsed) << list;
         EXPECT_EQ(parsed.error().code, ErrorCode::UnknownCategory);
@@ -41,6 +42,25 @@ TEST(Category, parseOfUnknownNameIsRefusedNamingItAndAllThatThereAre) {
         }
     }
     EXPECT_THAT(parseCategories("chanels").error().sentence, HasSubstr("\"chanels\""));
+}
+
+TEST(Category, parseTakesBlanksAroundNamesAndCapitals) {
+    for (const char* const list :
+         {"av, channels", " av ,\tchannels ", "AV,Channels", "vxclone_av_settings,CHANNELS"}) {
+        const auto parsed = parseCategories(list);
+        ASSERT_TRUE(parsed) << list;
+        EXPECT_THAT(*parsed, ElementsAre(VXCLONE_AV_SETTINGS, VXCLONE_BROADCAST_TVS)) << list;
+    }
+}
+
+TEST(Category, parseOfMistypedNameAsksForTheOneThatIsMeant) {
+    const std::string all =
+        "hoose from: factory av home-data was settings-keys channels settings guide timers boot-logo "
+        "home-menu apps "
+        "mbr-logo ambient network-time";
+    EXPECT_EQ(parseCategories("av,chanels").error().sentence,
+              "there is no category \"chanels\"; did you mean channels? C" + all);
+    EXPECT_EQ(parseCategories("picture").error().sentence, "there is no category \"picture\"; c" + all);
 }
 
 TEST(Category, parseOfNameWithControlCharactersDoesNotPrintThem) {

@@ -1,0 +1,387 @@
+#include "common/command_line.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "common/suggestion.h"
+#include "common/terminal_table.h"
+
+namespace vxcommon {
+
+namespace {
+
+using Words = std::vector<std::string>;
+using Options = std::vector<const CLI::Option*>;
+
+constexpr std::string_view kEndOfOptions = "--";
+
+bool looksLikeOption(const std::string& word) {
+    return word.size() > 1 && word.front() == '-';
+}
+
+Options operandsOf(const CLI::App& command) {
+    return command.get_options([](const CLI::Option* option) { return option->get_positional(); });
+}
+
+Options namedOptionsOf(const CLI::App& command) {
+    return command.get_options([](const CLI::Option* option) { return !option->get_positional(); });
+}
+
+std::vector<const CLI::App*> commandsOf(const CLI::App& command) {
+    return command.get_subcommands([](const CLI::App*) { return true; });
+}
+
+std::string nameOf(const CLI::Option& option) {
+    return option.get_name(option.get_positional(), false);
+}
+
+/// An option with what follows it: "--profile NAME|FILE".
+std::string withValue(const CLI::Option& option) {
+    const std::string& text = option.get_option_text();
+    return nameOf(option) + " " + (text.empty() ? option.get_type_name() : text);
+}
+
+/// The command as it is typed, with the arguments of the commands above it: "vxtv fault DIR add".
+std::string pathOf(const CLI::App& command) {
+    const CLI::App* const above = command.get_parent();
+    if (above == nullptr) {
+        return command.get_name();
+    }
+    std::string path = pathOf(*above);
+    for (const CLI::Option* const operand : operandsOf(*above)) {
+        path += " " + nameOf(*operand);
+    }
+    return path + " " + command.get_name();
+}
+
+/// The command as it is spoken of: "fault add". Empty for the program itself.
+std::string spoken(const CLI::App& command) {
+    const CLI::App* const above = command.get_parent();
+    if (above == nullptr) {
+        return "";
+    }
+    const std::string before = spoken(*above);
+    return before + (before.empty() ? "" : " ") + command.get_name();
+}
+
+/// Says of whom something is lacking: "fault has", or "there is" for the program.
+std::string whoHas(const CLI::App& command) {
+    return command.get_parent() == nullptr ? "there is" : spoken(command) + " has";
+}
+
+std::string helpOf(const CLI::App& command) {
+    return "; see " + pathOf(command) + " --help";
+}
+
+/// The program, and the commands of it that were typed, each below the one before.
+std::vector<const CLI::App*> typedCommands(const CLI::App& program) {
+    std::vector<const CLI::App*> typed = {&program};
+    while (!typed.back()->get_subcommands().empty()) {
+        typed.push_back(typed.back()->get_subcommands().front());
+    }
+    return typed;
+}
+
+Words namesOf(const std::vector<const CLI::App*>& commands) {
+    Words names;
+    for (const CLI::App* const command : commands) {
+        names.push_back(command->get_name());
+    }
+    return names;
+}
+
+std::string orHelp(const std::string& question, const CLI::App& command) {
+    return question.empty() ? helpOf(command) : "; " + question;
+}
+
+std::string unknownCommand(const CLI::App& above, const std::string& word) {
+    return whoHas(above) + " no command \"" + printable(word) + "\"" +
+           orHelp(didYouMean(word, namesOf(commandsOf(above))), above);
+}
+
+std::string unknownOption(const CLI::App& command, const std::string& word) {
+    const std::string name = word.substr(0, word.find('='));
+    Words names;
+    for (const CLI::Option* const option : namedOptionsOf(command)) {
+        names.push_back(nameOf(*option));
+    }
+    return whoHas(command) + " no option " + printable(name) + orHelp(didYouMean(name, names), command);
+}
+
+/// The first word where a command should stand and none does. What asks for help gets help.
+std::optional<std::string> unknownFirstWord(const CLI::App& program, const Words& words) {
+    const Words known = namesOf(commandsOf(program));
+    for (const std::string& word : words) {
+        if (word == "--help" || word == "-h" || word == "--version") {
+            return std::nullopt;
+        }
+        if (!looksLikeOption(word)) {
+            const bool there = std::find(known.begin(), known.end(), word) != known.end();
+            return there ? std::nullopt : std::optional(unknownCommand(program, word));
+        }
+    }
+    return std::nullopt;
+}
+
+/// A word that the parser could not place, and the command that it was typed behind.
+struct LeftOver {
+    const CLI::App* command = nullptr;
+    std::size_t place = 0;
+    std::string word;
+};
+
+/// All of them, in the order of the command line.
+std::vector<LeftOver> leftOversOf(const CLI::App& program, const Words& words) {
+    std::vector<LeftOver> all;
+    for (const CLI::App* const command : typedCommands(program)) {
+        for (const std::string& word : command->remaining()) {
+            const auto place = std::find(words.begin(), words.end(), word) - words.begin();
+            if (!command->get_allow_extras() && word != kEndOfOptions) {
+                all.push_back({command, static_cast<std::size_t>(place), word});
+            }
+        }
+    }
+    std::stable_sort(all.begin(), all.end(),
+                     [](const LeftOver& one, const LeftOver& other) { return one.place < other.place; });
+    return all;
+}
+
+/// Leaves those out that belong to another command, which this one runs: they stand behind a "--".
+std::vector<LeftOver> withoutOtherCommand(std::vector<LeftOver> leftOvers, const Words& words) {
+    const auto end =
+        static_cast<std::size_t>(std::find(words.begin(), words.end(), kEndOfOptions) - words.begin());
+    leftOvers.erase(std::remove_if(leftOvers.begin(), leftOvers.end(),
+                                   [end](const LeftOver& leftOver) {
+                                       return leftOver.command->get_prefix_command() && leftOver.place > end;
+                                   }),
+                    leftOvers.end());
+    return leftOvers;
+}
+
+std::string unexpected(const CLI::App& program, const std::vector<LeftOver>& leftOvers) {
+    const LeftOver& first = leftOvers.front();
+    if (looksLikeOption(first.word)) {
+        return unknownOption(*first.command, first.word);
+    }
+    const CLI::App& last = *typedCommands(program).back();
+    if (first.command == &last && !commandsOf(last).empty()) {
+        return unknownCommand(last, first.word);
+    }
+    std::string text;
+    for (const LeftOver& leftOver : leftOvers) {
+        text += " " + printable(leftOver.word);
+    }
+    return (leftOvers.size() == 1 ? "the following argument was not expected:"
+                                  : "the following arguments were not expected:") +
+           text + helpOf(last);
+}
+
+/// Whether the name of a command was taken for an argument that is missing before it: `vxtv fault list`.
+std::optional<std::string> argumentLeftOutBefore(const CLI::App& program) {
+    const CLI::App& last = *typedCommands(program).back();
+    const Words below = namesOf(commandsOf(last));
+    for (const CLI::Option* const operand : operandsOf(last)) {
+        const Words& typed = operand->results();
+        if (!typed.empty() && std::find(below.begin(), below.end(), typed.front()) != below.end()) {
+            return nameOf(*operand) + " is required before " + typed.front() + helpOf(last);
+        }
+    }
+    return std::nullopt;
+}
+
+/// The first one that is missing, in the order of the command line.
+std::optional<std::string> missingArgument(const CLI::App& program) {
+    const auto isMissing = [](const CLI::Option* option) {
+        return option->get_required() && option->count() == 0;
+    };
+    for (const CLI::App* const command : typedCommands(program)) {
+        const Options operands = operandsOf(*command);
+        const Options options = namedOptionsOf(*command);
+        if (const auto found = std::find_if(operands.begin(), operands.end(), isMissing);
+            found != operands.end()) {
+            return nameOf(**found) + " is required" + helpOf(*command);
+        }
+        if (const auto found = std::find_if(options.begin(), options.end(), isMissing);
+            found != options.end()) {
+            return withValue(**found) + " is required" + helpOf(*command);
+        }
+    }
+    return std::nullopt;
+}
+
+std::string missingCommand(const CLI::App& above) {
+    std::string text;
+    const Words names = namesOf(commandsOf(above));
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        text += (index == 0 ? "" : index + 1 == names.size() ? " or " : ", ") + names[index];
+    }
+    return "a command is missing after " + spoken(above) + ": " + text + helpOf(above);
+}
+
+bool begins(const std::string& text, const std::string& with) {
+    return text.rfind(with, 0) == 0;
+}
+
+/// An option whose value is missing, is given twice or does not fit.
+std::optional<std::string> badValue(const CLI::App& program, const std::string& what) {
+    for (const CLI::App* const command : typedCommands(program)) {
+        for (const CLI::Option* const option : command->get_options()) {
+            const std::string name = nameOf(*option);
+            const bool conversion = begins(what, "Could not convert: " + name + " = ");
+            if (!conversion && !begins(what, name + ": 1 required") && !begins(what, name + ": At Most")) {
+                continue;
+            }
+            if (option->get_type_size() == 0) {
+                return name + " takes no value" + helpOf(*command);
+            }
+            if (conversion) {
+                return "\"" + printable(option->results().back()) + "\" does not fit " + withValue(*option) +
+                       helpOf(*command);
+            }
+            return (option->count() > 1 ? name + " is given more than once"
+                                        : name + " needs a value: " + withValue(*option)) +
+                   helpOf(*command);
+        }
+    }
+    return std::nullopt;
+}
+
+std::string sentenceOf(const CLI::App& program, const CLI::ParseError& error, const Words& words) {
+    if (const auto leftOut = argumentLeftOutBefore(program)) {
+        return *leftOut;
+    }
+    const std::vector<LeftOver> leftOvers = leftOversOf(program, words);
+    if (const auto ours = withoutOtherCommand(leftOvers, words); !ours.empty()) {
+        return unexpected(program, ours);
+    }
+    const std::string what = error.what();
+    if (const auto bad = badValue(program, what)) {
+        return *bad;
+    }
+    const CLI::App& last = *typedCommands(program).back();
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError)) {
+        const auto missing = missingArgument(program);
+        return missing ? *missing : missingCommand(last);
+    }
+    return printable(what) + helpOf(last);
+}
+
+const CLI::Option* jsonOf(const CLI::App& command) {
+    return command.get_option_no_throw(kJsonOption);
+}
+
+bool knowsJson(const CLI::App& command) {
+    const std::vector<const CLI::App*> below = commandsOf(command);
+    return jsonOf(command) != nullptr ||
+           std::any_of(below.begin(), below.end(), [](const CLI::App* each) { return knowsJson(*each); });
+}
+
+/// Hands the command the flag that stood before it as if it stood behind it.
+void takeJsonFrom(CLI::App& command, const Options& above) {
+    CLI::Option* const own = command.get_option_no_throw(kJsonOption);
+    if (own != nullptr) {
+        command.preparse_callback([own, above](std::size_t) {
+            if (std::any_of(above.begin(), above.end(),
+                            [](const auto* flag) { return flag->count() != 0; })) {
+                own->add_result("true");
+            }
+        });
+    }
+}
+
+void acceptJson(CLI::App& command, const std::string& description, Options above) {
+    const std::vector<CLI::App*> below = command.get_subcommands([](CLI::App*) { return true; });
+    if (below.empty()) {
+        takeJsonFrom(command, above);
+    } else if (knowsJson(command)) {
+        above.push_back(command.add_flag(kJsonOption, description));
+        for (CLI::App* const each : below) {
+            acceptJson(*each, description, above);
+        }
+    }
+}
+
+void nameGroups(CLI::App& command) {
+    for (CLI::App* const each : command.get_subcommands([](CLI::App*) { return true; })) {
+        each->group("Commands");
+        nameGroups(*each);
+    }
+}
+
+/// The sentence for a flag that stood before a command that has no such flag.
+std::optional<std::string> jsonWithoutUse(const CLI::App& program) {
+    const std::vector<const CLI::App*> typed = typedCommands(program);
+    const bool asked = std::any_of(typed.begin(), typed.end(), [](const CLI::App* command) {
+        return jsonOf(*command) != nullptr && jsonOf(*command)->count() != 0;
+    });
+    return asked && jsonOf(*typed.back()) == nullptr
+               ? std::optional(unknownOption(*typed.back(), kJsonOption))
+               : std::nullopt;
+}
+
+/// What stands in the usage line behind the command: its arguments, options and commands.
+std::string argumentsOf(const CLI::App& command) {
+    std::string text;
+    std::string another;
+    for (const CLI::Option* const operand : operandsOf(command)) {
+        const std::string name = nameOf(*operand);
+        text += operand->get_required() ? " " + name : " [" + name + "]";
+    }
+    if (command.get_prefix_command()) {
+        // The last one is the command that is run, and whatever follows is that one's.
+        const std::size_t last = text.rfind(' ');
+        another = " --" + text.substr(last) + " ...";
+        text.erase(last);
+    }
+    bool choice = false;
+    for (const CLI::Option* const option : namedOptionsOf(command)) {
+        text += option->get_required() ? " " + withValue(*option) : "";
+        choice = choice || (!option->get_required() && option != command.get_help_ptr());
+    }
+    const std::string below = commandsOf(command).empty() ? "" : " COMMAND";
+    return text + (choice ? " [OPTIONS]" : "") + below + another;
+}
+
+}  // namespace
+
+HelpFormatter::HelpFormatter() {
+    label("Positionals", "Arguments");
+}
+
+std::string HelpFormatter::make_usage(const CLI::App* command, std::string /*name*/) const {
+    return "Usage: " + pathOf(*command) + argumentsOf(*command) + "\n";
+}
+
+void finishCommandLine(CLI::App& program, const std::string& json) {
+    acceptJson(program, json, {});
+    nameGroups(program);
+}
+
+std::vector<std::string> wordsOf(int count, char** arguments) {
+    return count > 1 ? Words(arguments + 1, arguments + count) : Words();
+}
+
+bool asksForJson(const std::vector<std::string>& words) {
+    const auto end = std::find(words.begin(), words.end(), kEndOfOptions);
+    return std::find(words.begin(), end, kJsonOption) != end;
+}
+
+tl::expected<bool, std::string> parseCommandLine(CLI::App& program, const std::vector<std::string>& words) {
+    if (const auto unknown = unknownFirstWord(program, words)) {
+        return tl::make_unexpected(*unknown);
+    }
+    try {
+        program.parse(Words(words.rbegin(), words.rend()));
+    } catch (const CLI::Success& wanted) {
+        program.exit(wanted);
+        return false;
+    } catch (const CLI::ParseError& error) {
+        return tl::make_unexpected(sentenceOf(program, error, words));
+    }
+    if (const auto useless = jsonWithoutUse(program)) {
+        return tl::make_unexpected(*useless);
+    }
+    return true;
+}
+
+}  // namespace vxcommon
