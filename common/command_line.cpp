@@ -101,11 +101,8 @@ std::string unknownCommand(const CLI::App& above, const std::string& word) {
 
 std::string unknownOption(const CLI::App& command, const std::string& word) {
     const std::string name = word.substr(0, word.find('='));
-    Words names;
-    for (const CLI::Option* const option : namedOptionsOf(command)) {
-        names.push_back(nameOf(*option));
-    }
-    return whoHas(command) + " no option " + printable(name) + orHelp(didYouMean(name, names), command);
+    return whoHas(command) + " no option " + printable(name) +
+           orHelp(didYouMean(name, optionNames(command)), command);
 }
 
 /// The first word where a command should stand and none does. What asks for help gets help.
@@ -222,25 +219,31 @@ bool begins(const std::string& text, const std::string& with) {
     return text.rfind(with, 0) == 0;
 }
 
+/// What is wrong with the option's value, as the parser's sentence tells; nothing when it tells of another
+/// one.
+std::optional<std::string> badValueOf(const CLI::Option& option, const std::string& what) {
+    const std::string name = nameOf(option);
+    const std::string conversion = "Could not convert: " + name + " = ";
+    const bool flag = option.get_expected_max() == 0;
+    if (begins(what, conversion)) {
+        return flag ? name + " takes no value"
+                    : "\"" + printable(what.substr(conversion.size())) + "\" does not fit " +
+                          withValue(option);
+    }
+    if (begins(what, name + ": 1 required")) {
+        return name + " needs a value: " + withValue(option);
+    }
+    return begins(what, name + ": At Most") ? std::optional(name + " is given more than once") : std::nullopt;
+}
+
 /// An option whose value is missing, is given twice or does not fit.
 std::optional<std::string> badValue(const CLI::App& program, const std::string& what) {
-    for (const CLI::App* const command : typedCommands(program)) {
-        for (const CLI::Option* const option : command->get_options()) {
-            const std::string name = nameOf(*option);
-            const bool conversion = begins(what, "Could not convert: " + name + " = ");
-            if (!conversion && !begins(what, name + ": 1 required") && !begins(what, name + ": At Most")) {
-                continue;
+    const std::vector<const CLI::App*> typed = typedCommands(program);
+    for (auto command = typed.rbegin(); command != typed.rend(); ++command) {
+        for (const CLI::Option* const option : (*command)->get_options()) {
+            if (const auto bad = badValueOf(*option, what)) {
+                return *bad + helpOf(**command);
             }
-            if (option->get_type_size() == 0) {
-                return name + " takes no value" + helpOf(*command);
-            }
-            if (conversion) {
-                return "\"" + printable(option->results().back()) + "\" does not fit " + withValue(*option) +
-                       helpOf(*command);
-            }
-            return (option->count() > 1 ? name + " is given more than once"
-                                        : name + " needs a value: " + withValue(*option)) +
-                   helpOf(*command);
         }
     }
     return std::nullopt;
@@ -350,6 +353,14 @@ HelpFormatter::HelpFormatter() {
 
 std::string HelpFormatter::make_usage(const CLI::App* command, std::string /*name*/) const {
     return "Usage: " + pathOf(*command) + argumentsOf(*command) + "\n";
+}
+
+std::vector<std::string> optionNames(const CLI::App& command) {
+    Words names;
+    for (const CLI::Option* const option : namedOptionsOf(command)) {
+        names.push_back(nameOf(*option));
+    }
+    return names;
 }
 
 void finishCommandLine(CLI::App& program, const std::string& json) {

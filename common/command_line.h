@@ -22,6 +22,9 @@ class HelpFormatter : public CLI::Formatter {
 /// too, and whatever command has it takes it from there; `json` describes it in the help.
 void finishCommandLine(CLI::App& program, const std::string& json);
 
+/// The names of the command's options, "--help" among them.
+std::vector<std::string> optionNames(const CLI::App& command);
+
 /// Whether the words of a command line ask for JSON, wherever; what follows a "--" is not looked at.
 bool asksForJson(const std::vector<std::string>& words);
 

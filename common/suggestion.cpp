@@ -11,15 +11,6 @@ constexpr std::size_t kMostNames = 3;
 constexpr std::size_t kMostChanges = 3;
 constexpr std::size_t kFewestToHold = 3;
 
-std::string inSmallLetters(std::string_view text) {
-    std::string small(text);
-    for (char& character : small) {
-        const bool capital = character >= 'A' && character <= 'Z';
-        character = capital ? static_cast<char>(character - 'A' + 'a') : character;
-    }
-    return small;
-}
-
 /// The changes after which a word is still taken for the name: a third of its characters, one at least.
 std::size_t mostChanges(std::size_t length) {
     return std::clamp<std::size_t>(length / 3, 1, kMostChanges);
@@ -62,6 +53,15 @@ std::vector<std::string> namesThatHold(std::string_view typed, const std::vector
 }
 
 }  // namespace
+
+std::string inSmallLetters(std::string_view text) {
+    std::string small(text);
+    for (char& character : small) {
+        const bool capital = character >= 'A' && character <= 'Z';
+        character = capital ? static_cast<char>(character - 'A' + 'a') : character;
+    }
+    return small;
+}
 
 std::size_t editDistance(std::string_view first, std::string_view second) {
     const std::string one = inSmallLetters(first);

@@ -7,6 +7,9 @@
 
 namespace vxcommon {
 
+/// The text with a small letter for each capital from A to Z.
+std::string inSmallLetters(std::string_view text);
+
 /// How many characters have to be put in, taken out, replaced or swapped with their neighbour before the one
 /// text is the other. A character is a byte; a capital is the same as its small letter.
 std::size_t editDistance(std::string_view first, std::string_view second);

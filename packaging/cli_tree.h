@@ -7,6 +7,19 @@
 
 namespace vxpages {
 
+/// What a shell offers where a value is typed.
+struct CliChoice {
+    std::vector<std::string> words;  ///< these words
+    bool several = false;            ///< any number of the words, separated by commas
+    /// The program itself is asked: "settings" for `vxtv settings DIR --json`, DIR being the first argument
+    /// of the line. Empty where it is not.
+    std::string asked;
+    std::string member;  ///< what each object of the answer has the word in
+    bool folders = false;
+    bool files = false;
+    bool command = false;  ///< another command, with all that may follow it
+};
+
 /// An option or an operand of a verb.
 struct CliOption {
     std::string shortName;  ///< "-h", or empty
@@ -14,7 +27,7 @@ struct CliOption {
     std::string value;      ///< what follows it, as in the help; empty for a flag
     std::string description;
     bool required = false;
-    std::vector<std::string> words;  ///< what its comma-separated value is put together from, where known
+    CliChoice choice;
 };
 
 /// A program, or one of its verbs.
@@ -25,12 +38,14 @@ struct CliVerb {
     std::vector<CliOption> options;
     std::vector<CliOption> operands;
     std::vector<CliVerb> verbs;
+    bool runsAnother = false;  ///< its last operand is a command, and whatever follows is that one's
 };
 
-/// What the values of an option are put together from, by the option's long name.
-using Words = std::map<std::string, std::vector<std::string>>;
+/// What is offered for the values of an option or an operand, by its name. Where nothing stands here, the
+/// name of the value tells: "DIR" is a folder, "FILE" a file, "auto|root" one of these words.
+using Choices = std::map<std::string, CliChoice>;
 
 /// The program's command line as it parses it.
-CliVerb treeOf(const CLI::App& app, const Words& words);
+CliVerb treeOf(const CLI::App& app, const Choices& choices);
 
 }  // namespace vxpages

@@ -47,11 +47,33 @@ std::string inBrackets(const std::string& text, bool optional) {
     return optional ? "[" + text + "]" : text;
 }
 
+std::string withOperands(std::string command, const CliVerb& verb) {
+    for (const CliOption& operand : verb.operands) {
+        command += " " + operand.longName;
+    }
+    return command;
+}
+
+/// Where the options stand among the operands: before a command that is run with options of its own.
+std::size_t operandsBeforeOptions(const CliVerb& verb) {
+    return verb.operands.size() - (verb.runsAnother ? 1 : 0);
+}
+
+void writeOptions(std::ostream& out, const CliVerb& verb) {
+    for (const CliOption& option : verb.options) {
+        const std::string name = option.longName.empty() ? option.shortName : option.longName;
+        const std::string value = option.value.empty() ? "" : " " + italic(option.value);
+        if (name != "--help") {
+            out << ' ' << inBrackets(bold(name) + value, !option.required);
+        }
+    }
+}
+
 /// A line for each command; `begin` is where the section begins.
 void writeSynopsis(std::ostream& out, std::ostream::pos_type begin, const std::string& command,
                    const CliVerb& verb) {
     for (const CliVerb& below : verb.verbs) {
-        writeSynopsis(out, begin, command + " " + below.name, below);
+        writeSynopsis(out, begin, withOperands(command, verb) + " " + below.name, below);
     }
     if (!verb.verbs.empty()) {
         return;
@@ -60,15 +82,13 @@ void writeSynopsis(std::ostream& out, std::ostream::pos_type begin, const std::s
         out << ".br\n";
     }
     out << bold(command);
-    for (const CliOption& operand : verb.operands) {
+    for (std::size_t index = 0; index < operandsBeforeOptions(verb); ++index) {
+        const CliOption& operand = verb.operands[index];
         out << ' ' << inBrackets(italic(operand.longName), !operand.required);
     }
-    for (const CliOption& option : verb.options) {
-        const std::string name = option.longName.empty() ? option.shortName : option.longName;
-        const std::string value = option.value.empty() ? "" : " " + italic(option.value);
-        if (name != "--help") {
-            out << ' ' << inBrackets(bold(name) + value, !option.required);
-        }
+    writeOptions(out, verb);
+    if (verb.runsAnother) {
+        out << ' ' << bold("--") << ' ' << italic(verb.operands.back().longName) << " ...";
     }
     out << '\n';
 }
@@ -93,7 +113,7 @@ void writeVerb(std::ostream& out, const std::string& command, const CliVerb& ver
     }
     writeExamples(out, verb.footer);
     for (const CliVerb& below : verb.verbs) {
-        writeVerb(out, command + " " + below.name, below);
+        writeVerb(out, withOperands(command, verb) + " " + below.name, below);
     }
 }
 

@@ -5,6 +5,22 @@
 
 namespace vxpages {
 
+std::string withProgramName(std::string text, const std::string& name) {
+    const std::string placeholder = "NAME";
+    for (std::size_t at = text.find(placeholder); at != std::string::npos; at = text.find(placeholder, at)) {
+        text.replace(at, placeholder.size(), name);
+    }
+    return text;
+}
+
+std::string inOneLine(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) {
+        text += (text.empty() ? "" : " ") + word;
+    }
+    return text;
+}
+
 int writePages(const Manual& manual, const std::filesystem::path& share) {
     const std::string& name = manual.program.name;
     const std::pair<std::filesystem::path, std::string> pages[] = {

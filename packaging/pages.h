@@ -29,6 +29,11 @@ std::string manPage(const Manual& manual);
 std::string bashCompletion(const CliVerb& program);
 std::string zshCompletion(const CliVerb& program);
 
+/// A shell function with the program's name wherever NAME stands.
+std::string withProgramName(std::string text, const std::string& name);
+/// The words with a blank between each two.
+std::string inOneLine(const std::vector<std::string>& words);
+
 /// Writes all three where they belong below `share`. Result: 0, or 1 with a sentence on standard error.
 int writePages(const Manual& manual, const std::filesystem::path& share);
 

@@ -3,6 +3,7 @@
 #include "cloning_app/commands/app.h"
 #include "cloning_app/error_catalogue.h"
 #include "cloning_app/run/category.h"
+#include "cloning_app/run/setting_kinds.h"
 #include "cloning_app/version.h"
 
 namespace vxpages {
@@ -43,12 +44,17 @@ Section categorySection() {
     return section;
 }
 
-Words wordsOfOptions() {
-    std::vector<std::string> names;
+Choices choicesOfValues() {
+    CliChoice categories;
+    categories.several = true;
     for (const vxclone::Category& category : vxclone::categories()) {
-        names.emplace_back(category.name);
+        categories.words.emplace_back(category.name);
     }
-    return {{"--only", names}, {"--except", names}};
+    CliChoice lacking = categories;
+    for (const vxclone::SettingFacts& setting : vxclone::clonedSettings()) {
+        lacking.words.emplace_back(setting.key);
+    }
+    return {{"--only", categories}, {"--except", categories}, {"--without", lacking}};
 }
 
 }  // namespace
@@ -56,7 +62,7 @@ Words wordsOfOptions() {
 Manual vxcloneManual() {
     vxclone::Action none;
     const auto app = vxclone::makeApp(none);
-    return {treeOf(*app, wordsOfOptions()),
+    return {treeOf(*app, choicesOfValues()),
             std::string(vxclone::version()),
             kAbout,
             {categorySection(), statusSection(), errorSection()},

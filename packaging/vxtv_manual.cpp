@@ -1,6 +1,8 @@
 #include "packaging/vxtv_manual.h"
 
 #include "virtual_tv/commands/app.h"
+#include "virtual_tv/television/contract_calls.h"
+#include "virtual_tv/television/profile_shelf.h"
 
 namespace vxpages {
 
@@ -21,6 +23,31 @@ Section statusSection() {
              {"any other", "that of the command, of run and shell"}}};
 }
 
+/// What the television on the line lists.
+CliChoice asked(const char* command, const char* member) {
+    CliChoice choice;
+    choice.asked = command;
+    choice.member = member;
+    return choice;
+}
+
+Choices choicesOfValues() {
+    CliChoice calls;
+    for (const auto& call : vxtv::detail::kContractCalls) {
+        calls.words.emplace_back(call.name);
+    }
+    CliChoice profiles;
+    profiles.words = vxtv::ProfileShelf::ofThisProgram().names();
+    profiles.files = true;
+    const CliChoice settings = asked("settings", "key");
+    return {{"CALL", calls},
+            {"--profile", profiles},
+            {"KEY", settings},
+            {"--key", settings},
+            {"NAME", asked("services", "name")},
+            {"ID", asked("app list", "id")}};
+}
+
 }  // namespace
 
 Manual vxtvManual() {
@@ -28,7 +55,11 @@ Manual vxtvManual() {
     const auto app = vxtv::makeApp(none);
     // "vxtv 1.0.0"
     const std::string version = app->version();
-    return {treeOf(*app, {}), version.substr(version.find(' ') + 1), kAbout, {statusSection()}, "vxclone"};
+    return {treeOf(*app, choicesOfValues()),
+            version.substr(version.find(' ') + 1),
+            kAbout,
+            {statusSection()},
+            "vxclone"};
 }
 
 }  // namespace vxpages

@@ -1,7 +1,6 @@
 #include "cloning_app/run/category.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string>
 
 #include "cloning_app/package/layout.h"
@@ -165,17 +164,10 @@ constexpr bool isInTheOrderOfTheValues() {
 
 static_assert(isInTheOrderOfTheValues(), "the table has one row for each category, in their order");
 
-std::string inSmallLetters(std::string_view text) {
-    std::string small(text);
-    std::transform(small.begin(), small.end(), small.begin(),
-                   [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
-    return small;
-}
-
 std::optional<VXClone> categoryTyped(std::string_view name) {
-    const std::string typed = inSmallLetters(name);
+    const std::string typed = vxcommon::inSmallLetters(name);
     for (const Category& category : kCategories) {
-        if (typed == category.name || typed == inSmallLetters(category.enumerator)) {
+        if (typed == category.name || typed == vxcommon::inSmallLetters(category.enumerator)) {
             return category.value;
         }
     }

@@ -18,9 +18,11 @@ struct CreateOptions {
 };
 
 int create(const CreateOptions& options) {
-    const auto profile = ProfileShelf::ofThisProgram().find(options.profile).and_then(readProfile);
+    const ProfileShelf shelf = ProfileShelf::ofThisProgram();
+    const auto profile = shelf.find(options.profile).and_then(readProfile);
     if (!profile) {
-        return complain(profile.error());
+        const bool unknown = profile.error().code == ErrorCode::UnknownProfile;
+        return complain(unknown ? asking(profile.error(), options.profile, shelf.names()) : profile.error());
     }
     const Result<Television> television = createTelevision(options.folder, *profile);
     if (!television) {

@@ -5,6 +5,7 @@
 #include "common/terminal_table.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
+#include "virtual_tv/commands/setting_lookup.h"
 #include "virtual_tv/television/contract_calls.h"
 #include "virtual_tv/television/television.h"
 
@@ -23,11 +24,19 @@ Result<void> checkSetting(const Television& television, const Fault& fault) {
     if (!fault.key || fault.key->empty() || fault.call.rfind("vconf_", 0) != 0) {
         return {};
     }
-    return television.settings().get(*fault.key).map([](const Setting&) {});
+    return lookUpSetting(television, *fault.key).map([](const Setting&) {});
 }
 
 Result<std::int64_t> add(const Television& television, const Fault& fault) {
     return checkSetting(television, fault).and_then([&] { return television.faults().add(fault); });
+}
+
+std::vector<std::string> namesOfCalls() {
+    std::vector<std::string> names;
+    for (const auto& call : detail::kContractCalls) {
+        names.emplace_back(call.name);
+    }
+    return names;
 }
 
 int add(const FaultOptions& options) {
@@ -35,7 +44,8 @@ int add(const FaultOptions& options) {
         return add(television, options.fault);
     });
     if (!id) {
-        return complain(id.error());
+        const bool unknown = id.error().code == ErrorCode::UnknownCall;
+        return complain(unknown ? asking(id.error(), options.fault.call, namesOfCalls()) : id.error());
     }
     const std::string key = options.fault.key ? " of " + vxcommon::printable(*options.fault.key) : "";
     print(fmt::format("added fault {} on {}{}\n", *id, options.fault.call, key));

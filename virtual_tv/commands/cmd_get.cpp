@@ -5,6 +5,7 @@
 #include "common/terminal_table.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
+#include "virtual_tv/commands/setting_lookup.h"
 #include "virtual_tv/television/setting_text.h"
 #include "virtual_tv/television/television.h"
 
@@ -21,7 +22,7 @@ struct GetOptions {
 int get(const GetOptions& options) {
     const Result<Setting> setting =
         Television::open(options.folder).and_then([&options](const Television& television) {
-            return television.settings().get(options.key);
+            return lookUpSetting(television, options.key);
         });
     if (!setting) {
         return complain(setting.error());

@@ -1,5 +1,6 @@
 #include <memory>
 
+#include "common/command_line.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/session/session_options.h"
 
@@ -14,9 +15,10 @@ Result<std::vector<std::string>> commandOf(const CLI::App& verb, const std::stri
     std::vector<std::string> command = {program};
     if (rest.empty()) return command;
     if (rest.front() != "--") {
-        return failure(ErrorCode::BadArgument,
-                       "cannot tell what '" + rest.front() +
-                           "' belongs to; put -- before the command, as in: vxtv run DIR -- ls /opt");
+        const Error error{ErrorCode::BadArgument,
+                          "cannot tell what '" + rest.front() +
+                              "' belongs to; put -- before the command, as in: vxtv run DIR -- ls /opt"};
+        return tl::make_unexpected(asking(error, rest.front(), vxcommon::optionNames(verb)));
     }
     command.insert(command.end(), rest.begin() + 1, rest.end());
     return command;

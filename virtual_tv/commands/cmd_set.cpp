@@ -3,6 +3,7 @@
 
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
+#include "virtual_tv/commands/setting_lookup.h"
 #include "virtual_tv/television/setting_text.h"
 #include "virtual_tv/television/television.h"
 
@@ -37,7 +38,7 @@ Result<void> set(const SetOptions& options, const std::string& text) {
     if (!television) {
         return tl::make_unexpected(television.error());
     }
-    const Result<Setting> setting = television->settings().get(options.key);
+    const Result<Setting> setting = lookUpSetting(*television, options.key);
     if (!setting) {
         return tl::make_unexpected(setting.error());
     }

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include "common/suggestion.h"
 #include "common/terminal_table.h"
 
 namespace vxtv {
@@ -20,6 +21,12 @@ int complain(const Error& error) {
     const vxcommon::Screen screen = vxcommon::screenAt(STDERR_FILENO);
     std::fprintf(stderr, "%s\n", vxcommon::sentenceFor(screen, sentence, kBelowSentence).c_str());
     return kExitFailed;
+}
+
+Error asking(Error error, std::string_view typed, const std::vector<std::string>& names) {
+    const std::string question = vxcommon::didYouMean(typed, names);
+    error.sentence += question.empty() ? "" : "; " + question;
+    return error;
 }
 
 }  // namespace vxtv

@@ -2,6 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "virtual_tv/television/error.h"
 
@@ -38,5 +41,9 @@ void addTimersCommand(CLI::App& app, Action& chosen);
 
 /// Prints "vxtv: " and the sentence on standard error. Result: kExitFailed.
 int complain(const Error& error);
+
+/// The error with a question behind its sentence: which of the names was meant by what was typed. Unchanged
+/// where none is like it.
+Error asking(Error error, std::string_view typed, const std::vector<std::string>& names);
 
 }  // namespace vxtv
