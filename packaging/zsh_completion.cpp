@@ -42,7 +42,8 @@ std::string functionName(std::string path) {
 
 /// The function that offers the values of an option or an operand where it takes more than one word to say.
 std::string choosing(const std::string& path, const CliOption& option) {
-    return functionName(path) + "_" + functionName(option.longName) + "_values";
+    return functionName(path + " " + option.longName.substr(option.longName.find_first_not_of('-'))) +
+           "_values";
 }
 
 bool hasFunction(const CliChoice& choice) {
@@ -101,7 +102,7 @@ void writeOperands(std::ostream& out, const std::string& path, const CliVerb& ve
     for (std::size_t index = 0; index < verb.operands.size(); ++index) {
         const CliOption& operand = verb.operands[index];
         const std::string place =
-            operand.choice.command ? "*::" : std::to_string(index + 1) + (operand.required ? ":" : "::");
+            operand.choice.command ? "*:::" : std::to_string(index + 1) + (operand.required ? ":" : "::");
         out << " \\\n        '" << place << quoted(operand.longName) << ":" << actionFor(path, operand)
             << "'";
     }
@@ -127,6 +128,15 @@ void writeVerbs(std::ostream& out, const std::string& path, const CliVerb& verb)
     out << "            esac ;;\n    esac\n";
 }
 
+/// Behind a "--" a command takes no options any more. One with commands below it leaves to these what
+/// follows.
+std::string parsingOf(const CliVerb& verb) {
+    if (verb.verbs.empty()) {
+        return " -S";
+    }
+    return verb.operands.empty() ? " -A '-*'" : "";
+}
+
 void writeFunction(std::ostream& out, const std::string& program, const std::string& path,
                    const CliVerb& verb) {
     for (const CliVerb& below : verb.verbs) {
@@ -142,9 +152,7 @@ void writeFunction(std::ostream& out, const std::string& program, const std::str
     if (path == program) {
         out << "    local program=$words[1] television=\n";
     }
-    // Behind a "--" no command takes an option; one with commands below it leaves that to them.
-    out << "    local curcontext=$curcontext state line\n    _arguments -C"
-        << (verb.verbs.empty() ? " -S" : "");
+    out << "    local curcontext=$curcontext state line\n    _arguments -C" << parsingOf(verb);
     for (const CliOption& option : verb.options) {
         out << " \\\n        " << specificationOf(path, option);
     }

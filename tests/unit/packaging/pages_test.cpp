@@ -9,6 +9,7 @@
 #include "packaging/vxtv_manual.h"
 #include "tests/support/machine/file_tree.h"
 #include "tests/support/machine/process.h"
+#include "tests/unit/packaging/shells.h"
 
 namespace vxpages {
 namespace {
@@ -19,10 +20,6 @@ using testing::Not;
 using vxtest::Finished;
 
 const std::filesystem::path kShare = VX_SHARE;
-
-bool isInstalled(const std::string& tool) {
-    return vxtest::run({{"sh", "-c", "command -v " + tool}, {}, {}, {}}).status == 0;
-}
 
 std::string inTroff(std::string text) {
     for (std::size_t at = text.find('-'); at != std::string::npos; at = text.find('-', at + 2)) {
@@ -43,7 +40,7 @@ class PagesTest : public testing::TestWithParam<Manual (*)()> {
     void expectEverywhere(const CliVerb& verb) const {
         for (const CliVerb& below : verb.verbs) {
             EXPECT_THAT(page(), HasSubstr(" " + inTroff(below.name)));
-            EXPECT_THAT(bash(), HasSubstr(" " + below.name + "\")"));
+            EXPECT_THAT(bash(), HasSubstr(" " + below.name + "\")\n"));
             EXPECT_THAT(zsh(), HasSubstr("'" + below.name + ":"));
             expectEverywhere(below);
         }
@@ -108,31 +105,13 @@ TEST_P(PagesTest, zshLoadsTheCompletion) {
 INSTANTIATE_TEST_SUITE_P(Programs, PagesTest, testing::Values(vxcloneManual, vxtvManual),
                          [](const auto& program) { return program.index == 0 ? "vxclone" : "vxtv"; });
 
-/// What bash offers for the words of a command line, the last of which is being typed.
-std::string offered(const std::string& program, const std::string& words) {
-    const std::string file = (kShare / "bash-completion/completions" / program).string();
-    const std::string script = "source '" + file + "'; COMP_WORDS=(" + words +
-                               "); COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _" + program +
-                               "; printf '%s\\n' \"${COMPREPLY[@]}\"";
-    const Finished bash = vxtest::run({{"bash", "-c", script}, {}, {}, {}});
-    EXPECT_EQ(bash.errors, "");
-    return bash.output;
-}
-
-TEST(BashCompletion, verbsAreOfferedForWhatTheyBeginWith) {
-    EXPECT_EQ(offered("vxclone", "vxclone ver"), "verify\n");
-    EXPECT_THAT(offered("vxclone", "vxclone ''"), HasSubstr("backup\n"));
-    EXPECT_EQ(offered("vxtv", "vxtv fault /tv ad"), "add\n");
-}
-
-TEST(BashCompletion, optionsOfTheVerbAreOffered) {
-    EXPECT_EQ(offered("vxclone", "vxclone restore /media/usb/clone --force"), "--force-model\n");
-    EXPECT_THAT(offered("vxclone", "vxclone backup --"), Not(HasSubstr("--force-model")));
-}
-
-TEST(BashCompletion, categoriesAreOfferedAfterEachComma) {
-    EXPECT_EQ(offered("vxclone", "vxclone restore DIR --only home-m"), "home-menu\n");
-    EXPECT_EQ(offered("vxclone", "vxclone restore DIR --only av,cha"), "av,channels\n");
+TEST(VxtvManual, synopsisNamesArgumentsAndOptionsInTheOrderInWhichTheyAreTyped) {
+    const std::string page = manPage(vxtvManual());
+    EXPECT_THAT(page,
+                HasSubstr("\n\\fBvxtv create\\fR \\fIDIR\\fR \\fB\\-\\-profile\\fR \\fINAME|FILE\\fR\n"));
+    EXPECT_THAT(page, HasSubstr("\n\\fBvxtv fault DIR add\\fR \\fICALL\\fR ["));
+    EXPECT_THAT(page, HasSubstr("[\\fB\\-\\-quiet\\fR] \\fB\\-\\-\\fR \\fICOMMAND\\fR ...\n"));
+    EXPECT_THAT(page, HasSubstr("\n.SS vxtv fault DIR add\n"));
 }
 
 TEST(VxcloneManual, pageHoldsEveryErrorWithCauseAndNextStep) {
