@@ -6,6 +6,7 @@
 #include "cloning_app/package/layout.h"
 #include "cloning_app/run/category.h"
 #include "cloning_app/run/setting_kinds.h"
+#include "common/suggestion.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -124,6 +125,16 @@ bool sameThing(const Lack& one, const Lack& other) {
     return one.category == other.category && one.what == other.what;
 }
 
+tl::unexpected<Error> unknownLack(std::string_view name, const std::string& noCategory) {
+    std::vector<std::string> keys;
+    for (const SettingFacts& setting : clonedSettings()) {
+        keys.emplace_back(setting.key);
+    }
+    const std::string question = vxcommon::didYouMean(name, keys);
+    return failure(ErrorCode::UnknownCategory, noCategory + "; or name a setting's key, or an application" +
+                                                   (question.empty() ? "" : "; " + question));
+}
+
 /// The manifest's list, without what only a later vxclone knows.
 std::vector<Lack> listedIn(const std::vector<ManifestLack>& listed) {
     std::vector<Lack> lacks;
@@ -146,8 +157,7 @@ Result<Declared> Declared::parse(std::string_view list) {
         }
         const auto categories = parseCategories(name);
         if (!categories) {
-            return failure(ErrorCode::UnknownCategory,
-                           categories.error().sentence + "; or name a setting's key, or an application");
+            return unknownLack(name, categories.error().sentence);
         }
         declared.categories_.insert(declared.categories_.end(), categories->begin(), categories->end());
     }

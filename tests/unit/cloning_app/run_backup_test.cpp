@@ -311,6 +311,15 @@ TEST_F(RunBackupTest, nameThatIsNothingThatCouldBeMissingIsRefused) {
     }
 }
 
+TEST_F(RunBackupTest, mistypedSettingIsAskedForByItsKey) {
+    const std::string sentence = Declared::parse("db/hotel/doreye").error().sentence;
+    EXPECT_THAT(sentence,
+                testing::StartsWith("there is no category \"db/hotel/doreye\"; choose from: factory av "));
+    EXPECT_THAT(sentence,
+                testing::EndsWith(" network-time; or name a setting's key, or an application; did you mean "
+                                  "db/hotel/dooreye?"));
+}
+
 TEST_F(RunBackupTest, fileOfTheHomeMenuThatDidNotArriveIsNamed) {
     FakePaths::instance().homeMenu = folder_ / "menu";
     writeFile(folder_ / "menu/kept.jpg", "1");
