@@ -64,6 +64,7 @@ Manifest manifestFrom(const Json& json) {
                        textIn(json, "madeBy"),
                        sourceIn(memberOf(json, "source", Json::value_t::object)),
                        {},
+                       {},
                        {}};
     for (const Json& result : memberOf(json, "categories", Json::value_t::array)) {
         manifest.origin.results.push_back(resultIn(result));
@@ -72,6 +73,11 @@ Manifest manifestFrom(const Json& json) {
         manifest.origin.lacks.emplace();
         for (const Json& lack : memberOf(json, "lacks", Json::value_t::array)) {
             manifest.origin.lacks->push_back(lackIn(lack));
+        }
+    }
+    if (json.contains("added")) {
+        for (const Json& entry : memberOf(json, "added", Json::value_t::array)) {
+            manifest.origin.added.push_back(entryIn(entry));
         }
     }
     for (const Json& entry : memberOf(json, "entries", Json::value_t::array)) {
@@ -105,6 +111,9 @@ std::string manifestBody(const Manifest& manifest) {
         for (const ManifestLack& lack : *origin.lacks) {
             json["lacks"].push_back(jsonOf(lack));
         }
+    }
+    for (const PackageEntry& entry : origin.added) {
+        json["added"].push_back(jsonOf(entry));
     }
     for (const PackageEntry& entry : manifest.entries) {
         json["entries"].push_back(jsonOf(entry));

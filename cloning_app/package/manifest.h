@@ -34,6 +34,8 @@ struct PackageOrigin {
     Identity source;     ///< the television that it was made of
     std::vector<ManifestResult> results = {};
     std::optional<std::vector<ManifestLack>> lacks = {};  ///< none of a package of an earlier vxclone
+    /// Of a safety backup: the files that the restore after it puts beside the television's own.
+    std::vector<PackageEntry> added = {};
 };
 
 /// What a package says of itself. docs/package-format.md defines its form.

@@ -6,6 +6,7 @@
 
 #include "cloning_app/package/disk_space.h"
 #include "cloning_app/package/layout.h"
+#include "cloning_app/run/added_files.h"
 #include "cloning_app/run/applications.h"
 #include "cloning_app/run/compared_state.h"
 #include "cloning_app/run/logos.h"
@@ -90,11 +91,27 @@ void failUnreported(std::vector<Row>& rows, const Holdings& holdings) {
     }
 }
 
-/// The library calls it a failure to take the boot logo away.
-void judgeRemovedLogo(std::vector<Row>& rows) {
+/// The library calls it a failure to take a logo away.
+void judgeRemovedLogos(const std::vector<VXClone>& removed, std::vector<Row>& rows) {
     for (Row& row : rows) {
-        if (row.category == VXCLONE_HOSPITALITY_LOGO && row.verdict == Verdict::Failed && !hasBootLogo()) {
-            row = {VXCLONE_HOSPITALITY_LOGO, Verdict::Done, "taken away: there was none before"};
+        if (std::find(removed.begin(), removed.end(), row.category) == removed.end()) {
+            continue;
+        }
+        removeEmptyLogo(row.category);
+        if (row.verdict == Verdict::Failed && !hasLogo(row.category)) {
+            row = {row.category, Verdict::Done, "taken away: there was none before"};
+        }
+    }
+}
+
+/// Says what became of the files that were to be taken out of the home menu.
+void sayRemoved(const Result<std::size_t>& removed, std::vector<Row>& rows) {
+    for (Row& row : rows) {
+        if (row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA && !removed) {
+            row.verdict = Verdict::Failed;
+            addDetail(row, removed.error().sentence);
+        } else if (row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA && *removed != 0) {
+            addDetail(row, "taken away, " + countText(*removed, "file"));
         }
     }
 }
@@ -246,6 +263,7 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
     if (!made) {
         return tl::make_unexpected(made.error());
     }
+    const auto removed = removeAdded(options.added);
     ready.package.keep();
     const auto results = runAndFollow(context, Direction::Restore, ready.plan.list,
                                       [&] { return context.engine.restore(ready.plan.list); });
@@ -256,9 +274,8 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
     context.view.progress({ShownPhase::LookingUp});
     Report report{judge(context, ready, *made, *results), kExitOk, unknownLineSentences(*results),
                   ready.examined.checks, ready.examined.digest.value_or("")};
-    if (options.removesLogo) {
-        judgeRemovedLogo(report.rows);
-    }
+    sayRemoved(removed, report.rows);
+    judgeRemovedLogos(options.removedLogos, report.rows);
     bool compared = true;
     if (made->expected && !context.stop.raised()) {
         compared = compareWithPackage(context, ready, *made->expected, recorder, report);

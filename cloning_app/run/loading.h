@@ -33,7 +33,8 @@ struct LoadOptions {
     bool keepIdentity = false;
     Declared without = {};                     ///< what this television does not have
     std::optional<ComparedState> before = {};  ///< what the television holds, where that is known
-    bool removesLogo = false;                  ///< removes the boot logo: the package has none
+    std::vector<PackageEntry> added = {};      ///< files to take out of the home menu before the load
+    std::vector<VXClone> removedLogos = {};    ///< that the load takes away: the package has none
 };
 
 /// Lets the library load the package and judges what came of it; the record follows. Result: the report,

@@ -1,6 +1,8 @@
 #include "cloning_app/run/logos.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 
@@ -21,6 +23,10 @@ struct Logo {
 
 constexpr Logo kLogos[] = {{VXCLONE_HOSPITALITY_LOGO, vx_get_bootlogo_path},
                            {VXCLONE_VXHOTEL_MBR_LOGO, vx_get_mbrlogo_path}};
+
+const Logo& logoOf(VXClone category) {
+    return category == VXCLONE_HOSPITALITY_LOGO ? kLogos[0] : kLogos[1];
+}
 
 /// The library restores the files directly in the folder and no others.
 TreeLimits logoLimits() {
@@ -77,9 +83,16 @@ std::vector<Row> saveLogos(const Tree& root, const StopFlag& stop) {
     return rows;
 }
 
-bool hasBootLogo() {
-    const auto folder = openTelevisionFolder(vx_get_bootlogo_path());
+bool hasLogo(VXClone category) {
+    const auto folder = openTelevisionFolder(logoOf(category).folder());
     return !folder || folder->valid();
+}
+
+void removeEmptyLogo(VXClone category) {
+    const std::string path = logoOf(category).folder();
+    if (!path.empty()) {
+        rmdir(path.c_str());
+    }
 }
 
 Result<bool> holdsEntry(const Tree& package, VXClone category) {

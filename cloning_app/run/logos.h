@@ -12,8 +12,12 @@ namespace vxclone {
 /// that the television does not have is not put in. Result: one row each; what failed is not in the package.
 std::vector<Row> saveLogos(const Tree& root, const StopFlag& stop);
 
-/// Whether this television has a boot logo of its own. True where nobody can tell.
-bool hasBootLogo();
+/// Whether this television has a logo of its own, of this category of the two. True where nobody can tell.
+bool hasLogo(VXClone category);
+
+/// Removes the folder of the logo if it is empty: the library leaves it so where a package holds an empty
+/// one.
+void removeEmptyLogo(VXClone category);
 
 /// Whether the package has the entry without which a restore of the category fails. True for a category that
 /// needs none. Error: nobody can tell.

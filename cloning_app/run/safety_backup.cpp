@@ -4,6 +4,7 @@
 #include <array>
 
 #include "cloning_app/package/safety_store.h"
+#include "cloning_app/run/added_files.h"
 #include "cloning_app/run/compared_state.h"
 #include "cloning_app/run/package_completion.h"
 #include "cloning_app/run/quiet_view.h"
@@ -111,6 +112,13 @@ Result<ComparedState> makeSafety(const CloneContext& context, const ReadyPackage
     auto means = readyToSeal(context.engine, ("before " + package.origin()).substr(0, kLongestPackageName));
     if (!means) {
         return tl::make_unexpected(means.error());
+    }
+    if (ready.plan.holds(VXCLONE_VXHOTEL_HOMEAPP_DATA)) {
+        auto added = filesAddedBy(package.tree());
+        if (!added) {
+            return tl::make_unexpected(added.error());
+        }
+        means->origin.added = std::move(*added);
     }
     if (const auto aside = store->setAside(package.tree()); !aside) {
         return tl::make_unexpected(aside.error());

@@ -1,6 +1,8 @@
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "cloning_app/package/safety_store.h"
 #include "cloning_app/run/admission.h"
@@ -13,6 +15,8 @@ namespace vxclone {
 
 namespace {
 
+constexpr mode_t kFolderMode = 0755;
+
 /// When and before what the safety backup was made.
 std::string describeSafety(const Tree& safety) {
     const auto manifest = readManifest(safety, PackageKey::ofTelevision());
@@ -23,24 +27,47 @@ std::string describeSafety(const Tree& safety) {
     return fmt::format("the safety backup of {} (\"{}\")", origin.madeAt, vxcommon::printable(origin.name));
 }
 
-/// All that a television holds. One that had no boot logo has its new one removed again, which the library
-/// does for a package that holds none.
-void restoreBootLogo(Plan& plan, bool hadBootLogo) {
-    const auto isLogo = [](const Row& row) { return row.category == VXCLONE_HOSPITALITY_LOGO; };
-    if (hadBootLogo) {
-        return;
+/// A package to go back to, and the logos that this television did not have.
+struct WayBack {
+    ReadyPackage ready;
+    std::vector<VXClone> removedLogos;
+};
+
+/// Lets the load take away a logo that came with the restore. The library removes the boot logo for a package
+/// that holds none, and the other one's files for a package that holds an empty folder.
+Result<void> takeLogoAway(WayBack& back, Row& row) {
+    const std::string entry(categoryOf(row.category).entry);
+    const Tree package = back.ready.package.tree();
+    if (row.category == VXCLONE_VXHOTEL_MBR_LOGO &&
+        mkdirat(package.descriptor, entry.c_str(), kFolderMode) != 0) {
+        return tl::make_unexpected(writeError(package.place, package.path + "/" + entry, errno));
     }
-    plan.leftOut.erase(std::remove_if(plan.leftOut.begin(), plan.leftOut.end(), isLogo), plan.leftOut.end());
-    if (hasBootLogo()) {
-        plan.list.push_back(VXCLONE_HOSPITALITY_LOGO);
-        std::sort(plan.list.begin(), plan.list.end());
-    } else {
-        plan.leftOut.push_back(
-            {VXCLONE_HOSPITALITY_LOGO, Verdict::NotThere, "there was none, and there is none"});
-    }
+    back.ready.plan.list.push_back(row.category);
+    back.removedLogos.push_back(row.category);
+    return {};
 }
 
-Result<ReadyPackage> getReady(const CloneContext& context, const Tree& safety, bool hadBootLogo) {
+/// Only what a person would see: a logo that could not be saved is left alone.
+Result<void> takeLogosAway(WayBack& back) {
+    std::vector<Row>& leftOut = back.ready.plan.leftOut;
+    for (Row& row : leftOut) {
+        const bool hadNone =
+            categoryOf(row.category).holding == Holding::FolderIfThere && row.verdict == Verdict::NotThere;
+        if (hadNone && !hasLogo(row.category)) {
+            row.detail = "there was none, and there is none";
+        } else if (hadNone) {
+            if (const auto taken = takeLogoAway(back, row); !taken) {
+                return taken;
+            }
+        }
+    }
+    const auto isTaken = [&back](const Row& row) { return back.ready.plan.holds(row.category); };
+    leftOut.erase(std::remove_if(leftOut.begin(), leftOut.end(), isTaken), leftOut.end());
+    std::sort(back.ready.plan.list.begin(), back.ready.plan.list.end());
+    return {};
+}
+
+Result<WayBack> getReady(const CloneContext& context, const Tree& safety) {
     auto package = StagedPackage::copyOf(context, safety);
     if (!package) {
         return tl::make_unexpected(package.error());
@@ -50,10 +77,14 @@ Result<ReadyPackage> getReady(const CloneContext& context, const Tree& safety, b
         return tl::make_unexpected(examined.error());
     }
     auto ready = makeReady(context, std::move(*package), std::move(*examined), {allCategories(), {}, true});
-    if (ready) {
-        restoreBootLogo(ready->plan, hadBootLogo);
+    if (!ready) {
+        return tl::make_unexpected(ready.error());
     }
-    return ready;
+    WayBack back{std::move(*ready), {}};
+    if (const auto taken = takeLogosAway(back); !taken) {
+        return tl::make_unexpected(taken.error());
+    }
+    return back;
 }
 
 Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& recorder) {
@@ -69,18 +100,21 @@ Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& rec
     }
     const Tree safety{opened->get(), safetyPathIn(store->path()), Place::Television};
     const std::string which = describeSafety(safety);
-    const auto hadBootLogo = holdsEntry(safety, VXCLONE_HOSPITALITY_LOGO);
-    if (!hadBootLogo) {
-        return tl::make_unexpected(hadBootLogo.error());
+    auto back = getReady(context, safety);
+    if (!back) {
+        return tl::make_unexpected(back.error());
     }
-    auto ready = getReady(context, safety, *hadBootLogo);
-    if (!ready) {
-        return tl::make_unexpected(ready.error());
+    const auto manifest = readManifest(back->ready.package.tree(), PackageKey::ofTelevision());
+    if (!manifest) {
+        return tl::make_unexpected(manifest.error());
     }
-    recorder.setDigest(ready->examined.digest.value_or(""));
+    recorder.setDigest(back->ready.examined.digest.value_or(""));
     LoadOptions options{readBack};
-    options.removesLogo = !*hadBootLogo;
-    auto report = load(context, *ready, options, recorder);
+    options.removedLogos = back->removedLogos;
+    if (*manifest) {
+        options.added = (*manifest)->manifest.origin.added;
+    }
+    auto report = load(context, back->ready, options, recorder);
     if (report) {
         report->closing.push_back(endSentence(*report, "Gone back to " + which));
     }

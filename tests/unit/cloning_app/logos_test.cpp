@@ -64,11 +64,11 @@ TEST_F(LogosTest, saveWhereTheTelevisionDoesNotNameTheFolderFailsInsteadOfSaying
 }
 
 TEST_F(LogosTest, bootLogoIsThereUnlessTheTelevisionSaysWhereItWouldBeAndItIsNot) {
-    EXPECT_TRUE(hasBootLogo());
+    EXPECT_TRUE(hasLogo(VXCLONE_HOSPITALITY_LOGO));
     std::filesystem::remove_all(folder_ / "boot");
-    EXPECT_FALSE(hasBootLogo());
+    EXPECT_FALSE(hasLogo(VXCLONE_HOSPITALITY_LOGO));
     FakePaths::instance().bootLogo.clear();
-    EXPECT_TRUE(hasBootLogo());
+    EXPECT_TRUE(hasLogo(VXCLONE_HOSPITALITY_LOGO));
 }
 
 TEST_F(LogosTest, saveOfAnEmptyFolderKeepsIt) {

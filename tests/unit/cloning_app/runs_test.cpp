@@ -144,6 +144,36 @@ TEST_F(RunsTest, undoGoesBackAndCanBeDoneAgain) {
     EXPECT_EQ(lastRun().record.kind, RunKind::Undo);
 }
 
+TEST_F(RunsTest, undoTakesFilesAwayThatTheRestorePutIntoTheHomeMenu) {
+    FakePaths::instance().homeMenu = folder_ / "menu";
+    writeFile(folder_ / "menu/own.jpg", "own");
+    writeFile(package_ / "VXHotel/own.jpg", "new");
+    writeFile(package_ / "VXHotel/added.jpg", "added");
+    writeFile(package_ / "VXHotel/changed.jpg", "added");
+    sealFolder(package_);
+    const auto save = engine_.save;
+    engine_.save = [this, save] {
+        save();
+        std::filesystem::copy(folder_ / "menu", root_ / "VXHotel", std::filesystem::copy_options::recursive);
+    };
+    const auto work = engine_.work;
+    engine_.work = [this, work] {
+        work();
+        std::filesystem::copy(root_ / "VXHotel", folder_ / "menu",
+                              std::filesystem::copy_options::overwrite_existing);
+    };
+    const auto report = restore();
+    ASSERT_TRUE(report) << report.error().sentence;
+    ASSERT_EQ(report->exitStatus, 0);
+    writeFile(folder_ / "menu/changed.jpg", "by a person");
+    const auto undone = runUndo(context(), true);
+    ASSERT_TRUE(undone) << undone.error().sentence;
+    EXPECT_EQ(undone->exitStatus, 0);
+    EXPECT_EQ(contentOf(folder_ / "menu"),
+              (std::map<std::string, std::string>{{"own.jpg", "own"}, {"changed.jpg", "by a person"}}));
+    EXPECT_THAT(rowFor(*undone, VXCLONE_VXHOTEL_HOMEAPP_DATA).detail, HasSubstr("taken away, 1 file"));
+}
+
 TEST_F(RunsTest, undoWithoutASafetyBackupSaysSoAndTouchesNothing) {
     const auto undone = runUndo(context(), true);
     ASSERT_FALSE(undone);
