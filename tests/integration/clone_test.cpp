@@ -137,13 +137,43 @@ TEST_F(CloneTest, settingThatTheTelevisionRefusesIsReportedAndFailsTheRestore) {
     EXPECT_THAT(restore.output + restore.errors, HasSubstr(doorEye));
 }
 
-TEST_F(CloneTest, keyThatCannotBeReadIsMissingFromThePackageAndResetOnTheOther) {
+TEST_F(CloneTest, keyThatCannotBeReadIsNamedAndLeftAsItIsOnTheOther) {
+    const char* const doorEye = "db/hotel/dooreye";
     vxtv({"fault", first, "add", "vconf_get_bool", "--status", "-1"});
+    const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
+    EXPECT_EQ(backup.status, 1) << backup.output << backup.errors;
+    EXPECT_THAT(backup.output,
+                HasSubstr("The backup is not complete. It lacks: settings-keys (db/hotel/dooreye)."));
+    EXPECT_EQ(json::parse(package().at("vconf/Vconf.json")).count(doorEye), 0U);
+    EXPECT_EQ(vxclone(second, {"verify", "/media/usb/clone"}).status, 1);
+    vxtv({"set", second, doorEye, "1"});
+    const Finished restore = vxclone(second, {"restore", "/media/usb/clone"});
+    EXPECT_EQ(restore.status, 1) << restore.output << restore.errors;
+    EXPECT_THAT(restore.output, HasSubstr("left as they were: db/hotel/dooreye"));
+    EXPECT_EQ(get(second, doorEye), "true");
+}
+
+TEST_F(CloneTest, servicesThatTheTelevisionSaysItHasNotAreAFailureUnlessDeclared) {
+    vxtv({"fault", first, "add", "system_info_get_custom_int", "--status", "-1", "--from-then-on"});
+    const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
+    EXPECT_EQ(backup.status, 1);
+    EXPECT_THAT(backup.output, HasSubstr("The backup is not complete. It lacks: home-data, was."));
+    const Finished declared = vxclone(first, {"backup", "/media/usb/clone", "--without", "home-data,was"});
+    EXPECT_EQ(declared.status, 0) << declared.output << declared.errors;
+    EXPECT_EQ(vxclone(second, {"verify", "/media/usb/clone"}).status, 0);
+    const Finished restore = vxclone(second, {"restore", "/media/usb/clone"});
+    EXPECT_EQ(restore.status, 0) << restore.output << restore.errors;
+}
+
+TEST_F(CloneTest, restoreBeginsOnlyWhereEverythingCanBeBroughtBack) {
     vxclone(first, {"backup", "/media/usb/clone"});
-    EXPECT_EQ(json::parse(package().at("vconf/Vconf.json")).count("db/hotel/dooreye"), 0U);
-    vxtv({"set", second, "db/hotel/dooreye", "1"});
-    vxclone(second, {"restore", "/media/usb/clone"});
-    EXPECT_EQ(get(second, "db/hotel/dooreye"), "false");
+    const std::string before = vxtv({"settings", second}).output;
+    vxtv({"fault", second, "add", "system_info_get_custom_int", "--status", "-1", "--from-then-on"});
+    const Finished restore = vxclone(second, {"restore", "/media/usb/clone"});
+    EXPECT_EQ(restore.status, 10);
+    EXPECT_THAT(restore.errors, HasSubstr("the safety backup failed: it lacks home-data, was"));
+    EXPECT_EQ(vxtv({"settings", second}).output, before);
+    EXPECT_EQ(vxclone(second, {"undo"}).status, 3);
 }
 
 TEST_F(CloneTest, restoreOfAMissingPackageChangesNothing) {
