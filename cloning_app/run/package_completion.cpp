@@ -1,8 +1,10 @@
 #include "cloning_app/run/package_completion.h"
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <iterator>
 
 #include "cloning_app/package/disk_space.h"
@@ -33,19 +35,29 @@ Result<std::size_t> countSettings(const Tree& root) {
                     kSettingsFile));
 }
 
-/// The library copies the home menu and says that it went well, whatever the disk answered.
+void fail(std::vector<Row>& rows, VXClone category, const std::string& why) {
+    for (Row& row : rows) {
+        if (row.category == category) {
+            row.verdict = Verdict::Failed;
+            addDetail(row, why);
+        }
+    }
+}
+
+/// The library copies the home menu and says that it went well, whatever the disk answered. A file that did
+/// not arrive whole is taken out: half of it is no content to restore.
 void judgeHomeMenu(const Tree& root, std::vector<Row>& rows, std::vector<Lack>& lacks) {
     const auto missing = homeMenuFilesNotIn(root);
-    if (missing) {
-        for (const std::string& path : *missing) {
-            lacks.push_back({VXCLONE_VXHOTEL_HOMEAPP_DATA, path});
-        }
+    if (!missing) {
+        fail(rows, VXCLONE_VXHOTEL_HOMEAPP_DATA, missing.error().sentence);
         return;
     }
-    for (Row& row : rows) {
-        if (row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA) {
-            row.verdict = Verdict::Failed;
-            addDetail(row, missing.error().sentence);
+    for (const std::string& path : *missing) {
+        if (unlinkat(root.descriptor, path.c_str(), 0) == 0 || meansAbsent(errno)) {
+            lacks.push_back({VXCLONE_VXHOTEL_HOMEAPP_DATA, path});
+        } else {
+            fail(rows, VXCLONE_VXHOTEL_HOMEAPP_DATA,
+                 writeError(root.place, root.path + "/" + path, errno).sentence);
         }
     }
 }

@@ -145,10 +145,11 @@ TEST_F(VxcloneRunsTest, importThatFailsUnderAReportedSuccessIsReadBack) {
 
 TEST_F(VxcloneRunsTest, safetyBackupThatFailsKeepsTheRestoreFromBeginning) {
     keepTheBeginning();
-    vxtv({"fault", second, "add", "avoc_backup_all_settings", "--status", "-10"});
+    vxtv({"fault", second, "add", "avoc_backup_all_settings", "--status", "-10", "--from-then-on"});
     const Finished restore = vxclone(second, {"restore", "/media/usb/clone"});
     EXPECT_EQ(restore.status, ended::kPlatformFailed) << restore.output;
     EXPECT_THAT(restore.errors, AllOf(HasSubstr("lacks av"), HasSubstr("--no-safety")));
+    vxtv({"fault", second, "clear"});
     expectAsBefore();
     EXPECT_EQ(vxclone(second, {"restore", "/media/usb/clone", "--no-safety"}).status, 0);
 }

@@ -34,6 +34,13 @@ std::string commandLine(const fs::path& process) {
 
 }  // namespace
 
+std::vector<std::string> withDeclared(std::vector<std::string> command, bool withApplications) {
+    if (!withApplications) {
+        command.insert(command.end(), {"--without", "apps"});
+    }
+    return command;
+}
+
 Rooms::Rooms(bool withApplications) {
     fs::create_directories(place_ / "made/stick");
     makeProfiles(withApplications);
@@ -43,7 +50,7 @@ Rooms::Rooms(bool withApplications) {
         EXPECT_EQ(made.status, 0) << made.errors;
     }
     renew();
-    EXPECT_EQ(vxclone(kFirst, {"backup", kPackage}).status, 0);
+    EXPECT_EQ(vxclone(kFirst, withDeclared({"backup", kPackage}, withApplications)).status, 0);
     fs::copy(folder(kStick), place_ / "made/stick", fs::copy_options::recursive);
 }
 

@@ -11,6 +11,9 @@
 
 namespace vxtest {
 
+/// The command, which declares that the television has no applications where it has none.
+std::vector<std::string> withDeclared(std::vector<std::string> command, bool withApplications);
+
 /// Two televisions with different settings and a stick, made once and copied afresh for every point.
 class Rooms {
  public:

@@ -42,8 +42,10 @@ class StorageTest : public testing::Test {
     FileTree onStick() const { return snapshot(stick); }
     /// The package's folder and nothing beside it, or nothing at all.
     bool stickIsTidy() const;
-    /// Whether the package is there, unaltered, and has everything that `complete` has.
-    testing::AssertionResult packageIsGood(const FileTree& complete = {}) const;
+    /// Whether the package is there, unaltered, and has everything that `complete` has, and `verify`
+    /// ends with one of the statuses: 1 where it says that something is lacking.
+    testing::AssertionResult packageIsGood(const FileTree& complete = {},
+                                           const std::vector<int>& statuses = {0}) const;
     /// The television's settings, without what a run says of itself.
     std::string settingsOf(const std::string& television) const;
 

@@ -40,7 +40,7 @@ class SystemSweep : public testing::Test {
     static void expectPackageGood(const Bench& bench);
     /// The stick holds a whole package, the next backup works, and nothing else is left on stick or
     /// television.
-    static void expectStickWhole(const Bench& bench);
+    static void expectStickWhole(const Bench& bench, int verifyStatus = 0);
     /// The television is as the subject found it, or undo brings it back to that.
     static void expectWayBack(const Bench& bench, const Subject& subject);
     /// The command, done again, comes to the same end as one that was never broken.
