@@ -1,5 +1,4 @@
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "cloning_app/commands/command.h"
@@ -13,8 +12,18 @@ struct DiffArguments {
     std::string folder;
     std::string other;
     bool compared = false;
+    bool quick = false;
     bool json = false;
 };
+
+int tellDifferences(const DiffArguments& arguments) {
+    if (arguments.compared) {
+        return tellLook(diffPackages(arguments.folder, arguments.other), arguments.json);
+    }
+    return runLook("diff", arguments.json, [&](const CloneContext& context) {
+        return diffWithTelevision(context, arguments.folder, arguments.quick);
+    });
+}
 
 }  // namespace
 
@@ -25,14 +34,12 @@ void addDiffCommand(CLI::App& app, Action& chosen) {
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
     const CLI::Option* const other =
         verb->add_option("DIR2", arguments->other, "Another package, to compare the first one with");
+    verb->add_flag("--quick", arguments->quick, "Compare settings and pictures alone, at once")
+        ->excludes("DIR2");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments, other] {
         arguments->compared = other->count() != 0;
-        chosen = [arguments] {
-            const auto second =
-                arguments->compared ? std::optional<std::filesystem::path>(arguments->other) : std::nullopt;
-            return tellLook(diffPackage(arguments->folder, second), arguments->json);
-        };
+        chosen = [arguments] { return tellDifferences(*arguments); };
     });
 }
 

@@ -20,6 +20,7 @@ struct RestoreArguments {
     bool forceModel = false;
     bool keepIdentity = false;
     bool dryRun = false;
+    bool quick = false;
     bool noSafety = false;
     bool noReadBack = false;
     bool json = false;
@@ -75,6 +76,7 @@ Result<Report> restoreAsTold(const CloneContext& context, const RestoreArguments
     options.keepIdentity = arguments.keepIdentity;
     options.dryRun = arguments.dryRun;
     options.without = std::move(*without);
+    options.quick = arguments.quick;
     return runRestore(context, arguments.folder, options);
 }
 
@@ -93,13 +95,16 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
         ->type_name(kCategories)
         ->excludes("--only");
     verb->add_flag("--dry-run", arguments->dryRun, "Say what would be changed, and change nothing");
+    verb->add_flag("--quick", arguments->quick, "A dry run of settings and pictures alone")
+        ->needs("--dry-run");
     verb->add_flag("--keep-identity", arguments->keepIdentity,
                    "Leave its own addresses, numbers and PIN as they are");
     verb->add_flag("--no-safety", arguments->noSafety,
                    "No safety backup first; vxclone undo cannot go back then");
     verb->add_flag("--no-read-back", arguments->noReadBack,
                    "Do not back the television up again to see what it holds");
-    verb->add_option("--without", arguments->without, "What this television does not have: no way back needs it")
+    verb->add_option("--without", arguments->without,
+                     "What this television does not have: no way back needs it")
         ->join(',')
         ->type_name(kDeclaredNames);
     verb->add_flag("--force-model", arguments->forceModel, "Load a package that was made on another model");

@@ -29,6 +29,24 @@ ViewOptions optionsOfView() {
     return {vxcommon::wantsColour(STDOUT_FILENO), terminalWidth, elapsed};
 }
 
+/// Shows of a run what must be said alone.
+class NoticesOnly final : public ProgressView {
+ public:
+    /// `view` must outlive this object.
+    explicit NoticesOnly(ProgressView& view) : view_(view) {}
+
+    void progress(const Progress& /*progress*/) override {}
+    void category(const Row& /*row*/) override {}
+    void tick() override {}
+    void clear() override { view_.clear(); }
+    void notice(const std::string& sentence) override { view_.notice(sentence); }
+    void done(const Report& report) override { view_.done(report); }
+    void failed(const Error& error) override { view_.failed(error); }
+
+ private:
+    ProgressView& view_;
+};
+
 }  // namespace
 
 std::size_t terminalWidth() {
@@ -55,6 +73,19 @@ int tellLook(Result<Output> found, bool json) {
         nameUnfinishedRun(*found, recordFolderOf(kCloneRoot));
     }
     return sayOutput(found, json, std::cout, std::cerr);
+}
+
+int runLook(std::string run, bool json, const std::function<Result<Output>(const CloneContext&)>& look) {
+    const StopFlag& stop = heedStopSignals();
+    const ViewKind kind = viewKindOfRun(json);
+    const auto view = makeView(kind, std::move(run));
+    NoticesOnly notices(*view);
+    LibraryEngine engine;
+    // Steps, a line each, would stand in the way of what was found.
+    ProgressView& shown = kind == ViewKind::Plain ? static_cast<ProgressView&>(notices) : *view;
+    auto found = look({engine, shown, stop, kCloneRoot});
+    view->clear();
+    return tellLook(std::move(found), json);
 }
 
 int runCommand(std::string run, ViewKind kind,

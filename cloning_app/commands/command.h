@@ -39,6 +39,10 @@ std::unique_ptr<ProgressView> makeView(ViewKind kind, std::string run);
 /// Writes what a command found that only looks, and names a run that died; result: the exit status.
 int tellLook(Result<Output> found, bool json);
 
+/// The same of what needs the television for itself meanwhile, with its library, storage and standard
+/// streams, and stop signals heeded; `run` is what the command is called.
+int runLook(std::string run, bool json, const std::function<Result<Output>(const CloneContext&)>& look);
+
 /// Clones, or looks at a clone, with this television's library, storage and standard streams, and stop
 /// signals heeded; `run` is what the command is called. Result: the exit status.
 int runCommand(std::string run, ViewKind kind,

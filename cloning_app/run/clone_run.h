@@ -43,6 +43,7 @@ struct RestoreOptions {
     bool keepIdentity = false;  ///< leave the settings that belong to this television as they are
     bool dryRun = false;        ///< do everything up to the run, and say what would be done
     Declared without = {};      ///< what this television does not have
+    bool quick = false;         ///< of a dry run: compare settings and pictures alone
 };
 
 /// Loads the categories of the package in `folder` into the television, if it fits and is unaltered. What the

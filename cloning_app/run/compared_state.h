@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "cloning_app/run/comparison.h"
+#include "include/vx_clone_api.h"
 
 namespace vxclone {
 
@@ -11,17 +12,22 @@ namespace vxclone {
 /// cannot be read, or its settings file is damaged.
 Result<ComparedState> stateOfPackage(const Tree& package);
 
-/// What this television holds of the things in `package` that can be seen without a run: the settings, and
-/// the files of its pictures and of its home menu. What cannot be seen, or is not in the package, is taken
-/// out of `package`. Errors: the television's disk cannot be read.
-Result<ComparedState> stateOfTelevision(ComparedState& package);
+/// All files of a package, or of what the library saved, but its settings file; sorted by their paths.
+/// Errors: it cannot be read.
+Result<std::vector<PackageEntry>> filesOf(const Tree& package);
 
 /// The files directly in this television's home menu that the package in `root` does not hold as they are, by
 /// their paths in the package. Errors: the television does not say where its home menu is, or it cannot be
 /// read.
 Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root);
 
-/// The names of the categories that `stateOfTelevision` sees of such a package.
-std::vector<std::string> categoriesSeen(const ComparedState& package);
+/// Whether a category is files that lie in a folder of the television's own, so that no run is needed to see
+/// them: the pictures and the home menu.
+bool isFolderOfTelevision(VXClone category);
+
+/// The files that travel of such a category, those directly in the folder, with the paths that they have in a
+/// package, sorted by these; none where the television has no such folder. Errors: the television does not
+/// say where the folder is, or its disk cannot be read.
+Result<std::vector<PackageEntry>> filesOfTelevision(VXClone category);
 
 }  // namespace vxclone

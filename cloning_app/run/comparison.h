@@ -25,6 +25,7 @@ struct Difference {
     std::optional<Setting> secondSetting = {};
     bool inFirst = true;
     bool inSecond = true;
+    std::string application = {};  ///< whose file it is, of the category "apps"; else empty
 };
 
 /// The category that an entry of a package belongs to, by its path: "identity" or "other" for what belongs to

@@ -32,7 +32,8 @@ std::string wordsOf(const Difference& difference, const std::string& first, cons
         return valueOf(difference.firstSetting) + " -> " + valueOf(difference.secondSetting);
     }
     if (difference.inFirst && difference.inSecond) {
-        return "other content";
+        return difference.application.empty() ? "other content"
+                                              : "other bytes; only the application can compare";
     }
     return "only in " + (difference.inFirst ? first : second);
 }
@@ -42,6 +43,9 @@ Json jsonOf(const Difference& difference) {
                     {"category", difference.category},
                     {difference.isSetting ? "setting" : "path", difference.what},
                     {"result", nameOf(difference)}};
+    if (!difference.application.empty()) {
+        members["application"] = difference.application;
+    }
     for (const auto& [name, setting] :
          {std::pair("first", &difference.firstSetting), std::pair("second", &difference.secondSetting)}) {
         if (*setting) {

@@ -12,7 +12,9 @@ void sayAsJson(const Output& output, JsonLines& lines) {
             lines.write(line.event, line.members);
         }
     }
-    lines.write(Event::Summary, {{"exit", output.exitStatus}, {"messages", output.closing}});
+    nlohmann::ordered_json summary = {{"exit", output.exitStatus}, {"messages", output.closing}};
+    summary.update(output.summary.is_null() ? nlohmann::ordered_json::object() : output.summary);
+    lines.write(Event::Summary, summary);
 }
 
 void sayAsText(const Output& output, std::ostream& out) {

@@ -21,6 +21,7 @@ struct Output {
     std::vector<OutputLine> lines;
     int exitStatus = kExitOk;
     std::vector<std::string> closing = {};  ///< sentences for the end
+    nlohmann::ordered_json summary = {};    ///< what the summary says besides, for programs; may be empty
 };
 
 /// The line for a check of a package, for programs alone.

@@ -59,6 +59,9 @@ class JsonView final : public ProgressView {
         if (!report.digest.empty()) {
             summary["digest"] = report.digest;
         }
+        if (report.notCompared) {
+            summary["notCompared"] = *report.notCompared;
+        }
         lines_.write(Event::Summary, summary);
     }
     void failed(const Error& error) override { lines_.error(error); }

@@ -31,6 +31,8 @@ struct Report {
     std::string digest = {};            ///< the package's manifest; empty where there is none
     NamedDifferences differences = {};  ///< between the package and the television
     std::vector<Lack> lacks = {};       ///< what the package lacks
+    /// The categories that were to be compared with the television and were not, of a dry run alone.
+    std::optional<std::vector<std::string>> notCompared = {};
 };
 
 /// Where a run stands.

@@ -7,6 +7,7 @@
 #include "cloning_app/package/safety_store.h"
 #include "cloning_app/run/run_progress.h"
 #include "cloning_app/run/status.h"
+#include "cloning_app/run/visit.h"
 
 namespace vxclone {
 
@@ -17,10 +18,16 @@ std::string absolutePath(const std::filesystem::path& path) {
     return path.empty() ? std::string() : std::filesystem::absolute(path, none).lexically_normal().string();
 }
 
-/// Says which run is in the way.
+/// Says what is in the way.
 Error withTheOther(Error error, const std::filesystem::path& folder) {
+    if (error.code != ErrorCode::TelevisionBusy) {
+        return error;
+    }
     const auto last = readLastRun(folder);
-    if (error.code == ErrorCode::TelevisionBusy && last && *last && (*last)->goingOn) {
+    if (isLookGoingOn(folder)) {
+        error.sentence =
+            "another vxclone looks at this television (diff, verify or a dry run); wait for its end";
+    } else if (last && *last && (*last)->goingOn) {
         error.sentence = fmt::format(
             "another vxclone works on this television ({}, phase {}); wait for its end (vxclone status "
             "--follow)",
@@ -36,6 +43,31 @@ void nameTheDead(ProgressView& view, const RunRecord& record) {
 
 CloneContext withView(const CloneContext& context, ProgressView& view) {
     return {context.engine, view, context.stop, context.cloneRoot, context.disk};
+}
+
+template <class Found>
+Result<Found> lookWithoutATrace(const CloneContext& context, const ShownPhases& phases,
+                                const std::function<Result<Found>(const CloneContext& shown)>& look) {
+    const auto folder = recordFolderOf(context.cloneRoot);
+    const auto last = readLastRun(folder);
+    if (last && *last && (*last)->unfinished()) {
+        nameTheDead(context.view, (*last)->record);
+    }
+    auto visit = Visit::begin(context);
+    if (!visit) {
+        return tl::make_unexpected(withTheOther(visit.error(), folder));
+    }
+    RunProgress progress(context.view, phases);
+    auto found = look(withView(context, progress)).map_error([&folder](const Error& error) {
+        return withTheOther(error, folder);
+    });
+    if (const auto ended = visit->end(); found && !ended) {
+        return tl::make_unexpected(ended.error());
+    }
+    if (found) {
+        progress.complete();
+    }
+    return found;
 }
 
 }  // namespace
@@ -57,7 +89,7 @@ Result<Report> recordedRun(
     RunProgress progress(context.view, plan.phases, [&recorder](ShownPhase phase, int percent) {
         recorder->tell({phase, percent});
     });
-    auto report = run(withView(context, progress), *recorder);
+    auto report = endDeadVisit(context).and_then([&] { return run(withView(context, progress), *recorder); });
     if (report) {
         progress.progress({ShownPhase::Closing});
     }
@@ -73,22 +105,13 @@ Result<Report> recordedRun(
 }
 
 Result<Report> unrecordedRun(const CloneContext& context, const ShownPhases& phases,
-                             const std::function<Result<Report>(const CloneContext& shown)>& run) {
-    const auto folder = recordFolderOf(context.cloneRoot);
-    const auto last = readLastRun(folder);
-    if (last && *last && (*last)->unfinished()) {
-        nameTheDead(context.view, (*last)->record);
-    }
-    if (last && *last && (*last)->goingOn) {
-        return tl::make_unexpected(withTheOther(Error{ErrorCode::TelevisionBusy, {}}, folder));
-    }
-    RunProgress progress(context.view, phases);
-    auto report = run(withView(context, progress));
-    if (!report) {
-        return tl::make_unexpected(withTheOther(report.error(), folder));
-    }
-    progress.complete();
-    return report;
+                             const std::function<Result<Report>(const CloneContext& shown)>& look) {
+    return lookWithoutATrace(context, phases, look);
+}
+
+Result<Output> unrecordedRun(const CloneContext& context, const ShownPhases& phases,
+                             const std::function<Result<Output>(const CloneContext& shown)>& look) {
+    return lookWithoutATrace(context, phases, look);
 }
 
 }  // namespace vxclone

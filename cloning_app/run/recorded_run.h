@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "cloning_app/run/clone_run.h"
+#include "cloning_app/run/output.h"
 #include "cloning_app/run/run_record.h"
 #include "cloning_app/run/shown_phase.h"
 
@@ -24,9 +25,13 @@ Result<Report> recordedRun(
     const CloneContext& context, const RunPlan& plan,
     const std::function<Result<Report>(const CloneContext& shown, RunRecorder& recorder)>& run);
 
-/// The same for what looks at a package and changes nothing of the television: it has no record of its own.
-/// Errors: those of `run`; `TelevisionBusy`.
+/// Lets `look` look at a package and the television, with the clone folder empty and its own meanwhile, and
+/// leaves no trace of that on the television; there is no record. What `look` gets is the context with a view
+/// that makes one percentage of the phases. A run that died is named in a notice, and what it left is put
+/// right. Errors: those of `look`; those of `Visit`, and the next run or look then puts right what is left.
 Result<Report> unrecordedRun(const CloneContext& context, const ShownPhases& phases,
-                             const std::function<Result<Report>(const CloneContext& shown)>& run);
+                             const std::function<Result<Report>(const CloneContext& shown)>& look);
+Result<Output> unrecordedRun(const CloneContext& context, const ShownPhases& phases,
+                             const std::function<Result<Output>(const CloneContext& shown)>& look);
 
 }  // namespace vxclone

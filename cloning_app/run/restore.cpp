@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cloning_app/package/kept_content.h"
 #include "cloning_app/run/admission.h"
 #include "cloning_app/run/dry_run.h"
 #include "cloning_app/run/loading.h"
@@ -44,9 +45,8 @@ Error withTheWayOn(Error error, const RestoreOptions& options) {
 
 /// Everything that comes before the television is touched.
 Result<ReadyPackage> getReady(const CloneContext& context, const std::filesystem::path& folder,
-                              const RestoreOptions& options) {
-    auto package =
-        StagedPackage::bring(context, folder, options.safety ? safetyReserve : StagedPackage::Reserve());
+                              const RestoreOptions& options, const StagedPackage::Reserve& reserve) {
+    auto package = StagedPackage::bring(context, folder, reserve);
     if (!package) {
         return tl::make_unexpected(withTheWayOn(package.error(), options));
     }
@@ -59,15 +59,29 @@ Result<ReadyPackage> getReady(const CloneContext& context, const std::filesystem
     return makeReady(context, std::move(*package), std::move(*examined), std::move(plan));
 }
 
+/// How much more one is than the other.
+TreeSize beyond(const TreeSize& one, const TreeSize& other) {
+    return {one.entries - std::min(one.entries, other.entries), one.files - std::min(one.files, other.files),
+            one.bytes - std::min(one.bytes, other.bytes)};
+}
+
 Result<Report> dryRun(const CloneContext& context, const std::filesystem::path& folder,
                       const RestoreOptions& options) {
-    const auto ready = getReady(context, folder, options);
-    return ready ? tellWhatWouldBeDone(*ready, options.keepIdentity) : tl::make_unexpected(ready.error());
+    TreeSize needed;
+    // The restore itself would empty the clone folder, whose content waits aside now.
+    const auto reserve = [&](const Tree& package) {
+        needed = safetyReserve(package);
+        return options.safety ? beyond(needed, sizeOfContentAside(recordFolderOf(context.cloneRoot)))
+                              : TreeSize();
+    };
+    const auto ready = getReady(context, folder, options, reserve);
+    return ready ? tellWhatWouldBeDone(context, *ready, options, needed) : tl::make_unexpected(ready.error());
 }
 
 Result<Report> restore(const CloneContext& context, const std::filesystem::path& folder,
                        const RestoreOptions& options, RunRecorder& recorder) {
-    auto ready = getReady(context, folder, options);
+    auto ready =
+        getReady(context, folder, options, options.safety ? safetyReserve : StagedPackage::Reserve());
     if (!ready) {
         return tl::make_unexpected(ready.error());
     }
@@ -104,8 +118,9 @@ Result<Report> runRestore(const CloneContext& context, const std::filesystem::pa
                        "nothing of the chosen categories can be restored; choose others as well");
     }
     if (options.dryRun) {
-        return unrecordedRun(context, {ShownPhase::Staging, ShownPhase::Closing},
-                             [&](const CloneContext& shown) { return dryRun(shown, folder, options); });
+        return unrecordedRun(context, phasesOfDryRun(options.quick),
+                             std::function<Result<Report>(const CloneContext&)>(
+                                 [&](const CloneContext& shown) { return dryRun(shown, folder, options); }));
     }
     return recordedRun(context, {RunKind::Restore, folder, phasesOfLoad(options.safety, options.readBack)},
                        [&](const CloneContext& shown, RunRecorder& recorder) {

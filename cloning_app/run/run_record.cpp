@@ -18,13 +18,18 @@ constexpr const char* kNewRecordFile = "run.json.new";
 /// Held by the process whose run goes on. It stays when the run has ended: it is the hold that counts.
 constexpr const char* kLockFile = "run.lock";
 constexpr mode_t kLockMode = 0644;
+/// How often a lock is taken anew whose file was taken away meanwhile.
+constexpr int kMostAttempts = 100;
 /// Far more than any record holds.
 constexpr std::size_t kMostRecordBytes = std::size_t{256} << 10U;
 
-// The first byte of the lock file is held while a run goes on. Which of the others is held says how far it
-// is: that takes no room on the disk, and is gone with the process. The two do not touch, or they would be
-// one.
+// The first byte of the lock file is held while a run goes on, and the second one besides while it is a mere
+// look, of which there is no record. Which of the others is held says how far a run is: that takes no room on
+// the disk, and is gone with the process. They do not touch the first ones, or they would be one.
 constexpr off_t kHold = 0;
+constexpr off_t kMarkOfLook = 1;
+constexpr off_t kLengthOfRun = 1;
+constexpr off_t kLengthOfLook = 2;
 constexpr off_t kPositions = 128;
 constexpr off_t kPositionsOfAPhase = 128;
 
@@ -59,17 +64,39 @@ Result<Descriptor> openFolder(const std::filesystem::path& folder) {
     return opened;
 }
 
-Result<Descriptor> takeLock(int folder, const std::string& path) {
+/// Whether the open file is still the one of that name: who holds it last may take the name away.
+bool isStillThere(const Descriptor& file, int folder) {
+    struct stat held {};
+    struct stat named {};
+    return fstat(file.get(), &held) == 0 && fstatat(folder, kLockFile, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
+           held.st_dev == named.st_dev && held.st_ino == named.st_ino;
+}
+
+/// Result: none where another process holds it.
+Result<std::optional<Descriptor>> tryLock(int folder, const std::string& path, off_t length) {
     Descriptor file(openat(folder, kLockFile, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, kLockMode));
-    if (!file.valid()) {
-        return tl::make_unexpected(writeError(Place::Television, path + "/" + kLockFile, errno));
+    struct flock lock = lockOf(F_WRLCK, kHold, length);
+    if (file.valid() && fcntl(file.get(), F_OFD_SETLK, &lock) == 0) {
+        return std::optional(std::move(file));
     }
-    struct flock lock = lockOf(F_WRLCK, kHold, 1);
-    if (fcntl(file.get(), F_OFD_SETLK, &lock) == 0) {
-        return file;
+    if (file.valid() && (errno == EAGAIN || errno == EACCES)) {
+        return std::optional<Descriptor>();
     }
-    if (errno != EAGAIN && errno != EACCES) {
-        return tl::make_unexpected(writeError(Place::Television, path + "/" + kLockFile, errno));
+    return tl::make_unexpected(writeError(Place::Television, path + "/" + kLockFile, errno));
+}
+
+Result<Descriptor> takeLock(int folder, const std::string& path, off_t length) {
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+        auto file = tryLock(folder, path, length);
+        if (!file) {
+            return tl::make_unexpected(file.error());
+        }
+        if (!*file) {
+            break;
+        }
+        if (isStillThere(**file, folder)) {
+            return std::move(**file);
+        }
     }
     return failure(ErrorCode::TelevisionBusy,
                    "another vxclone works on this television; wait for its end (vxclone status --follow)");
@@ -81,6 +108,15 @@ std::optional<off_t> firstHeld(const Descriptor& file, off_t begin, off_t length
     struct flock lock = lockOf(F_WRLCK, begin, length);
     const bool held = file.valid() && fcntl(file.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
     return held ? std::optional(lock.l_start) : std::nullopt;
+}
+
+Result<Descriptor> makeAndOpen(const std::filesystem::path& folder) {
+    std::error_code reason;
+    std::filesystem::create_directories(folder, reason);
+    if (reason) {
+        return tl::make_unexpected(writeError(Place::Television, folder.string(), reason.value()));
+    }
+    return openFolder(folder);
 }
 
 /// The record in the folder; none where there is none that can be understood.
@@ -107,16 +143,11 @@ RunRecorder::RunRecorder(Descriptor folder, Descriptor lock, std::string path, R
       record_(std::move(record)) {}
 
 Result<RunRecorder> RunRecorder::begin(const std::filesystem::path& folder, RunRecord record) {
-    std::error_code reason;
-    std::filesystem::create_directories(folder, reason);
-    if (reason) {
-        return tl::make_unexpected(writeError(Place::Television, folder.string(), reason.value()));
-    }
-    auto opened = openFolder(folder);
+    auto opened = makeAndOpen(folder);
     if (!opened) {
         return tl::make_unexpected(opened.error());
     }
-    auto lock = takeLock(opened->get(), folder.string());
+    auto lock = takeLock(opened->get(), folder.string(), kLengthOfRun);
     if (!lock) {
         return tl::make_unexpected(lock.error());
     }
@@ -172,6 +203,35 @@ Result<void> RunRecorder::write(const RunRecord& record) {
     return {};
 }
 
+LookHold::LookHold(Descriptor folder, Descriptor lock, bool made)
+    : folder_(std::move(folder)), lock_(std::move(lock)), made_(made) {}
+
+LookHold::~LookHold() {
+    if (lock_.valid() && made_) {
+        unlinkat(folder_.get(), kLockFile, 0);
+    }
+}
+
+Result<LookHold> LookHold::begin(const std::filesystem::path& folder) {
+    auto opened = makeAndOpen(folder);
+    if (!opened) {
+        return tl::make_unexpected(opened.error());
+    }
+    const auto before = hasEntry({opened->get(), folder.string(), Place::Television}, kLockFile);
+    auto lock = takeLock(opened->get(), folder.string(), kLengthOfLook);
+    if (!lock) {
+        return tl::make_unexpected(lock.error());
+    }
+    return LookHold(*std::move(opened), *std::move(lock), before && !*before);
+}
+
+bool isLookGoingOn(const std::filesystem::path& folder) {
+    const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor lock(opened.valid() ? openat(opened.get(), kLockFile, O_RDWR | O_NOFOLLOW | O_CLOEXEC)
+                                         : -1);
+    return firstHeld(lock, kMarkOfLook, 1).has_value();
+}
+
 Result<std::optional<LastRun>> readLastRun(const std::filesystem::path& folder) {
     const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!opened.valid() && errno == ENOENT) {
@@ -182,7 +242,7 @@ Result<std::optional<LastRun>> readLastRun(const std::filesystem::path& folder) 
     }
     // Asked first: a run that ends in between leaves a record that is done.
     const Descriptor lock(openat(opened.get(), kLockFile, O_RDWR | O_NOFOLLOW | O_CLOEXEC));
-    const bool goingOn = firstHeld(lock, kHold, 1).has_value();
+    const bool goingOn = firstHeld(lock, kHold, 1) && !firstHeld(lock, kMarkOfLook, 1);
     const auto position = firstHeld(lock, kPositions, 0);
     const Tree tree{opened.get(), folder.string(), Place::Television};
     const auto text = readSmallFile(tree, kRecordFile, kMostRecordBytes);

@@ -98,6 +98,31 @@ class RunRecorder {
     std::optional<RunRecord> previous_;
 };
 
+/// Keeps every run and every other look from beginning while something looks at the television that changes
+/// nothing of it. No record is written, and the file that is held goes with this object where it was not
+/// there before.
+class LookHold {
+ public:
+    /// Errors: `TelevisionBusy` while a run or another look goes on; `TelevisionIo`, `TelevisionFull`.
+    static Result<LookHold> begin(const std::filesystem::path& folder);
+
+    LookHold(LookHold&&) = default;
+    LookHold& operator=(LookHold&&) = delete;
+    LookHold(const LookHold&) = delete;
+    LookHold& operator=(const LookHold&) = delete;
+    ~LookHold();
+
+ private:
+    LookHold(Descriptor folder, Descriptor lock, bool made);
+
+    Descriptor folder_;
+    Descriptor lock_;
+    bool made_;
+};
+
+/// Whether such a look goes on now, in this process or another. False where nobody can tell.
+bool isLookGoingOn(const std::filesystem::path& folder);
+
 /// The last run as another process sees it.
 struct LastRun {
     RunRecord record;

@@ -64,4 +64,13 @@ ShownPhases phasesOfLoad(bool safety, bool readBack) {
     return phases;
 }
 
+ShownPhases phasesOfDiff() {
+    return {ShownPhase::Saving, ShownPhase::Closing};
+}
+
+ShownPhases phasesOfDryRun(bool quick) {
+    return quick ? ShownPhases{ShownPhase::Staging, ShownPhase::Closing}
+                 : ShownPhases{ShownPhase::Staging, ShownPhase::Saving, ShownPhase::Closing};
+}
+
 }  // namespace vxclone

@@ -36,5 +36,8 @@ using ShownPhases = std::vector<ShownPhase>;
 ShownPhases phasesOfBackup();
 /// Of a restore or an undo.
 ShownPhases phasesOfLoad(bool safety, bool readBack);
+/// Of a comparison of the television with a package.
+ShownPhases phasesOfDiff();
+ShownPhases phasesOfDryRun(bool quick);
 
 }  // namespace vxclone

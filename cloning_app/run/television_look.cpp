@@ -58,11 +58,18 @@ Result<TelevisionLook> lookAtTelevision(const CloneContext& context, const Tree&
         tableRows(Direction::Backup, allCategories(), results->outcomes(), saveLogos(root, context.stop));
     nameApplications(look.rows);
     nameTheUnsaved(look);
-    auto state = stateOfPackage(root);
-    if (!state) {
-        return tl::make_unexpected(state.error());
+    // The library says nothing of the settings file, and writes an empty one on a full disk.
+    auto settings = readSettings(root);
+    if (settings && *settings) {
+        look.state.settings = std::move(**settings);
+    } else {
+        look.unread.push_back(VXCLONE_VCONF_DATA);
     }
-    look.state = std::move(*state);
+    auto files = filesOf(root);
+    if (!files) {
+        return tl::make_unexpected(files.error());
+    }
+    look.state.entries = std::move(*files);
     return look;
 }
 

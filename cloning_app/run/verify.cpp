@@ -67,7 +67,9 @@ Result<Report> verify(const CloneContext& context, const std::filesystem::path& 
 }  // namespace
 
 Result<Report> runVerify(const CloneContext& context, const std::filesystem::path& folder) {
-    return unrecordedRun(context, {}, [&](const CloneContext& shown) { return verify(shown, folder); });
+    return unrecordedRun(context, {},
+                         std::function<Result<Report>(const CloneContext&)>(
+                             [&](const CloneContext& shown) { return verify(shown, folder); }));
 }
 
 }  // namespace vxclone

@@ -68,6 +68,17 @@ void expectJsonLines(const std::string& output) {
     }
 }
 
+void expectHarmless(const std::vector<std::string>& command) {
+    std::vector<std::string> arguments = command;
+    arguments.emplace_back("--json");
+    const Finished look = Stage::instance().vxclone(arguments);
+    EXPECT_FALSE(look.timedOut) << command.front();
+    EXPECT_LE(look.status, kMostStatuses) << command.front() << look.errors;
+    EXPECT_THAT(look.output + look.errors, Not(HasSubstr("BAIT"))) << command.front();
+    EXPECT_THAT(look.output + look.errors, Not(HasSubstr("\x1b"))) << command.front();
+    expectJsonLines(look.output);
+}
+
 TEST(HostileLooksTest, lookingAtADamagedPackageEndsAndShowsNothingFromOutside) {
     Stage& stage = Stage::instance();
     const std::string bait = R"({"db/vxhotel/hotelmenu/welcomemessage":{"string":"BAIT"}})";
@@ -85,21 +96,18 @@ TEST(HostileLooksTest, lookingAtADamagedPackageEndsAndShowsNothingFromOutside) {
         const FileTree before = stage.there().state();
         for (const std::vector<std::string>& command :
              {std::vector<std::string>{"inspect", "/media/usb/clone", "--files"},
-              {"diff", "/media/usb/clone"},
+              {"diff", "/media/usb/clone", "--quick"},
               {"list"},
               {"verify", "/media/usb/clone"}}) {
-            std::vector<std::string> arguments = command;
-            arguments.emplace_back("--json");
-            const Finished look = stage.vxclone(arguments);
-            EXPECT_FALSE(look.timedOut) << command.front();
-            EXPECT_LE(look.status, kMostStatuses) << command.front() << look.errors;
-            EXPECT_THAT(look.output + look.errors, Not(HasSubstr("BAIT"))) << command.front();
-            EXPECT_THAT(look.output + look.errors, Not(HasSubstr("\x1b"))) << command.front();
-            expectJsonLines(look.output);
+            expectHarmless(command);
             ++looks;
         }
         EXPECT_EQ(stage.there().state(), before);
         EXPECT_THAT(stage.there().changingCalls(), testing::IsEmpty());
+        // This one lets the library save the television.
+        expectHarmless({"diff", "/media/usb/clone"});
+        ++looks;
+        EXPECT_TRUE(std::filesystem::is_empty(stage.there().cloneRoot()));
     }
     std::cout << "hostile: " << looks << " looks at damaged packages\n";
 }

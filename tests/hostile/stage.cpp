@@ -144,7 +144,7 @@ Stage::Stage() : here_(place_ / "here", "/opt"), there_(place_ / "there", place_
     makePackages();
     prepareThisProcess();
     layPackage();
-    for (const Outcome& dry : {restoreHere({}, true), restoreThere({"--dry-run"})}) {
+    for (const Outcome& dry : {restoreHere({}, true), restoreThere({"--dry-run", "--quick"})}) {
         require(dry.status == 0, "the good package is refused: " + dry.message);
     }
     goodDigest_ = restoreHere({}, true).digest;
@@ -183,6 +183,7 @@ Outcome Stage::restoreHere(const std::string& expect, bool dryRun) const {
     options.everything = true;
     options.expect = expect;
     options.dryRun = dryRun;
+    options.quick = dryRun;
     return outcomeOf(vxclone::runRestore(context, package(), options));
 }
 

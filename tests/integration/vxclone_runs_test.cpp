@@ -167,11 +167,12 @@ TEST_F(VxcloneRunsTest, keptIdentityIsThatOfTheTelevision) {
 TEST_F(VxcloneRunsTest, dryRunNamesWhatWouldChangeAndChangesNothing) {
     const auto settings = [this] { return vxtv({"settings", second}).output; };
     const std::string before = settings();
+    const FileTree files = snapshot(std::filesystem::path(second) / "opt");
     const Finished dry = vxclone(second, {"restore", "/media/usb/clone", "--dry-run", "--json"});
     EXPECT_EQ(dry.status, 0) << dry.errors;
     EXPECT_THAT(dry.output, AllOf(HasSubstr(kWelcome), HasSubstr("\"result\":\"planned\"")));
     EXPECT_EQ(settings(), before);
-    EXPECT_TRUE(snapshot(std::filesystem::path(second) / kData / "Clone").empty());
+    EXPECT_EQ(snapshot(std::filesystem::path(second) / "opt"), files);
 }
 
 TEST_F(VxcloneRunsTest, exceptLoadsAllButTheNamed) {

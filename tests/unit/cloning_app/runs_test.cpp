@@ -367,7 +367,8 @@ TEST_F(RunsTest, televisionThatCannotBeReadBackIsNoSuccess) {
     const auto report = restore(options);
     ASSERT_TRUE(report);
     EXPECT_EQ(report->exitStatus, 1);
-    EXPECT_THAT(report->closing, Contains(HasSubstr("could not be read back")));
+    EXPECT_THAT(textOf(rowFor(*report, VXCLONE_VCONF_DATA)),
+                HasSubstr("done, cannot be read back: applied, 54 settings; not read again: "));
 }
 
 TEST_F(RunsTest, keptIdentityIsTheTelevisionsOwnAfterwards) {
@@ -396,20 +397,141 @@ TEST_F(RunsTest, identityThatCannotBeWrittenBackFailsTheSettings) {
                 HasSubstr(std::string("not kept: ") + kPinSetting));
 }
 
-TEST_F(RunsTest, dryRunTellsTheDifferencesAndLeavesNothing) {
-    RestoreOptions options{allCategories(), false, true};
-    options.dryRun = true;
-    const auto report = restore(options);
+/// A dry run. The television has another picture than the package, and other data of an application.
+class DryRunTest : public RunsTest {
+ protected:
+    DryRunTest() {
+        options_.dryRun = true;
+        engine_.save = [this] {
+            for (const auto& entry : std::filesystem::directory_iterator(root_)) {
+                std::filesystem::remove_all(entry);
+            }
+            writeWhole(root_, volume(), pin());
+            writeFile(root_ / "picture-and-sound.backup", "other");
+            writeFile(root_ / "org.vorta.orvel-app/data", "other");
+            FakeEngine::report(reported_, 0);
+        };
+    }
+
+    static std::string wordsFor(const Report& report, VXClone category) {
+        return textOf(rowFor(report, category));
+    }
+
+    RestoreOptions options_{allCategories(), false, true};
+    std::string reported_ = kWholeReport;
+};
+
+TEST_F(DryRunTest, tellsTheDifferencesAndLeavesEverythingAsItWas) {
+    writeFile(root_ / "of-the-last-run/file", "x");
+    const auto before = contentOf(data());
+    const auto report = restore(options_);
     ASSERT_TRUE(report) << report.error().sentence;
     EXPECT_EQ(report->exitStatus, 0);
-    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VCONF_DATA)), "would be loaded: changes 2 settings");
+    EXPECT_EQ(wordsFor(*report, VXCLONE_VCONF_DATA), "would be loaded: changes 2 settings");
+    EXPECT_EQ(wordsFor(*report, VXCLONE_AV_SETTINGS), "would be loaded: changes 1 file");
+    EXPECT_EQ(wordsFor(*report, VXCLONE_FACTORY_SETTINGS), "would be loaded: changes nothing");
+    EXPECT_EQ(wordsFor(*report, VXCLONE_VXHOTEL_FIRSTSCREEN_DATA),
+              "would be loaded: other bytes in 1 file, which only the application can compare");
+    EXPECT_EQ(rowFor(*report, VXCLONE_VXHOTEL_FIRSTSCREEN_DATA).subject, "org.vorta.orvel-app");
+    EXPECT_EQ(wordsFor(*report, VXCLONE_NTP_SETTINGS_DATA), "would be loaded");
     EXPECT_EQ(rowFor(*report, VXCLONE_VXHOTEL_AMBIENT_APP_DATA).verdict, Verdict::NotPossible);
-    EXPECT_EQ(report->differences.list.size(), 2U);
-    EXPECT_EQ(engine_.runs + engine_.backups, 0);
-    EXPECT_TRUE(std::filesystem::is_empty(root_));
+    EXPECT_EQ(report->differences.list.size(), 4U);
+    EXPECT_THAT(*report->notCompared, IsEmpty());
+    EXPECT_THAT(report->closing, ElementsAre("This was a dry run: nothing was changed."));
+    EXPECT_EQ(engine_.runs, 0);
+    EXPECT_EQ(contentOf(data()), before);
+    EXPECT_EQ(volume(), 20);
+}
+
+TEST_F(DryRunTest, leavesNoRecordAndTheKeysOfTheLastRun) {
+    FakeEngine::report("VXCLONE_AV_SETTINGS-FAIL\n", 70);
+    ASSERT_TRUE(restore(options_));
+    EXPECT_EQ(engine_.backups, 1);
     EXPECT_FALSE(std::filesystem::exists(data() / "run.json"));
-    options.keepIdentity = true;
-    EXPECT_EQ(rowFor(*restore(options), VXCLONE_VCONF_DATA).detail, "changes 1 setting; keeps 11 settings");
+    EXPECT_EQ(store::readString(kResultKey), "VXCLONE_AV_SETTINGS-FAIL\n");
+    EXPECT_EQ(store::readInt(kProgressKey), 70);
+}
+
+TEST_F(DryRunTest, showsOnePercentageAndNoCategoryOfTheBackup) {
+    ASSERT_TRUE(restore(options_));
+    EXPECT_TRUE(std::is_sorted(view_.percents.begin(), view_.percents.end()));
+    EXPECT_EQ(view_.percents.back(), 100);
+    EXPECT_THAT(shownOf(ShownPhase::Saving), Not(IsEmpty()));
+    EXPECT_THAT(view_.rows, IsEmpty());
+}
+
+TEST_F(DryRunTest, keptIdentityIsNoChange) {
+    options_.keepIdentity = true;
+    EXPECT_EQ(rowFor(*restore(options_), VXCLONE_VCONF_DATA).detail, "changes 1 setting; keeps 11 settings");
+}
+
+TEST_F(DryRunTest, whatStaysBesideTheHomeMenuIsNoChange) {
+    FakePaths::instance().homeMenu = folder_ / "menu";
+    writeFile(folder_ / "menu/same", "a");
+    writeFile(folder_ / "menu/other", "a");
+    writeFile(package_ / "VXHotel/same", "a");
+    sealFolder(package_);
+    EXPECT_EQ(wordsFor(*restore(options_), VXCLONE_VXHOTEL_HOMEAPP_DATA), "would be loaded: changes nothing");
+}
+
+TEST_F(DryRunTest, whatThePackageLacksIsSaid) {
+    std::filesystem::remove_all(package_ / "tvtimer");
+    sealFolder(package_);
+    const auto report = restore(options_);
+    ASSERT_TRUE(report);
+    EXPECT_EQ(rowFor(*report, VXCLONE_VXTV_TIMER_DATA).verdict, Verdict::Lacking);
+    EXPECT_THAT(report->closing, Contains("The package is not complete. It lacks: timers."));
+    EXPECT_EQ(report->lacks.size(), 1U);
+}
+
+TEST_F(DryRunTest, categoryThatCouldNotBeSavedIsNotComparedAndNoSuccess) {
+    reported_.replace(reported_.find("AV_SETTINGS-SUCCESS"), 19, "AV_SETTINGS-FAIL");
+    const auto report = restore(options_);
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_EQ(wordsFor(*report, VXCLONE_AV_SETTINGS),
+              "would be loaded: not compared: the television could not save it");
+    EXPECT_THAT(*report->notCompared, ElementsAre("av"));
+    EXPECT_THAT(report->closing, Contains("Not compared, because the television could not save it: av."));
+    options_.list = {VXCLONE_VCONF_DATA};
+    options_.everything = false;
+    EXPECT_EQ(restore(options_)->exitStatus, 0) << "what is not chosen need not be compared";
+}
+
+TEST_F(DryRunTest, quickOneAsksNoLibraryAndSaysWhatItDidNotCompare) {
+    options_.quick = true;
+    const auto report = restore(options_);
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_EQ(engine_.backups + engine_.runs, 0);
+    EXPECT_EQ(wordsFor(*report, VXCLONE_AV_SETTINGS), "would be loaded");
+    EXPECT_EQ(wordsFor(*report, VXCLONE_VCONF_DATA), "would be loaded: changes 2 settings");
+    EXPECT_THAT(*report->notCompared,
+                ElementsAre("apps", "av", "channels", "factory", "home-data", "settings", "timers", "was"));
+    EXPECT_THAT(report->closing,
+                ElementsAre("Not compared, because of --quick: apps (org.vorta.orvel-app), av, channels, "
+                            "factory, home-data, settings, timers, was.",
+                            "This was a dry run: nothing was changed."));
+}
+
+TEST_F(DryRunTest, roomIsJudgedAsTheRestoreWouldFindItWithTheCloneFolderEmptied) {
+    const bool allowed = withOwnMounts([this] {
+        std::filesystem::create_directories(data());
+        ASSERT_EQ(mount("tmpfs", data().c_str(), "tmpfs", 0, "size=1m"), 0);
+        FakePaths::instance().homeMenu = folder_ / "menu";
+        writeFile(folder_ / "menu/film", std::string(400'000, 'f'));
+        writeFile(root_ / "of-the-last-run", std::string(200'000, 'x'));
+        const auto fits = restore(options_);
+        EXPECT_TRUE(fits) << fits.error().sentence;
+        writeFile(folder_ / "menu/film", std::string(990'000, 'f'));
+        const auto report = restore(options_);
+        ASSERT_FALSE(report);
+        EXPECT_EQ(report.error().code, ErrorCode::TelevisionFull);
+        EXPECT_EQ(readFile(root_ / "of-the-last-run").size(), 200'000U);
+    });
+    if (!allowed) {
+        GTEST_SKIP() << "mounting is not allowed here";
+    }
 }
 
 TEST_F(RunsTest, partThatNeedsAnotherIsSaid) {

@@ -1,0 +1,108 @@
+#include "cloning_app/run/kept_run_keys.h"
+
+#include <fcntl.h>
+
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "cloning_app/package/descriptor.h"
+#include "cloning_app/package/small_file.h"
+#include "cloning_app/run/settings_store.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr const char* kNotes = "run.keys";
+constexpr const char* kNewNotes = "run.keys.new";
+/// Far more than any result list.
+constexpr std::size_t kMostNoteBytes = std::size_t{1} << 20U;
+/// A setting that is refused once is tried again.
+constexpr int kAttempts = 2;
+
+tl::unexpected<Error> refused(const char* key) {
+    return failure(ErrorCode::SettingsRefused,
+                   std::string("the television's settings store refuses ") + key +
+                       ", which has to be afterwards as it was; restart the television and try again");
+}
+
+Result<Descriptor> openFolder(const std::filesystem::path& path) {
+    Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder.valid()) {
+        return tl::make_unexpected(readError(Place::Television, path.string(), errno));
+    }
+    return folder;
+}
+
+/// The percentage, where there is one, on the first line; below it the result list as it is.
+std::string noteText(const std::optional<int>& percent, const std::string& results) {
+    return (percent ? std::to_string(*percent) : "") + "\n" + results;
+}
+
+template <class Value>
+bool holdsOrTakes(const Value& wanted, const std::function<std::optional<Value>()>& read,
+                  const std::function<bool()>& write) {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        if (read() == wanted) {
+            return true;
+        }
+        static_cast<void>(write());
+    }
+    return read() == wanted;
+}
+
+}  // namespace
+
+Result<void> keepRunKeys(const std::filesystem::path& dataFolder) {
+    const auto folder = openFolder(dataFolder);
+    if (!folder) {
+        return tl::make_unexpected(folder.error());
+    }
+    const auto results = store::readString(kResultKey);
+    if (!results) {
+        return refused(kResultKey);
+    }
+    const Tree data{folder->get(), dataFolder.string(), Place::Television};
+    const auto written = writeSmallFile(data, kNewNotes, noteText(store::readInt(kProgressKey), *results));
+    if (written && renameat(folder->get(), kNewNotes, folder->get(), kNotes) != 0) {
+        return tl::make_unexpected(writeError(Place::Television, data.path + "/" + kNotes, errno));
+    }
+    return written;
+}
+
+Result<void> putRunKeysBack(const std::filesystem::path& dataFolder) {
+    const auto folder = openFolder(dataFolder);
+    if (!folder) {
+        return tl::make_unexpected(folder.error());
+    }
+    const auto notes =
+        readSmallFile({folder->get(), dataFolder.string(), Place::Television}, kNotes, kMostNoteBytes);
+    if (!notes || !*notes) {
+        return notes ? Result<void>() : tl::make_unexpected(notes.error());
+    }
+    const std::string& text = **notes;
+    const std::size_t end = text.find('\n');
+    const std::string results = end == std::string::npos ? "" : text.substr(end + 1);
+    if (!holdsOrTakes<std::string>(
+            results, [] { return store::readString(kResultKey); },
+            [&results] { return store::writeString(kResultKey, results); })) {
+        return refused(kResultKey);
+    }
+    int percent = 0;
+    const bool known = std::from_chars(text.data(), text.data() + text.size(), percent).ec == std::errc();
+    if (known && !holdsOrTakes<int>(
+                     percent, [] { return store::readInt(kProgressKey); },
+                     [percent] { return store::writeInt(kProgressKey, percent); })) {
+        return refused(kProgressKey);
+    }
+    const int reason = removeTree(folder->get(), kNotes);
+    return reason == 0 ? Result<void>()
+                       : tl::make_unexpected(
+                             writeError(Place::Television, dataFolder.string() + "/" + kNotes, reason));
+}
+
+}  // namespace vxclone

@@ -1,0 +1,81 @@
+#include "cloning_app/run/visit.h"
+
+#include <system_error>
+#include <utility>
+
+#include "cloning_app/package/clone_root.h"
+#include "cloning_app/package/kept_content.h"
+#include "cloning_app/run/kept_run_keys.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr const char* kPutRight =
+    "A comparison broke off: what lay in the television's clone folder is there again.";
+
+/// Puts back what lay in the clone folder. Result: whether anything was aside.
+Result<bool> putCloneFolderBack(const std::filesystem::path& cloneRoot) {
+    const auto dataFolder = recordFolderOf(cloneRoot);
+    const auto aside = isContentAside(dataFolder);
+    if (!aside || !*aside) {
+        return aside;
+    }
+    return CloneRoot::open(cloneRoot).and_then(
+        [&](const CloneRoot& root) { return putContentBack(dataFolder, root.tree()); });
+}
+
+}  // namespace
+
+Result<void> endDeadVisit(const CloneContext& context) {
+    const auto put = putCloneFolderBack(context.cloneRoot);
+    if (!put) {
+        return tl::make_unexpected(put.error());
+    }
+    if (*put) {
+        context.view.notice(kPutRight);
+    }
+    return putRunKeysBack(recordFolderOf(context.cloneRoot));
+}
+
+Visit::Visit(LookHold hold, std::filesystem::path cloneRoot, bool made)
+    : hold_(std::make_unique<LookHold>(std::move(hold))), cloneRoot_(std::move(cloneRoot)), made_(made) {}
+
+Visit::~Visit() {
+    static_cast<void>(end());
+}
+
+Result<Visit> Visit::begin(const CloneContext& context) {
+    auto hold = LookHold::begin(recordFolderOf(context.cloneRoot));
+    if (!hold) {
+        return tl::make_unexpected(hold.error());
+    }
+    if (const auto ended = endDeadVisit(context); !ended) {
+        return tl::make_unexpected(ended.error());
+    }
+    std::error_code unknown;
+    const bool made = !std::filesystem::exists(context.cloneRoot, unknown) && !unknown;
+    const auto aside = CloneRoot::open(context.cloneRoot).and_then([&](const CloneRoot& root) {
+        return setContentAside(recordFolderOf(context.cloneRoot), root.tree());
+    });
+    if (!aside) {
+        return tl::make_unexpected(aside.error());
+    }
+    return Visit(std::move(*hold), context.cloneRoot, made);
+}
+
+Result<void> Visit::end() {
+    if (hold_ == nullptr) {
+        return {};
+    }
+    const auto hold = std::move(hold_);
+    const auto put = putCloneFolderBack(cloneRoot_);
+    if (put && made_) {
+        std::error_code stays;
+        std::filesystem::remove(cloneRoot_, stays);
+    }
+    const auto keys = putRunKeysBack(recordFolderOf(cloneRoot_));
+    return put ? keys : tl::make_unexpected(put.error());
+}
+
+}  // namespace vxclone
