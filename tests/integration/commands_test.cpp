@@ -96,7 +96,8 @@ TEST_F(CommandsTest, compareSummaryIsOneLineAnAreaWithTheSameVerdict) {
     EXPECT_EQ(count, whole.at("areas").size());
     EXPECT_THAT(vxtv({"compare", first, first, "--summary"}).output,
                 AllOf(HasSubstr("settings-keys: same\n"), testing::Not(HasSubstr("differ"))));
-    refused({"compare", first, second, "--summary", "--json"}, "--summary");
+    EXPECT_THAT(vxtv({"compare", first, second, "--summary", "--json"}, 2).output,
+                HasSubstr(R"("message":"--summary excludes --json; see vxtv compare --help")"));
 }
 
 TEST_F(CommandsTest, compareJudgesWhatNoCloneCarriesOnlyWhenEverythingIsAskedFor) {
@@ -225,6 +226,16 @@ TEST_F(CommandsTest, invalidLineIsOneSentenceWithTheNextStep) {
               "vxtv: run has no option --stik; did you mean --stick?\n");
     EXPECT_EQ(sentence({"compare", first, second, "a", "b"}),
               "vxtv: the following arguments were not expected: a b; see vxtv compare --help\n");
+}
+
+TEST_F(CommandsTest, mistypedNameIsAskedForByTheOneThatIsMeant) {
+    const std::string key = "; did you mean db/hotel/dooreye?\n";
+    refused({"get", first, "db/hotel/doreye"}, key);
+    refused({"set", first, "dooreye", "off"}, key);
+    refused({"fault", first, "add", "vconf_get_int", "--key", "db/hotel/doreye", "--status", "-1"}, key);
+    refused({"fault", first, "add", "vconf_gt_int", "--status", "-1"}, "; did you mean vconf_get_int?\n");
+    refused({"create", (place / "new").string(), "--profile", "room101"}, "; did you mean room-101?\n");
+    refused({"run", first, "--stik", "x"}, "; did you mean --stick?\n");
 }
 
 TEST_F(CommandsTest, invalidLineIsAJsonErrorWhereverJsonWasAskedFor) {
