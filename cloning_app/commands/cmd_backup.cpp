@@ -14,6 +14,7 @@ struct BackupArguments {
     std::string name;
     std::string without;
     bool named = false;
+    bool onThisDisk = false;
     bool json = false;
 };
 
@@ -23,7 +24,7 @@ Result<Report> backUpAsTold(const CloneContext& context, const BackupArguments& 
         return tl::make_unexpected(without.error());
     }
     const auto called = arguments.named ? std::optional(arguments.name) : std::nullopt;
-    return runBackup(context, arguments.folder, {called, std::move(*without)});
+    return runBackup(context, arguments.folder, {called, std::move(*without), arguments.onThisDisk});
 }
 
 }  // namespace
@@ -38,6 +39,7 @@ void addBackupCommand(CLI::App& app, Action& chosen) {
                      "What this television does not have: that is no failure")
         ->join(',')
         ->type_name(kDeclaredNames);
+    verb->add_flag("--on-this-disk", arguments->onThisDisk, "Allow a place on the television itself");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments, name] {
         arguments->named = name->count() != 0;

@@ -23,6 +23,8 @@ class StickTarget {
 
     const std::string& path() const { return path_; }
     const std::string& name() const { return name_; }
+    /// The folder in which the user's folder is or will be; its descriptor stays the target's.
+    Tree parent() const;
 
     /// Puts right what an interrupted backup left. Result: the sentence that says so, or none when there was
     /// nothing to do. Leftovers that cannot be removed do no harm and stay.
@@ -43,7 +45,6 @@ class StickTarget {
     friend class Replacement;
     StickTarget(Descriptor parent, std::string parentPath, std::string name, DiskCalls calls);
 
-    Tree parent() const;
     Result<bool> isFolder(const std::string& name) const;
     Result<Descriptor> openFolder() const;
     Result<bool> holdsKnownEntry(int directory, bool& empty) const;

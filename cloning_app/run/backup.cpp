@@ -67,23 +67,23 @@ Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Rep
     return copied;
 }
 
-void sayTheEnd(Report& report, const TreeSize& size, const std::string& path) {
+void sayTheEnd(Report& report, const TreeSize& size, const std::string& path, bool onAStick) {
     report.closing.push_back(fmt::format("Backup in {}: {}, {}.", vxcommon::printable(path),
                                          countText(size.files, "file"), sizeText(size.bytes)));
     report.closing.push_back(fmt::format("Digest {}", report.digest));
     for (std::string& sentence : lackSentences(report.lacks, "The backup")) {
         report.closing.push_back(std::move(sentence));
     }
-    if (report.exitStatus == kExitOk) {
+    if (report.exitStatus != kExitOk) {
+        report.closing.push_back(fmt::format("The backup is incomplete (failed: {}); the rest is {}.",
+                                             failedNames(report.rows),
+                                             onAStick ? "on the stick, which may be removed" : "there"));
+    } else if (onAStick) {
         report.closing.emplace_back("Safe to remove the stick.");
-    } else {
-        report.closing.push_back(fmt::format(
-            "The backup is incomplete (failed: {}); the rest is on the stick, which may be removed.",
-            failedNames(report.rows)));
     }
 }
 
-Result<Report> backUpTo(const CloneContext& context, StickTarget& target, const Means& means,
+Result<Report> backUpTo(const CloneContext& context, StickTarget& target, bool onAStick, const Means& means,
                         RunRecorder& recorder) {
     auto replacement = Replacement::begin(target);
     if (!replacement) {
@@ -116,7 +116,7 @@ Result<Report> backUpTo(const CloneContext& context, StickTarget& target, const 
     if (!carried) {
         return tl::make_unexpected(carried.error());
     }
-    sayTheEnd(*report, *carried, target.path());
+    sayTheEnd(*report, *carried, target.path(), onAStick);
     return report;
 }
 
@@ -125,6 +125,11 @@ Result<Report> backUp(const CloneContext& context, const std::filesystem::path& 
     auto target = openTarget(context, folder);
     if (!target) {
         return tl::make_unexpected(target.error());
+    }
+    const auto onAStick = goesOntoAStick({target->parent(), target->path(), options.onThisDisk},
+                                         context.cloneRoot, context.mounts);
+    if (!onAStick) {
+        return tl::make_unexpected(onAStick.error());
     }
     if (const auto replaceable = target->checkReplaceable(); !replaceable) {
         return tl::make_unexpected(replaceable.error());
@@ -135,7 +140,7 @@ Result<Report> backUp(const CloneContext& context, const std::filesystem::path& 
         return tl::make_unexpected(means.error());
     }
     means->mayLack = [&options](const Lack& lack) { return options.without.holds(lack); };
-    return backUpTo(context, *target, *means, recorder);
+    return backUpTo(context, *target, *onAStick, *means, recorder);
 }
 
 }  // namespace

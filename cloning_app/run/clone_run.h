@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "cloning_app/package/disk_calls.h"
+#include "cloning_app/package/mounts.h"
 #include "cloning_app/run/clone_engine.h"
 #include "cloning_app/run/progress_view.h"
 #include "cloning_app/run/stop_flag.h"
@@ -19,16 +20,19 @@ struct CloneContext {
     const StopFlag& stop;
     std::filesystem::path cloneRoot;   ///< where the engine writes and reads
     DiskCalls disk = realDiskCalls();  ///< for what is written to the stick
+    MountQuestions mounts = realMountQuestions();
 };
 
 /// How a backup is made.
 struct BackupOptions {
     std::optional<std::string> name = {};  ///< what people call the package; none: as the folder is called
     Declared without = {};                 ///< what this television does not have
+    bool onThisDisk = false;               ///< the folder may lie on the television itself
 };
 
 /// Saves the television into `folder`. Result: the report, the package being sealed and flushed in `folder`;
-/// its exit status says whether a category failed or something is lacking. Errors: `folder` is as it was.
+/// its exit status says whether a category failed or something is lacking. Errors: `folder` is as it was,
+/// such as where it lies on the television itself (`StickMissing`).
 Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder,
                          const BackupOptions& options = {});
 

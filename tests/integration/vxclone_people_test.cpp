@@ -95,6 +95,90 @@ TEST_F(VxclonePeopleTest, stickThatIsNotPluggedInIsAskedFor) {
     }
 }
 
+/// A vxclone in the television without the stick, but for the options.
+class DiskOfTheTelevisionTest : public VxclonePeopleTest {
+ protected:
+    Finished here(std::vector<std::string> arguments, const std::vector<std::string>& options = {}) const {
+        arguments.insert(arguments.begin(), vxcloneProgram());
+        return run(inTelevision(first, std::move(arguments), options));
+    }
+
+    static constexpr const char* kHere = " is on this television itself, ";
+    static constexpr const char* kWayOn = ", or write here with --on-this-disk\n";
+};
+
+TEST_F(DiskOfTheTelevisionTest, writingWithoutAStickIsRefusedAndWritesNothing) {
+    // As it leaves the factory: the clone folder is not there yet.
+    std::filesystem::remove_all(place / "first/opt/usr/apps/org.vorta.vxhotel-cloning");
+    for (const auto& [verb, name] : {std::pair("backup", "/media/clone"),
+                                     {"support-bundle", "/media/bundle.tar"},
+                                     {"backup", "/tmp/clone"},
+                                     {"backup", "/opt/usr/clone"}}) {
+        const Finished finished = here({verb, name});
+        EXPECT_EQ(finished.status, ended::kStick) << name;
+        EXPECT_EQ(finished.errors, std::string("vxclone: ") + name + kHere +
+                                       "and no stick is plugged in; put a stick in" + kWayOn);
+        EXPECT_THAT(finished.output, Not(HasSubstr("Safe to remove")));
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(place / "first/media"));
+    const Finished asked = here({"backup", "/media/clone", "--json"});
+    EXPECT_EQ(nlohmann::json::parse(asked.output).at("code"), "stick-missing");
+}
+
+TEST_F(DiskOfTheTelevisionTest, writingBesideAStickIsRefusedAndTheSticksAreNamed) {
+    const Finished beside = vxclone(first, {"backup", "/media/clone"});
+    EXPECT_EQ(beside.status, ended::kStick);
+    EXPECT_EQ(beside.errors, std::string("vxclone: /media/clone") + kHere +
+                                 "not on a stick (plugged in: /media/usb); name a place on the stick" +
+                                 kWayOn);
+    std::filesystem::create_directory(place / "other");
+    const Finished bundle = here({"support-bundle", "/media/bundle.tar"},
+                                 {"--stick", stick, "--stick", (place / "other").string() + ":my red one"});
+    EXPECT_THAT(bundle.errors, HasSubstr("(plugged in: /media/my red one, /media/usb)"));
+    EXPECT_TRUE(std::filesystem::is_empty(stick));
+}
+
+TEST_F(DiskOfTheTelevisionTest, writingThatIsWantedThereSaysNothingOfAStick) {
+    const Finished backup = here({"backup", "/media/clone", "--on-this-disk"});
+    EXPECT_EQ(backup.status, 0) << backup.errors;
+    EXPECT_THAT(backup.output, AllOf(HasSubstr("Backup in /media/clone: "), Not(HasSubstr("stick"))));
+    const Finished bundle = here({"support-bundle", "/media/bundle.tar", "--on-this-disk"});
+    EXPECT_EQ(bundle.status, 0) << bundle.errors;
+    EXPECT_EQ(bundle.output, "Wrote /media/bundle.tar, without any secret setting.\n");
+}
+
+TEST_F(DiskOfTheTelevisionTest, packageThatLiesThereIsReadByEveryCommandThatReads) {
+    ASSERT_EQ(here({"backup", "/media/clone", "--on-this-disk"}).status, 0);
+    for (const std::vector<std::string>& reading : {std::vector<std::string>{"verify", "/media/clone"},
+                                                    {"inspect", "/media/clone"},
+                                                    {"diff", "/media/clone"},
+                                                    {"list"},
+                                                    {"restore", "/media/clone"}}) {
+        const Finished finished = here(reading);
+        EXPECT_EQ(finished.status, 0) << reading[0] << finished.output << finished.errors;
+    }
+}
+
+TEST_F(DiskOfTheTelevisionTest, stickThatIsWantedAsThisDiskIsStillAStick) {
+    const Finished backup = vxclone(first, {"backup", "/media/usb/clone", "--on-this-disk"});
+    EXPECT_EQ(backup.status, 0) << backup.errors;
+    EXPECT_THAT(backup.output, HasSubstr("Safe to remove the stick."));
+}
+
+TEST_F(DiskOfTheTelevisionTest, folderOfTheTelevisionThatIsMountedLikeAStickIsNone) {
+    const Finished backup =
+        run(inside(first, {"sh", "-c",
+                           "mkdir /opt/usr/shelf /media/shelf && mount --bind /opt/usr/shelf /media/shelf && "
+                           "ln -s /opt/usr/shelf /media/usb/link && "
+                           "\"$0\" backup /media/shelf/clone; \"$0\" backup /media/usb/link/clone",
+                           vxcloneProgram()}));
+    EXPECT_EQ(backup.status, ended::kStick);
+    for (const char* const name : {"/media/shelf/clone", "/media/usb/link/clone"}) {
+        EXPECT_THAT(backup.errors, HasSubstr(std::string(name) + kHere +
+                                             "not on a stick (plugged in: /media/usb); name a place"));
+    }
+}
+
 TEST_F(VxclonePeopleTest, stickPulledOutDuringABackupIsSaidAndNeverCalledSafe) {
     vxtv({"fault", first, "add", "avoc_backup_all_settings", "--delay", "800"});
     const std::string pullOnceTheRunGoesOn =

@@ -92,6 +92,40 @@ TEST_F(RunBackupTest, goodBackupIsOnTheStickAndSafeToRemove) {
     EXPECT_EQ(rowFor(*report, VXCLONE_VCONF_DATA).detail, "saved, 54 settings");
 }
 
+TEST_F(RunBackupTest, folderOnTheTelevisionItselfIsRefusedAndLeftAsItWas) {
+    mounts_ = stickAt(folder_ / "another");
+    const auto report = backUp();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::StickMissing);
+    EXPECT_EQ(report.error().sentence,
+              (stick_ / "clone").string() +
+                  " is on this television itself, not on a stick (plugged in: /media/usb); name a place on "
+                  "the stick, or write here with --on-this-disk");
+    EXPECT_TRUE(std::filesystem::is_empty(stick_));
+    EXPECT_EQ(engine_.runs + engine_.backups, 0);
+}
+
+TEST_F(RunBackupTest, folderOnTheTelevisionItselfThatIsWantedIsFilledAndNothingIsToBeRemoved) {
+    mounts_ = stickAt(folder_ / "another");
+    const auto report = runBackup(context(), stick_ / "clone", {{}, {}, true});
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_EQ(contentOf(stick_ / "clone"), contentOf(root_));
+    EXPECT_THAT(report->closing, testing::Each(Not(testing::ContainsRegex("the stick|remove"))));
+}
+
+TEST_F(RunBackupTest, incompleteBackupOntoTheTelevisionItselfNamesNoStick) {
+    mounts_ = stickAt(folder_ / "another");
+    engine_.work = [this] {
+        writeGoodBackup();
+        FakeEngine::report("VXCLONE_AV_SETTINGS-FAIL\n", 0);
+    };
+    const auto report = runBackup(context(), stick_ / "clone", {{}, {}, true});
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_THAT(report->closing, Contains("The backup is incomplete (failed: av); the rest is there."));
+}
+
 TEST_F(RunBackupTest, packageCarriesItsIdentityAndASealThatTheReportNames) {
     FakeSystemInfo::instance().regionalTuner = true;
     const auto report = backUp();
@@ -555,7 +589,7 @@ TEST_F(RunBackupTest, secondVxcloneIsRefusedWhileOneWorks) {
         writeGoodBackup();
         FakeEngine other;
         RecordingView view;
-        const auto report = runBackup({other, view, stop_, root_, disk_}, stick_ / "other");
+        const auto report = runBackup({other, view, stop_, root_, disk_, mounts_}, stick_ / "other");
         ASSERT_FALSE(report);
         EXPECT_EQ(report.error().code, ErrorCode::TelevisionBusy);
         EXPECT_EQ(other.runs, 0);

@@ -4,6 +4,7 @@
 
 #include "cloning_app/run/clone_run.h"
 #include "tests/unit/cloning_app/fake_engine.h"
+#include "tests/unit/cloning_app/fake_mounts.h"
 #include "tests/unit/cloning_app/fake_paths.h"
 #include "tests/unit/cloning_app/fake_secure_storage.h"
 #include "tests/unit/cloning_app/fake_settings_store.h"
@@ -46,7 +47,7 @@ class RunTest : public testing::Test {
         return percents;
     }
 
-    vxclone::CloneContext context() { return {engine_, view_, stop_, root_, disk_}; }
+    vxclone::CloneContext context() { return {engine_, view_, stop_, root_, disk_, mounts_}; }
 
     NewTelevision television_;
     TestFolder folder_;
@@ -56,4 +57,5 @@ class RunTest : public testing::Test {
     RecordingView view_;
     vxclone::StopFlag stop_;
     vxclone::DiskCalls disk_ = vxclone::realDiskCalls();
+    vxclone::MountQuestions mounts_ = stickAt(folder_ / "stick");
 };
