@@ -46,11 +46,11 @@ bool canFail(const std::string& call) {
     return !known || known->kind != vxtv::CallKind::NeverFails;
 }
 
-FaultPoint pointOf(const std::string& call, int nth, bool fromThenOn) {
+}  // namespace
+
+FaultPoint faultPoint(const std::string& call, int nth, bool fromThenOn) {
     return {call, nth, fromThenOn, canFail(call)};
 }
-
-}  // namespace
 
 std::string FaultPoint::name() const {
     return call + " " + std::to_string(nth) + (fromThenOn ? " and later" : "");
@@ -75,14 +75,14 @@ std::vector<FaultPoint> faultPoints(const std::vector<std::string>& calls, bool 
     for (const std::string& call : calls) {
         const int nth = ++count[call];
         if (all || (nth == 1 && count.size() % step == 0)) {
-            points.push_back(pointOf(call, nth, false));
+            points.push_back(faultPoint(call, nth, false));
         }
     }
     for (const auto& [call, last] : count) {
         if (all) {
-            points.push_back(pointOf(call, 1, true));
+            points.push_back(faultPoint(call, 1, true));
         } else if (last > 1 && beginsWith(call, "vconf_")) {
-            points.push_back(pointOf(call, last, false));
+            points.push_back(faultPoint(call, last, false));
         }
     }
     std::erase_if(points, [&](const FaultPoint& point) {

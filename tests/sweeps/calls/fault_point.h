@@ -18,6 +18,9 @@ struct FaultPoint {
     std::vector<std::string> arguments() const;
 };
 
+/// The fault by which the nth call of this name fails; one that cannot fail is late.
+FaultPoint faultPoint(const std::string& call, int nth, bool fromThenOn);
+
 /// The points of a run that made these calls. All: each call fails once, and each name from its first call
 /// on. Else the first call of each name, and the last that reads or writes a setting in each way. With
 /// applications, which take their time: only the calls that need them.

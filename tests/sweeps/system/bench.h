@@ -12,7 +12,7 @@ namespace vxtest {
 
 /// Which system calls of a program are broken, and how.
 struct BreakPoint {
-    std::string how;                 ///< "count", "kill", "short", or the name of an error
+    std::string how;                 ///< "count", "interrupt", "kill", "short", or the name of an error
     std::string calls;               ///< the calls that count, separated by commas; empty: all
     std::vector<std::string> below;  ///< only calls on files there; empty: all
     std::size_t nth = 1;

@@ -20,7 +20,11 @@ const std::map<std::string, int> kErrors = {
 };
 
 const std::map<std::string, vxtest::Breakage> kOthers = {
-    {"count", vxtest::Breakage::None}, {"kill", vxtest::Breakage::Kill}, {"short", vxtest::Breakage::Short}};
+    {"count", vxtest::Breakage::None},
+    {"interrupt", vxtest::Breakage::Interrupt},
+    {"kill", vxtest::Breakage::Kill},
+    {"short", vxtest::Breakage::Short},
+};
 
 }  // namespace
 
@@ -30,7 +34,7 @@ int main(int count, char** arguments) {
     std::vector<std::string> calls;
     std::vector<std::string> command;
     CLI::App app("Runs a program and breaks one of its system calls.", "vx-break-call");
-    app.add_option("--how", how, "count, kill, short, or the error that the call is to fail with");
+    app.add_option("--how", how, "count, interrupt, kill, short, or the error that the call is to fail with");
     app.add_option("--calls", calls, "The calls that count, separated by commas; else all")->delimiter(',');
     app.add_option("--below", order.below, "Count only calls that name a file there")->delimiter(',');
     app.add_option("--nth", order.nth, "Which of them is broken, from 1");

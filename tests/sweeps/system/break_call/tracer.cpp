@@ -179,6 +179,9 @@ void Tracer::breakCall(pid_t thread, const WatchedCall& call) {
     switch (order_.breakage) {
         case Breakage::None:
             break;
+        case Breakage::Interrupt:
+            kill(process_, SIGINT);
+            break;
         case Breakage::Kill:
             kill(process_, SIGKILL);
             break;

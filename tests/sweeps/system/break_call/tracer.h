@@ -16,10 +16,11 @@ struct WatchedCall;
 
 /// What becomes of a call.
 enum class Breakage {
-    None,   ///< it is only counted
-    Error,  ///< it does not happen, and fails; a close happens and is said to have failed
-    Short,  ///< it reads or writes half of what it was asked for
-    Kill    ///< the process is killed before it
+    None,       ///< it is only counted
+    Error,      ///< it does not happen, and fails; a close happens and is said to have failed
+    Short,      ///< it reads or writes half of what it was asked for
+    Interrupt,  ///< the process gets a SIGINT before it
+    Kill        ///< the process is killed before it
 };
 
 struct BreakOrder {
