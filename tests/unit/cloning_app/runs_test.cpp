@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <csignal>
 
+#include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/run_record.h"
 #include "cloning_app/run/safety_backup.h"
 #include "cloning_app/run/setting_kinds.h"
@@ -94,11 +95,11 @@ TEST_F(RunsTest, restoreKeepsASafetyBackupLoadsReadsBackAndIsRecorded) {
 
 TEST_F(RunsTest, progressOfARestoreIsOnePercentageOfAllItsPhases) {
     ASSERT_TRUE(restore());
-    EXPECT_THAT(shownOf(ShownPhase::Staging), ElementsAre(0, 6, 7));
-    EXPECT_THAT(shownOf(ShownPhase::Safety), ElementsAre(15, 17, 39));
+    EXPECT_THAT(shownOf(ShownPhase::Staging), ElementsAre(0, 3, 7));
+    EXPECT_THAT(shownOf(ShownPhase::Safety), ElementsAre(15, 39, 39));
     EXPECT_THAT(shownOf(ShownPhase::Load), ElementsAre(45, 73));
     EXPECT_THAT(shownOf(ShownPhase::LookingUp), ElementsAre(73));
-    EXPECT_THAT(shownOf(ShownPhase::ReadBack), ElementsAre(75, 76));
+    EXPECT_THAT(shownOf(ShownPhase::ReadBack), ElementsAre(75, 91));
     EXPECT_THAT(shownOf(ShownPhase::Closing), ElementsAre(95, 100));
     EXPECT_TRUE(std::is_sorted(view_.percents.begin(), view_.percents.end()));
 }
@@ -159,12 +160,14 @@ TEST_F(RunsTest, undoTakesFilesAwayThatTheRestorePutIntoTheHomeMenu) {
     const auto work = engine_.work;
     engine_.work = [this, work] {
         work();
-        std::filesystem::copy(root_ / "VXHotel", folder_ / "menu",
-                              std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::copy(
+            root_ / "VXHotel", folder_ / "menu",
+            std::filesystem::copy_options::overwrite_existing | std::filesystem::copy_options::recursive);
     };
     const auto report = restore();
     ASSERT_TRUE(report) << report.error().sentence;
-    ASSERT_EQ(report->exitStatus, 0);
+    ASSERT_EQ(report->exitStatus, 0) << textOf(rowFor(*report, VXCLONE_VXHOTEL_HOMEAPP_DATA))
+                                     << failedNames(report->rows);
     writeFile(folder_ / "menu/changed.jpg", "by a person");
     const auto undone = runUndo(context(), true);
     ASSERT_TRUE(undone) << undone.error().sentence;
