@@ -39,6 +39,19 @@ constexpr std::array kWriteFacts = {
 /// How a stick answers that was pulled out, or is dying.
 constexpr std::array kStickGone = {EIO, ENODEV, ENXIO, ENOMEDIUM, ESTALE};
 
+struct StopFact {
+    int signal;
+    ErrorCode code;
+    std::string_view cause;
+};
+
+// The last one stands for every other signal.
+constexpr std::array kStops = {
+    StopFact{SIGTERM, ErrorCode::Terminated, "stopped before the end"},
+    StopFact{SIGHUP, ErrorCode::HungUp, "the terminal went away"},
+    StopFact{SIGINT, ErrorCode::Interrupted, "stopped by you before the end"},
+};
+
 ErrorCode stickUnread(int errorNumber) {
     const bool gone = std::find(kStickGone.begin(), kStickGone.end(), errorNumber) != kStickGone.end();
     return gone ? ErrorCode::StickIo : ErrorCode::Unreadable;
@@ -68,14 +81,19 @@ Error writeError(Place place, std::string_view path, int errorNumber) {
 }
 
 Error stopError(int signal) {
-    switch (signal) {
-        case SIGTERM:
-            return {ErrorCode::Terminated, "stopped before the end; start again when ready"};
-        case SIGHUP:
-            return {ErrorCode::HungUp, "the terminal went away; start again when ready"};
-        default:
-            return {ErrorCode::Interrupted, "stopped by you before the end; start again when ready"};
-    }
+    const auto* const found = std::find_if(kStops.begin(), kStops.end() - 1,
+                                           [signal](const StopFact& fact) { return fact.signal == signal; });
+    return {found->code, std::string(found->cause) + "; start again when ready"};
+}
+
+bool isStop(ErrorCode code) {
+    return !stopCauseOf(code).empty();
+}
+
+std::string_view stopCauseOf(ErrorCode code) {
+    const auto* const found = std::find_if(kStops.begin(), kStops.end(),
+                                           [code](const StopFact& fact) { return fact.code == code; });
+    return found == kStops.end() ? std::string_view() : found->cause;
 }
 
 }  // namespace vxclone

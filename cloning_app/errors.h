@@ -72,4 +72,10 @@ Error writeError(Place place, std::string_view path, int errorNumber);
 /// The error for a run that a signal stopped.
 Error stopError(int signal);
 
+/// Whether the code is that of such an error.
+bool isStop(ErrorCode code);
+
+/// How such an error came about, for sentences: "stopped by you before the end".
+std::string_view stopCauseOf(ErrorCode code);
+
 }  // namespace vxclone

@@ -211,15 +211,21 @@ std::vector<Row> judge(const CloneContext& context, const ReadyPackage& ready, c
     return rows;
 }
 
-/// Result: whether all that can be compared was.
-bool compareWithPackage(const CloneContext& context, ReadyPackage& ready, const Expectation& expected,
-                        RunRecorder& recorder, Report& report) {
+/// From now on the record says that all is loaded, and what failed of it.
+void enterReadBack(const CloneContext& context, RunRecorder& recorder, const std::vector<Row>& rows) {
+    recorder.setRows(rows);
     if (const auto entered = recorder.enter(RunPhase::ReadingBack); !entered) {
         context.view.notice("The record of this run is not up to date: " + entered.error().sentence + ".");
     }
+}
+
+/// Result: whether all that can be compared was.
+bool compareWithPackage(const CloneContext& context, ReadyPackage& ready, const Expectation& expected,
+                        Report& report) {
     Comparison comparison = readBack(context, ready.package, expected, report.rows);
     report.differences = {"the package", "this television", std::move(comparison.differences)};
     report.closing.insert(report.closing.end(), comparison.sentences.begin(), comparison.sentences.end());
+    report.brokenOff = comparison.stopped;
     ready.package.discard();
     return comparison.complete;
 }
@@ -276,10 +282,13 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
                   ready.examined.checks, ready.examined.digest.value_or("")};
     sayRemoved(removed, report.rows);
     judgeRemovedLogos(options.removedLogos, report.rows);
-    bool compared = true;
-    if (made->expected && !context.stop.raised()) {
-        compared = compareWithPackage(context, ready, *made->expected, recorder, report);
-    } else {
+    enterReadBack(context, recorder, report.rows);
+    report.brokenOff = made->expected && context.stop.raised();
+    bool compared = !report.brokenOff;
+    if (made->expected && !report.brokenOff) {
+        compared = compareWithPackage(context, ready, *made->expected, report);
+    }
+    if (!made->expected || report.brokenOff) {
         failUnreported(report.rows, ready.holdings);
     }
     sayLacking(report.rows, ready.examined.lacks, ready.holdings);
@@ -288,10 +297,6 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
         compared ? exitStatusFor(report.rows, *results) : exitStatusOf(ErrorCode::CategoryFailed);
     for (std::string& sentence : lackSentences(report.lacks, "The package")) {
         report.closing.push_back(std::move(sentence));
-    }
-    if (context.stop.raised()) {
-        report.exitStatus = exitStatusOf(stopError(context.stop.signal()).code);
-        report.closing.emplace_back("Stopped as you asked, after the end of the run.");
     }
     return report;
 }

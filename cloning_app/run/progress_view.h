@@ -30,6 +30,7 @@ struct Report {
     std::vector<Check> checks = {};     ///< what was judged of the package as a whole
     std::string digest = {};            ///< the package's manifest; empty where there is none
     NamedDifferences differences = {};  ///< between the package and the television
+    bool brokenOff = false;             ///< what was loaded was to be read back, and a stop kept it from that
     std::vector<Lack> lacks = {};       ///< what the package lacks
     /// The categories that were to be compared with the television and were not, of a dry run alone.
     std::optional<std::vector<std::string>> notCompared = {};

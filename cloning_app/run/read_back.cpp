@@ -237,6 +237,9 @@ Comparison readBack(const CloneContext& context, const StagedPackage& package, c
     QuietView quiet(context.view, ShownPhase::ReadBack);
     const CloneContext inner{context.engine, quiet, context.stop, context.cloneRoot, context.disk};
     const auto look = lookAtTelevision(inner, package.tree());
+    if (!look && isStop(look.error().code)) {
+        return {{}, {}, false, true};
+    }
     if (!look) {
         return {{}, {"The television could not be read back: " + look.error().sentence + "."}, false};
     }

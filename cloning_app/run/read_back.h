@@ -21,6 +21,7 @@ struct Comparison {
     std::vector<Difference> differences;      ///< first: the package, second: the television
     std::vector<std::string> sentences = {};  ///< what belongs to no category
     bool complete = true;  ///< all that can be read back was, and no application is in doubt
+    bool stopped = false;  ///< a stop came before anything was compared
 };
 
 /// Compares what the television holds, `after`, with what was expected, and says in the rows of a restore

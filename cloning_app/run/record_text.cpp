@@ -39,6 +39,11 @@ std::optional<std::int64_t> number(const Json& object, const char* name, std::in
     return value >= 0 && value <= most ? std::optional(value) : std::nullopt;
 }
 
+bool isTrue(const Json& object, const char* name) {
+    const auto found = object.find(name);
+    return found != object.end() && *found == true;
+}
+
 /// The value whose name the member holds.
 template <class Value, std::size_t count>
 std::optional<Value> named(const Json& object, const char* name,
@@ -109,10 +114,14 @@ std::optional<RunRecord> recordOf(const Json& object) {
     if (const auto status = number(object, "exit", kMostExitStatus)) {
         record.exitStatus = static_cast<int>(*status);
     }
-    const auto halfChanged = object.find("halfChanged");
-    record.halfChanged = halfChanged != object.end() && *halfChanged == true;
+    record.brokeOffIn = named<RunPhase>(object, "brokeOffIn", kPhases);
+    record.halfChanged = isTrue(object, "halfChanged");
+    record.allLoaded = isTrue(object, "allLoaded");
+    record.wayBack = isTrue(object, "wayBack");
+    const bool done = *phase == RunPhase::Done;
     const bool ends = record.ended && record.exitStatus;
-    return ends == (*phase == RunPhase::Done) ? std::optional(record) : std::nullopt;
+    const bool breaks = !record.brokeOffIn || (done && *record.brokeOffIn != RunPhase::Done);
+    return ends == done && breaks ? std::optional(record) : std::nullopt;
 }
 
 }  // namespace
@@ -129,7 +138,11 @@ std::string recordText(const RunRecord& record) {
     Json object = {{"version", kFormatVersion},         {"kind", nameOf(record.kind)},
                    {"phase", nameOf(record.phase)},     {"package", record.package},
                    {"digest", record.digest},           {"begun", record.begun},
-                   {"halfChanged", record.halfChanged}, {"rows", Json::array()}};
+                   {"halfChanged", record.halfChanged}, {"allLoaded", record.allLoaded},
+                   {"wayBack", record.wayBack},         {"rows", Json::array()}};
+    if (record.brokeOffIn) {
+        object["brokeOffIn"] = nameOf(*record.brokeOffIn);
+    }
     if (record.ended) {
         object["ended"] = *record.ended;
     }

@@ -2,10 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <cctype>
 #include <system_error>
 
 #include "cloning_app/package/safety_store.h"
 #include "cloning_app/run/run_progress.h"
+#include "cloning_app/run/run_remains.h"
 #include "cloning_app/run/status.h"
 #include "cloning_app/run/visit.h"
 
@@ -36,9 +38,45 @@ Error withTheOther(Error error, const std::filesystem::path& folder) {
     return error;
 }
 
-void nameTheDead(ProgressView& view, const RunRecord& record) {
-    view.notice(fmt::format("The {}, broke off in phase {}: {}.", describe(record), nameOf(record.phase),
-                            consequenceOf(record.phase)));
+void sayWhatIsLeft(ProgressView& view, const RunRecord& record) {
+    for (const std::string& sentence : sentencesForTheNextStart(record)) {
+        view.notice(sentence);
+    }
+}
+
+/// The error of a run that has been recorded, with what it left.
+Error withWhatIsLeft(Error error, const RunRecord& record) {
+    if (isStop(error.code)) {
+        error.sentence = fmt::format("{}: {}", stopCauseOf(error.code), consequenceOf(record));
+    } else if (remainsOf(record)) {
+        error.sentence += "; " + consequenceOf(record);
+    }
+    return error;
+}
+
+Error withNothingLeft(Error error) {
+    if (isStop(error.code)) {
+        error.sentence = fmt::format("{}: {}", stopCauseOf(error.code), consequenceOfLooking());
+    }
+    return error;
+}
+
+/// The end of a run whose load nobody could interrupt, and that was stopped meanwhile.
+std::string stopSentence(const Report& report, int signal, const RunRecord& record) {
+    if (!report.brokenOff) {
+        return "Stopped as you asked, after the end of the run.";
+    }
+    std::string cause(stopCauseOf(stopError(signal).code));
+    cause.front() = static_cast<char>(std::toupper(static_cast<unsigned char>(cause.front())));
+    return fmt::format("{}: {}.", cause, consequenceOf(record));
+}
+
+Result<void> recordTheEnd(RunRecorder& recorder, const Result<Report>& report) {
+    if (!report) {
+        return recorder.breakOff(exitStatusOf(report.error().code), {});
+    }
+    return report->brokenOff ? recorder.breakOff(report->exitStatus, report->rows)
+                             : recorder.end(report->exitStatus, report->rows);
 }
 
 CloneContext withView(const CloneContext& context, ProgressView& view) {
@@ -50,8 +88,8 @@ Result<Found> lookWithoutATrace(const CloneContext& context, const ShownPhases& 
                                 const std::function<Result<Found>(const CloneContext& shown)>& look) {
     const auto folder = recordFolderOf(context.cloneRoot);
     const auto last = readLastRun(folder);
-    if (last && *last && (*last)->unfinished()) {
-        nameTheDead(context.view, (*last)->record);
+    if (last && *last && !(*last)->goingOn) {
+        sayWhatIsLeft(context.view, (*last)->record);
     }
     auto visit = Visit::begin(context);
     if (!visit) {
@@ -59,7 +97,7 @@ Result<Found> lookWithoutATrace(const CloneContext& context, const ShownPhases& 
     }
     RunProgress progress(context.view, phases);
     auto found = look(withView(context, progress)).map_error([&folder](const Error& error) {
-        return withTheOther(error, folder);
+        return withTheOther(withNothingLeft(error), folder);
     });
     if (const auto ended = visit->end(); found && !ended) {
         return tl::make_unexpected(ended.error());
@@ -82,8 +120,8 @@ Result<Report> recordedRun(
     if (!recorder) {
         return tl::make_unexpected(withTheOther(recorder.error(), folder));
     }
-    if (recorder->previous() && recorder->previous()->phase != RunPhase::Done) {
-        nameTheDead(context.view, *recorder->previous());
+    if (recorder->previous()) {
+        sayWhatIsLeft(context.view, *recorder->previous());
     }
     removeLeftovers(folder);
     RunProgress progress(context.view, plan.phases, [&recorder](ShownPhase phase, int percent) {
@@ -93,12 +131,20 @@ Result<Report> recordedRun(
     if (report) {
         progress.progress({ShownPhase::Closing});
     }
-    const int status = report ? report->exitStatus : exitStatusOf(report.error().code);
-    const auto ended = recorder->end(status, report ? report->rows : std::vector<Row>());
-    if (!ended) {
+    const bool stopped = plan.kind != RunKind::Backup && context.stop.raised();
+    if (report && stopped) {
+        report->exitStatus = exitStatusOf(stopError(context.stop.signal()).code);
+    }
+    if (const auto ended = recordTheEnd(*recorder, report); !ended) {
         progress.notice("The end of this run is not recorded: " + ended.error().sentence + ".");
     }
-    if (report) {
+    if (!report) {
+        return tl::make_unexpected(withWhatIsLeft(report.error(), recorder->record()));
+    }
+    if (stopped) {
+        report->closing.push_back(stopSentence(*report, context.stop.signal(), recorder->record()));
+    }
+    if (!report->brokenOff) {
         progress.complete();
     }
     return report;

@@ -96,6 +96,7 @@ Result<Report> restore(const CloneContext& context, const std::filesystem::path&
             return tl::make_unexpected(before.error());
         }
         loading.before = std::move(*before);
+        recorder.setWayBack();
     }
     auto report = load(context, *ready, loading, recorder);
     if (report) {

@@ -48,9 +48,6 @@ Result<StickTarget> openTarget(const CloneContext& context, const std::filesyste
 
 Result<ResultList> runAndFollow(const CloneContext& context, Direction direction,
                                 const std::vector<VXClone>& list, const std::function<Result<void>()>& run) {
-    if (context.stop.raised()) {
-        return tl::make_unexpected(stopError(context.stop.signal()));
-    }
     Follower follower(direction, list, context.view, context.stop);
     const auto ended = run();
     ResultList results = follower.finish();
@@ -61,6 +58,9 @@ Result<ResultList> runAndFollow(const CloneContext& context, Direction direction
 }
 
 Result<ResultList> saveTelevision(const CloneContext& context) {
+    if (context.stop.raised()) {
+        return tl::make_unexpected(stopError(context.stop.signal()));
+    }
     if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
         return tl::make_unexpected(reset.error());
     }

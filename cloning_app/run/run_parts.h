@@ -14,13 +14,13 @@ namespace vxclone {
 /// of `StickTarget`, or the folder is the television's own (`BadArguments`).
 Result<StickTarget> openTarget(const CloneContext& context, const std::filesystem::path& folder);
 
-/// Lets the engine work on the categories of `list` and follows it. Result: what it reported. Errors: the
-/// engine's own, or a stop before it began.
+/// Lets the engine work on the categories of `list` and follows it; a stop does not keep it from beginning.
+/// Result: what it reported. Errors: the engine's own.
 Result<ResultList> runAndFollow(const CloneContext& context, Direction direction,
                                 const std::vector<VXClone>& list, const std::function<Result<void>()>& run);
 
 /// Lets the library save the television into the clone folder, and follows it. Result and errors: those of
-/// `runAndFollow`, or the settings store refused (`SettingsRefused`).
+/// `runAndFollow`; a stop before it began; the settings store refused (`SettingsRefused`).
 Result<ResultList> saveTelevision(const CloneContext& context);
 
 /// The names of the failed categories, each once: "channels, apps".

@@ -153,7 +153,11 @@ Result<RunRecorder> RunRecorder::begin(const std::filesystem::path& folder, RunR
     }
     RunRecorder recorder(*std::move(opened), *std::move(lock), folder.string(), std::move(record));
     recorder.previous_ = recordIn({recorder.folder_.get(), recorder.path_, Place::Television});
-    recorder.record_.halfChanged = recorder.previous_ && recorder.previous_->halfChanged;
+    if (recorder.previous_ && recorder.previous_->halfChanged) {
+        recorder.record_.halfChanged = true;
+        recorder.record_.allLoaded = recorder.previous_->allLoaded;
+        recorder.record_.wayBack = recorder.previous_->wayBack;
+    }
     if (const auto written = recorder.write(recorder.record_); !written) {
         return tl::make_unexpected(written.error());
     }
@@ -164,6 +168,7 @@ Result<void> RunRecorder::enter(RunPhase phase) {
     RunRecord next = record_;
     next.phase = phase;
     next.halfChanged = record_.halfChanged || phase == RunPhase::Restoring;
+    next.allLoaded = phase == RunPhase::ReadingBack || (record_.allLoaded && phase != RunPhase::Restoring);
     return write(next);
 }
 
@@ -181,13 +186,30 @@ void RunRecorder::tell(const ToldProgress& progress) {
 
 Result<void> RunRecorder::end(int exitStatus, std::vector<Row> rows) {
     RunRecord next = record_;
-    const bool loaded = record_.phase == RunPhase::Restoring || record_.phase == RunPhase::ReadingBack;
-    next.halfChanged = record_.halfChanged && (!loaded || rows.empty());
-    next.phase = RunPhase::Done;
-    next.ended = secondsNow();
-    next.exitStatus = exitStatus;
-    next.rows = std::move(rows);
-    return write(next);
+    if (record_.phase == RunPhase::Restoring || record_.phase == RunPhase::ReadingBack) {
+        next.halfChanged = false;
+        next.allLoaded = false;
+        next.wayBack = false;
+    }
+    return close(std::move(next), exitStatus, std::move(rows));
+}
+
+Result<void> RunRecorder::breakOff(int exitStatus, std::vector<Row> rows) {
+    RunRecord next = record_;
+    next.brokeOffIn = record_.phase;
+    return close(std::move(next), exitStatus, std::move(rows));
+}
+
+Result<void> RunRecorder::close(RunRecord record, int exitStatus, std::vector<Row> rows) {
+    record.phase = RunPhase::Done;
+    record.ended = secondsNow();
+    record.exitStatus = exitStatus;
+    record.rows = std::move(rows);
+    return write(record);
+}
+
+void RunRecorder::setWayBack() {
+    record_.wayBack = record_.kind == RunKind::Undo || !record_.halfChanged || record_.wayBack;
 }
 
 Result<void> RunRecorder::write(const RunRecord& record) {

@@ -34,14 +34,17 @@ std::string_view nameOf(RunPhase phase);
 struct RunRecord {
     RunKind kind = RunKind::Backup;
     RunPhase phase = RunPhase::Staging;
-    std::string package;                     ///< where on the stick; may be empty
-    std::string digest;                      ///< of the package; may be empty
-    std::int64_t begun = 0;                  ///< seconds since the epoch
-    std::optional<std::int64_t> ended = {};  ///< the same, of a run that is done
-    std::optional<int> exitStatus = {};      ///< of a run that is done
-    std::vector<Row> rows = {};              ///< what became of the categories, as far as it is known
-    /// A restore or undo died while it changed the television, and none has come to its end since.
+    std::string package;                      ///< where on the stick; may be empty
+    std::string digest;                       ///< of the package; may be empty
+    std::int64_t begun = 0;                   ///< seconds since the epoch
+    std::optional<std::int64_t> ended = {};   ///< the same, of a run that is done
+    std::optional<int> exitStatus = {};       ///< of a run that is done
+    std::vector<Row> rows = {};               ///< what became of the categories, as far as it is known
+    std::optional<RunPhase> brokeOffIn = {};  ///< of a run that is done and did not come to its end
+    /// A restore or undo broke off after it had begun to load, and none has come to its end since.
     bool halfChanged = false;
+    bool allLoaded = false;  ///< that one had loaded everything, only its read-back is missing
+    bool wayBack = false;    ///< the safety backup is from before that one
 };
 
 /// The record's folder: the application's own data, beside its clone folder.
@@ -77,10 +80,16 @@ class RunRecorder {
     /// Writes that the run has come to the phase; after a power cut the record says this phase or the one
     /// before. Errors: the disk says no; the record is the one before.
     Result<void> enter(RunPhase phase);
-    /// As `enter` with `Done`, and how it ended, now. A run without rows broke off: a television that it had
-    /// begun to change stays half changed.
+    /// As `enter` with `Done`, and how the run ended, now: it came to its end, or it broke off, and a
+    /// television that it had begun to change stays half changed.
     Result<void> end(int exitStatus, std::vector<Row> rows);
+    Result<void> breakOff(int exitStatus, std::vector<Row> rows);
+    // What the next of these writes besides.
     void setDigest(std::string digest) { record_.digest = std::move(digest); }
+    void setRows(std::vector<Row> rows) { record_.rows = std::move(rows); }
+    /// The safety backup that is there holds the television as it was before this run; before a restore that
+    /// was half changed already, it holds that unless it is an older one.
+    void setWayBack();
 
     /// Tells other processes how far the run is, for as long as this object lives. It is advice, and may be
     /// called while another thread uses the object otherwise.
@@ -88,6 +97,7 @@ class RunRecorder {
 
  private:
     RunRecorder(Descriptor folder, Descriptor lock, std::string path, RunRecord record);
+    Result<void> close(RunRecord record, int exitStatus, std::vector<Row> rows);
     Result<void> write(const RunRecord& record);
 
     Descriptor folder_;

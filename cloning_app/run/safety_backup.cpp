@@ -32,10 +32,6 @@ class Leftovers {
     std::filesystem::path folder_;
 };
 
-bool isStop(ErrorCode code) {
-    return code == ErrorCode::Interrupted || code == ErrorCode::Terminated || code == ErrorCode::HungUp;
-}
-
 Error withTheWayOn(Error error) {
     if (!isStop(error.code)) {
         error.sentence = "the safety backup failed: " + error.sentence + kHowToGoOn;
@@ -180,7 +176,9 @@ TreeSize safetyReserve(const Tree& package) {
 Result<std::optional<ComparedState>> keepSafety(const CloneContext& context, const ReadyPackage& ready,
                                                 const Declared& without, const RunRecord& record) {
     if (record.halfChanged && isThere(context)) {
-        context.view.notice("The safety backup from before the run that broke off is kept.");
+        context.view.notice(record.wayBack
+                                ? "The safety backup from before the run that broke off is kept."
+                                : "An older safety backup is kept: this television may be half changed.");
         return std::optional<ComparedState>();
     }
     context.view.notice("Keeping a safety backup of this television.");

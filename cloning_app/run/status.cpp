@@ -8,6 +8,7 @@
 
 #include "cloning_app/error_catalogue.h"
 #include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/run_remains.h"
 #include "cloning_app/run/settings_store.h"
 #include "common/terminal_table.h"
 
@@ -34,6 +35,20 @@ bool isReported(RunPhase phase) {
     return phase == RunPhase::Saving || phase == RunPhase::Restoring;
 }
 
+/// Of a run that is done.
+std::string howItBrokeOff(const RunRecord& record) {
+    if (remainsOf(record)) {
+        return fmt::format(" in phase {}: {}", nameOf(*record.brokeOffIn), consequenceOf(record));
+    }
+    const bool late = record.exitStatus == exitStatusOf(ErrorCode::Interrupted);
+    return late && !record.brokeOffIn ? " after its end: nothing is missing" : "";
+}
+
+/// Whether a run that is over left the television changed and not as a run should leave it.
+bool leftTheTelevisionChanged(const LastRun& last) {
+    return !last.goingOn && last.record.halfChanged;
+}
+
 std::string sentenceOf(const LastRun& last) {
     const RunRecord& record = last.record;
     const std::string what = describe(record);
@@ -43,12 +58,12 @@ std::string sentenceOf(const LastRun& last) {
     }
     if (last.unfinished()) {
         return fmt::format("UNFINISHED: {}; it died in phase {}: {}.", what, nameOf(record.phase),
-                           consequenceOf(record.phase));
+                           consequenceOf(record));
     }
     const std::string failed = failedNames(record.rows);
-    return fmt::format("Last run: {}, ended {}: {}{}.", what, timeText(record.ended.value_or(0)),
+    return fmt::format("Last run: {}, ended {}: {}{}{}.", what, timeText(record.ended.value_or(0)),
                        meaningOf(record.exitStatus.value_or(kExitOk)),
-                       failed.empty() ? "" : " (" + failed + ")");
+                       failed.empty() ? "" : " (" + failed + ")", howItBrokeOff(record));
 }
 
 nlohmann::ordered_json jsonOf(const LastRun& last) {
@@ -66,6 +81,15 @@ nlohmann::ordered_json jsonOf(const LastRun& last) {
     if (record.exitStatus) {
         members["exit"] = *record.exitStatus;
     }
+    if (record.brokeOffIn) {
+        members["brokeOffIn"] = nameOf(*record.brokeOffIn);
+    }
+    if (const auto remains = remainsOf(record); remains && !last.goingOn) {
+        members["left"] = nameOf(*remains);
+    }
+    if (leftTheTelevisionChanged(last)) {
+        members["television"] = nameOf(record.allLoaded ? Remains::NotReadBack : Remains::HalfChanged);
+    }
     const std::string_view state = last.unfinished() ? "unfinished" : "ended";
     return {{"check", "last-run"}, {"result", last.goingOn ? "going-on" : state}, {"lastRun", members}};
 }
@@ -78,28 +102,6 @@ Progress progressOf(const ToldProgress& told) {
 }
 
 }  // namespace
-
-std::string describe(const RunRecord& record) {
-    std::string text(nameOf(record.kind));
-    if (!record.package.empty()) {
-        text += record.kind == RunKind::Backup ? " to " : " from ";
-        text += vxcommon::printable(record.package);
-    }
-    return text + ", begun " + timeText(record.begun);
-}
-
-std::string_view consequenceOf(RunPhase phase) {
-    switch (phase) {
-        case RunPhase::Restoring:
-            return "the television may be half changed; restore again, or go back with vxclone undo";
-        case RunPhase::ReadingBack:
-            return "everything was loaded but not compared; restore again, or go back with vxclone undo";
-        case RunPhase::Writing:
-            return "the stick holds the old package or the new one, whole; back up again";
-        default:
-            return "the television is as it was; start again when ready";
-    }
-}
 
 Result<Status> readStatus(const std::filesystem::path& folder) {
     auto last = readLastRun(folder);
@@ -125,11 +127,10 @@ std::vector<std::string> sentencesOf(const Status& status) {
         sentences.push_back(fmt::format("Progress of the last restore: {} %.", *status.percent));
     }
     sentences.push_back(status.last ? sentenceOf(*status.last) : "No run is recorded.");
-    if (status.last && !status.last->goingOn && !status.last->unfinished() &&
-        status.last->record.halfChanged) {
-        sentences.emplace_back(
-            "A restore before it broke off: the television may be half changed; restore again, or go back "
-            "with vxclone undo.");
+    if (status.last && !status.last->goingOn) {
+        if (auto earlier = sentenceAboutEarlier(status.last->record)) {
+            sentences.push_back(*std::move(earlier));
+        }
     }
     return sentences;
 }
@@ -156,7 +157,8 @@ Output outputOf(const Status& status, bool coloured) {
     if (status.last) {
         output.lines.push_back({Event::Finding, jsonOf(*status.last)});
     }
-    const bool unfinished = status.last && status.last->unfinished();
+    const bool unfinished =
+        status.last && (status.last->unfinished() || leftTheTelevisionChanged(*status.last));
     output.exitStatus = unfinished ? exitStatusOf(ErrorCode::CategoryFailed) : kExitOk;
     output.closing = sentencesOf(status);
     return output;
@@ -164,8 +166,16 @@ Output outputOf(const Status& status, bool coloured) {
 
 void nameUnfinishedRun(Output& output, const std::filesystem::path& folder) {
     const auto last = readLastRun(folder);
-    if (last && *last && (*last)->unfinished()) {
+    if (!last || !*last || (*last)->goingOn) {
+        return;
+    }
+    const RunRecord& record = (*last)->record;
+    auto earlier = sentenceAboutEarlier(record);
+    if ((*last)->unfinished() || (record.halfChanged && !earlier)) {
         output.closing.push_back(sentenceOf(**last));
+    }
+    if (earlier) {
+        output.closing.push_back(*std::move(earlier));
     }
 }
 

@@ -20,12 +20,6 @@ struct Status {
     std::optional<LastRun> last;       ///< none where no run is recorded
 };
 
-/// The run in words: "restore from /media/usb/clone, begun 2026-11-21T05:10:50Z".
-std::string describe(const RunRecord& record);
-
-/// What a run that died in this phase leaves behind, and what to do about it.
-std::string_view consequenceOf(RunPhase phase);
-
 /// Reads the two keys of the settings store, and the record in `folder`. Changes nothing. Errors: those of
 /// `readLastRun`.
 Result<Status> readStatus(const std::filesystem::path& folder);
@@ -33,11 +27,12 @@ Result<Status> readStatus(const std::filesystem::path& folder);
 /// What there is to say of the last run, for people: a sentence or more.
 std::vector<std::string> sentencesOf(const Status& status);
 
-/// All of it. The exit status is 1 when a run died before its end.
+/// All of it. The exit status is 1 when a run died before its end, or one that broke off left the television
+/// changed.
 Output outputOf(const Status& status, bool coloured);
 
-/// Lets the end of a command that only looks name a run that died, where the last one did. A record that
-/// cannot be read is no matter of such a command.
+/// Lets the end of a command that only looks name the last run where it died, and one that broke off and left
+/// the television changed. A record that cannot be read is no matter of such a command.
 void nameUnfinishedRun(Output& output, const std::filesystem::path& folder);
 
 /// Shows the run that goes on until it has ended or `stop` is raised; where none goes on it ends at once.

@@ -56,6 +56,9 @@ Result<TelevisionLook> lookAtTelevision(const CloneContext& context, const Tree&
     TelevisionLook look;
     look.rows =
         tableRows(Direction::Backup, allCategories(), results->outcomes(), saveLogos(root, context.stop));
+    if (context.stop.raised()) {
+        return tl::make_unexpected(stopError(context.stop.signal()));
+    }
     nameApplications(look.rows);
     nameTheUnsaved(look);
     // The library says nothing of the settings file, and writes an empty one on a full disk.

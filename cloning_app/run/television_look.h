@@ -17,7 +17,8 @@ struct TelevisionLook {
 
 /// Lets the library save the television into the clone folder `root`, whose content it replaces, adds the
 /// logos and reads what is there. The library's result list is afterwards as it was. The view of the context
-/// follows. Errors: those of `saveTelevision`; what was saved cannot be read.
+/// follows. Errors: those of `saveTelevision`; a stop by the time that it is saved; what was saved cannot be
+/// read.
 Result<TelevisionLook> lookAtTelevision(const CloneContext& context, const Tree& root);
 
 }  // namespace vxclone

@@ -109,6 +109,7 @@ Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& rec
         return tl::make_unexpected(manifest.error());
     }
     recorder.setDigest(back->ready.examined.digest.value_or(""));
+    recorder.setWayBack();
     LoadOptions options{readBack};
     options.removedLogos = back->removedLogos;
     if (*manifest) {

@@ -15,7 +15,9 @@ bool isSame(const vxclone::Row& one, const vxclone::Row& other) {
 bool isSame(const vxclone::RunRecord& one, const vxclone::RunRecord& other) {
     return one.kind == other.kind && one.phase == other.phase && one.package == other.package &&
            one.digest == other.digest && one.begun == other.begun && one.ended == other.ended &&
-           one.exitStatus == other.exitStatus && one.halfChanged == other.halfChanged &&
+           one.exitStatus == other.exitStatus && one.brokeOffIn == other.brokeOffIn &&
+           one.halfChanged == other.halfChanged && one.allLoaded == other.allLoaded &&
+           one.wayBack == other.wayBack &&
            std::equal(one.rows.begin(), one.rows.end(), other.rows.begin(), other.rows.end(),
                       [](const auto& row, const auto& otherRow) { return isSame(row, otherRow); });
 }

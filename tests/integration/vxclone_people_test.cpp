@@ -203,7 +203,7 @@ TEST_F(VxclonePeopleTest, backupKilledWhileTheTelevisionIsSavedIsNamedAndItsLeft
     EXPECT_EQ(again.status, 0) << again.errors;
     EXPECT_THAT(again.output,
                 MatchesRegex(std::string("The backup to /media/usb/clone, begun ") + kTime +
-                             ", broke off in phase saving: the television is as it was; start again when "
+                             ", broke off in phase saving: nothing was changed; start again when "
                              "ready.\nA backup was interrupted: what it left beside /media/usb/clone is "
                              "removed.\nbackup 0 %, saving, 0 of (.|\n)*Safe to remove the stick.\n"));
     EXPECT_FALSE(std::filesystem::exists(place / "stick/.clone.vxclone-new"));
@@ -214,7 +214,8 @@ TEST_F(VxclonePeopleTest, restoreKilledHalfWayIsNamedByWhateverComesNextAndUndoI
     killAt(second, {vxcloneProgram(), "restore", "/media/usb/clone"}, "loading, 0 of", "tvtimer_set_db");
     const std::string what = std::string("restore from /media/usb/clone, begun ") + kTime;
     const std::string advice =
-        "the television may be half changed; restore again, or go back with vxclone undo";
+        "the load had begun, so the television may be half changed; restore again, or go back with vxclone "
+        "undo";
     const Finished verify = vxclone(second, {"verify", "/media/usb/clone"});
     EXPECT_EQ(verify.status, 0) << verify.errors;
     EXPECT_THAT(verify.output,

@@ -23,20 +23,14 @@ class VxcloneRunsTest : public CloneTest {
     /// Keeps what `expectAsBefore` compares with.
     void keepTheBeginning() const { EXPECT_EQ(vxclone(second, {"backup", "/media/usb/before"}).status, 0); }
 
-    Program restoring() const {
+    Program inSecond(const std::vector<std::string>& arguments) const {
         Program program;
-        program.command = {vxtvProgram().string(),
-                           "run",
-                           second,
-                           "--quiet",
-                           "--stick",
-                           stick,
-                           "--",
-                           vxcloneProgram().string(),
-                           "restore",
-                           "/media/usb/clone"};
+        program.command = {vxtvProgram().string(),   "run", second, "--quiet", "--stick", stick, "--",
+                           vxcloneProgram().string()};
+        program.command.insert(program.command.end(), arguments.begin(), arguments.end());
         return program;
     }
+    Program restoring() const { return inSecond({"restore", "/media/usb/clone"}); }
 
     /// Waits until the record of the second television says the phase. False when it never does.
     bool waitForPhase(const std::string& phase) const {
@@ -66,7 +60,17 @@ struct Death {
     const char* call;
     const char* nth;
     bool touched;
+    const char* left;
 };
+
+constexpr const char* kNothingChanged = "nothing was changed; start again when ready.\n";
+constexpr const char* kHalfChanged =
+    "the load had begun, so the television may be half changed; restore again, or go back with vxclone "
+    "undo.\n";
+constexpr const char* kNotReadBack =
+    "everything was loaded, only the read-back is missing; restore again to have it compared, or go back "
+    "with "
+    "vxclone undo.\n";
 
 class DyingRestoreTest : public VxcloneRunsTest, public testing::WithParamInterface<Death> {};
 
@@ -82,10 +86,12 @@ TEST_P(DyingRestoreTest, nextStartNamesItAndUndoGoesBack) {
 
     const Finished status = vxclone(second, {"status"});
     EXPECT_EQ(status.status, ended::kIncomplete);
-    EXPECT_THAT(status.output, AllOf(HasSubstr("UNFINISHED"), HasSubstr(death.phase)));
+    const std::string whatItLeft = std::string(" in phase ") + death.phase + ": " + death.left;
+    EXPECT_THAT(status.output, AllOf(HasSubstr("UNFINISHED"), HasSubstr("; it died" + whatItLeft)));
     const Finished undo = vxclone(second, {"undo"});
     EXPECT_EQ(undo.status, death.touched ? 0 : ended::kNoPackage) << undo.output << undo.errors;
-    EXPECT_THAT(undo.output, AllOf(HasSubstr("restore from /media/usb/clone"), HasSubstr(death.phase)));
+    EXPECT_THAT(undo.output,
+                AllOf(HasSubstr("restore from /media/usb/clone"), HasSubstr(", broke off" + whatItLeft)));
     expectAsBefore();
     const Finished again = vxclone(second, {"restore", "/media/usb/clone", "--no-safety", "--no-read-back"});
     EXPECT_EQ(again.status, 0) << again.output << again.errors;
@@ -93,14 +99,109 @@ TEST_P(DyingRestoreTest, nextStartNamesItAndUndoGoesBack) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Phases, DyingRestoreTest,
-                         testing::Values(Death{"staging", "ss_read", "1", false},
-                                         Death{"safety", "tvtimer_get_db", "1", false},
-                                         Death{"restoring", "tvtimer_set_db", "1", true},
-                                         Death{"reading-back", "tvtimer_get_db", "2", true}),
+                         testing::Values(Death{"staging", "ss_read", "1", false, kNothingChanged},
+                                         Death{"safety", "tvtimer_get_db", "1", false, kNothingChanged},
+                                         Death{"restoring", "tvtimer_set_db", "1", true, kHalfChanged},
+                                         Death{"reading-back", "tvtimer_get_db", "2", true, kNotReadBack}),
                          [](const auto& death) {
                              const std::string phase = death.param.phase;
                              return phase.substr(0, phase.find('-'));
                          });
+
+/// Which signal a restore gets once its record says the phase, in which the call takes a while.
+struct Interruption {
+    const char* phase;
+    const char* call;
+    const char* nth;
+    int signal;
+    const char* cause;  ///< at the end of the run
+    const char* phaseAtTheEnd;
+    bool touched;
+    const char* left;
+};
+
+class InterruptedRestoreTest : public VxcloneRunsTest, public testing::WithParamInterface<Interruption> {};
+
+TEST_P(InterruptedRestoreTest, itsEndTheNextStartAndStatusSayWhatIsLeft) {
+    keepTheBeginning();
+    const Interruption& interruption = GetParam();
+    vxtv({"fault", second, "add", interruption.call, "--nth", interruption.nth, "--delay", "1500"});
+    RunningProcess restore(restoring());
+    ASSERT_TRUE(waitForPhase(interruption.phase));
+    restore.signal(interruption.signal);
+    const Finished end = restore.wait();
+    EXPECT_EQ(end.status, ended::kInterrupted) << end.output << end.errors;
+    EXPECT_THAT(end.output + end.errors,
+                HasSubstr(std::string(interruption.cause) + ": " +
+                          (interruption.touched ? interruption.left
+                                                : "nothing was changed; start again when ready\n")));
+
+    const std::string whatItLeft =
+        std::string(" in phase ") + interruption.phaseAtTheEnd + ": " + interruption.left;
+    const Finished status = vxclone(second, {"status"});
+    EXPECT_EQ(status.status, interruption.touched ? ended::kIncomplete : 0);
+    EXPECT_THAT(status.output, HasSubstr(": interrupted" + whatItLeft));
+    const Finished next = vxclone(second, {"verify", "/media/usb/clone"});
+    EXPECT_EQ(next.status, 0) << next.output << next.errors;
+    EXPECT_THAT(next.output, HasSubstr(", was stopped" + whatItLeft));
+    if (interruption.touched) {
+        EXPECT_EQ(get(second, kWelcome), get(first, kWelcome));
+        const Finished undo = vxclone(second, {"undo"});
+        EXPECT_EQ(undo.status, 0) << undo.output << undo.errors;
+    }
+    expectAsBefore();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Phases, InterruptedRestoreTest,
+    testing::Values(Interruption{"staging", "ss_read", "1", SIGTERM, "vxclone: stopped before the end",
+                                 "staging", false, kNothingChanged},
+                    Interruption{"safety", "tvtimer_get_db", "1", SIGINT,
+                                 "vxclone: stopped by you before the end", "safety", false, kNothingChanged},
+                    Interruption{"restoring", "tvtimer_set_db", "1", SIGHUP, "The terminal went away",
+                                 "reading-back", true, kNotReadBack},
+                    Interruption{"reading-back", "tvtimer_get_db", "2", SIGTERM, "Stopped before the end",
+                                 "reading-back", true, kNotReadBack}),
+    [](const auto& interruption) {
+        const std::string phase = interruption.param.phase;
+        return phase.substr(0, phase.find('-'));
+    });
+
+TEST_F(VxcloneRunsTest, undoThatIsStoppedWhileItLoadsIsRunAgain) {
+    keepTheBeginning();
+    ASSERT_EQ(vxclone(second, {"restore", "/media/usb/clone"}).status, 0);
+    vxtv({"fault", second, "add", "tvtimer_set_db", "--nth", "1", "--delay", "1500"});
+    RunningProcess undo(inSecond({"undo"}));
+    ASSERT_TRUE(waitForPhase("restoring"));
+    undo.signal(SIGINT);
+    const Finished end = undo.wait();
+    EXPECT_EQ(end.status, ended::kInterrupted) << end.output << end.errors;
+    const std::string left =
+        "everything was loaded, only the read-back is missing; run vxclone undo again to have it compared.\n";
+    EXPECT_THAT(end.output, HasSubstr("Stopped by you before the end: " + left));
+    EXPECT_THAT(vxclone(second, {"status"}).output,
+                HasSubstr(": interrupted in phase reading-back: " + left));
+    EXPECT_EQ(vxclone(second, {"undo"}).status, 0);
+    expectAsBefore();
+    EXPECT_EQ(vxclone(second, {"status"}).status, 0);
+}
+
+TEST_F(VxcloneRunsTest, undoThatDiesWhileItLoadsIsRunAgain) {
+    keepTheBeginning();
+    ASSERT_EQ(vxclone(second, {"restore", "/media/usb/clone"}).status, 0);
+    vxtv({"fault", second, "add", "tvtimer_set_db", "--nth", "1", "--delay", kForEver});
+    RunningProcess undo(inSecond({"undo"}));
+    ASSERT_TRUE(waitForPhase("restoring"));
+    undo.signal(SIGKILL);
+    undo.wait();
+    vxtv({"fault", second, "clear"});
+    EXPECT_THAT(
+        vxclone(second, {"status"}).output,
+        HasSubstr("it died in phase restoring: the load had begun, so the television may be half changed; "
+                  "run vxclone undo again.\n"));
+    EXPECT_EQ(vxclone(second, {"undo"}).status, 0);
+    expectAsBefore();
+}
 
 TEST_F(VxcloneRunsTest, undoGoesBackToHowItWas) {
     keepTheBeginning();

@@ -127,8 +127,26 @@ TEST_F(TerminalTest, ctrlCDuringTheRunLetsItEndSaysSoAndLeavesTheStickAsItWas) {
     terminal.type(kCtrlC);
     EXPECT_TRUE(terminal.waitFor("cannot be interrupted now")) << terminal.text();
     EXPECT_EQ(terminal.wait(), ended::kInterrupted) << terminal.text();
-    EXPECT_THAT(terminal.text(), HasSubstr("stopped by you"));
+    EXPECT_THAT(terminal.text(),
+                HasSubstr("vxclone: stopped by you before the end: nothing was changed; start "
+                          "again when ready\r\n"));
     EXPECT_THAT(snapshot(stick), IsEmpty());
+}
+
+TEST_F(TerminalTest, ctrlCDuringTheLoadLetsItEndAndSaysThatOnlyTheReadBackIsMissing) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    vxtv({"fault", second, "add", "tvtimer_set_db", "--delay", "300"});
+    Terminal terminal(inTelevision(second, {"restore", "/media/usb/clone"}), 200);
+    ASSERT_TRUE(terminal.waitFor("loading  0 of")) << terminal.text();
+    terminal.type(kCtrlC);
+    EXPECT_TRUE(terminal.waitFor("cannot be interrupted now")) << terminal.text();
+    EXPECT_EQ(terminal.wait(), ended::kInterrupted) << terminal.text();
+    EXPECT_THAT(liveLines(terminal.text()), Not(Contains(HasSubstr("reading back"))));
+    EXPECT_THAT(
+        terminal.text(),
+        HasSubstr("Stopped by you before the end: everything was loaded, only the read-back is missing; "
+                  "restore again to have it compared, or go back with vxclone undo.\r\n"));
+    EXPECT_EQ(get(second, kWelcome), get(first, kWelcome));
 }
 
 TEST_F(TerminalTest, ctrlCBeforeTheRunStopsAtOnceAndLeavesNothing) {
@@ -142,6 +160,9 @@ TEST_F(TerminalTest, ctrlCBeforeTheRunStopsAtOnceAndLeavesNothing) {
     }
     terminal.type(kCtrlC);
     EXPECT_EQ(terminal.wait(), ended::kInterrupted) << terminal.text();
+    EXPECT_THAT(terminal.text(),
+                HasSubstr("vxclone: stopped by you before the end: nothing was changed; start "
+                          "again when ready\r\n"));
     EXPECT_TRUE(cloneFolderIsEmpty(second));
     EXPECT_EQ(get(second, kWelcome), before);
 }

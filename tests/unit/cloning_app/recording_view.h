@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,6 +11,7 @@
 struct RecordingView : vxclone::ProgressView {
     void progress(const vxclone::Progress& progress) override {
         steps.push_back(progress);
+        atProgress(progress);
         if (progress.percent) {
             percents.push_back(*progress.percent);
         }
@@ -21,6 +23,7 @@ struct RecordingView : vxclone::ProgressView {
     void done(const vxclone::Report& report) override { ended = report; }
     void failed(const vxclone::Error& error) override { failure = error; }
 
+    std::function<void(const vxclone::Progress&)> atProgress = [](const vxclone::Progress&) {};
     std::vector<vxclone::Progress> steps;
     std::vector<int> percents;
     std::vector<vxclone::Row> rows;

@@ -101,6 +101,54 @@ TEST_F(RunRecordTest, runThatEndedKeepsStatusAndRows) {
     EXPECT_EQ(run.record.rows[0].subject, kFailed.subject);
 }
 
+TEST_F(RunRecordTest, televisionIsHalfChangedFromTheLoadUntilARunComesToItsEnd) {
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), aRestore());
+        ASSERT_TRUE(recorder);
+        recorder->setWayBack();
+        EXPECT_FALSE(recorder->record().halfChanged);
+        ASSERT_TRUE(recorder->enter(RunPhase::Restoring));
+        EXPECT_TRUE(recorder->record().halfChanged);
+        EXPECT_FALSE(recorder->record().allLoaded);
+        ASSERT_TRUE(recorder->enter(RunPhase::ReadingBack));
+        ASSERT_TRUE(recorder->breakOff(8, {kFailed}));
+    }
+    EXPECT_EQ(last().record.brokeOffIn, RunPhase::ReadingBack);
+    EXPECT_EQ(last().record.rows.size(), 1U);
+    RunRecord backup;
+    backup.kind = RunKind::Backup;
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), backup);
+        ASSERT_TRUE(recorder && recorder->enter(RunPhase::Writing) && recorder->end(0, {}));
+    }
+    EXPECT_FALSE(last().record.brokeOffIn);
+    EXPECT_TRUE(last().record.halfChanged && last().record.allLoaded && last().record.wayBack);
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), aRestore());
+        ASSERT_TRUE(recorder && recorder->enter(RunPhase::Restoring));
+        EXPECT_FALSE(recorder->record().allLoaded);
+        EXPECT_TRUE(recorder->record().wayBack);
+        ASSERT_TRUE(recorder->end(0, {}));
+    }
+    EXPECT_FALSE(last().record.halfChanged || last().record.allLoaded || last().record.wayBack);
+}
+
+TEST_F(RunRecordTest, safetyBackupOfAHalfChangedTelevisionIsNoWayBackButThatOfAnUndoIs) {
+    ASSERT_TRUE(RunRecorder::begin(folder_.path(), aRestore())->enter(RunPhase::Restoring));
+    {
+        auto restore = RunRecorder::begin(folder_.path(), aRestore());
+        ASSERT_TRUE(restore);
+        restore->setWayBack();
+        EXPECT_FALSE(restore->record().wayBack);
+    }
+    RunRecord undo;
+    undo.kind = RunKind::Undo;
+    auto recorder = RunRecorder::begin(folder_.path(), undo);
+    ASSERT_TRUE(recorder);
+    recorder->setWayBack();
+    EXPECT_TRUE(recorder->record().wayBack);
+}
+
 TEST_F(RunRecordTest, processThatDiesLeavesAnUnfinishedRunAndNoHold) {
     const pid_t child = fork();
     if (child == 0) {
@@ -157,6 +205,7 @@ TEST_F(RunRecordTest, damagedRecordIsAnErrorThatNamesTheFile) {
           with("1800000000", "99999999999999999999"), with("1800000000", "\"now\""),
           with("\"staging\"", "\"done\""), with("\"rows\": []", "\"rows\": [7]"),
           with("\"rows\": []", "\"rows\": [{\"category\": \"x\"}]"),
+          with("\"rows\": []", "\"rows\": [], \"brokeOffIn\": \"safety\""),
           with("\"version\": 1", "\"version\": 2")}) {
         expectDamaged(text);
     }

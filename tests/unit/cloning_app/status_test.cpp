@@ -57,12 +57,17 @@ TEST_F(StatusTest, statusWithoutARecordIsThatOfTheTwoKeys) {
 TEST_F(StatusTest, unfinishedRunIsNamedWithWhatToDoAndIsAFailure) {
     {
         auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
-        ASSERT_TRUE(recorder && recorder->enter(RunPhase::Restoring));
+        ASSERT_TRUE(recorder);
+        recorder->setWayBack();
+        ASSERT_TRUE(recorder->enter(RunPhase::Restoring));
     }
     const Output said = output();
     EXPECT_EQ(said.exitStatus, 1);
-    EXPECT_THAT(said.closing.back(), HasSubstr("UNFINISHED: restore from /media/usb/clone"));
-    EXPECT_THAT(said.closing.back(), HasSubstr("vxclone undo"));
+    EXPECT_EQ(
+        said.closing.back(),
+        "UNFINISHED: restore from /media/usb/clone, begun 2027-01-15T08:00:00Z; it died in phase "
+        "restoring: the load had begun, so the television may be half changed; restore again, or go back "
+        "with vxclone undo.");
 }
 
 TEST_F(StatusTest, commandThatOnlyLooksNamesAnUnfinishedRunAndKeepsItsExitStatus) {
@@ -98,7 +103,10 @@ TEST_F(StatusTest, everyPhaseAndKindFitsTheSchemaOfTheLines) {
             auto recorder = RunRecorder::begin(folder_.path(), recordOf(kind));
             ASSERT_TRUE(recorder && recorder->enter(static_cast<RunPhase>(phase)));
             sayOutput(output(), true, out, out);
-            ASSERT_TRUE(recorder->end(0, {}));
+            ASSERT_TRUE(recorder->breakOff(8, {}));
+            sayOutput(output(), true, out, out);
+            recorder = RunRecorder::begin(folder_.path(), recordOf(kind));
+            ASSERT_TRUE(recorder && recorder->enter(static_cast<RunPhase>(phase)) && recorder->end(0, {}));
             sayOutput(output(), true, out, out);
             for (const auto& line : jsonLines(out.str())) {
                 EXPECT_THAT(schemaComplaint(line), IsEmpty());
