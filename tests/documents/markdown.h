@@ -37,7 +37,7 @@ struct Markdown {
     std::vector<Block> blocks;
     std::vector<Span> spans;
     std::vector<Link> links;
-    std::vector<std::string> anchors;  ///< by which a link names a heading: "how-it-works"
+    std::vector<std::string> anchors;   ///< by which a link names a heading: "how-it-works"
     std::vector<std::string> problems;  ///< sentences, each with the place
 };
 
