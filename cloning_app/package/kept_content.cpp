@@ -9,6 +9,8 @@
 #include <limits>
 #include <utility>
 
+#include "cloning_app/package/descriptor.h"
+
 namespace vxclone {
 
 namespace {
@@ -17,7 +19,6 @@ namespace {
 constexpr const char* kWhole = "Clone.kept";
 /// A part of what lay in the clone folder; the rest is still, or again, there.
 constexpr const char* kPart = "Clone.moving";
-constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr mode_t kFolderMode = 0700;
 constexpr std::size_t kAnyNumber = std::numeric_limits<std::size_t>::max();
 

@@ -104,7 +104,7 @@ std::string sentenceFor(ErrorCode problem, const std::string& what, const std::s
 }
 
 /// What a sentence says of one check.
-std::string partOf(const Check& check) {
+std::string partOfSentence(const Check& check) {
     if (check.finding == Finding::None) {
         return check.subject == Subject::Key ? "clone key" : "package key";
     }
@@ -127,7 +127,7 @@ std::string partsFor(ErrorCode problem, const std::vector<Check>& checks) {
     for (const Check& check : checks) {
         const bool counts = problemOf(check) == problem;
         files += counts && check.subject == Subject::File ? 1U : 0U;
-        const std::string part = counts ? partOf(check) : std::string();
+        const std::string part = counts ? partOfSentence(check) : std::string();
         if (!part.empty() && (check.subject != Subject::File || files <= kMostFilesInASentence)) {
             text += (text.empty() ? "" : ", ") + part;
         }

@@ -24,7 +24,7 @@ constexpr std::size_t kMostNoteBytes = std::size_t{1} << 20U;
 /// A setting that is refused once is tried again.
 constexpr int kAttempts = 2;
 
-tl::unexpected<Error> refused(const char* key) {
+tl::unexpected<Error> cannotKeep(const char* key) {
     return failure(ErrorCode::SettingsRefused,
                    std::string("the television's settings store refuses ") + key +
                        ", which has to be afterwards as it was; restart the television and try again");
@@ -64,7 +64,7 @@ Result<void> keepRunKeys(const std::filesystem::path& dataFolder) {
     }
     const auto results = store::readString(kResultKey);
     if (!results) {
-        return refused(kResultKey);
+        return cannotKeep(kResultKey);
     }
     const Tree data{folder->get(), dataFolder.string(), Place::Television};
     const auto written = writeSmallFile(data, kNewNotes, noteText(store::readInt(kProgressKey), *results));
@@ -90,14 +90,14 @@ Result<void> putRunKeysBack(const std::filesystem::path& dataFolder) {
     if (!holdsOrTakes<std::string>(
             results, [] { return store::readString(kResultKey); },
             [&results] { return store::writeString(kResultKey, results); })) {
-        return refused(kResultKey);
+        return cannotKeep(kResultKey);
     }
     int percent = 0;
     const bool known = std::from_chars(text.data(), text.data() + text.size(), percent).ec == std::errc();
     if (known && !holdsOrTakes<int>(
                      percent, [] { return store::readInt(kProgressKey); },
                      [percent] { return store::writeInt(kProgressKey, percent); })) {
-        return refused(kProgressKey);
+        return cannotKeep(kProgressKey);
     }
     const int reason = removeTree(folder->get(), kNotes);
     return reason == 0 ? Result<void>()

@@ -28,7 +28,7 @@ bool belongsTo(const std::string& path, const Row& row) {
 }
 
 /// What of the state the row tells of.
-ComparedState partOf(const ComparedState& state, const Row& row) {
+ComparedState stateOfRow(const ComparedState& state, const Row& row) {
     ComparedState part;
     if (row.category == VXCLONE_VCONF_DATA) {
         part.settings = state.settings;
@@ -89,11 +89,11 @@ class Comparer {
           after_(after),
           unsaved_(unsaved),
           outcomeLost_(
-              lostAnOutcome(rows, [&after](const Row& row) { return !isEmpty(partOf(after, row)); })) {}
+              lostAnOutcome(rows, [&after](const Row& row) { return !isEmpty(stateOfRow(after, row)); })) {}
 
     void compare(Row& row) {
-        const ComparedState wanted = partOf(expected_.package, row);
-        const ComparedState found = partOf(after_, row);
+        const ComparedState wanted = stateOfRow(expected_.package, row);
+        const ComparedState found = stateOfRow(after_, row);
         if (!isToBeRead(row) || (isEmpty(wanted) && row.verdict != Verdict::Done)) {
             return;
         }
@@ -185,7 +185,7 @@ class Comparer {
             return;
         }
         const bool asBefore =
-            expected_.before && differencesOf(partOf(*expected_.before, row), found).empty();
+            expected_.before && differencesOf(stateOfRow(*expected_.before, row), found).empty();
         sayDifferent(row, differences, asBefore);
         result_.differences.insert(result_.differences.end(), differences.begin(), differences.end());
     }
