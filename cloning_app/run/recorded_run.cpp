@@ -80,7 +80,7 @@ Result<void> recordTheEnd(RunRecorder& recorder, const Result<Report>& report) {
 }
 
 CloneContext withView(const CloneContext& context, ProgressView& view) {
-    return {context.engine, view, context.stop, context.cloneRoot, context.disk};
+    return {context.engine, view, context.stop, context.cloneRoot, context.disk, context.mounts};
 }
 
 template <class Found>

@@ -101,6 +101,10 @@ std::vector<std::string> UndoSweep::differingParts(const fs::path& one, const fs
     const Json compared = Json::parse(vxtv({"compare", one, other, "--json"}).output);
     std::set<std::string> parts;
     for (const Json& area : compared.at("areas")) {
+        // No clone carries these.
+        if (area.at("area") == "navigation-lists") {
+            continue;
+        }
         for (const Json& difference : area.at("differences")) {
             parts.insert(partOf(area.at("area"), difference.at("name")));
         }

@@ -100,14 +100,13 @@ TEST_F(StatusTest, everyPhaseAndKindFitsTheSchemaOfTheLines) {
     for (const RunKind kind : {RunKind::Backup, RunKind::Restore, RunKind::Undo}) {
         for (int phase = 0; phase < static_cast<int>(RunPhase::Done); ++phase) {
             std::ostringstream out;
-            auto recorder = RunRecorder::begin(folder_.path(), recordOf(kind));
-            ASSERT_TRUE(recorder && recorder->enter(static_cast<RunPhase>(phase)));
-            sayOutput(output(), true, out, out);
-            ASSERT_TRUE(recorder->breakOff(8, {}));
-            sayOutput(output(), true, out, out);
-            recorder = RunRecorder::begin(folder_.path(), recordOf(kind));
-            ASSERT_TRUE(recorder && recorder->enter(static_cast<RunPhase>(phase)) && recorder->end(0, {}));
-            sayOutput(output(), true, out, out);
+            for (const bool brokeOff : {true, false}) {
+                auto recorder = RunRecorder::begin(folder_.path(), recordOf(kind));
+                ASSERT_TRUE(recorder && recorder->enter(static_cast<RunPhase>(phase)));
+                sayOutput(output(), true, out, out);
+                ASSERT_TRUE(brokeOff ? recorder->breakOff(8, {}) : recorder->end(0, {}));
+                sayOutput(output(), true, out, out);
+            }
             for (const auto& line : jsonLines(out.str())) {
                 EXPECT_THAT(schemaComplaint(line), IsEmpty());
             }
