@@ -21,13 +21,13 @@ _NAME_ask() {
 # Another command with its arguments; $1 is the number of its word.
 _NAME_command() {
     local -a rest=("${COMP_WORDS[@]:$1}")
-    local last=$((COMP_CWORD - $1)) specification
+    local last=$((COMP_CWORD - $1)) registered
     if declare -F _command_offset >/dev/null; then
         _command_offset "$1"
     elif ((last == 0)) && [[ $current != */* ]]; then
         mapfile -t COMPREPLY < <(compgen -c -- "$current")
-    elif ((last > 0)) && specification=$(complete -p -- "${rest[0]##*/}" 2>/dev/null) &&
-        [[ $specification =~ \ -F\ ([^ ]+)\  ]]; then
+    elif ((last > 0)) && registered=$(complete -p -- "${rest[0]##*/}" 2>/dev/null) &&
+        [[ $registered =~ \ -F\ ([^ ]+)\  ]]; then
         local -a COMP_WORDS=("${rest[@]}")
         local COMP_CWORD=$last
         "${BASH_REMATCH[1]}" "${rest[0]}" "$current" "${rest[last - 1]}"
