@@ -111,6 +111,9 @@ bool isIn(const Range (&ranges)[count], char32_t character) {
 }
 
 std::size_t columnsOf(char32_t character) {
+    if (character < std::begin(kNoColumn)->first) {
+        return 1;
+    }
     if (isIn(kNoColumn, character)) {
         return 0;
     }

@@ -49,6 +49,28 @@ std::size_t longestWord(std::string_view text) {
     return longest;
 }
 
+/// How many bytes of the text its first line gets, of which no more than `line` finds room in the columns.
+std::size_t lineEnd(std::string_view text, std::string_view line, std::size_t columns) {
+    const std::size_t blank = text.substr(0, line.size() + 1).rfind(' ');
+    const std::size_t wordBegin = blank == std::string_view::npos ? 0 : blank + 1;
+    if (wordBegin > line.size()) {
+        return line.size();
+    }
+    const std::string_view from = text.substr(wordBegin);
+    const std::string_view next = beginningOf(from, columns);
+    const bool fitsByItself =
+        next.size() == from.size() || from[next.size()] == ' ' || next.find(' ') != std::string_view::npos;
+    if (fitsByItself && line.find_first_not_of(' ') < wordBegin) {
+        return wordBegin;
+    }
+    const std::size_t slash = line.rfind('/');
+    if (slash != std::string_view::npos && slash > wordBegin) {
+        return slash + 1;
+    }
+    // A character that is wider than the columns has to go somewhere.
+    return std::max(line.size(), characterAt(text, 0).bytes);
+}
+
 /// What a column's cells need.
 struct ColumnNeed {
     std::size_t words = 1;  ///< to break no word
@@ -61,34 +83,31 @@ std::size_t sumOf(const Widths& widths) {
     return std::accumulate(widths.begin(), widths.end(), std::size_t{0});
 }
 
-/// The widths where no column gets more than `most`; but its words stay whole when `wholeWords`.
-Widths widthsUpTo(std::size_t most, const std::vector<ColumnNeed>& needs, bool wholeWords) {
+/// The widths where a column gets `most` at the most, but no less than its longest word, of which up to
+/// `wordMost` counts.
+Widths widthsUpTo(std::size_t most, std::size_t wordMost, const std::vector<ColumnNeed>& needs) {
     Widths widths;
     for (const ColumnNeed& need : needs) {
-        widths.push_back(std::max(wholeWords ? need.words : 1, std::min(need.cells, most)));
+        widths.push_back(
+            std::max({std::size_t{1}, std::min(need.words, wordMost), std::min(need.cells, most)}));
     }
     return widths;
 }
 
-/// Divides the room among the columns: the widest give way first, and words are broken only where all of them
-/// cannot stay whole.
+/// Divides the room among the columns: the widest give way first. Where not all words can stay whole, those
+/// that are longer than an equal share of the room are broken.
 Widths divide(std::size_t room, const std::vector<ColumnNeed>& needs) {
-    Widths whole;
-    std::transform(needs.begin(), needs.end(), std::back_inserter(whole),
-                   [](const ColumnNeed& need) { return need.cells; });
-    if (sumOf(whole) <= room) {
+    constexpr std::size_t kAny = std::numeric_limits<std::size_t>::max();
+    if (Widths whole = widthsUpTo(kAny, kAny, needs); sumOf(whole) <= room) {
         return whole;
     }
-    const bool wholeWords = sumOf(widthsUpTo(1, needs, true)) <= room;
-    Widths widths = widthsUpTo(1, needs, wholeWords);
-    for (std::size_t most = 2; most <= room; ++most) {
-        Widths wider = widthsUpTo(most, needs, wholeWords);
-        if (sumOf(wider) > room) {
-            break;
-        }
-        widths = std::move(wider);
+    const std::size_t share = room / needs.size();
+    const std::size_t wordMost = sumOf(widthsUpTo(0, kAny, needs)) <= room ? kAny : share;
+    std::size_t most = 0;
+    while (most < room && sumOf(widthsUpTo(most + 1, wordMost, needs)) <= room) {
+        ++most;
     }
-    return widths;
+    return widthsUpTo(most, wordMost, needs);
 }
 
 /// What breaking between words leaves free goes to the columns that are still broken, the last first.
@@ -201,17 +220,10 @@ std::string printable(std::string_view text) {
 std::vector<std::string> brokenInto(std::string_view text, std::size_t columns) {
     std::vector<std::string> lines;
     std::string_view rest = text;
-    while (displayWidth(rest) > columns) {
-        std::string_view line = beginningOf(rest, columns);
-        if (line.empty()) {
-            line = rest.substr(0, characterAt(rest, 0).bytes);  // wider than the line: it has to go somewhere
-        }
-        // A blank behind the line's end may be where it is broken.
-        const std::size_t blank = rest.substr(0, line.size() + 1).rfind(' ');
-        const std::size_t wordEnd =
-            blank == std::string_view::npos ? blank : rest.substr(0, blank + 1).find_last_not_of(' ');
-        line = wordEnd == std::string_view::npos ? line : rest.substr(0, wordEnd + 1);
-        lines.emplace_back(line);
+    for (std::string_view line = beginningOf(rest, columns); line.size() < rest.size();
+         line = beginningOf(rest, columns)) {
+        line = rest.substr(0, lineEnd(rest, line, columns));
+        lines.emplace_back(line.substr(0, line.find_last_not_of(' ') + 1));
         rest.remove_prefix(line.size());
         rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
     }

@@ -52,7 +52,8 @@ std::string_view beginningOf(std::string_view text, std::size_t columns);
 std::string printable(std::string_view text);
 
 /// The text in lines of at most `columns` (1 or more) each, broken between words; a word that is longer than
-/// a line is broken where the line ends. One line at least; an empty one for an empty text.
+/// a line is broken behind a slash, or else where the line ends. One line at least; an empty one for an empty
+/// text.
 std::vector<std::string> brokenInto(std::string_view text, std::size_t columns);
 
 /// The sentence for the screen, without a line feed at its end. On a terminal it is broken between words,

@@ -1,6 +1,3 @@
-#include <unistd.h>
-
-#include <iostream>
 #include <memory>
 #include <string>
 
@@ -32,10 +29,7 @@ Result<Status> statusAsTold(const StatusArguments& arguments) {
 }
 
 int tellStatus(const StatusArguments& arguments) {
-    const bool coloured = vxcommon::wantsColour(STDOUT_FILENO);
-    const auto output =
-        statusAsTold(arguments).map([coloured](const Status& status) { return outputOf(status, coloured); });
-    return sayOutput(output, arguments.json, std::cout, std::cerr);
+    return say(statusAsTold(arguments).map(outputOf), arguments.json);
 }
 
 }  // namespace

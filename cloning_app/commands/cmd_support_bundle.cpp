@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <iostream>
 #include <memory>
 #include <string>
 
@@ -67,9 +66,7 @@ void addSupportBundleCommand(CLI::App& app, Action& chosen) {
     verb->add_flag("--on-this-disk", arguments->onThisDisk, "Allow a place on the television itself");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments] {
-        chosen = [arguments] {
-            return sayOutput(makeBundle(*arguments), arguments->json, std::cout, std::cerr);
-        };
+        chosen = [arguments] { return say(makeBundle(*arguments), arguments->json); };
     });
 }
 

@@ -1,6 +1,5 @@
 #include "cloning_app/commands/command.h"
 
-#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -18,15 +17,14 @@ namespace vxclone {
 
 namespace {
 
-constexpr std::size_t kUsualWidth = 80;
-
 ViewOptions optionsOfView() {
     const auto begin = std::chrono::steady_clock::now();
     const auto elapsed = [begin] {
         return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
                                                                      begin);
     };
-    return {vxcommon::wantsColour(STDOUT_FILENO), terminalWidth, elapsed};
+    return {[] { return vxcommon::screenAt(STDOUT_FILENO); }, elapsed,
+            [] { return vxcommon::screenAt(STDERR_FILENO); }};
 }
 
 /// Shows of a run what must be said alone.
@@ -49,12 +47,6 @@ class NoticesOnly final : public ProgressView {
 
 }  // namespace
 
-std::size_t terminalWidth() {
-    winsize size{};
-    const bool known = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
-    return known ? size.ws_col : kUsualWidth;
-}
-
 ViewKind viewKindOfRun(bool json) {
     if (json) {
         return ViewKind::Json;
@@ -68,11 +60,16 @@ std::unique_ptr<ProgressView> makeView(ViewKind kind, std::string run) {
     return makeProgressView(kind, std::move(run), std::cout, std::cerr, optionsOfView());
 }
 
+int say(const Result<Output>& found, bool json) {
+    return sayOutput(found, json, {std::cout, vxcommon::screenAt(STDOUT_FILENO)},
+                     {std::cerr, vxcommon::screenAt(STDERR_FILENO)});
+}
+
 int tellLook(Result<Output> found, bool json) {
     if (found) {
         nameUnfinishedRun(*found, recordFolderOf(kCloneRoot));
     }
-    return sayOutput(found, json, std::cout, std::cerr);
+    return say(found, json);
 }
 
 int runLook(std::string run, bool json, const std::function<Result<Output>(const CloneContext&)>& look) {

@@ -27,16 +27,16 @@ void addListCommand(CLI::App& app, Action& chosen);
 void addStatusCommand(CLI::App& app, Action& chosen);
 void addSupportBundleCommand(CLI::App& app, Action& chosen);
 
-/// How many columns the terminal at this standard output has now.
-std::size_t terminalWidth();
-
 /// How a long run is shown on this standard output.
 ViewKind viewKindOfRun(bool json);
 
 /// A view on the standard streams; `run` is what the command is called there.
 std::unique_ptr<ProgressView> makeView(ViewKind kind, std::string run);
 
-/// Writes what a command found that only looks, and names a run that died; result: the exit status.
+/// Writes what a command found on the standard streams; result: the exit status.
+int say(const Result<Output>& found, bool json);
+
+/// The same of what a command found that only looks, and names a run that died; result: the exit status.
 int tellLook(Result<Output> found, bool json);
 
 /// The same of what needs the television for itself meanwhile, with its library, storage and standard

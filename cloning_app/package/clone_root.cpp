@@ -29,10 +29,6 @@ int makeFolders(const std::filesystem::path& path) {
     return mkdir(path.c_str(), kCloneFolderMode) == 0 || errno == EEXIST ? 0 : errno;
 }
 
-TreeSize sumOf(const TreeSize& one, const TreeSize& other) {
-    return {one.entries + other.entries, one.files + other.files, one.bytes + other.bytes};
-}
-
 std::filesystem::path withoutLastSlash(const std::filesystem::path& path) {
     return path.filename().empty() ? path.parent_path() : path;
 }
@@ -72,7 +68,7 @@ Result<TreeSize> CloneRoot::fillFrom(const Tree& from, const TreeLimits& limits,
         return needed;
     }
     const TreeSize held = measureTree(tree(), limits).value_or(TreeSize{});
-    if (const auto space = checkSpace(tree(), sumOf(*needed, reserve), held); !space) {
+    if (const auto space = checkSpace(tree(), *needed, held, reserve); !space) {
         return tl::make_unexpected(space.error());
     }
     if (const auto emptied = empty(); !emptied) {

@@ -48,12 +48,23 @@ std::string inSmallLetters(std::string text) {
     return text;
 }
 
-tl::unexpected<Error> tooFull(Place place, std::string_view wanted, std::string_view available) {
-    const bool stick = place == Place::Stick;
-    return failure(stick ? ErrorCode::StickFull : ErrorCode::TelevisionFull,
-                   fmt::format("the package needs {}, the {} has {}; free some space{}", wanted,
-                               stick ? "stick" : "television's disk", available,
-                               stick ? " or take another stick" : " on the television"));
+/// What is too large for where it should go, and how much room there is.
+struct Shortage {
+    Place place;
+    TreeSize package;
+    bool besides;  ///< more than the package is to have room
+    std::string needed;
+    std::string available;
+};
+
+tl::unexpected<Error> tooFull(const Shortage& shortage) {
+    const bool stick = shortage.place == Place::Stick;
+    return failure(
+        stick ? ErrorCode::StickFull : ErrorCode::TelevisionFull,
+        fmt::format("the package ({}) {} {}, the {} has {}; free some space{}", sizeText(shortage.package),
+                    shortage.besides ? "and what is kept besides need" : "needs", shortage.needed,
+                    stick ? "stick" : "television's disk", shortage.available,
+                    stick ? " or take another stick" : " on the television"));
 }
 
 }  // namespace
@@ -99,21 +110,27 @@ std::string TreeJudge::problemWith(const TreeEntry& entry) {
                                vxcommon::printable(before->second), rules_.name);
 }
 
-Result<void> checkSpace(const Tree& folder, const TreeSize& needed, const TreeSize& reclaimed) {
+Result<void> checkSpace(const Tree& folder, const TreeSize& package, const TreeSize& reclaimed,
+                        const TreeSize& besides) {
     struct statvfs facts {};
     if (fstatvfs(folder.descriptor, &facts) != 0) {
         return tl::make_unexpected(readError(folder.place, folder.path, errno));
     }
+    Shortage shortage{folder.place, package, besides.entries != 0, {}, {}};
     const std::uint64_t block = facts.f_frsize;
     const std::uint64_t available = facts.f_bavail * block + reclaimed.bytes;
-    const std::uint64_t wanted = needed.bytes + needed.entries * block;
+    const std::uint64_t entries = package.entries + besides.entries;
+    const std::uint64_t wanted = package.bytes + besides.bytes + entries * block;
     if (facts.f_blocks != 0 && wanted > available) {
-        return tooFull(folder.place, sizeText(wanted), sizeText(available) + " free");
+        shortage.needed = sizeText(wanted);
+        shortage.available = sizeText(available) + " free";
+        return tooFull(shortage);
     }
     const std::uint64_t places = facts.f_favail + reclaimed.entries;
-    if (facts.f_files != 0 && needed.entries > places) {
-        return tooFull(folder.place, fmt::format("{} files and folders", needed.entries),
-                       fmt::format("room for {}", places));
+    if (facts.f_files != 0 && entries > places) {
+        shortage.needed = fmt::format("{} files and folders", entries);
+        shortage.available = fmt::format("room for {}", places);
+        return tooFull(shortage);
     }
     return {};
 }
@@ -132,6 +149,10 @@ std::string sizeText(std::uint64_t bytes) {
     }
     return unit == 0 ? fmt::format("{} {}", bytes, kUnits.front())
                      : fmt::format("{:.1f} {}", value, kUnits.at(unit));
+}
+
+std::string sizeText(const TreeSize& size) {
+    return countText(size.files, "file") + ", " + sizeText(size.bytes);
 }
 
 }  // namespace vxclone

@@ -38,14 +38,19 @@ class TreeJudge {
     std::map<std::string, std::string> names_;  ///< of the paths as such a system sees them
 };
 
-/// Checks that a tree of this size fits where the folder lies, in bytes and in files and folders, `reclaimed`
-/// being freed before. Errors: `StickFull` or `TelevisionFull`, naming what it needs and what there is.
-Result<void> checkSpace(const Tree& folder, const TreeSize& needed, const TreeSize& reclaimed = {});
+/// Checks that a package of this size and `besides` fit where the folder lies, in bytes and in files and
+/// folders, `reclaimed` being freed before. Errors: `StickFull` or `TelevisionFull`, naming the package's
+/// size, what it needs and what there is.
+Result<void> checkSpace(const Tree& folder, const TreeSize& package, const TreeSize& reclaimed = {},
+                        const TreeSize& besides = {});
 
 /// A number of things for a person, such as "1 file" or "2 files".
 std::string countText(std::uint64_t count, std::string_view thing);
 
 /// A number of bytes for a person, such as "1.4 MB".
 std::string sizeText(std::uint64_t bytes);
+
+/// How large a package is, for a person, such as "52 files, 1.4 MB".
+std::string sizeText(const TreeSize& size);
 
 }  // namespace vxclone

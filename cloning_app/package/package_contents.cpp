@@ -18,11 +18,14 @@ class ContentsReading::Reader final : public TreeVisitor {
             return going;
         }
         const std::string name = nameOf(entry);
-        if (sidecarFolder_ != 0 || isSidecar(entry.name) || name == kSealFile) {
+        if (sidecarFolder_ != 0 || isSidecar(entry.name)) {
             return {};
         }
-        contents_.files.push_back(entry.path);
-        if (name == kManifestFile) {
+        if (name != kSealFile) {
+            contents_.files.push_back(entry.path);
+        }
+        if (name == kSealFile || name == kManifestFile) {
+            contents_.own.push_back({name, false, entry.bytes});
             return {};
         }
         contents_.entries.push_back({name, false, entry.bytes});
@@ -121,6 +124,18 @@ bool sameContent(const PackageEntry& one, const PackageEntry& other) {
 }
 
 }  // namespace
+
+TreeSize sizeOf(const PackageContents& contents) {
+    TreeSize size;
+    for (const std::vector<PackageEntry>* const part : {&contents.entries, &contents.own}) {
+        for (const PackageEntry& entry : *part) {
+            ++size.entries;
+            size.files += entry.folder ? 0U : 1U;
+            size.bytes += entry.bytes;
+        }
+    }
+    return size;
+}
 
 Result<PackageContents> readContents(const Tree& package, Digests digests) {
     return ContentsReading::begin(package, digests, nullptr).and_then([](ContentsReading reading) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cloning_app/package/tree_copy.h"
 #include "cloning_app/package/tree_walk.h"
 #include "cloning_app/run/stop_flag.h"
 
@@ -20,9 +21,13 @@ struct PackageEntry {
 /// What a package holds, without the sidecar files of a stick. Both sides of the seal must see the same, so
 /// both get it from here.
 struct PackageContents {
-    std::vector<std::string> files;     ///< the full paths of all files but the seal, sorted
-    std::vector<PackageEntry> entries;  ///< all but the seal and the manifest, sorted by their paths
+    std::vector<std::string> files;      ///< the full paths of all files but the seal, sorted
+    std::vector<PackageEntry> entries;   ///< all but the seal and the manifest, sorted by their paths
+    std::vector<PackageEntry> own = {};  ///< the seal and the manifest, without digests
 };
+
+/// How large the package is, as it is told to people: with all its files, the seal and the manifest, too.
+TreeSize sizeOf(const PackageContents& contents);
 
 enum class Digests { None, OfFiles };
 

@@ -14,8 +14,9 @@ namespace vxclone {
 namespace {
 
 /// Whether what lies on the stick is what its manifest lists: whoever still wrote into the clone folder after
-/// the library's run had ended, an application that answered too late, would have spoilt the package.
-Result<void> checkCopy(const CloneContext& context, const Tree& stick) {
+/// the library's run had ended, an application that answered too late, would have spoilt the package. Result:
+/// its size.
+Result<TreeSize> checkCopy(const CloneContext& context, const Tree& stick) {
     const auto listed = readManifest(stick, PackageKey::ofTelevision());
     if (!listed) {
         return tl::make_unexpected(listed.error());
@@ -30,7 +31,7 @@ Result<void> checkCopy(const CloneContext& context, const Tree& stick) {
     const auto differences =
         differencesOf(*listed ? (*listed)->manifest.entries : std::vector<PackageEntry>(), held->entries);
     if (differences.empty()) {
-        return {};
+        return sizeOf(*held);
     }
     return failure(ErrorCode::NotSealed,
                    fmt::format("the backup is not whole: {} changed while it was saved, perhaps by an "
@@ -53,23 +54,23 @@ Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Rep
     const DiskCalls calls = countingWrites(context.disk, needed->bytes, [&context](double part) {
         context.view.progress({ShownPhase::Writing, part});
     });
-    auto copied = copyTree(root, stick, TreeLimits{}, Flush::Yes, calls, context.stop);
+    const auto copied = copyTree(root, stick, TreeLimits{}, Flush::Yes, calls, context.stop);
     if (!copied) {
         return copied;
     }
     context.view.progress({ShownPhase::Closing});
-    if (const auto whole = checkCopy(context, stick); !whole) {
-        return tl::make_unexpected(whole.error());
+    auto size = checkCopy(context, stick);
+    if (!size) {
+        return size;
     }
     if (const auto committed = replacement.commit(); !committed) {
         return tl::make_unexpected(committed.error());
     }
-    return copied;
+    return size;
 }
 
 void sayTheEnd(Report& report, const TreeSize& size, const std::string& path, bool onAStick) {
-    report.closing.push_back(fmt::format("Backup in {}: {}, {}.", vxcommon::printable(path),
-                                         countText(size.files, "file"), sizeText(size.bytes)));
+    report.closing.push_back(fmt::format("Backup in {}: {}.", vxcommon::printable(path), sizeText(size)));
     report.closing.push_back(fmt::format("Digest {}", report.digest));
     for (std::string& sentence : lackSentences(report.lacks, "The backup")) {
         report.closing.push_back(std::move(sentence));
@@ -139,6 +140,7 @@ Result<Report> backUp(const CloneContext& context, const std::filesystem::path& 
     if (!means) {
         return tl::make_unexpected(means.error());
     }
+    recorder.setName(means->origin.name);
     means->mayLack = [&options](const Lack& lack) { return options.without.holds(lack); };
     return backUpTo(context, *target, *onAStick, *means, recorder);
 }

@@ -45,7 +45,7 @@ constexpr std::array kFindings = {
     FindingFacts{"verified", "verified", Colour::Good, {}},
     FindingFacts{"same", "same", Colour::Good, {}},
     FindingFacts{"unaltered", "unaltered", Colour::Good, {}},
-    FindingFacts{"no-manifest", "none: checked by the seal alone, which is weaker", Colour::Dim, {}},
+    FindingFacts{"no-manifest", "none: checked by the seal alone, which is weaker", Colour::Doubt, {}},
     FindingFacts{"overridden", "differs, restored all the same", Colour::Bad, {}},
     FindingFacts{"missing", "missing", Colour::Bad, ErrorCode::NotComplete},
     FindingFacts{"none", "none", Colour::Bad, ErrorCode::NoKey},

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -21,23 +22,12 @@ using vxcommon::TerminalTable;
 
 constexpr const char* kFileKind = "file";
 
-std::string tableText(const TerminalTable& table) {
-    std::string text = table.render(false);
-    text.pop_back();
-    return text;
-}
-
 /// A package that can be understood so far is inspected as far as it can be.
 OutputLine packageLine(const std::string& path, const PackageLook& look, const PackageContents& contents) {
-    std::uint64_t files = 0;
-    std::uint64_t bytes = 0;
-    for (const PackageEntry& entry : contents.entries) {
-        files += entry.folder ? 0U : 1U;
-        bytes += entry.bytes;
-    }
+    const TreeSize size = sizeOf(contents);
     Json members = factsOf(path, look);
-    members["files"] = files;
-    members["bytes"] = bytes;
+    members["files"] = size.files;
+    members["bytes"] = size.bytes;
     const PackageOrigin origin = look.manifest ? look.manifest->manifest.origin : PackageOrigin{};
     const Identity identity = look.identity.value_or(Identity{});
     TerminalTable table({"package", path});
@@ -47,11 +37,11 @@ OutputLine packageLine(const std::string& path, const PackageLook& look, const P
          {std::pair("name", orDash(origin.name)), std::pair("made", orDash(origin.madeAt)),
           std::pair("by", orDash(origin.madeBy)), std::pair("model", orDash(identity.model)),
           std::pair("product tag", orDash(identity.productTag)), std::pair("tuner type", orDash(tuner)),
-          std::pair("size", countText(files, kFileKind) + ", " + sizeText(bytes)),
+          std::pair("size", sizeText(size)),
           std::pair("digest", look.manifest ? look.manifest->digest : "-")}) {
         table.addRow({{name, Colour::Plain}, {value, Colour::Plain}});
     }
-    return {Event::Result, std::move(members), tableText(table)};
+    return {Event::Result, std::move(members), {}, std::move(table)};
 }
 
 void addChecks(Output& output, const std::vector<Check>& checks) {
@@ -59,10 +49,10 @@ void addChecks(Output& output, const std::vector<Check>& checks) {
     for (const Check& check : checks) {
         output.lines.push_back(lineOf(check));
         table.addRow({{std::string(nameOf(check.subject)), Colour::Plain},
-                      {std::string(wordsOf(check.subject)), Colour::Plain},
-                      {textOf(check), Colour::Plain}});
+                      {std::string(wordsOf(check.subject)), Colour::Dim},
+                      {textOf(check), colourOf(check)}});
     }
-    output.lines.push_back(lineOf("\n" + tableText(table)));
+    output.lines.push_back(lineOf(std::move(table)));
 }
 
 /// What a later vxclone calls its results is shown as it stands.
@@ -90,12 +80,16 @@ void addCategories(Output& output, const PackageLook& look) {
                       {result.application, Colour::Plain},
                       {wordsOfResult(result), Colour::Plain}});
     }
-    output.lines.push_back(lineOf("\n" + tableText(table)));
+    output.lines.push_back(lineOf(std::move(table)));
 }
 
 void addFiles(Output& output, const PackageContents& contents, bool everyFile) {
     TerminalTable table({"file", "size"});
-    for (const PackageEntry& entry : contents.entries) {
+    std::vector<PackageEntry> files = contents.entries;
+    files.insert(files.end(), contents.own.begin(), contents.own.end());
+    std::sort(files.begin(), files.end(),
+              [](const PackageEntry& one, const PackageEntry& other) { return one.path < other.path; });
+    for (const PackageEntry& entry : files) {
         if (!entry.folder) {
             output.lines.push_back(
                 {Event::Result, {{"kind", kFileKind}, {"path", entry.path}, {"bytes", entry.bytes}}});
@@ -103,7 +97,7 @@ void addFiles(Output& output, const PackageContents& contents, bool everyFile) {
         }
     }
     if (everyFile) {
-        output.lines.push_back(lineOf("\n" + tableText(table)));
+        output.lines.push_back(lineOf(std::move(table)));
     }
 }
 
@@ -121,7 +115,7 @@ void addSettings(Output& output, const std::vector<Setting>& settings) {
                       {kind == SettingKind::Ordinary ? "" : kindName, Colour::Plain},
                       {shownValue(setting), Colour::Plain}});
     }
-    output.lines.push_back(lineOf("\n" + tableText(table)));
+    output.lines.push_back(lineOf(std::move(table)));
 }
 
 }  // namespace

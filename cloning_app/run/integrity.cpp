@@ -105,6 +105,7 @@ Result<void> examineManifest(const Tree& package, const PackageContents& content
     judgeCompleteness(*manifest, *holdings, result.checks, result.lacks);
     if (*manifest) {
         result.digest = (*manifest)->digest;
+        result.name = (*manifest)->manifest.origin.name;
         for (const EntryDifference& difference :
              differencesOf((*manifest)->manifest.entries, contents.entries)) {
             result.checks.push_back({Subject::File, findingOf(difference.kind), "", "", difference.path});

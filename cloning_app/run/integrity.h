@@ -17,6 +17,7 @@ struct Examination {
     std::vector<Check> checks;               ///< the seal's comes last
     std::optional<std::string> digest = {};  ///< the manifest's, where there is one
     std::vector<Lack> lacks = {};            ///< what the package lacks; a lack is no check that fails
+    std::string name = {};                   ///< what people call the package; may be empty
 };
 
 /// What is lacking goes into `lacks`, and a check is added for each contradiction between manifest and

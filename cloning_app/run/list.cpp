@@ -25,6 +25,7 @@ constexpr std::size_t kMostFolders = 2000;
 struct State {
     std::string_view name;
     std::string_view words;
+    Colour colour;
     std::string detail;
 };
 
@@ -39,14 +40,14 @@ State stateOf(const PackageLook& look) {
         }
     }
     if (!damage.empty()) {
-        return {"damaged", "damaged", damage};
+        return {"damaged", "damaged", Colour::Bad, damage};
     }
     if (!misfit.empty()) {
-        return {"does-not-fit", "does not fit", misfit};
+        return {"does-not-fit", "does not fit", Colour::Bad, misfit};
     }
     const std::string lacking = lackingText(look.lacks, false);
-    return lacking.empty() ? State{"fits", "fits", ""}
-                           : State{"incomplete", "fits, is not complete", "it lacks " + lacking};
+    return lacking.empty() ? State{"fits", "fits", Colour::Good, ""}
+                           : State{"incomplete", "fits, is not complete", Colour::Bad, "it lacks " + lacking};
 }
 
 /// Goes through the folders and collects the packages.
@@ -80,9 +81,7 @@ class Search {
         if (output_.lines.empty()) {
             output_.closing.push_back(fmt::format("There is no package in {}.", vxcommon::printable(path)));
         } else {
-            std::string text = table_.render(false);
-            text.pop_back();
-            output_.lines.push_back(lineOf(std::move(text)));
+            output_.lines.push_back(lineOf(std::move(table_)));
             output_.closing.emplace_back("Not checked: the files and the seals; vxclone verify does that.");
         }
         if (folders_ > kMostFolders) {
@@ -96,7 +95,8 @@ class Search {
     void add(const Tree& tree) {
         const auto look = lookAt(tree);
         const PackageLook seen = look ? *look : PackageLook{};
-        const State state = look ? stateOf(*look) : State{"unreadable", "unreadable", look.error().sentence};
+        const State state =
+            look ? stateOf(*look) : State{"unreadable", "unreadable", Colour::Doubt, look.error().sentence};
         auto members = factsOf(tree.path, seen);
         members["result"] = state.name;
         if (!state.detail.empty()) {
@@ -108,9 +108,9 @@ class Search {
         table_.addRow(
             {{tree.path, Colour::Plain},
              {orDash(origin.name), Colour::Plain},
-             {orDash(origin.madeAt), Colour::Plain},
+             {orDash(dayAndMinute(origin.madeAt)), Colour::Plain},
              {orDash(model), Colour::Plain},
-             {std::string(state.words) + (state.detail.empty() ? "" : ": " + state.detail), Colour::Plain}});
+             {std::string(state.words) + (state.detail.empty() ? "" : ": " + state.detail), state.colour}});
     }
 
     Output output_;

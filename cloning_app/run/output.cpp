@@ -1,5 +1,8 @@
 #include "cloning_app/run/output.h"
 
+#include <algorithm>
+#include <sstream>
+#include <string_view>
 #include <utility>
 
 namespace vxclone {
@@ -17,16 +20,29 @@ void sayAsJson(const Output& output, JsonLines& lines) {
     lines.write(Event::Summary, summary);
 }
 
-void sayAsText(const Output& output, std::ostream& out) {
+/// An entry of a list begins with blanks, and what carries it on goes two farther in.
+void sayLine(const Outlet& out, std::string_view line) {
+    constexpr std::size_t kFarther = 2;
+    const std::size_t blanks = std::min(line.find_first_not_of(' '), line.size());
+    out.stream << sentenceFor(out.screen, line, blanks == 0 ? 0 : blanks + kFarther) << '\n';
+}
+
+void sayAsText(const Output& output, const Outlet& out) {
+    bool first = true;
     for (const OutputLine& line : output.lines) {
-        if (!line.text.empty()) {
-            out << line.text << '\n';
+        std::istringstream text(line.text);
+        for (std::string each; std::getline(text, each);) {
+            sayLine(out, each);
         }
+        if (line.table) {
+            out.stream << (first ? "" : "\n") << line.table->render(out.screen);
+        }
+        first = first && line.text.empty() && !line.table;
     }
     for (const std::string& sentence : output.closing) {
-        out << sentence << '\n';
+        sayLine(out, sentence);
     }
-    out << std::flush;
+    out.stream << std::flush;
 }
 
 }  // namespace
@@ -48,13 +64,18 @@ OutputLine lineOf(std::string text) {
     return {Event::Result, {}, std::move(text)};
 }
 
-int sayOutput(const Result<Output>& output, bool json, std::ostream& out, std::ostream& err) {
-    JsonLines lines(out);
+OutputLine lineOf(vxcommon::TerminalTable table) {
+    return {Event::Result, {}, {}, std::move(table)};
+}
+
+int sayOutput(const Result<Output>& output, bool json, const Outlet& out, const Outlet& err) {
+    JsonLines lines(out.stream);
     if (!output) {
         if (json) {
             lines.error(output.error());
         } else {
-            err << "vxclone: " << output.error().sentence << '\n' << std::flush;
+            sayLine(err, "vxclone: " + output.error().sentence);
+            err.stream << std::flush;
         }
         return exitStatusOf(output.error().code);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -14,6 +15,8 @@ struct OutputLine {
     Event event;
     nlohmann::ordered_json members = {};  ///< for programs
     std::string text = {};                ///< for people; may be several lines, the last one without its end
+    /// For people, below the text, and apart from what is above it.
+    std::optional<vxcommon::TerminalTable> table = {};
 };
 
 /// What a command found that looks and changes nothing.
@@ -30,8 +33,16 @@ OutputLine lineOf(const Check& check);
 void addLacks(Output& output, const std::vector<Lack>& lacks);
 /// Text for people alone.
 OutputLine lineOf(std::string text);
+/// A table for people alone.
+OutputLine lineOf(vxcommon::TerminalTable table);
 
-/// Writes all of it, or the error, as text or as JSON lines. Result: the exit status.
-int sayOutput(const Result<Output>& output, bool json, std::ostream& out, std::ostream& err);
+/// A stream, and what is behind it.
+struct Outlet {
+    std::ostream& stream;
+    vxcommon::Screen screen = {};
+};
+
+/// Writes all of it, or the error, as text that fits the screen or as JSON lines. Result: the exit status.
+int sayOutput(const Result<Output>& output, bool json, const Outlet& out, const Outlet& err);
 
 }  // namespace vxclone

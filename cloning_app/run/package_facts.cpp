@@ -1,5 +1,7 @@
 #include "cloning_app/run/package_facts.h"
 
+#include <string_view>
+
 namespace vxclone {
 
 using Json = nlohmann::ordered_json;
@@ -19,6 +21,14 @@ Json factsOf(const std::string& path, const PackageLook& look) {
         facts["tuner"] = look.identity->tuner ? Json(*look.identity->tuner) : Json();
     }
     return facts;
+}
+
+std::string dayAndMinute(const std::string& time) {
+    constexpr std::size_t kDay = std::string_view("2026-03-01").size();
+    constexpr std::size_t kMinute = std::string_view("12:30").size();
+    constexpr std::size_t kWhole = std::string_view("2026-03-01T12:30:00Z").size();
+    const bool usual = time.size() == kWhole && time[kDay] == 'T' && time.back() == 'Z';
+    return usual ? time.substr(0, kDay) + " " + time.substr(kDay + 1, kMinute) + " UTC" : time;
 }
 
 std::string orDash(const std::optional<std::string>& value) {

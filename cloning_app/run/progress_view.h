@@ -73,11 +73,12 @@ enum class ViewKind {
 
 /// How a view writes.
 struct ViewOptions {
-    bool coloured = false;
-    /// How many columns the terminal has now; the live line is never wider.
-    std::function<std::size_t()> width = [] { return std::size_t{80}; };
+    /// What is behind `out` now; nothing is wider.
+    std::function<vxcommon::Screen()> screen = [] { return vxcommon::Screen{}; };
     /// How long the command has been at work.
     std::function<std::chrono::milliseconds()> elapsed = [] { return std::chrono::milliseconds(0); };
+    /// What is behind `err` now.
+    std::function<vxcommon::Screen()> errorScreen = [] { return vxcommon::Screen{}; };
 };
 
 /// `run` is what the command is called in JSON and on the live line, such as "undo". The streams must outlive

@@ -119,6 +119,7 @@ std::optional<RunRecord> recordOf(const Json& object) {
     record.allLoaded = isTrue(object, "allLoaded");
     record.wayBack = isTrue(object, "wayBack");
     const bool done = *phase == RunPhase::Done;
+    record.name = text(object, "name").value_or("");
     const bool ends = record.ended && record.exitStatus;
     const bool breaks = !record.brokeOffIn || (done && *record.brokeOffIn != RunPhase::Done);
     return ends == done && breaks ? std::optional(record) : std::nullopt;
@@ -142,6 +143,9 @@ std::string recordText(const RunRecord& record) {
                    {"wayBack", record.wayBack},         {"rows", Json::array()}};
     if (record.brokeOffIn) {
         object["brokeOffIn"] = nameOf(*record.brokeOffIn);
+    }
+    if (!record.name.empty()) {
+        object["name"] = record.name;
     }
     if (record.ended) {
         object["ended"] = *record.ended;

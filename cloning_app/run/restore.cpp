@@ -86,6 +86,7 @@ Result<Report> restore(const CloneContext& context, const std::filesystem::path&
         return tl::make_unexpected(ready.error());
     }
     LoadOptions loading{options.readBack, options.keepIdentity, options.without};
+    recorder.setName(ready->examined.name);
     recorder.setDigest(ready->examined.digest.value_or(""));
     if (options.safety) {
         if (const auto entered = recorder.enter(RunPhase::Safety); !entered) {

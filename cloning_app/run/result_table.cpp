@@ -1,5 +1,7 @@
 #include "cloning_app/run/result_table.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 
@@ -25,8 +27,8 @@ constexpr std::array kVerdicts = {
     VerdictFacts{"not-applied", "not applied", Colour::Bad},
     VerdictFacts{"lacking", "lacking", Colour::Bad},
     VerdictFacts{"planned", "would be loaded", Colour::Plain},
-    VerdictFacts{"not-evaluated", "not evaluated", Colour::Dim},
-    VerdictFacts{"not-reported", "not reported", Colour::Dim},
+    VerdictFacts{"not-evaluated", "not evaluated", Colour::Doubt},
+    VerdictFacts{"not-reported", "not reported", Colour::Doubt},
     VerdictFacts{"not-there", "not there", Colour::Dim},
     VerdictFacts{"not-in-backup", "not part of a backup", Colour::Dim},
     VerdictFacts{"not-chosen", "not chosen", Colour::Dim},
@@ -75,6 +77,24 @@ void appendReported(std::vector<Row>& rows, VXClone category, Direction directio
     }
 }
 
+/// One that says why stands in the table.
+bool isJustNotChosen(const Row& row) {
+    return row.verdict == Verdict::NotChosen && row.detail.empty();
+}
+
+/// Those that are bad, and then the others, each in their order.
+template <class Each, class IsBad>
+std::vector<Each> worstFirst(std::vector<Each> all, IsBad isBad) {
+    std::stable_partition(all.begin(), all.end(), isBad);
+    return all;
+}
+
+void addCheck(vxcommon::TerminalTable& table, const Check& check, const std::string& text) {
+    table.addRow({{std::string(nameOf(check.subject))},
+                  {std::string(wordsOf(check.subject)), Colour::Dim},
+                  {text, colourOf(check)}});
+}
+
 }  // namespace
 
 std::string_view nameOf(Verdict verdict) {
@@ -94,8 +114,9 @@ std::optional<Verdict> verdictNamed(std::string_view name) {
 std::string_view wordsOf(Verdict verdict) {
     return factsOf(verdict).words;
 }
-Colour colourOf(Verdict verdict) {
-    return factsOf(verdict).colour;
+Colour colourOf(const Row& row) {
+    const Colour colour = factsOf(row.verdict).colour;
+    return row.readBack == ReadBack::Unknown && colour == Colour::Good ? Colour::Doubt : colour;
 }
 
 std::string_view nameOf(ReadBack readBack) {
@@ -159,33 +180,42 @@ bool anyFailed(const std::vector<Row>& rows) {
     return std::any_of(rows.begin(), rows.end(), [](const Row& row) { return isFailure(row.verdict); });
 }
 
-std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& checks, bool coloured,
-                        const std::string& title) {
+vxcommon::TerminalTable tableOf(const std::vector<Row>& rows, const std::vector<Check>& checks,
+                                const std::string& title) {
     vxcommon::TerminalTable table({rows.empty() ? "check" : "category", "", title});
-    for (const Row& row : rows) {
-        const Category& category = categoryOf(row.category);
-        table.addRow({{std::string(category.name), Colour::Plain},
-                      {row.subject.empty() ? std::string(category.words) : vxcommon::printable(row.subject),
-                       Colour::Dim},
-                      {textOf(row), colourOf(row.verdict)}});
-    }
-    std::size_t files = 0;
-    for (const Check& check : checks) {
-        files += check.subject == Subject::File ? 1U : 0U;
-        if (check.subject == Subject::File && files > kMostFilesShown) {
-            continue;
+    for (const Row& row : worstFirst(rows, [](const Row& each) { return isFailure(each.verdict); })) {
+        if (!isJustNotChosen(row)) {
+            const Category& category = categoryOf(row.category);
+            table.addRow({{std::string(category.name)},
+                          {row.subject.empty() ? std::string(category.words) : row.subject, Colour::Dim},
+                          {textOf(row), colourOf(row)}});
         }
-        table.addRow({{std::string(nameOf(check.subject)), Colour::Plain},
-                      {std::string(wordsOf(check.subject)), Colour::Dim},
-                      {textOf(check), colourOf(check)}});
     }
-    if (files > kMostFilesShown) {
-        table.addRow(
-            {{std::string(nameOf(Subject::File)), Colour::Plain},
-             {std::string(wordsOf(Subject::File)), Colour::Dim},
-             {"and " + std::to_string(files - kMostFilesShown) + " more; --json names all", Colour::Bad}});
+    const auto all = static_cast<std::size_t>(std::count_if(
+        checks.begin(), checks.end(), [](const Check& each) { return each.subject == Subject::File; }));
+    std::size_t files = 0;
+    for (const Check& check :
+         worstFirst(checks, [](const Check& each) { return problemOf(each).has_value(); })) {
+        files += check.subject == Subject::File ? 1U : 0U;
+        if (check.subject != Subject::File || files <= kMostFilesShown) {
+            addCheck(table, check, textOf(check));
+        }
+        if (check.subject == Subject::File && files == all && all > kMostFilesShown) {
+            addCheck(table, check, fmt::format("and {} more; --json names all", all - kMostFilesShown));
+        }
     }
-    return table.render(coloured);
+    return table;
+}
+
+std::string notChosen(const std::vector<Row>& rows) {
+    std::string text;
+    for (const Row& row : rows) {
+        if (isJustNotChosen(row)) {
+            text += (text.empty() ? std::string(wordsOf(Verdict::NotChosen)) + ": " : ", ") +
+                    std::string(categoryOf(row.category).name);
+        }
+    }
+    return text;
 }
 
 }  // namespace vxclone

@@ -57,7 +57,9 @@ std::string_view nameOf(ReadBack readBack);
 std::string_view wordsOf(ReadBack readBack);
 /// The finding of that name in JSON.
 std::optional<ReadBack> readBackNamed(std::string_view name);
-vxcommon::Colour colourOf(Verdict verdict);
+
+/// The colour of what the row says: doubt where nobody knows whether it is as it should be.
+vxcommon::Colour colourOf(const Row& row);
 
 /// What the row says of its category: the verdict in words, what was read back, and the detail.
 std::string textOf(const Row& row);
@@ -78,9 +80,13 @@ bool isFailure(Verdict verdict);
 /// Whether this is so of any row.
 bool anyFailed(const std::vector<Row>& rows);
 
-/// The categories and, below them, what was judged of the package as a whole; either may be empty. `title`
-/// stands above what became of them.
-std::string renderTable(const std::vector<Row>& rows, const std::vector<Check>& checks, bool coloured,
-                        const std::string& title = "result");
+/// The categories and, below them, what was judged of the package as a whole; either may be empty. Of both,
+/// what is not as it should be comes first. What was not chosen, for no other reason, is left to `notChosen`.
+/// `title` stands above what became of them.
+vxcommon::TerminalTable tableOf(const std::vector<Row>& rows, const std::vector<Check>& checks,
+                                const std::string& title = "result");
+
+/// The categories that were not chosen, in one line: "not chosen: av, timers"; empty where there are none.
+std::string notChosen(const std::vector<Row>& rows);
 
 }  // namespace vxclone

@@ -43,6 +43,7 @@ struct RunRecord {
     std::optional<RunPhase> brokeOffIn = {};  ///< of a run that is done and did not come to its end
     /// A restore or undo broke off after it had begun to load, and none has come to its end since.
     bool halfChanged = false;
+    std::string name = {};  ///< what people call the package; may be empty
     bool allLoaded = false;  ///< that one had loaded everything, only its read-back is missing
     bool wayBack = false;    ///< the safety backup is from before that one
 };
@@ -85,6 +86,7 @@ class RunRecorder {
     Result<void> end(int exitStatus, std::vector<Row> rows);
     Result<void> breakOff(int exitStatus, std::vector<Row> rows);
     // What the next of these writes besides.
+    void setName(std::string name) { record_.name = std::move(name); }
     void setDigest(std::string digest) { record_.digest = std::move(digest); }
     void setRows(std::vector<Row> rows) { record_.rows = std::move(rows); }
     /// The safety backup that is there holds the television as it was before this run; before a restore that

@@ -66,12 +66,30 @@ std::string sentenceOf(const LastRun& last) {
                        failed.empty() ? "" : " (" + failed + ")", howItBrokeOff(record));
 }
 
+/// The package by its name and its digest, as far as they are recorded.
+std::vector<std::string> packageSentences(const RunRecord& record) {
+    std::string text = record.name.empty() ? "" : fmt::format(" \"{}\"", vxcommon::printable(record.name));
+    if (!record.digest.empty()) {
+        text += (text.empty() ? " digest " : ", digest ") + vxcommon::printable(record.digest);
+    }
+    return text.empty() ? std::vector<std::string>() : std::vector{"The package:" + text + "."};
+}
+
+/// The record tells more of a run that has ended than the library's list: whose each outcome is, and what was
+/// read back.
+bool hasResults(const Status& status) {
+    return status.last && status.last->record.phase == RunPhase::Done && !status.last->record.rows.empty();
+}
+
 nlohmann::ordered_json jsonOf(const LastRun& last) {
     const RunRecord& record = last.record;
     nlohmann::ordered_json members = {{"run", nameOf(record.kind)},
                                       {"phase", nameOf(record.phase)},
                                       {"package", record.package},
                                       {"begun", timeText(record.begun)}};
+    if (!record.name.empty()) {
+        members["name"] = record.name;
+    }
     if (!record.digest.empty()) {
         members["digest"] = record.digest;
     }
@@ -123,10 +141,12 @@ std::vector<std::string> sentencesOf(const Status& status) {
     for (const std::string& line : status.unknown) {
         sentences.push_back("The library reported something unknown: " + vxcommon::printable(line));
     }
-    if (status.percent) {
+    if (status.percent && !hasResults(status)) {
         sentences.push_back(fmt::format("Progress of the last restore: {} %.", *status.percent));
     }
     sentences.push_back(status.last ? sentenceOf(*status.last) : "No run is recorded.");
+    const auto package = status.last ? packageSentences(status.last->record) : std::vector<std::string>();
+    sentences.insert(sentences.end(), package.begin(), package.end());
     if (status.last && !status.last->goingOn) {
         if (auto earlier = sentenceAboutEarlier(status.last->record)) {
             sentences.push_back(*std::move(earlier));
@@ -135,7 +155,7 @@ std::vector<std::string> sentencesOf(const Status& status) {
     return sentences;
 }
 
-Output outputOf(const Status& status, bool coloured) {
+Output outputOf(const Status& status) {
     Output output;
     if (status.percent) {
         output.lines.push_back({Event::Progress, {{"percent", *status.percent}}});
@@ -146,13 +166,14 @@ Output outputOf(const Status& status, bool coloured) {
                                  {"phase", nameOf(told.phase)},
                                  {"percent", told.percent}}});
     }
-    for (const Row& row : status.reported) {
+    const bool ended = hasResults(status);
+    const std::vector<Row>& rows = ended ? status.last->record.rows : status.reported;
+    for (const Row& row : rows) {
         output.lines.push_back({Event::Result, vxclone::jsonOf(row)});
     }
-    if (!status.reported.empty()) {
-        std::string table = renderTable(status.reported, {}, coloured, "reported by the library");
-        table.pop_back();
-        output.lines.push_back(lineOf(std::move(table)));
+    if (!rows.empty()) {
+        output.lines.push_back(lineOf(tableOf(rows, {}, ended ? "result" : "reported by the library")));
+        output.lines.push_back(lineOf(notChosen(rows)));
     }
     if (status.last) {
         output.lines.push_back({Event::Finding, jsonOf(*status.last)});

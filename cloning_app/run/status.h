@@ -29,7 +29,7 @@ std::vector<std::string> sentencesOf(const Status& status);
 
 /// All of it. The exit status is 1 when a run died before its end, or one that broke off left the television
 /// changed.
-Output outputOf(const Status& status, bool coloured);
+Output outputOf(const Status& status);
 
 /// Lets the end of a command that only looks name the last run where it died, and one that broke off and left
 /// the television changed. A record that cannot be read is no matter of such a command.

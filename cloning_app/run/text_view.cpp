@@ -17,20 +17,25 @@ constexpr std::string_view kGap = "  ";
 /// More differences than these are counted, not named.
 constexpr std::size_t kMostDifferencesShown = 20;
 
-void writeDifferences(std::ostream& out, const NamedDifferences& differences) {
+/// How far the lines go in that carry on an entry of a list.
+constexpr std::size_t kIndent = 4;
+
+/// The differences as a list, a line each.
+std::vector<std::string> linesOf(const NamedDifferences& differences) {
+    std::vector<std::string> lines;
     const std::size_t shown = std::min(differences.list.size(), kMostDifferencesShown);
     if (shown != 0) {
-        out << differences.first << " -> " << differences.second << '\n';
+        lines.push_back(differences.first + " -> " + differences.second);
     }
     for (std::size_t index = 0; index < shown; ++index) {
         const Difference& difference = differences.list[index];
-        out << vxcommon::printable(fmt::format("  {}  {}", difference.what,
-                                               wordsOf(difference, differences.first, differences.second)))
-            << '\n';
+        lines.push_back(vxcommon::printable(fmt::format(
+            "  {}  {}", difference.what, wordsOf(difference, differences.first, differences.second))));
     }
     if (differences.list.size() > shown) {
-        out << "  and " << differences.list.size() - shown << " more; --json names all\n";
+        lines.push_back(fmt::format("  and {} more; --json names all", differences.list.size() - shown));
     }
+    return lines;
 }
 
 /// What both views for people do at the end.
@@ -40,17 +45,28 @@ class TextView : public ProgressView {
         : run_(std::move(run)), out_(out), err_(err), options_(std::move(options)) {}
 
     void done(const Report& report) override {
-        out_ << renderTable(report.rows, report.checks, options_.coloured);
-        writeDifferences(out_, report.differences);
+        const vxcommon::Screen screen = options_.screen();
+        out_ << tableOf(report.rows, report.checks).render(screen);
+        if (const std::string left = notChosen(report.rows); !left.empty()) {
+            out_ << paint(sentenceFor(screen, left), Colour::Dim, screen.coloured) << '\n';
+        }
+        for (const std::string& line : linesOf(report.differences)) {
+            out_ << sentenceFor(screen, line, kIndent) << '\n';
+        }
         for (const std::string& sentence : report.closing) {
-            out_ << sentence << '\n';
+            out_ << sentenceFor(screen, sentence) << '\n';
         }
         out_ << std::flush;
     }
 
-    void failed(const Error& error) override { err_ << "vxclone: " << error.sentence << '\n' << std::flush; }
+    void failed(const Error& error) override {
+        err_ << sentenceFor(options_.errorScreen(), "vxclone: " + error.sentence) << '\n' << std::flush;
+    }
 
  protected:
+    void say(const std::string& sentence) {
+        out_ << sentenceFor(options_.screen(), sentence) << '\n' << std::flush;
+    }
     std::ostream& out() { return out_; }
     const std::string& run() const { return run_; }
     const ViewOptions& options() const { return options_; }
@@ -84,11 +100,11 @@ class PlainView final : public TextView {
         out() << fmt::format("{} {}\n", run(), fmt::join(parts, ", ")) << std::flush;
     }
     void category(const Row& row) override {
-        out() << categoryOf(row.category).name << ": " << textOf(row) << '\n' << std::flush;
+        say(std::string(categoryOf(row.category).name) + ": " + textOf(row));
     }
     void tick() override {}
     void clear() override {}
-    void notice(const std::string& sentence) override { out() << sentence << '\n' << std::flush; }
+    void notice(const std::string& sentence) override { say(sentence); }
 };
 
 class TerminalView final : public TextView {
@@ -101,7 +117,7 @@ class TerminalView final : public TextView {
     }
     void category(const Row& row) override {
         latest_ = {std::string(categoryOf(row.category).name) + " " + std::string(wordsOf(row.verdict)),
-                   colourOf(row.verdict), kLatest};
+                   colourOf(row), kLatest};
         draw();
     }
     void tick() override {
@@ -110,7 +126,7 @@ class TerminalView final : public TextView {
     }
     void notice(const std::string& sentence) override {
         clear();
-        out() << sentence << '\n' << std::flush;
+        say(sentence);
     }
     void clear() override {
         if (!drawn_.empty()) {
@@ -169,7 +185,8 @@ class TerminalView final : public TextView {
     }
 
     void draw() {
-        const std::string line = fitPieces(pieces(), options().width(), options().coloured);
+        const vxcommon::Screen screen = options().screen();
+        const std::string line = fitPieces(pieces(), screen.columns, screen.coloured);
         if (line != drawn_) {
             clear();
             out() << line << std::flush;

@@ -108,6 +108,7 @@ Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& rec
     if (!manifest) {
         return tl::make_unexpected(manifest.error());
     }
+    recorder.setName(back->ready.examined.name);
     recorder.setDigest(back->ready.examined.digest.value_or(""));
     recorder.setWayBack();
     LoadOptions options{readBack};

@@ -65,8 +65,11 @@ TEST_F(VxclonePeopleTest, backupOntoAFullStickNamesBothSizesAndLeavesTheOldPacka
     const FileTree before = snapshot(stick);
     const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
     EXPECT_EQ(backup.status, ended::kStick);
-    EXPECT_THAT(backup.errors, MatchesRegex("vxclone: the package needs [0-9.]+ kB, the stick has [0-9.]+ kB "
-                                            "free; free some space or take another stick\n"));
+    EXPECT_THAT(
+        backup.errors,
+        MatchesRegex(
+            "vxclone: the package \\(6[0-9] files, [0-9.]+ kB\\) needs [0-9.]+ kB, the stick has [0-9.]+ kB "
+            "free; free some space or take another stick\n"));
     EXPECT_THAT(backup.output, Not(HasSubstr("Safe to remove")));
     EXPECT_EQ(snapshot(stick), before);
 }

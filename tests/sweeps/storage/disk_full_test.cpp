@@ -17,7 +17,7 @@ constexpr int kPageBytes = 4096;
 
 /// How much is missing, or that there is not room for a single folder.
 constexpr const char* kNamesTheStick =
-    "the package needs .*, the stick has |cannot write /media/usb/clone: No space left on device; "
+    "the package \\(.*\\) needs .*, the stick has |cannot write /media/usb/clone: No space left on device; "
     "free some space on the stick";
 
 /// What a disk is counted in: the option that limits it, and the size that holds all that is needed.

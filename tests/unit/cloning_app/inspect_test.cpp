@@ -23,7 +23,7 @@ TEST_F(InspectTest, packageIsShownWithOriginDigestAndSize) {
     const std::string digest = fill(package_);
     EXPECT_THAT(inspect(),
                 AllOf(HasSubstr("Room 101"), HasSubstr("2026-03-01T12:30:00Z"), HasSubstr("vxclone 1.0.0"),
-                      HasSubstr("VX55R1"), HasSubstr("VX-R1-EU"), HasSubstr(digest), HasSubstr("5 files")));
+                      HasSubstr("VX55R1"), HasSubstr("VX-R1-EU"), HasSubstr(digest), HasSubstr("7 files, ")));
     EXPECT_EQ(status_, 0);
 }
 
@@ -36,9 +36,32 @@ TEST_F(InspectTest, settingsAreShownWithTheirValuesAndSecretsWithoutThem) {
                                  HasSubstr(kPinSetting), HasSubstr("(set)")));
 }
 
-TEST_F(InspectTest, filesAreNamedOnRequest) {
+TEST_F(InspectTest, filesAreNamedOnRequestTheSealAndTheManifestToo) {
     EXPECT_THAT(inspect(), Not(HasSubstr("VXHotel/menu.json")));
-    EXPECT_THAT(inspect(true), HasSubstr("VXHotel/menu.json"));
+    EXPECT_THAT(inspect(true),
+                AllOf(HasSubstr("VXHotel/menu.json"), HasSubstr("manifest.json"), HasSubstr("validate.txt")));
+}
+
+TEST_F(InspectTest, sizeIsThatOfAllFilesOnTheStick) {
+    std::uintmax_t files = 0;
+    std::uintmax_t bytes = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(package_)) {
+        files += entry.is_regular_file() ? 1U : 0U;
+        bytes += entry.is_regular_file() ? entry.file_size() : 0U;
+    }
+    const auto shown = lines(inspectPackage(package_, false)).front();
+    EXPECT_EQ(shown.at("files"), files);
+    EXPECT_EQ(shown.at("bytes"), bytes);
+}
+
+TEST_F(InspectTest, noLineIsLongerThanTheTerminalAndNothingIsLost) {
+    FakeSystemInfo::instance().model = "VX75C2";
+    for (const std::size_t columns : {60U, 80U, 120U}) {
+        screen_ = {columns, true, false};
+        const std::string text = inspect(true);
+        EXPECT_LE(widestLine(text), columns) << text;
+        EXPECT_THAT(text, AllOf(HasSubstr("VXHotel/menu.json"), HasSubstr(kPinSetting)));
+    }
 }
 
 TEST_F(InspectTest, televisionWithoutKeysShowsItAllTheSame) {
@@ -114,7 +137,7 @@ TEST_F(InspectTest, jsonHasALineForEachThing) {
                                                  {"finding", 4},
                                                  {"lack", 61},
                                                  {"category", 2},
-                                                 {"file", 5},
+                                                 {"file", 7},
                                                  {"setting", 4},
                                                  {"summary", 1}}));
 }

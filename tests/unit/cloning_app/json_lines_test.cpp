@@ -34,7 +34,7 @@ class JsonLinesTest : public testing::Test {
     std::ostringstream out_;
     std::ostringstream err_;
     std::unique_ptr<ProgressView> view_ = makeProgressView(
-        ViewKind::Json, "restore", out_, err_, {false, {}, [] { return std::chrono::milliseconds(1500); }});
+        ViewKind::Json, "restore", out_, err_, {{}, [] { return std::chrono::milliseconds(1500); }});
 };
 
 TEST_F(JsonLinesTest, progressTellsPhasePercentEntryCategoryAndTime) {

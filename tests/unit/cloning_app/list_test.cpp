@@ -49,6 +49,28 @@ TEST_F(ListTest, stateIsWhatCanBeSeenWithoutACopy) {
     EXPECT_EQ(state(), "damaged");
 }
 
+TEST_F(ListTest, noLineIsLongerThanTheTerminalAndTheTimeStaysWhole) {
+    FakeSystemInfo::instance().model = "VX75C2";
+    for (const std::size_t columns : {60U, 80U, 120U}) {
+        screen_ = {columns, true, false};
+        const std::string text = list();
+        EXPECT_LE(widestLine(text), columns) << text;
+        EXPECT_THAT(text, AllOf(HasSubstr("2026-03-01"), HasSubstr("12:30 UTC"), HasSubstr("VX75C2")));
+    }
+}
+
+TEST_F(ListTest, stateHasItsColour) {
+    screen_ = {200, true, true};
+    EXPECT_THAT(list(), HasSubstr("\x1b[31mfits, is not complete: "));
+    writeWholePackage(package_);
+    sealFolder(package_);
+    EXPECT_THAT(list(), HasSubstr("\x1b[32mfits\x1b[0m"));
+    FakeSystemInfo::instance().model = "VX75C2";
+    EXPECT_THAT(list(), HasSubstr("\x1b[31mdoes not fit: "));
+    writeFile(package_ / "manifest.json", R"({"format":"2.0"})");
+    EXPECT_THAT(list(), HasSubstr("\x1b[33munreadable: "));
+}
+
 TEST_F(ListTest, packageWithoutASealIsDamaged) {
     std::filesystem::remove(package_ / "validate.txt");
     EXPECT_EQ(state(), "damaged");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -27,7 +28,7 @@ class LookingTest : public RunTest {
     std::string said(const vxclone::Result<vxclone::Output>& output, bool json = false) {
         std::ostringstream out;
         std::ostringstream err;
-        status_ = vxclone::sayOutput(output, json, out, err);
+        status_ = vxclone::sayOutput(output, json, {out, screen_}, {err, screen_});
         EXPECT_EQ(out.str().find("4711"), std::string::npos) << out.str();
         return out.str() + err.str();
     }
@@ -43,5 +44,16 @@ class LookingTest : public RunTest {
         return parsed;
     }
 
+    /// The columns of the widest line.
+    static std::size_t widestLine(const std::string& text) {
+        std::istringstream lines(text);
+        std::size_t widest = 0;
+        for (std::string line; std::getline(lines, line);) {
+            widest = std::max(widest, vxcommon::displayWidth(line));
+        }
+        return widest;
+    }
+
     int status_ = -1;
+    vxcommon::Screen screen_{200, false, false};
 };

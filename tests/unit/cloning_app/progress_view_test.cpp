@@ -22,12 +22,12 @@ const Progress kTwoReported{ShownPhase::Saving, 0.2, 2, 9, VXCLONE_AV_SETTINGS, 
 class ProgressViewTest : public testing::Test {
  protected:
     std::unique_ptr<ProgressView> view(ViewKind kind, std::string run) {
-        return makeProgressView(kind, std::move(run), out_, err_,
-                                {coloured_, [this] { return width_; }, [this] { return elapsed_; }});
+        return makeProgressView(
+            kind, std::move(run), out_, err_,
+            {[this] { return screen_; }, [this] { return elapsed_; }, [this] { return screen_; }});
     }
 
-    bool coloured_ = false;
-    std::size_t width_ = 100;
+    vxcommon::Screen screen_{100, false, false};
     std::chrono::milliseconds elapsed_{67'500};
     std::ostringstream out_;
     std::ostringstream err_;
@@ -62,6 +62,85 @@ TEST_F(ProgressViewTest, plainEndIsTheTableAndTheSentences) {
     view(ViewKind::Plain, "backup")->done({{kChannelsDone}, 0, {"Safe to remove the stick."}});
     EXPECT_THAT(out_.str(), HasSubstr("channel map"));
     EXPECT_THAT(out_.str(), HasSubstr("\nSafe to remove the stick.\n"));
+}
+
+/// A restore's end with everything that it may hold.
+Report longReport() {
+    Report report{{{VXCLONE_AV_SETTINGS, Verdict::NotChosen},
+                   {VXCLONE_VCONF_DATA, Verdict::Done, "applied, 54 settings", "", ReadBack::Same},
+                   {VXCLONE_BROADCAST_TVS, Verdict::Differs, "2 of 3 files as in the package"},
+                   {VXCLONE_VXTV_TIMER_DATA, Verdict::NotChosen}},
+                  1,
+                  {"Restored from /media/usb/clone, but not all of it (failed or different: channels).",
+                   "To go back: vxclone undo."}};
+    Difference difference;
+    difference.what = "tvs-chms/hotel-channels.zip";
+    difference.inFirst = true;
+    difference.inSecond = true;
+    report.differences = {"the package", "this television", {difference}};
+    return report;
+}
+
+TEST_F(ProgressViewTest, endOnATerminalOf120ColumnsFits) {
+    screen_ = {120, true, false};
+    view(ViewKind::Terminal, "restore")->done(longReport());
+    EXPECT_EQ(out_.str(),
+              "category                       result\n"
+              "channels       channel map     differs: 2 of 3 files as in the package\n"
+              "settings-keys  hotel settings  done, read back: same: applied, 54 settings\n"
+              "not chosen: av, timers\n"
+              "the package -> this television\n"
+              "  tvs-chms/hotel-channels.zip  other content\n"
+              "Restored from /media/usb/clone, but not all of it (failed or different: channels).\n"
+              "To go back: vxclone undo.\n");
+}
+
+TEST_F(ProgressViewTest, endOnATerminalOf80ColumnsFits) {
+    screen_ = {80, true, false};
+    view(ViewKind::Terminal, "restore")->done(longReport());
+    EXPECT_EQ(out_.str(),
+              "category                       result\n"
+              "channels       channel map     differs: 2 of 3 files as in the package\n"
+              "settings-keys  hotel settings  done, read back: same: applied, 54 settings\n"
+              "not chosen: av, timers\n"
+              "the package -> this television\n"
+              "  tvs-chms/hotel-channels.zip  other content\n"
+              "Restored from /media/usb/clone, but not all of it (failed or different:\n"
+              "channels).\n"
+              "To go back: vxclone undo.\n");
+}
+
+TEST_F(ProgressViewTest, endOnATerminalOf60ColumnsFits) {
+    screen_ = {60, true, false};
+    view(ViewKind::Terminal, "restore")->done(longReport());
+    EXPECT_EQ(out_.str(),
+              "category                       result\n"
+              "channels       channel map     differs: 2 of 3 files as in\n"
+              "                               the package\n"
+              "settings-keys  hotel settings  done, read back: same:\n"
+              "                               applied, 54 settings\n"
+              "not chosen: av, timers\n"
+              "the package -> this television\n"
+              "  tvs-chms/hotel-channels.zip  other content\n"
+              "Restored from /media/usb/clone, but not all of it (failed or\n"
+              "different: channels).\n"
+              "To go back: vxclone undo.\n");
+}
+
+TEST_F(ProgressViewTest, endElsewhereHasATableOf80ColumnsAndEachSentenceOnOneLine) {
+    screen_ = {80, false, false};
+    view(ViewKind::Plain, "restore")->done(longReport());
+    EXPECT_THAT(out_.str(),
+                HasSubstr("\nRestored from /media/usb/clone, but not all of it (failed or different: "
+                          "channels).\n"));
+}
+
+TEST_F(ProgressViewTest, errorOnATerminalIsBrokenBetweenWords) {
+    screen_ = {30, true, false};
+    view(ViewKind::Terminal, "restore")->failed({ErrorCode::StickFull, "the stick is full; take another"});
+    EXPECT_EQ(err_.str(),
+              "vxclone: the stick is full;\n"
+              "take another\n");
 }
 
 TEST_F(ProgressViewTest, textErrorGoesToTheErrorStream) {
@@ -100,11 +179,11 @@ TEST_F(ProgressViewTest, terminalThatHasNothingNewToShowIsLeftAlone) {
 }
 
 TEST_F(ProgressViewTest, liveLineIsNeverAsWideAsTheTerminal) {
-    for (width_ = 0; width_ < 90; ++width_) {
+    for (screen_.columns = 0; screen_.columns < 90; ++screen_.columns) {
         out_.str("");
         const auto terminal = view(ViewKind::Terminal, "restore");
         terminal->progress(kHalfWay);
-        EXPECT_LT(out_.str().size(), std::max<std::size_t>(width_, 1)) << out_.str();
+        EXPECT_LT(out_.str().size(), std::max<std::size_t>(screen_.columns, 1)) << out_.str();
     }
 }
 
@@ -116,7 +195,7 @@ TEST_F(ProgressViewTest, narrowTerminalLosesWhatMattersLeastFirstAndNeverTheCloc
              {40, "restore  50 %  loading  7 of 15  1:07"},
              {36, "restore  50 %  loading  1:07"},
              {24, "restore  50 %  1:07"}}) {
-        width_ = width + 1;
+        screen_.columns = width + 1;
         const auto terminal = view(ViewKind::Terminal, "restore");
         terminal->category(kChannelsDone);
         out_.str("");
@@ -126,7 +205,7 @@ TEST_F(ProgressViewTest, narrowTerminalLosesWhatMattersLeastFirstAndNeverTheCloc
 }
 
 TEST_F(ProgressViewTest, lineOf80ColumnsKeepsItsBarWhateverIsAtWork) {
-    width_ = 80;
+    screen_.columns = 80;
     const auto terminal = view(ViewKind::Terminal, "restore");
     terminal->category({VXCLONE_NTP_SETTINGS_DATA, Verdict::Done});
     terminal->progress({ShownPhase::Load, 0.9, 14, 15, VXCLONE_VCONF_DATA, 99});
@@ -134,8 +213,8 @@ TEST_F(ProgressViewTest, lineOf80ColumnsKeepsItsBarWhateverIsAtWork) {
 }
 
 TEST_F(ProgressViewTest, coloursTakeNoRoom) {
-    width_ = 50;
-    coloured_ = true;
+    screen_.columns = 50;
+    screen_.coloured = true;
     view(ViewKind::Terminal, "restore")->progress(kHalfWay);
     EXPECT_THAT(out_.str(), HasSubstr("\x1b["));
     EXPECT_THAT(out_.str(), HasSubstr("1:07"));

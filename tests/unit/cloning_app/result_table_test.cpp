@@ -10,6 +10,8 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
+const vxcommon::Screen kColoured{80, true, true};
+
 const Row kSaved{VXCLONE_VCONF_DATA, Verdict::Done, "saved, 54 settings"};
 
 std::vector<Verdict> verdictsOf(const std::vector<Row>& rows, VXClone category) {
@@ -77,7 +79,7 @@ TEST(ResultTable, ownFindingStandsInPlaceOfTheLibrarysAndOfAChoice) {
 
 TEST(ResultTable, subjectStandsInPlaceOfTheCategorysWords) {
     const std::string table =
-        renderTable({{VXCLONE_AV_SETTINGS, Verdict::Done, "", "org.some\x1b.app"}}, {}, false);
+        tableOf({{VXCLONE_AV_SETTINGS, Verdict::Done, "", "org.some\x1b.app"}}, {}).render({});
     EXPECT_THAT(table, HasSubstr("org.some\\x1b.app"));
     EXPECT_THAT(table, Not(HasSubstr("picture and sound")));
 }
@@ -93,14 +95,14 @@ TEST(ResultTable, appsThatReportTwiceHaveARowEach) {
 
 TEST(ResultTable, renderingNamesEveryCategoryAndColoursOnlyWhenAsked) {
     const auto rows = tableRows(Direction::Backup, allCategories(), {{VXCLONE_AV_SETTINGS, false}}, {kSaved});
-    const std::string plain = renderTable(rows, {}, false);
+    const std::string plain = tableOf(rows, {}).render({});
     for (const Category& category : categories()) {
         EXPECT_THAT(plain, HasSubstr(std::string(category.name)));
     }
     EXPECT_THAT(plain, HasSubstr("saved, 54 settings"));
     EXPECT_THAT(plain, HasSubstr("not part of a backup"));
     EXPECT_THAT(plain, Not(HasSubstr("\x1b")));
-    const std::string coloured = renderTable(rows, {}, true);
+    const std::string coloured = tableOf(rows, {}).render(kColoured);
     EXPECT_THAT(coloured, HasSubstr("\x1b[31mfailed"));
     EXPECT_THAT(coloured, HasSubstr("\x1b[32mdone"));
 }
@@ -108,10 +110,105 @@ TEST(ResultTable, renderingNamesEveryCategoryAndColoursOnlyWhenAsked) {
 TEST(ResultTable, checksStandBelowTheCategories) {
     const auto rows = tableRows(Direction::Backup, allCategories(), {}, {kSaved});
     const std::vector<Check> checks = {{Subject::Seal, Finding::Sealed}};
-    EXPECT_THAT(renderTable(rows, checks, false),
+    EXPECT_THAT(tableOf(rows, checks).render({}),
                 testing::ContainsRegex("network-time.*\n.*seal .*sealed\n$"));
-    EXPECT_THAT(renderTable({}, checks, true), HasSubstr("\x1b[32msealed"));
-    EXPECT_THAT(renderTable({}, checks, false), testing::StartsWith("check"));
+    EXPECT_THAT(tableOf({}, checks).render(kColoured), HasSubstr("\x1b[32msealed"));
+    EXPECT_THAT(tableOf({}, checks).render({}), testing::StartsWith("check"));
+}
+
+vxcommon::Screen columns(std::size_t count) {
+    return {count, false, false};
+}
+
+/// What a restore of five categories may end with, in the library's order.
+std::vector<Row> restored() {
+    return {{VXCLONE_FACTORY_SETTINGS, Verdict::NotEvaluated, "", "", ReadBack::Same},
+            {VXCLONE_AV_SETTINGS, Verdict::NotChosen},
+            {VXCLONE_VCONF_DATA, Verdict::Done, "applied, 54 settings", "", ReadBack::Same},
+            {VXCLONE_BROADCAST_TVS, Verdict::NotApplied, "the television holds what it held before"},
+            {VXCLONE_VXTV_TIMER_DATA, Verdict::NotChosen},
+            {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::Done, "", "org.vorta.orvel-app", ReadBack::Unknown}};
+}
+
+const std::vector<Check> kChecks = {{Subject::Identity, Finding::Verified},
+                                    {Subject::Seal, Finding::Verified}};
+
+TEST(ResultTable, tableOf120ColumnsBeginsWithWhatFailedAndLeavesOutWhatWasNotChosen) {
+    EXPECT_EQ(tableOf(restored(), kChecks).render(columns(120)),
+              "category                            result\n"
+              "channels       channel map          not applied: the television holds what it held before\n"
+              "factory        factory settings     not evaluated, read back: same\n"
+              "settings-keys  hotel settings       done, read back: same: applied, 54 settings\n"
+              "apps           org.vorta.orvel-app  done, cannot be read back\n"
+              "identity       kind of television   verified\n"
+              "seal           whole package        verified\n");
+}
+
+TEST(ResultTable, tableOf80ColumnsFits) {
+    EXPECT_EQ(tableOf(restored(), kChecks).render(columns(80)),
+              "category                            result\n"
+              "channels       channel map          not applied: the television holds what it\n"
+              "                                    held before\n"
+              "factory        factory settings     not evaluated, read back: same\n"
+              "settings-keys  hotel settings       done, read back: same: applied, 54 settings\n"
+              "apps           org.vorta.orvel-app  done, cannot be read back\n"
+              "identity       kind of television   verified\n"
+              "seal           whole package        verified\n");
+}
+
+TEST(ResultTable, tableOf60ColumnsFits) {
+    EXPECT_EQ(tableOf(restored(), kChecks).render(columns(60)),
+              "category                            result\n"
+              "channels       channel map          not applied: the\n"
+              "                                    television holds what it\n"
+              "                                    held before\n"
+              "factory        factory settings     not evaluated, read\n"
+              "                                    back: same\n"
+              "settings-keys  hotel settings       done, read back: same:\n"
+              "                                    applied, 54 settings\n"
+              "apps           org.vorta.orvel-app  done, cannot be read\n"
+              "                                    back\n"
+              "identity       kind of television   verified\n"
+              "seal           whole package        verified\n");
+}
+
+TEST(ResultTable, whatWasNotChosenIsOneLine) {
+    EXPECT_EQ(notChosen(restored()), "not chosen: av, timers");
+    EXPECT_EQ(notChosen({{VXCLONE_AV_SETTINGS, Verdict::Done}}), "");
+}
+
+TEST(ResultTable, whatWasNotChosenForAReasonKeepsItsRow) {
+    const std::vector<Row> rows = {{VXCLONE_HOSPITALITY_LOGO, Verdict::NotChosen, "the package holds none"}};
+    EXPECT_EQ(notChosen(rows), "");
+    EXPECT_EQ(tableOf(rows, {}).render({}),
+              "category              result\n"
+              "boot-logo  boot logo  not chosen: the package holds none\n");
+}
+
+TEST(ResultTable, problemsOfAPackageComeFirst) {
+    const std::vector<Check> checks = {{Subject::Identity, Finding::Verified},
+                                       {Subject::Manifest, Finding::Verified},
+                                       {Subject::File, Finding::Altered, "", "", "avoc.db"},
+                                       {Subject::Seal, Finding::Altered, "", "", "validate.txt"}};
+    EXPECT_EQ(tableOf({}, checks).render({}),
+              "check                          result\n"
+              "file      in the package       altered: avoc.db\n"
+              "seal      whole package        altered: validate.txt\n"
+              "identity  kind of television   verified\n"
+              "manifest  list of the package  verified\n");
+}
+
+TEST(ResultTable, doubtHasAColourOfItsOwn) {
+    using vxcommon::Colour;
+    EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::Done}), Colour::Good);
+    EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::Done, "", "", ReadBack::Same}), Colour::Good);
+    EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::Done, "", "", ReadBack::Unknown}), Colour::Doubt);
+    EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::NotEvaluated}), Colour::Doubt);
+    EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::NotReported}), Colour::Doubt);
+    EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::Failed, "", "", ReadBack::Unknown}), Colour::Bad);
+    EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::NotInBackup}), Colour::Dim);
+    EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::NotPossible}), Colour::Dim);
+    EXPECT_EQ(colourOf(Check{Subject::Manifest, Finding::Unlisted}), Colour::Doubt);
 }
 
 }  // namespace

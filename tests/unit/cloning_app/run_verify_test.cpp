@@ -117,7 +117,7 @@ TEST_F(RunVerifyTest, everyFileThatIsNotAsItWasIsAFinding) {
     EXPECT_EQ(status(), 5);
     EXPECT_EQ(view_.ended->checks.size(), 35U);
     EXPECT_THAT(view_.ended->closing.at(0), HasSubstr("and 27 more"));
-    const std::string table = renderTable({}, view_.ended->checks, false);
+    const std::string table = tableOf({}, view_.ended->checks).render({});
     EXPECT_THAT(table, HasSubstr("and 10 more; --json names all"));
     EXPECT_THAT(table, testing::Not(HasSubstr("added: added9")));
 }

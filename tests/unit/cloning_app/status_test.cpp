@@ -35,7 +35,7 @@ class StatusTest : public testing::Test {
     Output output() const {
         const auto status = readStatus(folder_.path());
         EXPECT_TRUE(status) << status.error().sentence;
-        return outputOf(*status, false);
+        return outputOf(*status);
     }
 
     FakeSettingsStore& store_ = FakeSettingsStore::instance();
@@ -50,7 +50,7 @@ TEST_F(StatusTest, statusWithoutARecordIsThatOfTheTwoKeys) {
     EXPECT_THAT(said.closing, Contains("Progress of the last restore: 100 %."));
     EXPECT_THAT(said.closing, Contains("No run is recorded."));
     std::ostringstream out;
-    sayOutput(said, false, out, out);
+    sayOutput(said, false, {out}, {out});
     EXPECT_THAT(out.str(), HasSubstr("picture and sound"));
 }
 
@@ -103,9 +103,9 @@ TEST_F(StatusTest, everyPhaseAndKindFitsTheSchemaOfTheLines) {
             for (const bool brokeOff : {true, false}) {
                 auto recorder = RunRecorder::begin(folder_.path(), recordOf(kind));
                 ASSERT_TRUE(recorder && recorder->enter(static_cast<RunPhase>(phase)));
-                sayOutput(output(), true, out, out);
+                sayOutput(output(), true, {out}, {out});
                 ASSERT_TRUE(brokeOff ? recorder->breakOff(8, {}) : recorder->end(0, {}));
-                sayOutput(output(), true, out, out);
+                sayOutput(output(), true, {out}, {out});
             }
             for (const auto& line : jsonLines(out.str())) {
                 EXPECT_THAT(schemaComplaint(line), IsEmpty());
@@ -122,7 +122,7 @@ TEST_F(StatusTest, runThatGoesOnIsToldWithItsOwnPercentageAndNotThatOfTheLastRes
                 ElementsAre("Going on: restore from /media/usb/clone, begun 2027-01-15T08:00:00Z; phase "
                             "safety, 21 %."));
     std::ostringstream out;
-    sayOutput(output(), true, out, out);
+    sayOutput(output(), true, {out}, {out});
     const auto line = jsonLines(out.str()).at(0);
     EXPECT_THAT(schemaComplaint(line), IsEmpty());
     EXPECT_EQ(line, nlohmann::json::parse(R"({"version": 1, "event": "progress", "run": "restore",
@@ -172,6 +172,56 @@ TEST_F(StatusTest, runThatEndedWithAFailureNamesIt) {
     }
     EXPECT_THAT(output().closing.back(),
                 HasSubstr(": finished, but something failed or differs (channels)."));
+}
+
+TEST_F(StatusTest, runThatEndedShowsItsOwnResultsAndNamesThePackage) {
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Restore));
+        ASSERT_TRUE(recorder);
+        recorder->setName("Lobby, spring");
+        recorder->setDigest(std::string(64, 'd'));
+        ASSERT_TRUE(
+            recorder->end(1, {{VXCLONE_AV_SETTINGS, Verdict::NotChosen},
+                              {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::Done, "", "org.vorta.orvel-app"},
+                              {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, Verdict::Failed, "", "com.hotel.app"}}));
+    }
+    const Output said = output();
+    std::ostringstream out;
+    sayOutput(said, false, {out}, {out});
+    EXPECT_THAT(out.str(), testing::StartsWith("category                       result\n"
+                                               "apps      com.hotel.app        failed\n"
+                                               "apps      org.vorta.orvel-app  done\n"
+                                               "not chosen: av\n"
+                                               "Last run: restore from /media/usb/clone, begun "
+                                               "2027-01-15T08:00:00Z, ended "));
+    EXPECT_THAT(said.closing,
+                ElementsAre(HasSubstr(": finished, but something failed or differs (apps)."),
+                            "The package: \"Lobby, spring\", digest " + std::string(64, 'd') + "."));
+    std::ostringstream json;
+    sayOutput(said, true, {json}, {json});
+    EXPECT_THAT(json.str(), HasSubstr(R"("application":"com.hotel.app")"));
+    EXPECT_THAT(json.str(), HasSubstr(R"("name":"Lobby, spring")"));
+    for (const auto& line : jsonLines(json.str())) {
+        EXPECT_THAT(schemaComplaint(line), IsEmpty());
+    }
+}
+
+TEST_F(StatusTest, runOfAnOlderVxcloneHasNoNameAndIsReadAllTheSame) {
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), recordOf(RunKind::Backup));
+        ASSERT_TRUE(recorder && recorder->end(0, {}));
+    }
+    EXPECT_THAT(output().closing, Contains(HasSubstr("Last run: ")).Times(1));
+    EXPECT_THAT(output().closing, testing::Not(Contains(HasSubstr("The package"))));
+}
+
+TEST_F(StatusTest, televisionWithoutARecordSaysSoOnce) {
+    std::ostringstream out;
+    sayOutput(output(), false, {out}, {out});
+    const std::string sentence = "No run is recorded.";
+    const std::size_t first = out.str().find(sentence);
+    ASSERT_NE(first, std::string::npos);
+    EXPECT_EQ(out.str().find(sentence, first + 1), std::string::npos);
 }
 
 TEST_F(StatusTest, followThatIsStoppedEndsBeforeTheRun) {

@@ -106,10 +106,26 @@ TEST(TerminalTable, wordThatIsLongerThanItsColumnIsBrokenHard) {
     table.addRow({{"db/vxhotel/hotelmenu/welcomemessage"}, {"Good morning"}});
     EXPECT_EQ(table.render(columns(20)),
               "setting    value\n"
-              "db/vxhote  Good\n"
-              "l/hotelme  morning\n"
-              "nu/welcom\n"
-              "emessage\n");
+              "db/        Good\n"
+              "vxhotel/   morning\n"
+              "hotelmenu\n"
+              "/welcomem\n"
+              "essage\n");
+}
+
+TEST(TerminalTable, theLongestWordGivesWayAndTheOthersStayWhole) {
+    TerminalTable table({"package", "made", "here"});
+    table.addRow({{"/media/usb/clones/lobby"}, {"2026-03-01"}, {"does not fit"}});
+    EXPECT_EQ(table.render(columns(40)),
+              "package         made        here\n"
+              "/media/usb/     2026-03-01  does not fit\n"
+              "clones/lobby\n");
+}
+
+TEST(TerminalTable, wordOfAMillionCharactersIsBrokenAtOnce) {
+    TerminalTable table({"value"});
+    table.addRow({{std::string(1'000'000, 'x')}});
+    EXPECT_EQ(table.render(columns(80)).size(), 6U + 1'000'000U + 12'500U);
 }
 
 TEST(TerminalTable, noLineIsLongerThanTheScreenWhateverTheCells) {
@@ -162,10 +178,26 @@ TEST(BrokenInto, textIsBrokenBetweenWordsAndTheBlanksThereGo) {
     EXPECT_EQ(brokenInto("one  two", 4), (Lines{"one", "two"}));
     EXPECT_EQ(brokenInto("one  two", 8), (Lines{"one  two"}));
     EXPECT_EQ(brokenInto("one   ", 3), (Lines{"one"}));
-    EXPECT_EQ(brokenInto("a overlong", 4), (Lines{"a", "over", "long"}));
+    EXPECT_EQ(brokenInto("a long", 4), (Lines{"a", "long"}));
+    EXPECT_EQ(brokenInto("a overlong", 4), (Lines{"a ov", "erlo", "ng"}));
+    EXPECT_EQ(brokenInto("   ", 2), (Lines{""}));
     EXPECT_EQ(brokenInto("  overlong", 4), (Lines{"  ov", "erlo", "ng"}));
     EXPECT_EQ(brokenInto("", 4), (Lines{""}));
     EXPECT_EQ(brokenInto("\u4e2d\u6587", 1), (Lines{"\u4e2d", "\u6587"}));
+}
+
+TEST(BrokenInto, pathThatIsLongerThanALineIsBrokenBehindASlash) {
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(brokenInto("db/menu/network/ProxyOn", 12), (Lines{"db/menu/", "network/", "ProxyOn"}));
+    EXPECT_EQ(brokenInto("in /media/usb/clone", 16), (Lines{"in", "/media/usb/clone"}));
+    EXPECT_EQ(brokenInto("in /media/usb/clones", 12), (Lines{"in /media/", "usb/clones"}));
+    EXPECT_EQ(brokenInto("/overlong", 4), (Lines{"/ove", "rlon", "g"}));
+}
+
+TEST(BrokenInto, emptyColumnIsOverrunAndNothingIsLost) {
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(brokenInto("a b", 0), (Lines{"a", "b"}));
+    EXPECT_EQ(brokenInto(" a", 0), (Lines{"", "a"}));
 }
 
 TEST(SentenceFor, sentenceOnATerminalIsBrokenAndIndented) {
