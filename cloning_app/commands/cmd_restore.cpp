@@ -102,7 +102,7 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
     verb->add_flag("--no-safety", arguments->noSafety,
                    "No safety backup first; vxclone undo cannot go back then");
     verb->add_flag("--no-read-back", arguments->noReadBack,
-                   "Do not back the television up again to see what it holds");
+                   "No comparison afterwards, unless a result is missing");
     verb->add_option("--without", arguments->without,
                      "What this television does not have: no way back needs it")
         ->join(',')

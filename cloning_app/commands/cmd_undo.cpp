@@ -17,7 +17,7 @@ void addUndoCommand(CLI::App& app, Action& chosen) {
     const auto arguments = std::make_shared<UndoArguments>();
     CLI::App* const verb = app.add_subcommand("undo", "Go back to how it was before the last restore");
     verb->add_flag("--no-read-back", arguments->noReadBack,
-                   "Do not back the television up again to see what it holds");
+                   "No comparison afterwards, unless a result is missing");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments] {
         chosen = [arguments] {

@@ -61,7 +61,8 @@ tl::unexpected<Error> tooFull(const Shortage& shortage) {
     const bool stick = shortage.place == Place::Stick;
     return failure(
         stick ? ErrorCode::StickFull : ErrorCode::TelevisionFull,
-        fmt::format("the package ({}) {} {}, the {} has {}; free some space{}", sizeText(shortage.package),
+        fmt::format("the package{} {} {}, the {} has {}; free some space{}",
+                    shortage.package.files == 0 ? "" : fmt::format(" ({})", sizeText(shortage.package)),
                     shortage.besides ? "and what is kept besides need" : "needs", shortage.needed,
                     stick ? "stick" : "television's disk", shortage.available,
                     stick ? " or take another stick" : " on the television"));

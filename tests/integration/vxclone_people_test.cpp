@@ -4,6 +4,7 @@
 #include <sys/mount.h>
 
 #include <csignal>
+#include <regex>
 #include <sstream>
 
 #include "tests/integration/clone_fixture.h"
@@ -60,16 +61,20 @@ class VxclonePeopleTest : public CloneTest {
 
 TEST_F(VxclonePeopleTest, backupOntoAFullStickNamesBothSizesAndLeavesTheOldPackage) {
     mountStick("size=256k");
-    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    const Finished made = vxclone(first, {"backup", "/media/usb/clone"});
+    ASSERT_EQ(made.status, 0);
     writeFile(place / "stick/film", std::string(100'000, 'f'));
     const FileTree before = snapshot(stick);
     const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
     EXPECT_EQ(backup.status, ended::kStick);
-    EXPECT_THAT(
-        backup.errors,
-        MatchesRegex(
-            "vxclone: the package \\(6[0-9] files, [0-9.]+ kB\\) needs [0-9.]+ kB, the stick has [0-9.]+ kB "
-            "free; free some space or take another stick\n"));
+    std::smatch parts;
+    ASSERT_TRUE(std::regex_match(
+        backup.errors, parts,
+        std::regex(R"(vxclone: the package \(([0-9]+ files, [0-9.]+ kB)\) needs [0-9.]+ kB, the stick has )"
+                   R"([0-9.]+ kB free; free some space or take another stick\n)")))
+        << backup.errors;
+    EXPECT_THAT(unwrapped(made.output), HasSubstr(parts.str(1)));
+    EXPECT_THAT(unwrapped(vxclone(first, {"inspect", "/media/usb/clone"}).output), HasSubstr(parts.str(1)));
     EXPECT_THAT(backup.output, Not(HasSubstr("Safe to remove")));
     EXPECT_EQ(snapshot(stick), before);
 }
@@ -256,7 +261,7 @@ TEST_F(VxclonePeopleTest, whileOneRunGoesOnAnotherIsRefusedAndLookingIsNot) {
     EXPECT_EQ(vxclone(second, {"list"}).status, 0);
     const Finished status = vxclone(second, {"status"});
     EXPECT_EQ(status.status, 0);
-    EXPECT_THAT(status.output, ContainsRegex("; phase restoring, [4-7][0-9] %.\n$"));
+    EXPECT_THAT(status.output, ContainsRegex("; phase restoring, [4-7][0-9] %\\.\n"));
     const Finished other = vxclone(first, {"verify", "/media/usb/clone"});
     EXPECT_EQ(other.status, 0) << other.errors;
 }

@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <sstream>
 
 #include "tests/support/machine/exit_status.h"
 
@@ -47,6 +48,15 @@ int fileWith(const std::string& content) {
 }
 
 }  // namespace
+
+std::string unwrapped(const std::string& text) {
+    std::istringstream words(text);
+    std::string line;
+    for (std::string word; words >> word;) {
+        line += (line.empty() ? "" : " ") + word;
+    }
+    return line;
+}
 
 Finished run(const Program& program) {
     return RunningProcess(program).wait();

@@ -31,6 +31,9 @@ struct Finished {
 /// Runs the program to its end.
 Finished run(const Program& program);
 
+/// The text with each run of blanks and line breaks as one blank, as if no line had to fit a terminal.
+std::string unwrapped(const std::string& text);
+
 /// A program that runs beside the test. One that is still running at the end of the object's life is killed.
 class RunningProcess {
  public:

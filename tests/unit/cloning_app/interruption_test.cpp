@@ -58,7 +58,7 @@ class InterruptionTest : public RestoringTest {
         return view.notices;
     }
 
-    int statusExit() const { return outputOf(readStatus(data()).value(), false).exitStatus; }
+    int statusExit() const { return outputOf(readStatus(data()).value()).exitStatus; }
 
     /// Another start of the program, which nobody stops.
     Result<Report> anew(const std::function<Result<Report>(const CloneContext&)>& run) {

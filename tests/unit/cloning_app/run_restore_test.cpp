@@ -208,18 +208,47 @@ TEST_F(RunRestoreTest, networkTimeIsNotPutIntoEffectWithoutItsSettings) {
     EXPECT_EQ(rowFor(*report, VXCLONE_NTP_SETTINGS_DATA).verdict, Verdict::Lacking);
 }
 
-TEST_F(RunRestoreTest, categoryThatNobodyReportedIsAFailure) {
-    engine_.work = [this] {
-        loadSettings(root_);
-        std::string reported = kWholeReport;
-        const std::string line = "VXCLONE_HOME_INTERNAL_API_DATA-SUCCESS\n";
-        FakeEngine::report(reported.erase(reported.find(line), line.size()), 100);
-    };
-    const auto report = restore();
-    ASSERT_TRUE(report);
-    EXPECT_EQ(report->exitStatus, 1);
-    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_HOME_INTERNAL_API_DATA)),
-              "failed: nobody reported that it was loaded");
+/// The home data's restore is reported by nobody, and then the television is saved with `content` in them.
+class UnreportedRestoreTest : public RunRestoreTest {
+ protected:
+    Row rowAfter(const std::string& content) {
+        engine_.work = [this] {
+            loadSettings(root_);
+            std::string reported = kWholeReport;
+            const std::string line = "VXCLONE_HOME_INTERNAL_API_DATA-SUCCESS\n";
+            FakeEngine::report(reported.erase(reported.find(line), line.size()), 100);
+        };
+        engine_.save = [this, content] {
+            writeWholePackage(root_);
+            writeFile(root_ / kHomeData, content);
+            FakeEngine::report(kWholeReport, 100);
+        };
+        const auto report = restore();
+        exitStatus_ = report ? report->exitStatus : -1;
+        return report ? rowFor(*report, VXCLONE_HOME_INTERNAL_API_DATA) : Row{};
+    }
+
+    static constexpr const char* kHomeData = "org.vorta.homedatacontrol-service/home-data.backup";
+    int exitStatus_ = -1;
+};
+
+TEST_F(UnreportedRestoreTest, categoryThatTheTelevisionHoldsIsNoFailureAlsoWithoutAReadBack) {
+    const Row row = rowAfter(kHomeData);
+    EXPECT_EQ(engine_.backups, 1);
+    EXPECT_EQ(row.readBack, ReadBack::Same);
+    EXPECT_EQ(exitStatus_, 0);
+}
+
+TEST_F(UnreportedRestoreTest, categoryThatTheTelevisionDoesNotHoldIsAFailure) {
+    const Row row = rowAfter("other");
+    EXPECT_EQ(row.readBack, ReadBack::Differs);
+    EXPECT_EQ(exitStatus_, 1);
+}
+
+TEST_F(RunRestoreTest, withoutAReadBackNothingIsSavedAgainWhereAllIsReported) {
+    engine_.save = [] { ADD_FAILURE() << "the television was saved again"; };
+    EXPECT_TRUE(restore());
+    EXPECT_EQ(engine_.backups, 0);
 }
 
 TEST_F(RunRestoreTest, applicationOfWhichThePackageHoldsNothingKeepsItsDataAndIsNoFailure) {
