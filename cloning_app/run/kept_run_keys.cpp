@@ -43,6 +43,14 @@ std::string noteText(const std::optional<int>& percent, const std::string& resul
     return (percent ? std::to_string(*percent) : "") + "\n" + results;
 }
 
+std::optional<std::string> readResults() {
+    std::optional<std::string> results;
+    for (int attempt = 0; attempt < kAttempts && !results; ++attempt) {
+        results = store::readString(kResultKey);
+    }
+    return results;
+}
+
 template <class Value>
 bool holdsOrTakes(const Value& wanted, const std::function<std::optional<Value>()>& read,
                   const std::function<bool()>& write) {
@@ -62,7 +70,7 @@ Result<void> keepRunKeys(const std::filesystem::path& dataFolder) {
     if (!folder) {
         return tl::make_unexpected(folder.error());
     }
-    const auto results = store::readString(kResultKey);
+    const auto results = readResults();
     if (!results) {
         return cannotKeep(kResultKey);
     }
@@ -79,6 +87,7 @@ Result<void> putRunKeysBack(const std::filesystem::path& dataFolder) {
     if (!folder) {
         return tl::make_unexpected(folder.error());
     }
+    removeTree(folder->get(), kNewNotes);
     const auto notes =
         readSmallFile({folder->get(), dataFolder.string(), Place::Television}, kNotes, kMostNoteBytes);
     if (!notes || !*notes) {

@@ -1,12 +1,11 @@
 // diff and dry runs compare the whole television with a package, and leave it as it was: its files, its
 // database and its clone folder, whatever fails and whenever they are killed.
 
-#include <SQLiteCpp/SQLiteCpp.h>
-
 #include <csignal>
 #include <thread>
 
 #include "tests/integration/clone_fixture.h"
+#include "tests/support/machine/database_rows.h"
 #include "tests/support/machine/exit_status.h"
 
 namespace vxtest {
@@ -22,27 +21,6 @@ constexpr const char* kPutRight =
     "A comparison broke off: what lay in the television's clone folder is there again.\n";
 constexpr const char* kSaving = "Saving the television, to compare it with the package.\n";
 
-/// Every row of the television's database but for the plan of the faults, which counts calls.
-FileTree databaseOf(const std::filesystem::path& television) {
-    FileTree rows;
-    SQLite::Database database((television / "tv.db").string(), SQLite::OPEN_READONLY);
-    SQLite::Statement tables(database, "SELECT name FROM sqlite_master WHERE type = 'table'");
-    while (tables.executeStep()) {
-        const std::string table = tables.getColumn(0).getString();
-        if (table == "faults" || table == "sqlite_sequence") {
-            continue;
-        }
-        SQLite::Statement all(database, "SELECT * FROM " + table);
-        for (int row = 0; all.executeStep(); ++row) {
-            std::string& text = rows[table + " " + std::to_string(row)];
-            for (int column = 0; column < all.getColumnCount(); ++column) {
-                text += all.getColumn(column).getString() + "|";
-            }
-        }
-    }
-    return rows;
-}
-
 /// The second television holds what its own backup left in the clone folder; the stick has a package of each.
 class VxcloneDiffTest : public CloneTest {
  protected:
@@ -57,12 +35,12 @@ class VxcloneDiffTest : public CloneTest {
         std::filesystem::remove_all(untouched_);
         std::filesystem::copy(second, untouched_, std::filesystem::copy_options::recursive);
         files_ = snapshot(std::filesystem::path(second) / "opt");
-        rows_ = databaseOf(second);
+        rows_ = databaseRows(second);
     }
 
     void expectAsBefore() const {
         EXPECT_EQ(snapshot(std::filesystem::path(second) / "opt"), files_);
-        EXPECT_EQ(databaseOf(second), rows_);
+        EXPECT_EQ(databaseRows(second), rows_);
         const Finished compared = vxtv({"compare", second, untouched_});
         EXPECT_EQ(compared.status, 0) << compared.output;
     }

@@ -87,6 +87,26 @@ TEST_F(TerminalTest, clockGoesOnWhileThePackageIsChecked) {
     }
 }
 
+TEST_F(TerminalTest, diffShowsALiveLineAndThenWhatDiffers) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    Terminal terminal(inTelevision(second, {"diff", "/media/usb/clone"}), 100);
+    EXPECT_EQ(terminal.wait(), ended::kIncomplete) << terminal.text();
+    EXPECT_THAT(liveLines(terminal.text()), Contains(HasSubstr("diff  ")));
+    EXPECT_THAT(liveLines(terminal.text()), Contains(HasSubstr("  saving  ")));
+    EXPECT_THAT(terminal.text(), HasSubstr("\x1b[Kthis television -> /media/usb/clone\r\napps "));
+}
+
+TEST_F(TerminalTest, ctrlCDuringAComparisonEndsItAfterTheLibrarysRunAndLeavesNothing) {
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
+    vxtv({"fault", second, "add", "tvtimer_init", "--delay", "300"});
+    Terminal terminal(inTelevision(second, {"diff", "/media/usb/clone"}), 100);
+    ASSERT_TRUE(terminal.waitFor("saving  0 of")) << terminal.text();
+    terminal.type(kCtrlC);
+    EXPECT_TRUE(terminal.waitFor("cannot be interrupted now")) << terminal.text();
+    EXPECT_EQ(terminal.wait(), ended::kInterrupted) << terminal.text();
+    EXPECT_TRUE(cloneFolderIsEmpty(second));
+}
+
 TEST_F(TerminalTest, noColorMeansNoColour) {
     Program program = inTelevision(first, {"backup", "/media/usb/clone"});
     program.environment["NO_COLOR"] = "1";

@@ -13,7 +13,7 @@ using nlohmann::json;
 
 /// What says of one thing that it is not as it should be, or that nobody could look.
 constexpr const char* kNotGood =
-    "\"(result|readBack)\":\"(failed|differs|not-applied|unknown)\"|could not be read back";
+    "\"(result|readBack)\":\"(failed|differs|not-applied|not-compared|unknown)\"|could not be read back";
 
 /// The last line of what a run with `--json` said; no object when it said nothing.
 json lastLine(const Finished& run) {

@@ -22,16 +22,29 @@ constexpr std::size_t kOthers = 200;
 
 class KillSweep : public SystemSweep {
  protected:
-    /// The points of the command; `visit` gets the bench on which it was killed.
+    /// The points of a command that is recorded; `visit` gets the bench on which it was killed.
     template <typename Visit>
     void sweep(const char* name, const Subject& subject, std::size_t shortPoints, const Visit& visit) {
+        std::atomic<int> killed = 0;
+        std::atomic<int> unfinished = 0;
+        killAtEach(name, subject, shortPoints, [&](const Bench& bench, std::size_t index) {
+            ++killed;
+            unfinished += expectNamed(bench) ? 1 : 0;
+            visit(bench, index);
+        });
+        EXPECT_GT(unfinished * 2, killed);
+    }
+
+    /// The points of any command.
+    template <typename Visit>
+    void killAtEach(const char* name, const Subject& subject, std::size_t shortPoints, const Visit& visit) {
         std::vector<BreakPoint> points = pointsOf(subject, kChanging, mostPoints(shortPoints));
         if (isLongSweep()) {
             const auto others = pointsOf(subject, "", kOthers);
             points.insert(points.end(), others.begin(), others.end());
         }
         SweepPoints tried(name);
-        std::atomic<int> unfinished = 0;
+        std::atomic<int> reached = 0;
         inParallel(points.size(), [&](std::size_t index) {
             const Bench bench = benchOf(subject);
             BreakPoint point = points[index];
@@ -43,14 +56,14 @@ class KillSweep : public SystemSweep {
                 return;  // the run had fewer calls this time
             }
             EXPECT_EQ(killed.finished.status, kKilled);
-            unfinished += expectNamed(bench) ? 1 : 0;
+            ++reached;
             visit(bench, index);
         });
         for (std::size_t count = 0; count < points.size(); ++count) {
             tried.tried();
         }
-        tried.note(std::to_string(unfinished) + " in the middle of the run");
-        EXPECT_GT(unfinished * 2, static_cast<int>(points.size()));
+        tried.note(std::to_string(reached) + " killed");
+        EXPECT_GT(reached * 10, static_cast<int>(points.size()) * 8);
     }
 
  private:
@@ -92,6 +105,12 @@ TEST_F(KillSweep, restoreKilledAtEachChangeIsUndoneOrConverges) {
 TEST_F(KillSweep, undoKilledAtEachChangeIsDoneAgain) {
     const Subject subject = undo();
     sweep("kill undo", subject, 6, [&](const Bench& bench, std::size_t) { expectConverges(bench, subject); });
+}
+
+TEST_F(KillSweep, diffKilledAtEachChangeLeavesNoTraceAfterTheNextLook) {
+    const Subject subject = diff();
+    killAtEach("kill diff", subject, 10,
+               [&](const Bench& bench, std::size_t) { expectNoTrace(bench, subject); });
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 // Every system call of vxclone fails in turn, in the ways in which it can fail.
 
+#include <gmock/gmock.h>
+
 #include <atomic>
 #include <map>
 
@@ -10,6 +12,9 @@
 namespace vxtest {
 namespace {
 
+using testing::AnyOf;
+using testing::HasSubstr;
+using testing::Not;
 using Ways = std::vector<std::string>;
 
 /// How calls fail. Those that are not here have no failure that a disk, a stick or a table of files can
@@ -170,6 +175,22 @@ TEST_F(SystemErrorSweep, undoThatCannotTellWhatIsThereIsDoneOrDoneAgain) {
                   expectConverges(bench, subject);
               }
               EXPECT_EQ(bench.differenceTo(subject.end), "");
+          });
+}
+
+TEST_F(SystemErrorSweep, diffWithAFailingCallIsNeverUntrueAndLeavesNoTrace) {
+    const Subject subject = diff();
+    sweep("system-errors diff", subject, pointsOf(subject, kWays, 1),
+          [&](const Bench& bench, const Finished& finished) {
+              // The output itself may be what could not be written.
+              if (finished.output.find("\nNo difference.\n") != std::string::npos) {
+                  EXPECT_EQ(finished.status, 0) << finished.output;
+              }
+              if (finished.status == 0) {
+                  EXPECT_THAT(finished.output, Not(AnyOf(HasSubstr(" differ.\n"), HasSubstr("Not compared"),
+                                                         HasSubstr("No difference in"))));
+              }
+              expectNoTrace(bench, subject);
           });
 }
 

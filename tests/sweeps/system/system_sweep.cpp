@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include "tests/support/machine/database_rows.h"
 #include "tests/support/machine/exit_status.h"
 #include "tests/support/machine/tool_paths.h"
 
@@ -38,6 +39,7 @@ void SystemSweep::SetUp() {
     const Finished saved = first.vxclone({"backup", kPackage});
     ASSERT_EQ(saved.status, 0) << all(saved);
     fs::copy(first.stick(), stick(), fs::copy_options::recursive);
+    keepAs(first, backedUp());
 
     const Bench second(target(), stick());
     const BrokenRun loaded = second.broken({"restore", kPackage}, {"count", "getrandom", {}});
@@ -91,6 +93,13 @@ void SystemSweep::expectWayBack(const Bench& bench, const Subject& subject) {
     const Finished undone = bench.vxclone({"undo"});
     EXPECT_TRUE(undone.status == 0 || (!changed && undone.status == ended::kNoPackage)) << all(undone);
     EXPECT_EQ(bench.differenceTo(subject.begin), "");
+}
+
+void SystemSweep::expectNoTrace(const Bench& bench, const Subject& subject) {
+    const Finished verified = bench.vxclone({"verify", kPackage});
+    EXPECT_EQ(verified.status, 0) << all(verified);
+    EXPECT_EQ(snapshot(bench.television() / "opt"), snapshot(subject.begin / "opt"));
+    EXPECT_EQ(databaseRows(bench.television()), databaseRows(subject.begin));
 }
 
 void SystemSweep::expectConverges(const Bench& bench, const Subject& subject) const {

@@ -28,6 +28,8 @@ class SystemSweep : public testing::Test {
     Subject backup() const { return {{"backup", kPackage}, source(), source()}; }
     Subject restore() const { return {{"restore", kPackage}, target(), restored()}; }
     Subject undo() const { return {{"undo"}, restored(), target()}; }
+    /// Of a television whose clone folder is not empty, with the package that is its own.
+    Subject diff() const { return {{"diff", kPackage}, backedUp(), backedUp()}; }
 
     enum class Among { AllFiles, FilesThatMatter };
     /// The calls of the unbroken command, those of these names alone where there are any.
@@ -45,10 +47,14 @@ class SystemSweep : public testing::Test {
     static void expectWayBack(const Bench& bench, const Subject& subject);
     /// The command, done again, comes to the same end as one that was never broken.
     void expectConverges(const Bench& bench, const Subject& subject) const;
+    /// The television is as the subject found it, its clone folder and its last results too, at the latest
+    /// after the next command that only looks.
+    static void expectNoTrace(const Bench& bench, const Subject& subject);
 
     std::filesystem::path source() const { return place_ / "source"; }
     std::filesystem::path target() const { return place_ / "target"; }
     std::filesystem::path restored() const { return place_ / "restored"; }
+    std::filesystem::path backedUp() const { return place_ / "backed-up"; }
     std::filesystem::path stick() const { return place_ / "stick"; }
 
     static constexpr const char* kPackage = "/media/usb/clone";

@@ -24,6 +24,7 @@ class VisitTest : public RunTest {
         writeFile(data() / "Clone.kept/a", "1");
         writeFile(root_ / "of-the-library", "x");
         ASSERT_TRUE(keepRunKeys(data()));
+        writeFile(data() / "run.keys.new", "half");
         FakeEngine::report("VXCLONE_AV_SETTINGS-SUCCESS\n", 0);
     }
 };
@@ -83,6 +84,7 @@ TEST_F(VisitTest, visitThatDiedIsPutRightByTheNextOneWhichSaysSo) {
     EXPECT_EQ(results(), before);
     EXPECT_EQ(store::readInt(kProgressKey), 100);
     EXPECT_FALSE(std::filesystem::exists(data() / "run.keys"));
+    EXPECT_FALSE(std::filesystem::exists(data() / "run.keys.new"));
     EXPECT_THAT(view_.notices,
                 Contains("A comparison broke off: what lay in the television's clone folder is "
                          "there again."));
