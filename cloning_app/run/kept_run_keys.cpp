@@ -39,8 +39,26 @@ Result<Descriptor> openFolder(const std::filesystem::path& path) {
 }
 
 /// The percentage, where there is one, on the first line; below it the result list as it is.
-std::string noteText(const std::optional<int>& percent, const std::string& results) {
-    return (percent ? std::to_string(*percent) : "") + "\n" + results;
+std::string noteText(const RunKeys& keys) {
+    return (keys.percent ? std::to_string(*keys.percent) : "") + "\n" + keys.results;
+}
+
+RunKeys keysIn(const std::string& note) {
+    const std::size_t end = note.find('\n');
+    RunKeys keys{{}, end == std::string::npos ? "" : note.substr(end + 1)};
+    int percent = 0;
+    if (std::from_chars(note.data(), note.data() + note.size(), percent).ec == std::errc()) {
+        keys.percent = percent;
+    }
+    return keys;
+}
+
+Result<std::optional<RunKeys>> readNotes(const Tree& data) {
+    const auto notes = readSmallFile(data, kNotes, kMostNoteBytes);
+    if (!notes) {
+        return tl::make_unexpected(notes.error());
+    }
+    return *notes ? std::optional(keysIn(**notes)) : std::nullopt;
 }
 
 std::optional<std::string> readResults() {
@@ -75,7 +93,7 @@ Result<void> keepRunKeys(const std::filesystem::path& dataFolder) {
         return cannotKeep(kResultKey);
     }
     const Tree data{folder->get(), dataFolder.string(), Place::Television};
-    const auto written = writeSmallFile(data, kNewNotes, noteText(store::readInt(kProgressKey), *results));
+    const auto written = writeSmallFile(data, kNewNotes, noteText({store::readInt(kProgressKey), *results}));
     if (written && renameat(folder->get(), kNewNotes, folder->get(), kNotes) != 0) {
         return tl::make_unexpected(writeError(Place::Television, data.path + "/" + kNotes, errno));
     }
@@ -88,30 +106,32 @@ Result<void> putRunKeysBack(const std::filesystem::path& dataFolder) {
         return tl::make_unexpected(folder.error());
     }
     removeTree(folder->get(), kNewNotes);
-    const auto notes =
-        readSmallFile({folder->get(), dataFolder.string(), Place::Television}, kNotes, kMostNoteBytes);
-    if (!notes || !*notes) {
-        return notes ? Result<void>() : tl::make_unexpected(notes.error());
+    const auto noted = readNotes({folder->get(), dataFolder.string(), Place::Television});
+    if (!noted || !*noted) {
+        return noted ? Result<void>() : tl::make_unexpected(noted.error());
     }
-    const std::string& text = **notes;
-    const std::size_t end = text.find('\n');
-    const std::string results = end == std::string::npos ? "" : text.substr(end + 1);
+    const auto& [percent, results] = **noted;
     if (!holdsOrTakes<std::string>(
             results, [] { return store::readString(kResultKey); },
-            [&results] { return store::writeString(kResultKey, results); })) {
+            [&results = results] { return store::writeString(kResultKey, results); })) {
         return cannotKeep(kResultKey);
     }
-    int percent = 0;
-    const bool known = std::from_chars(text.data(), text.data() + text.size(), percent).ec == std::errc();
-    if (known && !holdsOrTakes<int>(
-                     percent, [] { return store::readInt(kProgressKey); },
-                     [percent] { return store::writeInt(kProgressKey, percent); })) {
+    if (percent && !holdsOrTakes<int>(
+                       *percent, [] { return store::readInt(kProgressKey); },
+                       [&percent = *percent] { return store::writeInt(kProgressKey, percent); })) {
         return cannotKeep(kProgressKey);
     }
     const int reason = removeTree(folder->get(), kNotes);
     return reason == 0 ? Result<void>()
                        : tl::make_unexpected(
                              writeError(Place::Television, dataFolder.string() + "/" + kNotes, reason));
+}
+
+std::optional<RunKeys> notedRunKeys(const std::filesystem::path& dataFolder) {
+    const auto folder = openFolder(dataFolder);
+    const auto noted = folder ? readNotes({folder->get(), dataFolder.string(), Place::Television})
+                              : Result<std::optional<RunKeys>>(std::nullopt);
+    return noted.value_or(std::nullopt);
 }
 
 }  // namespace vxclone

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "cloning_app/error_catalogue.h"
+#include "cloning_app/run/kept_run_keys.h"
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/run_remains.h"
 #include "cloning_app/run/settings_store.h"
@@ -17,6 +18,8 @@ namespace vxclone {
 namespace {
 
 constexpr std::chrono::milliseconds kFollowInterval{50};
+constexpr const char* kLooking =
+    "Going on: another vxclone looks at this television (diff, verify or a dry run), and changes nothing.";
 
 Direction directionOf(const std::optional<LastRun>& last) {
     return last && last->record.kind == RunKind::Backup ? Direction::Backup : Direction::Restore;
@@ -112,6 +115,15 @@ nlohmann::ordered_json jsonOf(const LastRun& last) {
     return {{"check", "last-run"}, {"result", last.goingOn ? "going-on" : state}, {"lastRun", members}};
 }
 
+/// What the keys tell of the last run. A look that begins meanwhile notes them before it changes them.
+RunKeys keysOfLastRun(const std::filesystem::path& folder) {
+    if (const auto before = notedRunKeys(folder)) {
+        return *before;
+    }
+    const RunKeys now{store::readInt(kProgressKey), store::readString(kResultKey).value_or("")};
+    return notedRunKeys(folder).value_or(now);
+}
+
 Progress progressOf(const ToldProgress& told) {
     Progress progress;
     progress.phase = told.phase;
@@ -126,10 +138,11 @@ Result<Status> readStatus(const std::filesystem::path& folder) {
     if (!last) {
         return tl::make_unexpected(last.error());
     }
-    const auto loaded = *last && (*last)->goingOn ? std::nullopt : store::readInt(kProgressKey);
-    Status status{loaded, {}, {}, *std::move(last)};
+    const RunKeys keys = keysOfLastRun(folder);
+    const auto loaded = *last && (*last)->goingOn ? std::nullopt : keys.percent;
+    Status status{loaded, {}, {}, *std::move(last), isLookGoingOn(folder)};
     ResultList results;
-    for (const Outcome& outcome : results.update(store::readString(kResultKey).value_or(""))) {
+    for (const Outcome& outcome : results.update(keys.results)) {
         status.reported.push_back(rowOf(outcome, directionOf(status.last)));
     }
     status.unknown = results.unknownLines();
@@ -151,6 +164,9 @@ std::vector<std::string> sentencesOf(const Status& status) {
         if (auto earlier = sentenceAboutEarlier(status.last->record)) {
             sentences.push_back(*std::move(earlier));
         }
+    }
+    if (status.looking) {
+        sentences.emplace_back(kLooking);
     }
     return sentences;
 }
@@ -182,6 +198,9 @@ Output outputOf(const Status& status) {
         status.last && (status.last->unfinished() || leftTheTelevisionChanged(*status.last));
     output.exitStatus = unfinished ? exitStatusOf(ErrorCode::CategoryFailed) : kExitOk;
     output.closing = sentencesOf(status);
+    if (status.looking) {
+        output.summary = {{"looking", true}};
+    }
     return output;
 }
 

@@ -18,10 +18,12 @@ struct Status {
     std::vector<Row> reported;         ///< what the library's result list holds
     std::vector<std::string> unknown;  ///< its lines that are no outcome
     std::optional<LastRun> last;       ///< none where no run is recorded
+    bool looking = false;              ///< a look at the television goes on, which changes nothing of it
 };
 
-/// Reads the two keys of the settings store, and the record in `folder`. Changes nothing. Errors: those of
-/// `readLastRun`.
+/// Reads the two keys of the settings store, and the record in `folder`. A look at the television lets the
+/// library write the keys: then they are read from where the look keeps them. Changes nothing. Errors: those
+/// of `readLastRun`.
 Result<Status> readStatus(const std::filesystem::path& folder);
 
 /// What there is to say of the last run, for people: a sentence or more.

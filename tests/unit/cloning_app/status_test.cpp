@@ -6,6 +6,7 @@
 #include <optional>
 #include <sstream>
 
+#include "cloning_app/run/kept_run_keys.h"
 #include "cloning_app/run/settings_store.h"
 #include "tests/unit/cloning_app/fake_settings_store.h"
 #include "tests/unit/cloning_app/json_schema.h"
@@ -127,6 +128,41 @@ TEST_F(StatusTest, runThatGoesOnIsToldWithItsOwnPercentageAndNotThatOfTheLastRes
     EXPECT_THAT(schemaComplaint(line), IsEmpty());
     EXPECT_EQ(line, nlohmann::json::parse(R"({"version": 1, "event": "progress", "run": "restore",
         "phase": "safety", "percent": 21})"));
+}
+
+TEST_F(StatusTest, lookThatGoesOnIsToldAndTheKeysAreThoseOfTheLastRun) {
+    const auto before = output().closing;
+    const auto look = LookHold::begin(folder_.path());
+    ASSERT_TRUE(look && keepRunKeys(folder_.path()));
+    store_.set(kResultKey, std::string("VXCLONE_WAS_API_DATA-FAIL\n"));
+    store_.set(kProgressKey, 0);
+    auto expected = before;
+    expected.emplace_back(
+        "Going on: another vxclone looks at this television (diff, verify or a dry run), and changes "
+        "nothing.");
+    const Output said = output();
+    EXPECT_EQ(said.closing, expected);
+    EXPECT_EQ(said.exitStatus, 0);
+    std::ostringstream out;
+    sayOutput(said, true, {out}, {out});
+    EXPECT_THAT(out.str(), testing::Not(HasSubstr("\"was\"")));
+    const auto summary = jsonLines(out.str()).back();
+    EXPECT_THAT(schemaComplaint(summary), IsEmpty());
+    EXPECT_EQ(summary.at("looking"), true);
+}
+
+TEST_F(StatusTest, lookThatDiedLeavesTheKeysOfTheLastRun) {
+    const auto before = output().closing;
+    {
+        const auto look = LookHold::begin(folder_.path());
+        ASSERT_TRUE(look && keepRunKeys(folder_.path()));
+    }
+    store_.set(kResultKey, std::string("VXCLONE_WAS_API_DATA-FAIL\n"));
+    store_.set(kProgressKey, 0);
+    const Output said = output();
+    EXPECT_EQ(said.closing, before);
+    EXPECT_EQ(said.lines.at(1).members.at("category"), "av");
+    EXPECT_TRUE(said.summary.is_null());
 }
 
 TEST_F(StatusTest, followOfNoRunEndsAtOnce) {
