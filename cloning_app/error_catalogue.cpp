@@ -86,8 +86,9 @@ constexpr std::array kCatalogue = {
     ErrorFact{ErrorCode::NotSealed, 10, "not-sealed", "the backup could not be sealed",
               "free some space on the television and back up again"},
     ErrorFact{ErrorCode::SafetyIncomplete, 10, "safety-incomplete",
-              "the safety backup lacks a category that would be loaded, so the restore did not begin",
-              "find out why with vxclone backup, leave the category out, or restore with --no-safety"},
+              "the safety backup lacks what the restore may change, so the restore did not begin",
+              "find out why with vxclone backup, name with --without what this television does not have, "
+              "leave the category out, or restore with --no-safety"},
     ErrorFact{ErrorCode::RecordDamaged, 10, "record-damaged",
               "the record of the last run cannot be understood", "remove the file that the message names"},
     ErrorFact{ErrorCode::Internal, 10, "internal", "a fault of the clone library or of vxclone",

@@ -42,7 +42,7 @@ enum class ErrorCode {
     SettingsNotSaved,  ///< a backup ended without a good settings file
     IdentityUnusable,  ///< the television does not say what it is, or in a way that no package can hold
     NotSealed,         ///< a backup could not be sealed
-    SafetyIncomplete,  ///< the safety backup lacks a category that would be loaded
+    SafetyIncomplete,  ///< the safety backup lacks what the restore may change
     RecordDamaged,     ///< the record of the last run cannot be understood
     Internal           ///< a fault of the library or of vxclone
 };

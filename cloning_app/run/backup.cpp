@@ -142,7 +142,13 @@ Result<Report> backUp(const CloneContext& context, const std::filesystem::path& 
     }
     recorder.setName(means->origin.name);
     means->mayLack = [&options](const Lack& lack) { return options.without.holds(lack); };
-    return backUpTo(context, *target, *onAStick, *means, recorder);
+    auto report = backUpTo(context, *target, *onAStick, *means, recorder);
+    if (report) {
+        if (const auto unneeded = options.without.sentenceAboutUnneeded(report->lacks); !unneeded.empty()) {
+            context.view.notice(unneeded);
+        }
+    }
+    return report;
 }
 
 }  // namespace

@@ -169,6 +169,26 @@ bool Declared::holds(const Lack& lack) const {
            (!lack.what.empty() && std::find(names_.begin(), names_.end(), lack.what) != names_.end());
 }
 
+std::string Declared::sentenceAboutUnneeded(const std::vector<Lack>& lacks) const {
+    std::string unneeded;
+    const auto add = [&unneeded](std::string_view name) {
+        unneeded += (unneeded.empty() ? "" : ", ") + printable(name);
+    };
+    for (const VXClone category : categories_) {
+        if (std::none_of(lacks.begin(), lacks.end(),
+                         [category](const Lack& lack) { return lack.category == category; })) {
+            add(categoryOf(category).name);
+        }
+    }
+    for (const std::string& name : names_) {
+        if (std::none_of(lacks.begin(), lacks.end(),
+                         [&name](const Lack& lack) { return lack.what == name; })) {
+            add(name);
+        }
+    }
+    return unneeded.empty() ? "" : "--without names what is not lacking: " + unneeded + ".";
+}
+
 Result<Holdings> Holdings::of(const Tree& package) {
     auto contents = readContents(package, Digests::None);
     if (!contents) {

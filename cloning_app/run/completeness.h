@@ -29,6 +29,8 @@ class Declared {
     static Result<Declared> parse(std::string_view list);
 
     bool holds(const Lack& lack) const;
+    /// A sentence about the names that fit nothing of what is lacking; empty where each fits something.
+    std::string sentenceAboutUnneeded(const std::vector<Lack>& lacks) const;
 
  private:
     std::vector<VXClone> categories_;

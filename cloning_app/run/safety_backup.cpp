@@ -58,9 +58,15 @@ bool mayChange(const ReadyPackage& ready, const Lack& lack) {
     return !ofApplication || ready.holdings.hasEntry(lack.what);
 }
 
-/// The backup in the clone folder, made a package. Result: what it holds.
-Result<ComparedState> backUpIntoRoot(const CloneContext& context, const Tree& root, const ReadyPackage& ready,
-                                     const Means& means) {
+/// A safety backup that was made.
+struct MadeSafety {
+    ComparedState state;
+    std::vector<Lack> lacks;
+};
+
+/// The backup in the clone folder, made a package.
+Result<MadeSafety> backUpIntoRoot(const CloneContext& context, const Tree& root, const ReadyPackage& ready,
+                                  const Means& means) {
     const auto results = saveTelevision(context);
     if (!results) {
         return tl::make_unexpected(results.error());
@@ -80,17 +86,18 @@ Result<ComparedState> backUpIntoRoot(const CloneContext& context, const Tree& ro
     if (const auto failed = failedAndChosen(report->rows, ready.plan.list); !failed.empty()) {
         return failure(ErrorCode::SafetyIncomplete, "it lacks " + failedNames(failed));
     }
-    return stateOfPackage(root);
+    return stateOfPackage(root).map([&report](ComparedState state) {
+        return MadeSafety{std::move(state), report->lacks};
+    });
 }
 
 /// A platform that failed once may do so no more. A stop and a full disk stay what they are.
-Result<ComparedState> backUpOnceOrTwice(const CloneContext& context, const Tree& root,
-                                        const ReadyPackage& ready, const Means& means) {
-    auto state = backUpIntoRoot(context, root, ready, means);
-    const bool again =
-        !state && !isStop(state.error().code) && state.error().code != ErrorCode::TelevisionFull;
+Result<MadeSafety> backUpOnceOrTwice(const CloneContext& context, const Tree& root, const ReadyPackage& ready,
+                                     const Means& means) {
+    auto made = backUpIntoRoot(context, root, ready, means);
+    const bool again = !made && !isStop(made.error().code) && made.error().code != ErrorCode::TelevisionFull;
     if (!again) {
-        return state;
+        return made;
     }
     context.view.notice("The safety backup is not complete; making it once more.");
     return backUpIntoRoot(context, root, ready, means);
@@ -120,9 +127,12 @@ Result<ComparedState> makeSafety(const CloneContext& context, const ReadyPackage
         return tl::make_unexpected(aside.error());
     }
     means->mayLack = [&](const Lack& lack) { return !mayChange(ready, lack) || without.holds(lack); };
-    auto state = backUpOnceOrTwice(context, package.tree(), ready, *means);
-    if (!state) {
-        return state;
+    auto made = backUpOnceOrTwice(context, package.tree(), ready, *means);
+    if (!made) {
+        return tl::make_unexpected(made.error());
+    }
+    if (const std::string unneeded = without.sentenceAboutUnneeded(made->lacks); !unneeded.empty()) {
+        context.view.notice(unneeded);
     }
     if (const auto kept = store->keep(package.tree()); !kept) {
         return tl::make_unexpected(kept.error());
@@ -130,7 +140,7 @@ Result<ComparedState> makeSafety(const CloneContext& context, const ReadyPackage
     if (const auto back = store->bringBack(package.tree()); !back) {
         return tl::make_unexpected(back.error());
     }
-    return state;
+    return std::move(made->state);
 }
 
 /// What the package holds of the categories whose size nobody knows of a television.

@@ -165,6 +165,18 @@ TEST_F(CloneTest, servicesThatTheTelevisionSaysItHasNotAreAFailureUnlessDeclared
     EXPECT_EQ(restore.status, 0) << restore.output << restore.errors;
 }
 
+TEST_F(CloneTest, declaredNameOfWhichNothingIsLackingIsSaidAndNoFailure) {
+    const char* const sentence = "--without names what is not lacking: timers, org.mistyped.app.\n";
+    const Finished backup =
+        vxclone(first, {"backup", "/media/usb/clone", "--without", "timers,org.mistyped.app"});
+    EXPECT_EQ(backup.status, 0) << backup.output << backup.errors;
+    EXPECT_THAT(backup.output, HasSubstr(sentence));
+    const Finished restore =
+        vxclone(second, {"restore", "/media/usb/clone", "--without", "timers,org.mistyped.app"});
+    EXPECT_EQ(restore.status, 0) << restore.output << restore.errors;
+    EXPECT_THAT(restore.output, HasSubstr(sentence));
+}
+
 TEST_F(CloneTest, restoreBeginsOnlyWhereEverythingCanBeBroughtBack) {
     vxclone(first, {"backup", "/media/usb/clone"});
     const std::string before = get(second, kWelcome);

@@ -6,6 +6,8 @@
 #include <csignal>
 #include <set>
 
+#include "cloning_app/error_catalogue.h"
+
 namespace vxclone {
 namespace {
 
@@ -34,6 +36,15 @@ TEST(Errors, writeErrorOnTelevisionIsTheTelevisionsOwn) {
     EXPECT_EQ(writeError(Place::Television, "x", ENOSPC).code, ErrorCode::TelevisionFull);
     EXPECT_EQ(writeError(Place::Television, "x", EROFS).code, ErrorCode::TelevisionIo);
     EXPECT_EQ(exitStatusOf(ErrorCode::TelevisionFull), 6);
+}
+
+TEST(Errors, safetyBackupThatIsNotCompleteNamesWhatDeclaresWhatIsNotThere) {
+    const ErrorFact& fact = factOf(ErrorCode::SafetyIncomplete);
+    EXPECT_EQ(fact.cause,
+              "the safety backup lacks what the restore may change, so the restore did not begin");
+    EXPECT_EQ(fact.nextStep,
+              "find out why with vxclone backup, name with --without what this television does not have, "
+              "leave the category out, or restore with --no-safety");
 }
 
 TEST(Errors, stopIsOneStatusWhateverTheSignal) {

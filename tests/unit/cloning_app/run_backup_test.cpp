@@ -338,6 +338,23 @@ TEST_F(RunBackupTest, whatTheTelevisionDoesNotHaveIsDeclaredAndNoFailure) {
     EXPECT_THAT(report->closing, Contains("Safe to remove the stick."));
 }
 
+TEST_F(RunBackupTest, declaredNameOfWhichNothingIsLackingIsSaidAndNoFailure) {
+    engine_.work = [this] {
+        writeGoodBackup();
+        std::filesystem::remove_all(root_ / "web-applications.backup");
+        FakeEngine::report(kWholeReport, 0);
+    };
+    const auto without = Declared::parse("was,timers,db/hotel/dooreye,org.mistyped.app");
+    const auto report = runBackup(context(), stick_ / "clone", {{}, *without});
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 0);
+    EXPECT_THAT(view_.notices,
+                Contains("--without names what is not lacking: timers, db/hotel/dooreye, org.mistyped.app."));
+    view_.notices.clear();
+    ASSERT_TRUE(runBackup(context(), stick_ / "clone", {{}, *Declared::parse("was")}));
+    EXPECT_THAT(view_.notices, Not(Contains(HasSubstr("--without"))));
+}
+
 TEST_F(RunBackupTest, nameThatIsNothingThatCouldBeMissingIsRefused) {
     for (const char* const list : {"no-such", "av,,was", "db/no/such/setting"}) {
         const auto without = Declared::parse(list);

@@ -237,6 +237,18 @@ TEST_F(RunsTest, safetyBackupThatStaysIncompleteKeepsTheRestoreFromBeginning) {
     EXPECT_TRUE(restore(options));
 }
 
+TEST_F(RunsTest, declaredNameThatTheSafetyBackupDoesNotLackIsSaidAndNoFailure) {
+    const auto save = engine_.save;
+    engine_.save = [this, save] {
+        save();
+        std::filesystem::remove(root_ / "factory.backup");
+    };
+    RestoreOptions options{allCategories(), false, true};
+    options.without = *Declared::parse("factory,timers");
+    ASSERT_TRUE(restore(options));
+    EXPECT_THAT(view_.notices, Contains("--without names what is not lacking: timers."));
+}
+
 TEST_F(RunsTest, safetyBackupMayLackWhatTheRestoreLeavesAlone) {
     const auto save = engine_.save;
     engine_.save = [this, save] {
