@@ -86,16 +86,6 @@ std::string sentenceOfNotHeld(const std::vector<std::string>& notHeld, const std
     return names.empty() ? "" : fmt::format("The package holds nothing of: {}.", fmt::join(names, ", "));
 }
 
-/// Says what a package lacks; `subject` is what it is called at the beginning of a sentence.
-void sayLacks(const std::vector<Lack>& lacks, const std::string& subject, Output& output) {
-    for (const Lack& lack : lacks) {
-        output.lines.push_back({Event::Finding, jsonOf(lack)});
-    }
-    for (std::string& sentence : lackSentences(lacks, subject)) {
-        output.closing.push_back(std::move(sentence));
-    }
-}
-
 Output outputOf(const TelevisionComparison& comparison, const NamedState& package) {
     Output output = outputOf(comparison.differences, kTelevision, package.path());
     for (nlohmann::ordered_json& members : linesOf(comparison)) {
@@ -112,7 +102,7 @@ Output outputOf(const TelevisionComparison& comparison, const NamedState& packag
     if (std::string sentence = sentenceOfNotHeld(comparison.notHeld, package.lacks); !sentence.empty()) {
         output.closing.push_back(std::move(sentence));
     }
-    sayLacks(package.lacks, "The package", output);
+    addLacks(output, package.lacks);
     output.closing.emplace_back(kNotChecked);
     return output;
 }
@@ -174,8 +164,8 @@ Result<Output> diffPackages(const std::filesystem::path& folder, const std::file
     nameParts(differences);
     Output output = outputOf(differences, first->path(), second->path());
     output.closing = {differences.empty() ? "No difference." : countSentence(differences)};
-    sayLacks(first->lacks, printable(first->path()), output);
-    sayLacks(second->lacks, printable(second->path()), output);
+    addLacks(output, first->lacks, first->path());
+    addLacks(output, second->lacks, second->path());
     output.closing.emplace_back(kNotChecked);
     return output;
 }

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "common/terminal_table.h"
+
 namespace vxclone {
 
 namespace {
@@ -51,11 +53,15 @@ OutputLine lineOf(const Check& check) {
     return {Event::Finding, jsonOf(check)};
 }
 
-void addLacks(Output& output, const std::vector<Lack>& lacks) {
+void addLacks(Output& output, const std::vector<Lack>& lacks, const std::string& path) {
     for (const Lack& lack : lacks) {
         output.lines.push_back({Event::Finding, jsonOf(lack)});
+        if (!path.empty()) {
+            output.lines.back().members["path"] = path;
+        }
     }
-    for (std::string& sentence : lackSentences(lacks, "The package")) {
+    const std::string subject = path.empty() ? "The package" : vxcommon::printable(path);
+    for (std::string& sentence : lackSentences(lacks, subject)) {
         output.closing.push_back(std::move(sentence));
     }
 }

@@ -29,8 +29,9 @@ struct Output {
 
 /// The line for a check of a package, for programs alone.
 OutputLine lineOf(const Check& check);
-/// Adds what a package lacks: a line each for programs, sentences at the end for people.
-void addLacks(Output& output, const std::vector<Lack>& lacks);
+/// Adds what a package lacks: a line each for programs, sentences at the end for people. `path` says which
+/// one it is, where there is more than one.
+void addLacks(Output& output, const std::vector<Lack>& lacks, const std::string& path = {});
 /// Text for people alone.
 OutputLine lineOf(std::string text);
 /// A table for people alone.

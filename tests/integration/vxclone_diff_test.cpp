@@ -118,6 +118,49 @@ TEST_F(VxcloneDiffTest, dryRunTellsEveryCategoryAndEverythingIsAsBefore) {
     expectAsBefore();
 }
 
+TEST_F(VxcloneDiffTest, whatThePackageLacksIsSaidAndTheTelevisionsOwnIsNoDifference) {
+    vxtv({"fault", first, "add", "vconf_get_str", "--key", kWelcome, "--status", "-1"});
+    EXPECT_EQ(vxclone(first, {"backup", "/media/usb/lacking"}).status, ended::kIncomplete);
+    vxtv({"fault", first, "clear"});
+    const std::string sentence =
+        std::string("\nThe package is not complete. It lacks: settings-keys (") + kWelcome + ").\n";
+    const std::string finding =
+        std::string("\"check\":\"completeness\",\"result\":\"lacking\",\"category\":") +
+        "\"settings-keys\",\"what\":\"" + kWelcome + "\"";
+    const std::vector<std::string> diff = {"diff", "/media/usb/lacking"};
+    const std::vector<std::string> dry = {"restore", "/media/usb/lacking", "--dry-run"};
+    for (const std::vector<std::string>& looked : {diff, dry}) {
+        const Finished text = vxclone(first, looked);
+        EXPECT_EQ(text.status, 0) << text.output << text.errors;
+        EXPECT_THAT(text.output, HasSubstr(sentence));
+        std::vector<std::string> asJson = looked;
+        asJson.emplace_back("--json");
+        EXPECT_THAT(vxclone(first, asJson).output, HasSubstr(finding));
+    }
+    EXPECT_THAT(vxclone(first, diff).output, HasSubstr(kSame));
+    const Finished two = vxclone(first, {"diff", "/media/usb/lacking", "/media/usb/clone"});
+    EXPECT_THAT(two.output, HasSubstr(std::string("\n/media/usb/lacking is not complete. It lacks: "
+                                                  "settings-keys (") +
+                                      kWelcome + ").\nNot checked"));
+}
+
+TEST_F(VxcloneDiffTest, twoPackagesNameTheApplicationWhoseDataDiffers) {
+    const Finished two = vxclone(second, {"diff", "/media/usb/own", "/media/usb/clone"});
+    EXPECT_EQ(two.status, ended::kIncomplete);
+    EXPECT_THAT(two.output, HasSubstr("\napps (org.vorta.orvel-app)\n  org.vorta.orvel-app/"));
+    EXPECT_THAT(two.output, HasSubstr("other bytes; only the application can compare\n"));
+}
+
+TEST_F(VxcloneDiffTest, resultListThatCannotBeReadOnceIsReadAgain) {
+    vxtv({"fault", second, "add", "vconf_get_str", "--key", "db/hotel/clone_result", "--nth", "1", "--status",
+          "-1"});
+    const Finished diff = vxclone(second, {"diff", "/media/usb/own"});
+    EXPECT_EQ(diff.status, 0) << diff.errors;
+    EXPECT_THAT(diff.output, HasSubstr(kSame));
+    vxtv({"fault", second, "clear"});
+    expectAsBefore();
+}
+
 TEST_F(VxcloneDiffTest, televisionOnWhichNothingRanYetIsAsBefore) {
     vxtv({"destroy", second});
     vxtv({"create", second, "--profile", "room-102"});
@@ -248,7 +291,11 @@ TEST_F(VxcloneDiffTest, onlyOneWorksOnTheTelevision) {
                   "wait for its end\n");
     }
     EXPECT_EQ(vxclone(second, {"diff", "/media/usb/clone", "--quick"}).status, ended::kIncomplete);
-    EXPECT_THAT(vxclone(second, {"status"}).output, Not(HasSubstr("Going on")));
+    const std::string status = vxclone(second, {"status"}).output;
+    EXPECT_THAT(status,
+                HasSubstr("\nGoing on: another vxclone looks at this television (diff, verify or a dry "
+                          "run), and changes nothing.\n"));
+    EXPECT_THAT(status, HasSubstr("Last run: backup to /media/usb/own, "));
 }
 
 }  // namespace

@@ -74,6 +74,16 @@ class DiffTest : public LookingTest {
         return all;
     }
 
+    /// What was judged; each line must fit the schema.
+    std::vector<nlohmann::json> findings(const Result<Output>& output) {
+        auto all = lines(output);
+        std::erase_if(all, [](const nlohmann::json& line) { return line.at("event") != "finding"; });
+        for (const nlohmann::json& line : all) {
+            EXPECT_THAT(schemaComplaint(line), IsEmpty());
+        }
+        return all;
+    }
+
     std::map<std::string, std::string> dataContent() const { return contentOf(root_.parent_path()); }
 
     const std::filesystem::path second_ = folder_ / "stick/second";
@@ -374,6 +384,39 @@ TEST_F(DiffTest, jsonNamesEachDifferenceWithItsValuesAndWhatBecameOfEachPart) {
     EXPECT_EQ(all.back().at("exit"), 1);
     EXPECT_EQ(all.back().at("notCompared"), nlohmann::json({"factory"}));
     EXPECT_EQ(all.back().at("notHeld").size(), 5U);
+}
+
+TEST_F(DiffTest, whatThePackageLacksIsSaidAndNoDifference) {
+    std::filesystem::remove_all(saves_);
+    std::filesystem::remove_all(package_);
+    writeWholePackage(saves_);
+    writeWholePackage(package_, {{kVolume, ""}});
+    std::filesystem::remove(package_ / "web-applications.backup");
+    sealFolder(package_);
+    loadSettings(package_);
+    EXPECT_EQ(diff(), "this television -> " + package_.string() +
+                          "\nNo difference.\nThe package holds nothing of: boot-logo, home-menu, mbr-logo.\n"
+                          "The package is not complete. It lacks: was, settings-keys (" +
+                          kVolume + ").\n" + kNotChecked);
+    EXPECT_EQ(status_, 0);
+    const auto found = findings(diffWithTelevision(context(), package_, false));
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0], nlohmann::json::parse(R"({"version": 1, "event": "finding", "check": "completeness",
+        "result": "lacking", "category": "was"})"));
+    EXPECT_EQ(found[1].at("category"), "settings-keys");
+    EXPECT_EQ(found[1].at("what"), kVolume);
+}
+
+TEST_F(DiffTest, jsonOfTwoPackagesSaysWhichOfThemLacksWhat) {
+    std::map<std::string, std::set<std::string>> lacking;
+    writeFile(second_ / "web-applications.backup", "a");
+    for (const nlohmann::json& line : findings(diffPackages(package_, second_))) {
+        lacking[line.at("path")].insert(line.at("category"));
+    }
+    EXPECT_EQ(lacking,
+              (std::map<std::string, std::set<std::string>>{
+                  {package_, {"home-data", "settings", "settings-keys", "timers", "was", "channels"}},
+                  {second_, {"home-data", "settings", "settings-keys", "timers", "channels"}}}));
 }
 
 TEST_F(DiffTest, jsonOfAQuickOneNamesWhatWasNotCompared) {
