@@ -218,7 +218,9 @@ TEST_F(TerminalTest, followShowsTheRunOfAnotherUntilItsEnd) {
     vxtv({"fault", second, "add", "tvtimer_set_db", "--delay", "2000"});
     RunningProcess restore(inTelevision(second, {"restore", "/media/usb/clone"}));
     ASSERT_TRUE(restore.waitForOutput("loading, 0 of"));
-    Terminal terminal(inTelevision(second, {"status", "--follow"}), 100);
+    Program follow = inTelevision(second, {"status", "--follow"});
+    follow.environment["NO_COLOR"] = "1";
+    Terminal terminal(follow, 100);
     EXPECT_EQ(terminal.wait(), 0) << terminal.text();
     EXPECT_THAT(liveLines(terminal.text()),
                 Contains(testing::ContainsRegex("restore .* [4-7][0-9] %.* loading ")));
