@@ -1,10 +1,13 @@
 #include "cloning_app/package/stick_target.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <ctime>
 #include <system_error>
 #include <utility>
 
@@ -48,6 +51,33 @@ tl::unexpected<Error> mountPoint(const std::string& path) {
 
 tl::unexpected<Error> notAPackage(const std::string& path, const std::string& why) {
     return failure(ErrorCode::NotAPackage, vxcommon::printable(path) + " " + why + "; choose another folder");
+}
+
+tl::unexpected<Error> anotherBackup(const std::string& path) {
+    return failure(ErrorCode::TelevisionBusy, "another vxclone is writing a backup to " +
+                                                  vxcommon::printable(path) + "; wait for its end");
+}
+
+/// How old the change of a leftover must be where the file system has no locks.
+constexpr std::time_t kSecondsOfAnother = 60;
+
+/// Takes the folder for this process. Result: false where another one holds it.
+bool hold(const Descriptor& folder) {
+    if (flock(folder.get(), LOCK_EX | LOCK_NB) == 0) {
+        return true;
+    }
+    struct stat facts {};
+    if (errno == EWOULDBLOCK || fstat(folder.get(), &facts) != 0) {
+        return false;
+    }
+    const std::time_t age = std::time(nullptr) - facts.st_mtime;
+    return age < 0 || age > kSecondsOfAnother;
+}
+
+/// Whether the entry is a folder that another backup fills or removes.
+bool isHeldByAnother(int parent, const std::string& name) {
+    const Descriptor folder(openat(parent, name.c_str(), kOpenFolder));
+    return folder.valid() && !hold(folder);
 }
 
 }  // namespace
@@ -99,23 +129,77 @@ Result<bool> StickTarget::isFolder(const std::string& name) const {
     return tl::make_unexpected(readError(Place::Stick, parent().path + "/" + name, errno));
 }
 
-Result<std::optional<std::string>> StickTarget::recover() {
+/// Whether nothing of worth stands at the name: nothing, an empty folder or file, or a link that leads
+/// nowhere.
+Result<bool> StickTarget::isVacant() const {
+    struct stat facts {};
+    if (fstatat(parent_.get(), name_.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0) {
+        return meansAbsent(errno) ? Result<bool>(true)
+                                  : tl::make_unexpected(readError(Place::Stick, path_, errno));
+    }
+    if (S_ISDIR(facts.st_mode)) {
+        return openFolder().and_then([this](const Descriptor& folder) {
+            return namesIn({folder.get(), path_, Place::Stick}, TreeLimits{}.entries)
+                .map([](const std::vector<std::string>& names) { return names.empty(); });
+        });
+    }
+    struct stat target {};
+    return (S_ISREG(facts.st_mode) && facts.st_size == 0) ||
+           (S_ISLNK(facts.st_mode) && fstatat(parent_.get(), name_.c_str(), &target, 0) != 0);
+}
+
+tl::unexpected<Error> StickTarget::twoPackages() const {
+    const std::string folder = vxcommon::printable(parent().path);
+    return failure(
+        ErrorCode::NotAPackage,
+        fmt::format("a backup was interrupted: the previous package is {} in {}, and {} is no whole "
+                    "package; move one of the two away and back up again",
+                    vxcommon::printable(oldName_), folder, vxcommon::printable(path_)));
+}
+
+/// Gives the package that was set aside its name again. Result: false where something is in the way.
+Result<bool> StickTarget::putBack() {
+    const int parent = parent_.get();
+    if (calls_.rename(parent, oldName_.c_str(), name_.c_str(), 0) != 0) {
+        if (errno == ENOTDIR || errno == ENOTEMPTY || errno == EEXIST) {
+            return false;
+        }
+        return tl::make_unexpected(writeError(Place::Stick, path_, errno));
+    }
+    if (calls_.flush(parent) != 0) {
+        return tl::make_unexpected(writeError(Place::Stick, path_, errno));
+    }
+    return true;
+}
+
+Result<std::optional<std::string>> StickTarget::recover(const Judge& isWhole) {
+    for (const std::string& name : {newName_, oldName_}) {
+        if (isHeldByAnother(parent_.get(), name)) {
+            return anotherBackup(path_);
+        }
+    }
     std::optional<std::string> said;
     // In doubt nothing is touched: what looks like a leftover may be the only package.
-    const auto there = hasEntry(parent(), name_);
-    const auto oldThere = there ? isFolder(oldName_) : there;
-    if (!oldThere) {
-        return tl::make_unexpected(oldThere.error());
+    const auto setAside = isFolder(oldName_);
+    const auto vacant = setAside ? isVacant() : setAside;
+    if (!vacant) {
+        return tl::make_unexpected(vacant.error());
     }
-    if (!*there && *oldThere) {
-        if (calls_.rename(parent_.get(), oldName_.c_str(), name_.c_str(), 0) != 0) {
-            return tl::make_unexpected(writeError(Place::Stick, path_, errno));
+    if (*setAside && *vacant) {
+        const auto back = putBack();
+        if (!back) {
+            return tl::make_unexpected(back.error());
         }
-        if (calls_.flush(parent_.get()) != 0) {
-            return tl::make_unexpected(writeError(Place::Stick, path_, errno));
+        if (!*back) {
+            return twoPackages();
         }
         said =
             "A backup was interrupted: the previous package in " + vxcommon::printable(path_) + " is back.";
+    } else if (*setAside) {
+        const auto folder = openFolder();
+        if (!folder || !isWhole({folder->get(), path_, Place::Stick})) {
+            return twoPackages();
+        }
     }
     for (const std::string& leftover : {newName_, oldName_}) {
         if (hasEntry(parent(), leftover).value_or(false) && removeTree(parent_.get(), leftover) == 0 &&
@@ -125,6 +209,22 @@ Result<std::optional<std::string>> StickTarget::recover() {
         }
     }
     return said;
+}
+
+Result<std::optional<std::string>> StickTarget::meanWhatWasSetAside() {
+    const auto setAside = isFolder(oldName_);
+    const auto vacant = setAside && *setAside ? isVacant() : setAside;
+    if (!vacant) {
+        return tl::make_unexpected(vacant.error());
+    }
+    if (!*vacant) {
+        return std::optional<std::string>();
+    }
+    std::string said = "A backup to " + vxcommon::printable(path_) +
+                       " was interrupted: the previous package beside it is meant.";
+    name_ = oldName_;
+    path_ = (parent().path == "/" ? "" : parent().path) + "/" + name_;
+    return std::optional(std::move(said));
 }
 
 Result<Descriptor> StickTarget::openFolder() const {
@@ -228,6 +328,9 @@ Result<Replacement> Replacement::begin(StickTarget& target) {
         return target.calls_.makeFolder(parent, target.newName_.c_str()) == 0 ? 0 : errno;
     };
     int reason = makeFolder();
+    if (reason == EEXIST && isHeldByAnother(parent, target.newName_)) {
+        return anotherBackup(target.path_);
+    }
     if (reason == EEXIST) {
         const int left = removeTree(parent, target.newName_);
         reason = left != 0 ? left : makeFolder();
@@ -239,6 +342,7 @@ Result<Replacement> Replacement::begin(StickTarget& target) {
     if (!replacement.folder_.valid()) {
         return tl::make_unexpected(writeError(Place::Stick, target.path_, errno));
     }
+    static_cast<void>(flock(replacement.folder_.get(), LOCK_EX | LOCK_NB));
     return replacement;
 }
 
@@ -307,6 +411,8 @@ Result<void> Replacement::commit() {
     if (!replaces) {
         return tl::make_unexpected(replaces.error());
     }
+    previous_ = Descriptor(openat(target_->parent_.get(), name.c_str(), kOpenFolder));
+    static_cast<void>(flock(previous_.get(), LOCK_EX | LOCK_NB));
     const unsigned flags = *replaces ? RENAME_EXCHANGE : 0U;
     const int reason = rename(newName, name, flags);
     if (*replaces && (reason == EINVAL || reason == ENOSYS || reason == EOPNOTSUPP)) {

@@ -14,7 +14,7 @@ namespace vxclone {
 ///
 /// A backup is written beside the folder and takes its place in one step, so that the folder holds the old
 /// package or the new one, whole, whatever happens in between. What a backup that was cut off leaves beside
-/// the folder is recognised and put right by `recover`.
+/// the folder is recognised: the next backup puts it right, and whoever only reads finds the package.
 class StickTarget {
  public:
     /// Finds the place of `folder`, which itself need not exist; nothing is changed. Errors: no place for
@@ -26,9 +26,18 @@ class StickTarget {
     /// The folder in which the user's folder is or will be; its descriptor stays the target's.
     Tree parent() const;
 
-    /// Puts right what an interrupted backup left. Result: the sentence that says so, or none when there was
-    /// nothing to do. Leftovers that cannot be removed do no harm and stay.
-    Result<std::optional<std::string>> recover();
+    /// Tells whether the folder is a whole package.
+    using Judge = std::function<bool(const Tree& package)>;
+    /// For a backup: puts right what an interrupted one left. A package that was set aside goes back to its
+    /// name, and is removed only where a whole one stands there. Result: the sentence that says so, or none
+    /// when there was nothing to do. Leftovers that cannot be removed do no harm and stay. Errors: another
+    /// backup is at work there (`TelevisionBusy`); something else stands at the name of the package that was
+    /// set aside (`NotAPackage`); the stick says no.
+    Result<std::optional<std::string>> recover(const Judge& isWhole);
+
+    /// For whoever only reads: where nothing but an interrupted backup's previous package is there, that one
+    /// is meant from now on. Nothing is changed. Result: the sentence that says so, or none.
+    Result<std::optional<std::string>> meanWhatWasSetAside();
 
     /// Whether a backup may take the folder's place: it is missing, empty, or a clone package. Errors:
     /// `NotAPackage`, so that nobody's pictures are replaced.
@@ -46,6 +55,9 @@ class StickTarget {
     StickTarget(Descriptor parent, std::string parentPath, std::string name, DiskCalls calls);
 
     Result<bool> isFolder(const std::string& name) const;
+    Result<bool> isVacant() const;
+    Result<bool> putBack();
+    tl::unexpected<Error> twoPackages() const;
     Result<Descriptor> openFolder() const;
     Result<bool> holdsKnownEntry(int directory, bool& empty) const;
 
@@ -62,7 +74,8 @@ class StickTarget {
 /// outlive it.
 class Replacement {
  public:
-    /// Makes the empty folder. Errors: the stick cannot be written.
+    /// Makes the empty folder. Errors: the stick cannot be written; another backup is at work there
+    /// (`TelevisionBusy`).
     static Result<Replacement> begin(StickTarget& target);
     Replacement(Replacement&& other) noexcept;
     Replacement& operator=(Replacement&&) = delete;
@@ -86,7 +99,8 @@ class Replacement {
     tl::unexpected<Error> failed(int errorNumber) const;
 
     StickTarget* target_;
-    Descriptor folder_;
+    Descriptor folder_;    ///< held for this process as long as it is at work
+    Descriptor previous_;  ///< the package before, once it may be removed; held as well
 };
 
 }  // namespace vxclone

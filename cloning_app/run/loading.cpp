@@ -199,6 +199,9 @@ Result<Preparation> prepare(const CloneContext& context, ReadyPackage& ready, co
     if (const auto reset = resetRunKeys(Direction::Restore); !reset) {
         return tl::make_unexpected(reset.error());
     }
+    if (!ready.plan.everything) {
+        recorder.setLoaded(ready.plan.list);
+    }
     if (const auto entered = recorder.enter(RunPhase::Restoring); !entered) {
         return tl::make_unexpected(entered.error());
     }

@@ -10,9 +10,12 @@
 namespace vxclone {
 
 Result<OpenPackage> OpenPackage::open(const std::filesystem::path& folder) {
-    const auto target = StickTarget::open(folder);
+    auto target = StickTarget::open(folder);
     if (!target) {
         return tl::make_unexpected(target.error());
+    }
+    if (const auto meant = target->meanWhatWasSetAside(); !meant) {
+        return tl::make_unexpected(meant.error());
     }
     auto opened = target->openPackage();
     if (!opened) {

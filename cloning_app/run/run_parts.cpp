@@ -3,6 +3,11 @@
 #include <algorithm>
 #include <system_error>
 
+#include "cloning_app/package/own_folders.h"
+#include "cloning_app/run/check.h"
+#include "cloning_app/run/integrity.h"
+#include "cloning_app/run/run_record.h"
+#include "cloning_app/run/staged_package.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -24,26 +29,65 @@ std::filesystem::path canonicalFolder(const std::filesystem::path& path) {
     return result.filename().empty() ? result.parent_path() : result;
 }
 
-}  // namespace
-
-Result<StickTarget> openTarget(const CloneContext& context, const std::filesystem::path& folder) {
+/// The folder, if it is none of the television's own.
+Result<StickTarget> openForeign(const CloneContext& context, const std::filesystem::path& folder) {
     auto target = StickTarget::open(folder, context.disk);
     if (!target) {
         return target;
     }
+    const std::string path = vxcommon::printable(target->path());
     if (overlap(canonicalFolder(target->path()), canonicalFolder(context.cloneRoot))) {
-        return failure(ErrorCode::BadArguments, vxcommon::printable(target->path()) +
-                                                    " is the television's own clone folder; "
-                                                    "name a folder on the stick");
+        return failure(ErrorCode::BadArguments,
+                       path + " is the television's own clone folder; name a folder on the stick");
     }
-    const auto recovered = target->recover();
-    if (!recovered) {
-        return tl::make_unexpected(recovered.error());
-    }
-    if (*recovered) {
-        context.view.notice(**recovered);
+    if (isOwnFolder(target->parent(), target->name(), recordFolderOf(context.cloneRoot))) {
+        return failure(ErrorCode::BadArguments,
+                       path +
+                           " lies where vxclone keeps its own data on this television; "
+                           "name a folder on the stick, or go back with vxclone undo");
     }
     return target;
+}
+
+Result<StickTarget> withNotice(const CloneContext& context, StickTarget target,
+                               const Result<std::optional<std::string>>& said) {
+    if (!said) {
+        return tl::make_unexpected(said.error());
+    }
+    if (*said) {
+        context.view.notice(**said);
+    }
+    return target;
+}
+
+/// Whether the package is unaltered. One of another kind of television may be whole.
+bool isWhole(const CloneContext& context, const Tree& package) {
+    const auto seal = StagedPackage::sealOf(context, package);
+    const auto found = seal ? examinePackage(context.engine, package, seal->tree(), context.stop)
+                            : tl::make_unexpected(seal.error());
+    return found && std::all_of(found->checks.begin(), found->checks.end(), [](const Check& check) {
+               return problemOf(check).value_or(ErrorCode::DoesNotFit) == ErrorCode::DoesNotFit;
+           });
+}
+
+}  // namespace
+
+Result<StickTarget> openSource(const CloneContext& context, const std::filesystem::path& folder) {
+    auto target = openForeign(context, folder);
+    if (!target) {
+        return target;
+    }
+    const auto said = target->meanWhatWasSetAside();
+    return withNotice(context, *std::move(target), said);
+}
+
+Result<StickTarget> openTarget(const CloneContext& context, const std::filesystem::path& folder) {
+    auto target = openForeign(context, folder);
+    if (!target) {
+        return target;
+    }
+    const auto said = target->recover([&context](const Tree& package) { return isWhole(context, package); });
+    return withNotice(context, *std::move(target), said);
 }
 
 Result<ResultList> runAndFollow(const CloneContext& context, Direction direction,

@@ -10,8 +10,11 @@
 
 namespace vxclone {
 
-/// Finds the folder that the user named and puts right what an interrupted backup left there. Errors: those
-/// of `StickTarget`, or the folder is the television's own (`BadArguments`).
+/// Finds the folder that the user named to read from; nothing there is changed. Errors: those of
+/// `StickTarget`, or the folder is the television's own (`BadArguments`).
+Result<StickTarget> openSource(const CloneContext& context, const std::filesystem::path& folder);
+
+/// The same to back up to: puts right what an interrupted backup left there.
 Result<StickTarget> openTarget(const CloneContext& context, const std::filesystem::path& folder);
 
 /// Lets the engine work on the categories of `list` and follows it; a stop does not keep it from beginning.

@@ -152,11 +152,16 @@ Result<RunRecorder> RunRecorder::begin(const std::filesystem::path& folder, RunR
         return tl::make_unexpected(lock.error());
     }
     RunRecorder recorder(*std::move(opened), *std::move(lock), folder.string(), std::move(record));
-    recorder.previous_ = recordIn({recorder.folder_.get(), recorder.path_, Place::Television});
-    if (recorder.previous_ && recorder.previous_->halfChanged) {
+    recorder.previous_ = recordIn(recorder.tree());
+    if (auto before = unfinishedLoadIn(recorder.tree())) {
+        recorder.before_ = *std::move(before);
+    } else if (recorder.previous_ && recorder.previous_->halfChanged) {
+        recorder.before_ = {allCategories(), recorder.previous_->wayBack};
+    }
+    if (!recorder.before_.categories.empty()) {
         recorder.record_.halfChanged = true;
-        recorder.record_.allLoaded = recorder.previous_->allLoaded;
-        recorder.record_.wayBack = recorder.previous_->wayBack;
+        recorder.record_.allLoaded = recorder.previous_ && recorder.previous_->allLoaded;
+        recorder.record_.wayBack = recorder.before_.wayBack;
     }
     if (const auto written = recorder.write(recorder.record_); !written) {
         return tl::make_unexpected(written.error());
@@ -169,7 +174,18 @@ Result<void> RunRecorder::enter(RunPhase phase) {
     next.phase = phase;
     next.halfChanged = record_.halfChanged || phase == RunPhase::Restoring;
     next.allLoaded = phase == RunPhase::ReadingBack || (record_.allLoaded && phase != RunPhase::Restoring);
-    return write(next);
+    if (phase == RunPhase::Restoring) {
+        UnfinishedLoad load = before_.with(loaded_);
+        load.wayBack = record_.wayBack;
+        if (const auto kept = keepUnfinishedLoad(tree(), load); !kept) {
+            return kept;
+        }
+    }
+    auto written = write(next);
+    if (!written && phase == RunPhase::Restoring) {
+        static_cast<void>(keepUnfinishedLoad(tree(), before_));
+    }
+    return written;
 }
 
 void RunRecorder::tell(const ToldProgress& progress) {
@@ -186,12 +202,19 @@ void RunRecorder::tell(const ToldProgress& progress) {
 
 Result<void> RunRecorder::end(int exitStatus, std::vector<Row> rows) {
     RunRecord next = record_;
-    if (record_.phase == RunPhase::Restoring || record_.phase == RunPhase::ReadingBack) {
-        next.halfChanged = false;
-        next.allLoaded = false;
-        next.wayBack = false;
+    const bool hasLoaded = record_.phase == RunPhase::Restoring || record_.phase == RunPhase::ReadingBack;
+    if (!hasLoaded) {
+        return close(std::move(next), exitStatus, std::move(rows));
     }
-    return close(std::move(next), exitStatus, std::move(rows));
+    UnfinishedLoad left = before_.without(loaded_);
+    left.wayBack = record_.wayBack;
+    next.halfChanged = !left.categories.empty();
+    next.allLoaded = false;
+    next.wayBack = next.halfChanged && record_.wayBack;
+    // In this order: as long as the record does not tell of the end, the safety backup is needed.
+    return close(std::move(next), exitStatus, std::move(rows)).and_then([&] {
+        return keepUnfinishedLoad(tree(), left);
+    });
 }
 
 Result<void> RunRecorder::breakOff(int exitStatus, std::vector<Row> rows) {
@@ -213,8 +236,7 @@ void RunRecorder::setWayBack() {
 }
 
 Result<void> RunRecorder::write(const RunRecord& record) {
-    const Tree tree{folder_.get(), path_, Place::Television};
-    if (const auto written = writeSmallFile(tree, kNewRecordFile, recordText(record)); !written) {
+    if (const auto written = writeSmallFile(tree(), kNewRecordFile, recordText(record)); !written) {
         return written;
     }
     if (renameat(folder_.get(), kNewRecordFile, folder_.get(), kRecordFile) != 0 ||

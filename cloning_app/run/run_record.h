@@ -10,6 +10,7 @@
 #include "cloning_app/package/descriptor.h"
 #include "cloning_app/run/result_table.h"
 #include "cloning_app/run/shown_phase.h"
+#include "cloning_app/run/unfinished_load.h"
 
 namespace vxclone {
 
@@ -43,7 +44,7 @@ struct RunRecord {
     std::optional<RunPhase> brokeOffIn = {};  ///< of a run that is done and did not come to its end
     /// A restore or undo broke off after it had begun to load, and none has come to its end since.
     bool halfChanged = false;
-    std::string name = {};  ///< what people call the package; may be empty
+    std::string name = {};   ///< what people call the package; may be empty
     bool allLoaded = false;  ///< that one had loaded everything, only its read-back is missing
     bool wayBack = false;    ///< the safety backup is from before that one
 };
@@ -69,8 +70,9 @@ struct ToldProgress {
 class RunRecorder {
  public:
     /// Takes the television for this process and writes the record; that the television is half changed is
-    /// taken over from the record before. Errors: `TelevisionBusy` while another
-    /// run goes on, and the record is that one's; `TelevisionIo`, `TelevisionFull`.
+    /// taken over from the mark beside the safety backup, and from the record before. Errors:
+    /// `TelevisionBusy` while another run goes on, and the record is that one's; `TelevisionIo`,
+    /// `TelevisionFull`.
     static Result<RunRecorder> begin(const std::filesystem::path& folder, RunRecord record);
 
     const RunRecord& record() const { return record_; }
@@ -79,12 +81,16 @@ class RunRecorder {
     const std::optional<RunRecord>& previous() const { return previous_; }
 
     /// Writes that the run has come to the phase; after a power cut the record says this phase or the one
-    /// before. Errors: the disk says no; the record is the one before.
+    /// before. `Restoring` marks the safety backup as needed first. Errors: the disk says no; the record is
+    /// the one before.
     Result<void> enter(RunPhase phase);
     /// As `enter` with `Done`, and how the run ended, now: it came to its end, or it broke off, and a
-    /// television that it had begun to change stays half changed.
+    /// television that it had begun to change stays half changed. So does one of which an earlier run began
+    /// to change more than this one has loaded.
     Result<void> end(int exitStatus, std::vector<Row> rows);
     Result<void> breakOff(int exitStatus, std::vector<Row> rows);
+    /// What the run loads: all of what runs load, unless it is told.
+    void setLoaded(std::vector<VXClone> categories) { loaded_ = std::move(categories); }
     // What the next of these writes besides.
     void setName(std::string name) { record_.name = std::move(name); }
     void setDigest(std::string digest) { record_.digest = std::move(digest); }
@@ -99,6 +105,7 @@ class RunRecorder {
 
  private:
     RunRecorder(Descriptor folder, Descriptor lock, std::string path, RunRecord record);
+    Tree tree() const { return {folder_.get(), path_, Place::Television}; }
     Result<void> close(RunRecord record, int exitStatus, std::vector<Row> rows);
     Result<void> write(const RunRecord& record);
 
@@ -108,6 +115,8 @@ class RunRecorder {
     std::string path_;
     RunRecord record_;
     std::optional<RunRecord> previous_;
+    UnfinishedLoad before_;  ///< what earlier runs may have left half changed
+    std::vector<VXClone> loaded_ = allCategories();
 };
 
 /// Keeps every run and every other look from beginning while something looks at the television that changes

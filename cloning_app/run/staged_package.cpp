@@ -29,7 +29,7 @@ StagedPackage::~StagedPackage() {
 
 Result<StagedPackage> StagedPackage::bring(const CloneContext& context, const std::filesystem::path& folder,
                                            const Reserve& reserve) {
-    const auto target = openTarget(context, folder);
+    const auto target = openSource(context, folder);
     if (!target) {
         return tl::make_unexpected(target.error());
     }

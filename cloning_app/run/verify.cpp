@@ -29,7 +29,7 @@ Result<Examination> examine(const CloneContext& context, const StickTarget& targ
 }
 
 Result<Report> verify(const CloneContext& context, const std::filesystem::path& folder) {
-    const auto target = openTarget(context, folder);
+    const auto target = openSource(context, folder);
     if (!target) {
         return tl::make_unexpected(target.error());
     }

@@ -103,7 +103,10 @@ class PowerCutTest : public StorageTest {
             }
         }
         auto target = vxclone::StickTarget::open(afterwards / "clone");
-        if (!target || !target->recover()) {
+        const auto isWhole = [&](const vxclone::Tree&) {
+            return whole.count(below(snapshot(afterwards.path()), "clone")) != 0;
+        };
+        if (!target || !target->recover(isWhole)) {
             return false;
         }
         FileTree found = snapshot(afterwards.path());

@@ -2,9 +2,12 @@
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/mount.h>
 
 #include <algorithm>
 #include <csignal>
+#include <functional>
+#include <ostream>
 
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/run_record.h"
@@ -525,6 +528,96 @@ TEST_F(RunsTest, safetyBackupFromBeforeARunThatDiedIsKept) {
     set(kVolume, 7);
     ASSERT_TRUE(restore());
     EXPECT_NE(contentOf(data() / "Safety"), safety);
+}
+
+/// What becomes of the record after a run that died, or what runs then, and the state before that run is
+/// wanted all the same.
+struct AfterADeath {
+    const char* name;
+    std::function<void(const std::filesystem::path& record)> happens;
+    std::vector<VXClone> part;  ///< restored before the whole; none where nothing is
+};
+
+void PrintTo(const AfterADeath& after, std::ostream* out) {
+    *out << after.name;
+}
+
+const AfterADeath kAfterADeath[] = {
+    {"part", [](const auto&) {}, {VXCLONE_VXTV_TIMER_DATA}},
+    {"damaged_record", [](const auto& record) { writeFile(record, "{"); }, {}},
+    {"no_record", [](const auto& record) { std::filesystem::remove(record); }, {}},
+    {"damaged_mark",
+     [](const auto& record) {
+         writeFile(record.parent_path() / "Safety.needed", std::string("way-back\n\xff\n"));
+     },
+     {}},
+};
+
+class SafetyAfterADeathTest : public RunsTest, public testing::WithParamInterface<AfterADeath> {};
+
+TEST_P(SafetyAfterADeathTest, isKeptUntilAWholeRunHasComeToItsEnd) {
+    ASSERT_TRUE(restore());
+    const auto safety = contentOf(data() / "Safety");
+    dieWhileRestoring();
+    set(kVolume, 5);
+    GetParam().happens(data() / "run.json");
+    if (!GetParam().part.empty()) {
+        RestoreOptions options{GetParam().part};
+        options.everything = false;
+        ASSERT_TRUE(restore(options));
+        EXPECT_EQ(contentOf(data() / "Safety"), safety);
+        EXPECT_TRUE(lastRun().record.halfChanged);
+    }
+    ASSERT_TRUE(restore());
+    EXPECT_EQ(contentOf(data() / "Safety"), safety);
+    EXPECT_FALSE(lastRun().record.halfChanged);
+    EXPECT_FALSE(std::filesystem::exists(data() / "Safety.needed"));
+    set(kVolume, 7);
+    ASSERT_TRUE(restore());
+    EXPECT_NE(contentOf(data() / "Safety"), safety);
+}
+
+INSTANTIATE_TEST_SUITE_P(After, SafetyAfterADeathTest, testing::ValuesIn(kAfterADeath),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST_F(RunsTest, partThatDiedIsOverOnceThatPartIsLoaded) {
+    ASSERT_TRUE(restore());
+    {
+        auto recorder = RunRecorder::begin(data(), {RunKind::Restore, RunPhase::Staging, "", "", 1});
+        ASSERT_TRUE(recorder);
+        recorder->setLoaded({VXCLONE_VXTV_TIMER_DATA});
+        ASSERT_TRUE(recorder->enter(RunPhase::Restoring));
+    }
+    EXPECT_TRUE(lastRun().record.halfChanged);
+    RestoreOptions options{{VXCLONE_VXTV_TIMER_DATA, VXCLONE_BROADCAST_TVS}};
+    ASSERT_TRUE(restore(options));
+    EXPECT_FALSE(lastRun().record.halfChanged);
+}
+
+TEST_F(RunsTest, ownFoldersAreNoTargetAndNoSourceUnderAnyName) {
+    const bool allowed = withOwnMounts([this] {
+        ASSERT_TRUE(restore());
+        const auto before = contentOf(data());
+        const auto other = folder_ / "other name";
+        std::filesystem::create_directory(other);
+        ASSERT_EQ(mount(data().c_str(), other.c_str(), nullptr, MS_BIND, nullptr), 0);
+        std::filesystem::create_directory_symlink(data() / "Safety", folder_ / "link");
+        for (const auto& own : {data() / "Safety", data() / "new", other / "Safety", other / "Safety/vconf",
+                                folder_ / "link/new", data()}) {
+            SCOPED_TRACE(own);
+            for (const auto& report :
+                 {runBackup(context(), own), runRestore(context(), own, {allCategories()})}) {
+                ASSERT_FALSE(report);
+                EXPECT_EQ(report.error().code, ErrorCode::BadArguments);
+            }
+        }
+        auto after = contentOf(data());
+        after["run.json"] = before.at("run.json");
+        EXPECT_EQ(after, before);
+    });
+    if (!allowed) {
+        GTEST_SKIP() << "mounting is not allowed here";
+    }
 }
 
 TEST_F(RunsTest, libraryThatBreaksOffLeavesTheTelevisionHalfChanged) {

@@ -1,7 +1,9 @@
 #include "cloning_app/package/stick_target.h"
 
 #include <gmock/gmock.h>
+#include <sys/file.h>
 #include <sys/mount.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstdio>
@@ -55,6 +57,12 @@ DiskCalls callsWith(FailingCall& failing, bool exchanges) {
         return real.rename(directory, from, to, flags);
     };
     return calls;
+}
+
+/// A package of these tests is whole when its settings file has something in it.
+bool isWhole(const Tree& package) {
+    struct stat facts {};
+    return fstatat(package.descriptor, "vconf/Vconf.json", &facts, 0) == 0 && facts.st_size != 0;
 }
 
 class StickTargetTest : public testing::Test {
@@ -227,7 +235,7 @@ TEST_F(StickTargetTest, readOnlyStickIsNamed) {
 TEST_F(StickTargetTest, recoverOfNothingSaysNothing) {
     const Content before = oldPackage();
     StickTarget target = open();
-    const auto said = target.recover();
+    const auto said = target.recover(isWhole);
     ASSERT_TRUE(said);
     EXPECT_FALSE(*said);
     EXPECT_EQ(contentOf(stick_.path()), before);
@@ -237,7 +245,7 @@ TEST_F(StickTargetTest, recoverOfAPartBesideThePackageRemovesIt) {
     const Content before = oldPackage();
     writeFile(stick_ / ".clone.vxclone-new/vconf/Vconf.json", "half");
     StickTarget target = open();
-    const auto said = target.recover();
+    const auto said = target.recover(isWhole);
     ASSERT_TRUE(said && *said);
     EXPECT_EQ(contentOf(stick_.path()), before);
 }
@@ -247,7 +255,7 @@ TEST_F(StickTargetTest, recoverOfAPackageMovedAsideBringsItBack) {
     std::filesystem::rename(stick_ / "clone", stick_ / ".clone.vxclone-old");
     writeFile(stick_ / ".clone.vxclone-new/vconf/Vconf.json", "new");
     StickTarget target = open();
-    const auto said = target.recover();
+    const auto said = target.recover(isWhole);
     ASSERT_TRUE(said && *said);
     EXPECT_THAT(**said, HasSubstr("is back"));
     EXPECT_EQ(contentOf(stick_.path()), before);
@@ -257,8 +265,94 @@ TEST_F(StickTargetTest, recoverOfAnOldPackageBesideTheNewOneRemovesTheOld) {
     const Content before = oldPackage();
     writeFile(stick_ / ".clone.vxclone-old/vconf/Vconf.json", "older");
     StickTarget target = open();
-    ASSERT_TRUE(target.recover());
+    ASSERT_TRUE(target.recover(isWhole));
     EXPECT_EQ(contentOf(stick_.path()), before);
+}
+
+TEST_F(StickTargetTest, recoverOfAPackageMovedAsideReplacesAnEmptyFolder) {
+    const Content before = oldPackage();
+    std::filesystem::rename(stick_ / "clone", stick_ / ".clone.vxclone-old");
+    std::filesystem::create_directory(stick_ / "clone");
+    StickTarget target = open();
+    ASSERT_TRUE(target.recover(isWhole));
+    EXPECT_EQ(contentOf(stick_.path()), before);
+}
+
+TEST_F(StickTargetTest, recoverKeepsThePackageThatWasMovedAsideUnlessAWholeOneStandsAtItsName) {
+    for (const std::string kind :
+         {"empty file", "dangling link", "file", "damaged package", "other folder"}) {
+        SCOPED_TRACE(kind);
+        writeFile(stick_ / ".clone.vxclone-old/vconf/Vconf.json", "old");
+        if (kind == "dangling link") {
+            std::filesystem::create_symlink("nowhere", stick_ / "clone");
+        } else {
+            const std::string inside = kind == "damaged package" ? "/vconf/Vconf.json" : "/pictures/summer";
+            const bool isFile = kind.find("file") != std::string::npos;
+            writeFile(stick_ / ("clone" + (isFile ? "" : inside)), kind == "file" ? "x" : "");
+        }
+        const Content before = contentOf(stick_.path());
+        StickTarget target = open();
+        const auto said = target.recover(isWhole);
+        ASSERT_FALSE(said);
+        EXPECT_EQ(said.error().code, ErrorCode::NotAPackage);
+        EXPECT_EQ(said.error().sentence,
+                  "a backup was interrupted: the previous package is .clone.vxclone-old in " +
+                      stick_.path().string() + ", and " + (stick_ / "clone").string() +
+                      " is no whole package; move one of the two away and back up again");
+        EXPECT_EQ(contentOf(stick_.path()), before);
+        std::filesystem::remove_all(stick_ / "clone");
+    }
+}
+
+TEST_F(StickTargetTest, leftoverOfABackupThatGoesOnIsNotTouched) {
+    oldPackage();
+    StickTarget first = open();
+    const auto going = Replacement::begin(first);
+    ASSERT_TRUE(going);
+    writeFile(stick_ / ".clone.vxclone-new/part", "x");
+    const Content before = contentOf(stick_.path());
+    StickTarget second = open();
+    const std::string wanted =
+        "another vxclone is writing a backup to " + (stick_ / "clone").string() + "; wait for its end";
+    for (const Error& error : {second.recover(isWhole).error(), Replacement::begin(second).error()}) {
+        EXPECT_EQ(error.code, ErrorCode::TelevisionBusy);
+        EXPECT_EQ(error.sentence, wanted);
+    }
+    EXPECT_EQ(contentOf(stick_.path()), before);
+}
+
+TEST_F(StickTargetTest, packageThatIsBeingRemovedAfterABackupIsNotTouched) {
+    oldPackage();
+    std::filesystem::rename(stick_ / "clone", stick_ / ".clone.vxclone-old");
+    const Descriptor other(::open((stick_ / ".clone.vxclone-old").c_str(), kOpenFolder));
+    ASSERT_EQ(flock(other.get(), LOCK_EX), 0);
+    StickTarget target = open();
+    EXPECT_EQ(target.recover(isWhole).error().code, ErrorCode::TelevisionBusy);
+    EXPECT_TRUE(std::filesystem::exists(stick_ / ".clone.vxclone-old/vconf/Vconf.json"));
+}
+
+TEST_F(StickTargetTest, readingMeansThePackageMovedAsideAndChangesNothing) {
+    oldPackage();
+    std::filesystem::rename(stick_ / "clone", stick_ / ".clone.vxclone-old");
+    const Content before = contentOf(stick_.path());
+    StickTarget target = open();
+    const auto said = target.meanWhatWasSetAside();
+    ASSERT_TRUE(said && *said);
+    EXPECT_EQ(**said, "A backup to " + (stick_ / "clone").string() +
+                          " was interrupted: the previous package beside it is meant.");
+    EXPECT_TRUE(target.openPackage());
+    EXPECT_EQ(target.path(), (stick_ / ".clone.vxclone-old").string());
+    EXPECT_EQ(contentOf(stick_.path()), before);
+}
+
+TEST_F(StickTargetTest, readingMeansThePackageAtTheNameWhereThereIsOne) {
+    oldPackage();
+    writeFile(stick_ / ".clone.vxclone-old/vconf/Vconf.json", "older");
+    StickTarget target = open();
+    const auto said = target.meanWhatWasSetAside();
+    ASSERT_TRUE(said);
+    EXPECT_FALSE(*said);
+    EXPECT_EQ(target.path(), (stick_ / "clone").string());
 }
 
 TEST_F(StickTargetTest, recoverOfALinkWithALeftoversNameRemovesTheLinkOnly) {
@@ -266,7 +360,7 @@ TEST_F(StickTargetTest, recoverOfALinkWithALeftoversNameRemovesTheLinkOnly) {
     writeFile(elsewhere / "kept", "x");
     std::filesystem::create_directory_symlink(elsewhere.path(), stick_ / ".clone.vxclone-old");
     StickTarget target = open();
-    ASSERT_TRUE(target.recover());
+    ASSERT_TRUE(target.recover(isWhole));
     EXPECT_TRUE(std::filesystem::is_empty(stick_.path()));
     EXPECT_TRUE(std::filesystem::exists(elsewhere / "kept"));
 }
@@ -278,7 +372,7 @@ TEST_F(StickTargetTest, stickMountedReadOnlyIsRefusedForABackupAndServesARestore
         writeFile(stick_ / ".clone.vxclone-new/part", "x");
         ASSERT_EQ(mount(nullptr, stick_.path().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr), 0);
         StickTarget target = open();
-        EXPECT_TRUE(target.recover());
+        EXPECT_TRUE(target.recover(isWhole));
         EXPECT_TRUE(target.openPackage());
         EXPECT_EQ(replace(target).error().code, ErrorCode::StickReadOnly);
         EXPECT_EQ(readFile(stick_ / "clone/vconf/Vconf.json"), "old");
