@@ -5,6 +5,8 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <iostream>
 #include <map>
@@ -88,10 +90,18 @@ std::string stay(const Arguments& given) {
     return awaitEnd(given);
 }
 
+/// Has the application killed, wherever it lives.
+bool kill(const std::string& application) {
+    const std::string television = std::getenv("VXTV_TELEVISION");
+    std::ofstream requests(television + "/run/app." + application + ".requests");
+    requests << static_cast<char>(SIGKILL) << std::flush;
+    return requests.good();
+}
+
 /// Launches the application, kills it, and tells how many milliseconds it still seemed to run.
 std::string killed(const Arguments& given) {
     const int process = launch(given.at(0), {});
-    if (process < 1 || !isRunning(given.at(0)) || kill(process, SIGKILL) != 0) {
+    if (process < 1 || !isRunning(given.at(0)) || !kill(given.at(0))) {
         return "not launched";
     }
     const auto begin = std::chrono::steady_clock::now();

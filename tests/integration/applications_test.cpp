@@ -2,6 +2,7 @@
 // beginning of every session.
 
 #include <csignal>
+#include <tuple>
 
 #include "tests/integration/clone_fixture.h"
 #include "virtual_tv/television/application_manifest.h"
@@ -149,6 +150,40 @@ TEST_F(ApplicationsTest, twoSessionsHaveOneApplication) {
     EXPECT_EQ(inSession(first, {"running", kOrvel}), "1");
     EXPECT_EQ(inSession(second, {"running", kOrvel}), "0");
 }
+
+/// How the session ends that started the applications, and how the other one is isolated.
+class EndOfASession : public ApplicationsTest,
+                      public testing::WithParamInterface<std::tuple<int, const char*>> {};
+
+TEST_P(EndOfASession, leavesTheOthersTheApplicationsThatItStarted) {
+    const auto [signal, isolation] = GetParam();
+    RunningProcess starter(inTelevision(first, client({"stay", kOrvel})));
+    ASSERT_TRUE(starter.waitForOutput("\n"));
+    RunningProcess other(
+        inTelevision(first, {"sh", "-c", "echo up; sleep 1000 & wait"}, {"--isolation", isolation}));
+    ASSERT_TRUE(other.waitForOutput("up"));
+    EXPECT_EQ(inSession(first, {"await", kFirstScreen}), "runs");
+    const int orvel = processOf(kOrvel);
+    const int firstScreen = processOf(kFirstScreen);
+    EXPECT_GT(orvel, 0);
+    starter.signal(signal);
+    starter.wait();
+    EXPECT_EQ(processOf(kOrvel), orvel);
+    EXPECT_EQ(processOf(kFirstScreen), firstScreen);
+    EXPECT_EQ(backUp(), std::string(kOrvel) + ": success");
+    other.signal(SIGTERM);
+    other.wait();
+    EXPECT_EQ(processOf(kOrvel), 0);
+    EXPECT_EQ(processOf(kFirstScreen), 0);
+    EXPECT_TRUE(snapshot(first + "/run").empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, EndOfASession,
+                         testing::Combine(testing::Values(SIGTERM, SIGKILL), testing::Values("user", "real")),
+                         [](const auto& tested) {
+                             return std::string(std::get<0>(tested.param) == SIGKILL ? "killed_" : "usual_") +
+                                    std::get<1>(tested.param);
+                         });
 
 TEST_F(ApplicationsTest, startAndStopWorkFromOutside) {
     vxtv({"app", "start", first, kOrvel});

@@ -13,6 +13,7 @@
 #include <chrono>
 
 #include "virtual_tv/session/bus_config.h"
+#include "virtual_tv/session/keeper.h"
 
 namespace vxtv {
 
@@ -22,10 +23,9 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds kStartTime(5);
 
 // Where the descriptors of the keeper and the daemon are. The last two are the keeper's own.
-enum : int { kConfigAt = 3, kAddressAt = 4, kLifeAt = 5, kLockAt = 6, kFirstUnused = 7 };
+enum : int { kConfigAt = kFirstKept, kAddressAt, kLifeAt, kLockAt };
 constexpr const char* kConfigFile = "--config-file=/proc/self/fd/3";
 constexpr const char* kPrintAddress = "--print-address=4";
-constexpr int kOutOfTheWay = 32;
 
 /// What the keeper needs. Between its fork and its end it may only do what a signal handler may, since the
 /// caller may have had threads.
@@ -36,23 +36,6 @@ struct Plan {
     int life;
     int lock;
 };
-
-void endWithTheDaemon(int) {
-    waitpid(-1, nullptr, WNOHANG);
-    _exit(0);
-}
-
-/// Nothing of the caller's may stay open, or whoever waits for its end would wait for ours.
-void keepOnly(const Plan& plan) {
-    const std::array<int, 4> wanted = {plan.config, plan.address, plan.life, plan.lock};
-    std::array<int, 4> moved{};
-    for (std::size_t i = 0; i < wanted.size(); ++i) moved[i] = fcntl(wanted[i], F_DUPFD, kOutOfTheWay);
-    const int nothing = open("/dev/null", O_RDWR);
-    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, standard);
-    for (std::size_t i = 0; i < moved.size(); ++i) dup2(moved[i], kConfigAt + static_cast<int>(i));
-    fcntl(kLockAt, F_SETFD, FD_CLOEXEC);
-    closefrom(kFirstUnused);
-}
 
 [[noreturn]] void becomeDaemon(const char* program, pid_t keeper) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -67,27 +50,15 @@ void keepOnly(const Plan& plan) {
 }
 
 [[noreturn]] void keep(const Plan& plan) {
-    setsid();
-    prctl(PR_SET_NAME, "vxtv-bus");
-    if (chdir("/") != 0) _exit(1);
-    keepOnly(plan);
-    sigset_t others;
-    sigfillset(&others);
-    sigdelset(&others, SIGCHLD);
-    sigprocmask(SIG_SETMASK, &others, nullptr);
-    struct sigaction ended {};
-    ended.sa_handler = endWithTheDaemon;
-    sigaction(SIGCHLD, &ended, nullptr);
+    becomeKeeper("vxtv-bus", {plan.config, plan.address, plan.life, plan.lock});
+    fcntl(kLockAt, F_SETFD, FD_CLOEXEC);
     const pid_t keeper = getpid();
     const pid_t daemon = fork();
     if (daemon < 0) _exit(1);
     if (daemon == 0) becomeDaemon(plan.daemon, keeper);
     close(kConfigAt);
     close(kAddressAt);
-    while (flock(kLockAt, LOCK_EX) != 0 && errno == EINTR) continue;
-    kill(daemon, SIGKILL);
-    waitpid(daemon, nullptr, 0);
-    _exit(0);
+    keepUntilLocked(kLockAt, daemon);
 }
 
 tl::unexpected<Error> notStarted(const std::string& why) {
@@ -125,19 +96,19 @@ Result<std::string> readAddress(const Descriptor& pipe) {
 
 }  // namespace
 
-Result<StartedBus> startBus(BusStart start) {
+Result<StartedService> startBus(const std::filesystem::path& daemon, ServiceStart start) {
     const Descriptor config = fileWith(busConfig(newBusAddress()));
     std::array<int, 2> pipe{};
     if (!config || pipe2(pipe.data(), O_CLOEXEC) != 0) return notStarted(reason());
     const Descriptor readEnd(pipe[0]);
     Descriptor writeEnd(pipe[1]);
-    const Plan plan = {start.daemon.c_str(), config.get(), writeEnd.get(), start.life, start.lock.get()};
+    const Plan plan = {daemon.c_str(), config.get(), writeEnd.get(), start.life, start.lock.get()};
     const pid_t keeper = fork();
     if (keeper < 0) return notStarted(reason());
     if (keeper == 0) keep(plan);
     writeEnd.close();
     auto address = readAddress(readEnd);
-    if (address) return StartedBus{std::move(*address), keeper};
+    if (address) return StartedService{std::move(*address), keeper};
     kill(keeper, SIGKILL);
     while (waitpid(keeper, nullptr, 0) < 0 && errno == EINTR) continue;
     return tl::make_unexpected(address.error());

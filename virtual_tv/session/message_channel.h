@@ -24,6 +24,10 @@ struct Message {
 /// One end of a connection between two processes of a session; closed, the other end reads nothing any more.
 class MessageChannel {
  public:
+    MessageChannel() = default;
+    /// Takes over the descriptor of an end.
+    explicit MessageChannel(Descriptor socket) : socket_(std::move(socket)) {}
+
     /// Both ends, to be shared out over a fork. Empty ends with errno set when the system has none.
     static std::pair<MessageChannel, MessageChannel> makePair();
 

@@ -9,11 +9,13 @@
 
 #include "virtual_tv/session/covered.h"
 #include "virtual_tv/session/exposure.h"
+#include "virtual_tv/session/home_keeper.h"
 #include "virtual_tv/session/program.h"
 #include "virtual_tv/session/real_paths.h"
 #include "virtual_tv/television/application_launch.h"
 #include "virtual_tv/television/application_run.h"
 #include "virtual_tv/television/database.h"
+#include "virtual_tv/television/live_file.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/ready_mark.h"
 #include "virtual_tv/television/secure_storage.h"
@@ -64,10 +66,12 @@ Session::Session(Folder folder, std::vector<Stick> sticks, Isolation isolation, 
       interactive_(wish.interactive),
       warn_(wish.warn ? wish.warn : [](const Error&) {}),
       lock_(std::move(lock)),
-      bus_(folder_) {}
+      bus_(folder_),
+      home_({folder_.run(), folder_.homeLock(), folder_.homeAddress(), "the home of the applications"}) {}
 
 Session::~Session() {
     lock_.release([&] {
+        home_.end();
         bus_.endBus();
         removeStaleMarks(folder_);
         record_.removeAll();
@@ -83,6 +87,8 @@ Result<Session> Session::open(const SessionWish& wish) {
     const auto isolation = chooseIsolation(wish.isolation);
     if (!isolation) return tl::make_unexpected(isolation.error());
     auto lock = SessionLock::acquire(*folder, [&] {
+        // That of a killed session is just being ended.
+        waitForEndOfLiveFile(folder->homeAddress());
         removeStaleMarks(*folder);
         EntryRecord(*folder).removeAll();
     });
@@ -93,7 +99,27 @@ Result<Session> Session::open(const SessionWish& wish) {
     // In the television's own /tmp a mark of whoever made it would be a lie.
     if (!session.markStorage(mark)) fs::remove(mark, ignored);
     if (const auto taken = session.bus_.take(); !taken) session.warn_(taken.error());
+    if (*isolation == Isolation::RealPaths) {
+        // The machine's own paths are this session's alone, so it makes no home there that outlives it.
+        session.home_.join();
+    } else if (const auto shared = session.shareHome(); !shared) {
+        session.warn_(shared.error());
+    }
     return session;
+}
+
+/// The home sees what every session sees: no sticks and no working directory, which are one command's.
+Result<void> Session::shareHome() {
+    const auto binds = prepareBinds(folder_, {}, {{ownTree(), true}, {folder_.root(), true}}, record_);
+    if (!binds) return {};  // nothing can be run then, which says why
+    const HomePlan plan{folder_, isolation_, [&binds] {
+                            auto done = doBinds(*binds);
+                            if (done) showOwnProcesses();
+                            return done;
+                        }};
+    return home_.take([&plan](ServiceStart start) { return startHome(plan, std::move(start)); }).map([this] {
+        startAutostartApplications(folder_, StartPlace::Home);
+    });
 }
 
 /// The mark says what is: it is there while the storage is up.
@@ -121,7 +147,7 @@ Result<Outcome> Session::run(const std::vector<std::string>& command) const {
         if (done) {
             showOwnProcesses();
             returnTo(directory);
-            startAutostartApplications(folder_);
+            if (!home_) startAutostartApplications(folder_, StartPlace::Here);
         }
         return done;
     };
@@ -134,7 +160,7 @@ Result<Outcome> Session::runOnRealPaths(Job job) const {
     // Here programs look for the mark in the machine's /tmp.
     markStorage(kSecureStorageReady);
     job.prepare = [this] {
-        startAutostartApplications(folder_);
+        startAutostartApplications(folder_, home_ ? StartPlace::Home : StartPlace::Here);
         return Result<void>();
     };
     auto outcome = supervise(job);

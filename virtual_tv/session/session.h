@@ -9,6 +9,7 @@
 #include "virtual_tv/session/bus_share.h"
 #include "virtual_tv/session/entry_record.h"
 #include "virtual_tv/session/isolation.h"
+#include "virtual_tv/session/live_share.h"
 #include "virtual_tv/session/mounts.h"
 #include "virtual_tv/session/session_lock.h"
 #include "virtual_tv/session/stick.h"
@@ -32,17 +33,18 @@ struct SessionWish {
 /// Life cycle:
 ///  1. `open` checks the television and the sticks, finds a way to isolate, and takes the session lock. If no
 ///     other session runs, it first takes out what a killed one left in the television. When the secure
-///     storage is up, its mark is made. The message bus is started, or shared with the other sessions.
+///     storage is up, its mark is made. The message bus and the home of the applications are started, or
+///     shared with the other sessions, and the applications that every session wants are started.
 ///  2. `run` makes the mount points, forks the session's first process into its namespaces, which mounts the
 ///     television over /opt, /tmp and /media and what that covers back to its place, and starts the command.
 ///     When the command has ended, all processes of the session are ended, and the mounts go with them.
-///  3. The destructor ends the bus and takes the mount points out again if this was the last session, and
-///  gives
-///     the lock back.
+///  3. The destructor ends the applications and the bus and takes the mount points out again if this was the
+///     last session, and gives the lock back.
 /// If the process is killed meanwhile, the kernel ends the session's processes and step 1 of the next session
 /// does what is left of step 3.
 ///
-/// Several sessions of one television may run at a time, except on the machine's own paths. Only one thread
+/// Several sessions of one television may run at a time, except on the machine's own paths, where the
+/// applications live and end with their session. Only one thread
 /// may run in the process.
 class Session {
  public:
@@ -64,6 +66,7 @@ class Session {
             SessionLock lock);
     bool markStorage(const std::filesystem::path& mark) const;
     Result<Outcome> runOnRealPaths(Job job) const;
+    Result<void> shareHome();
     std::vector<Need> needsOf(const std::string& program) const;
 
     Folder folder_;
@@ -74,6 +77,7 @@ class Session {
     std::function<void(const Error&)> warn_;
     SessionLock lock_;
     BusShare bus_;
+    LiveShare home_;
 };
 
 }  // namespace vxtv

@@ -16,6 +16,7 @@
 
 #include "platform/dlog.h"
 #include "virtual_tv/session/descriptor.h"
+#include "virtual_tv/television/application_home.h"
 #include "virtual_tv/television/application_run.h"
 #include "virtual_tv/television/applications.h"
 #include "virtual_tv/television/dlog_file.h"
@@ -32,17 +33,25 @@ tl::unexpected<Error> cannotStart(const std::string& id, std::string_view why) {
     return failure(ErrorCode::CannotRun, fmt::format("the application {} cannot be started: {}", id, why));
 }
 
-/// The caller's environment, with other values for some variables; an empty value takes a variable out.
+std::vector<std::string> ownEnvironment() {
+    std::vector<std::string> entries;
+    for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+        entries.emplace_back(*entry);
+    }
+    return entries;
+}
+
+/// An environment with other values for some variables; an empty value takes a variable out.
 class Environment {
  public:
-    explicit Environment(const std::vector<std::pair<std::string, std::string>>& values) {
-        for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
-            const std::string_view text(*entry);
-            const std::string_view name = text.substr(0, text.find('='));
+    Environment(const std::vector<std::string>& entries,
+                const std::vector<std::pair<std::string, std::string>>& values) {
+        for (const std::string& entry : entries) {
+            const std::string_view name = std::string_view(entry).substr(0, entry.find('='));
             const bool isReplaced = std::any_of(values.begin(), values.end(),
                                                 [name](const auto& value) { return value.first == name; });
             if (!isReplaced) {
-                texts_.emplace_back(text);
+                texts_.push_back(entry);
             }
         }
         for (const auto& [name, value] : values) {
@@ -94,42 +103,64 @@ class SpawnSettings {
     posix_spawnattr_t attributes_{};
 };
 
-/// Starts a host. Result: where its report can be read.
-Result<Descriptor> startHost(const Folder& folder, const std::string& id, const std::string& bundle) {
-    const std::string host = shippedProgram(kApplicationHost).string();
-    if (host.empty()) {
-        return cannotStart(id, fmt::format("{} is missing; install vxtv again", kApplicationHost));
-    }
+/// Starts a host in this process's session. Result: where its report can be read.
+Result<Descriptor> startHostHere(const Folder& folder, const std::string& id, const std::string& bundle) {
     std::array<int, 2> pipe{};
     if (pipe2(pipe.data(), O_CLOEXEC) != 0) {
         return cannotStart(id, reason());
     }
     Descriptor report(pipe[0]);
+    HomeRequest request{id, bundle, ownEnvironment(), Descriptor(pipe[1])};
+    return startHost(folder, request).map([&report] { return std::move(report); });
+}
+
+/// Starts a host where the television's applications live: in its home, or here when it has none.
+Result<Descriptor> startHostAnywhere(const Folder& folder, const std::string& id, const std::string& bundle) {
+    if (auto report = launchAtHome(folder, id, bundle)) {
+        return std::move(*report);
+    }
+    return startHostHere(folder, id, bundle);
+}
+
+Result<void> startAt(StartPlace place, const Folder& folder, const std::string& id) {
+    if (place == StartPlace::Here) {
+        return startHostHere(folder, id, kNoBundle).map([](const Descriptor&) {});
+    }
+    return launchAtHome(folder, id, kNoBundle) ? Result<void>()
+                                               : cannotStart(id, "the home of the applications is gone");
+}
+
+}  // namespace
+
+Result<void> startHost(const Folder& folder, const HomeRequest& request) {
+    const std::string host = shippedProgram(kApplicationHost).string();
+    if (host.empty()) {
+        return cannotStart(request.application,
+                           fmt::format("{} is missing; install vxtv again", kApplicationHost));
+    }
     // The child's own copy is made by dup2, which does nothing for equal numbers.
-    const Descriptor reporting(fcntl(pipe[1], F_DUPFD_CLOEXEC, kReportDescriptor + 1));
-    close(pipe[1]);
+    const Descriptor reporting(fcntl(request.report.get(), F_DUPFD_CLOEXEC, kReportDescriptor + 1));
     std::string way = nameOf(HostWay::Detached);
     std::string television = folder.root().string();
-    std::string application = id;
+    std::string application = request.application;
     std::string descriptor = std::to_string(kReportDescriptor);
     std::string program = host;
     const std::array<char*, 6> arguments = {program.data(),    television.data(), application.data(),
                                             descriptor.data(), way.data(),        nullptr};
-    Environment environment({{kTelevisionVariable, television}, {kLaunchBundleVariable, bundle}});
+    Environment environment(request.environment,
+                            {{kTelevisionVariable, television}, {kLaunchBundleVariable, request.bundle}});
     const SpawnSettings settings(reporting.get());
     pid_t child = -1;
     const int error = posix_spawn(&child, host.c_str(), &settings.actions_, &settings.attributes_,
                                   arguments.data(), environment.get());
     if (error != 0) {
-        return cannotStart(id, reason(error));
+        return cannotStart(request.application, reason(error));
     }
     // It leaves at once, and what goes on belongs to nobody. A program that ignores the end of its children
     // has it collected already.
     while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) continue;
-    return report;
+    return {};
 }
-
-}  // namespace
 
 const char* nameOf(HostWay way) {
     return way == HostWay::Detached ? "detached" : "attached";
@@ -175,22 +206,21 @@ Result<pid_t> launchApplication(const Folder& folder, const std::string& id, con
         if (const auto process = runningProcess(folder, id)) {
             return *process;
         }
-        return startHost(folder, id, bundle).and_then([](const Descriptor& report) {
+        return startHostAnywhere(folder, id, bundle).and_then([](const Descriptor& report) {
             return readHostReport(report.get());
         });
     });
 }
 
-void startAutostartApplications(const Folder& folder) {
+void startAutostartApplications(const Folder& folder, StartPlace place) {
     const Applications applications(folder);
     DlogFile log(folder.dlog());
     for (const std::string& id : applications.ids().value_or(std::vector<std::string>())) {
         const auto manifest = applications.find(id);
         const bool isWanted = !manifest || manifest->autostart;
         const Result<void> started = !manifest ? tl::make_unexpected(manifest.error())
-                                     : isWanted && !runningProcess(folder, id)
-                                         ? startHost(folder, id, kNoBundle).map([](const Descriptor&) {})
-                                         : Result<void>();
+                                     : isWanted && !runningProcess(folder, id) ? startAt(place, folder, id)
+                                                                               : Result<void>();
         if (!started) {
             log.append(DLOG_ERROR, id, started.error().sentence);
         }

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "virtual_tv/television/application_home.h"
 #include "virtual_tv/television/error.h"
 #include "virtual_tv/television/folder.h"
 
@@ -29,16 +30,25 @@ const char* nameOf(HostWay way);
 Result<pid_t> readHostReport(int descriptor);
 void writeHostReport(int descriptor, const Result<pid_t>& report);
 
-/// Starts the application in the caller's session, with the bundle as a JSON object, or with none when the
-/// text is empty; one that runs already is left alone and does not get the bundle. Result: its process, which
-/// is there but need not be ready.
+/// Starts the application in the television's home, and in the caller's session when there is no home, with
+/// the bundle as a JSON object, or with none when the text is empty; one that runs already is left alone and
+/// does not get the bundle. Result: its process as the home counts it, which is there but need not be ready.
 /// Errors: BadArgument for what is no id, UnknownApplication, BadApplication, CannotRun, NoSpace, Io.
 /// Threads: any; the caller may have others. Nothing of the caller's but its environment reaches the
 /// application.
 Result<pid_t> launchApplication(const Folder& folder, const std::string& id, const std::string& bundle);
 
+/// Where an application is started.
+enum class StartPlace {
+    Home,  ///< in the television's home, which is there
+    Here   ///< among the caller's processes
+};
+
 /// Starts those of the television's applications that want it and do not run, and does not wait for them.
 /// What cannot be started is told in the television's log.
-void startAutostartApplications(const Folder& folder);
+void startAutostartApplications(const Folder& folder, StartPlace place);
+
+/// Starts the host of an application among the caller's processes, for whoever asks. Errors: CannotRun.
+Result<void> startHost(const Folder& folder, const HomeRequest& request);
 
 }  // namespace vxtv

@@ -12,6 +12,7 @@
 
 #include "virtual_tv/television/database.h"
 #include "virtual_tv/television/folder.h"
+#include "virtual_tv/television/live_file.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {
@@ -85,6 +86,8 @@ Result<void> destroyTelevision(const fs::path& path) {
         return failure(ErrorCode::Busy,
                        fmt::format("a session runs in {}; end it and try again", folder.root().string()));
     }
+    // The applications of a killed session are just being ended, and write until then.
+    waitForEndOfLiveFile(folder.homeAddress());
     const Result<fs::path> hidden = hide(folder.root());
     if (!hidden) {
         return tl::make_unexpected(hidden.error());

@@ -34,6 +34,9 @@ class Folder {
     std::filesystem::path busLock() const { return run() / "bus.lock"; }
     /// The address of the message bus; locked while the bus is up.
     std::filesystem::path busAddress() const { return run() / "bus"; }
+    /// The same two for the home of the applications.
+    std::filesystem::path homeLock() const { return run() / "home.lock"; }
+    std::filesystem::path homeAddress() const { return run() / "home"; }
 
  private:
     std::filesystem::path root_;

@@ -1,8 +1,8 @@
 // Loaded into a program before the C library: writes down everything that the program changes on one file
-// system, in order, with the data. VX_JOURNAL names the file for it, VX_JOURNAL_OF a folder of the file
-// system. With VX_JOURNAL_NO_EXCHANGE that file system cannot exchange two names; with VX_JOURNAL_KILL_AT, a
-// number from 1 on, the program is killed right after that change.
-// tests/sweeps/storage/journal.h reads the journal.
+// system, in order, with the data. VX_JOURNAL names the file for it, VX_JOURNAL_OF the folder at which the
+// file system is mounted; applications, which inherit both but see no stick, write nothing down. With
+// VX_JOURNAL_NO_EXCHANGE that file system cannot exchange two names; with VX_JOURNAL_KILL_AT, a number from 1
+// on, the program is killed right after that change. tests/sweeps/storage/journal.h reads the journal.
 
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -38,7 +38,11 @@ class Journal {
         const char* const killAt = std::getenv("VX_JOURNAL_KILL_AT");
         untilDeath_ = killAt != nullptr ? std::atol(killAt) : 0;
         struct stat facts {};
-        if (file != nullptr && folder != nullptr && stat(folder, &facts) == 0) {
+        struct stat above {};
+        const bool isMounted = folder != nullptr && stat(folder, &facts) == 0 &&
+                               stat((std::string(folder) + "/..").c_str(), &above) == 0 &&
+                               facts.st_dev != above.st_dev;
+        if (file != nullptr && isMounted) {
             device_ = facts.st_dev;
             file_ = original<int(const char*, int, ...)>("open")(file, kAppend, 0600);
         }
