@@ -49,7 +49,6 @@ class BrokenRestoreTest : public UndoSweep {
         EXPECT_GT(counts_.undone, 0);
     }
 
- private:
     std::size_t changes() const {
         const Bench bench = newBench();
         const BrokenRun whole = bench.broken(restore_, {"count", kChanging, filesThatMatter(bench)});
@@ -57,6 +56,84 @@ class BrokenRestoreTest : public UndoSweep {
         return whole.calls.size();
     }
 };
+
+/// A restore died while it loaded. Runs come after it to their end, and the last one is killed.
+class LaterRunTest : public BrokenRestoreTest {
+ protected:
+    using Command = std::vector<std::string>;
+
+    void SetUp() override {
+        BrokenRestoreTest::SetUp();
+        if (IsSkipped()) {
+            return;
+        }
+        const std::size_t all = changes();
+        for (std::size_t at = all / 2; at < all && deadly_ == 0; at += all / 20 + 1) {
+            const Bench bench = newBench();
+            bench.broken(restore_, deathAt(bench, at));
+            deadly_ = bench.recordedPhase() == "restoring" ? at : 0;
+        }
+        ASSERT_NE(deadly_, 0U);
+    }
+
+    /// The restore that dies, and those runs after it.
+    void runBefore(const Bench& bench, const std::vector<Command>& runs) const {
+        bench.broken(restore_, deathAt(bench, deadly_));
+        for (const Command& run : runs) {
+            const Finished finished = bench.vxclone(run);
+            EXPECT_EQ(finished.status, 0) << finished.output << finished.errors;
+        }
+    }
+
+    void sweepLater(const std::string& name, const std::vector<Command>& before, const Command& last) {
+        SweepPoints tried("undo, later run: " + name);
+        const Bench counted = newBench();
+        runBefore(counted, before);
+        const BrokenRun whole = counted.broken(last, {"count", kChanging, filesThatMatter(counted)});
+        ASSERT_EQ(whole.finished.status, 0) << whole.finished.output << whole.finished.errors;
+        const std::vector<std::size_t> points = spread(whole.calls.size(), mostPoints(3));
+        std::atomic<int> hit = 0;
+        inParallel(points.size(), [&](std::size_t index) {
+            const Bench bench = newBench();
+            runBefore(bench, before);
+            const BrokenRun broken = bench.broken(last, deathAt(bench, points[index]));
+            SCOPED_TRACE(name + ", call " + std::to_string(points[index]));
+            hit += broken.calls.empty() ? 0 : 1;
+            expectWayBack(bench, broken.finished.output + broken.finished.errors);
+        });
+        for (int count = 0; count < hit; ++count) {
+            tried.tried();
+        }
+        tried.note(counts_.text());
+        EXPECT_GT(hit * 2, static_cast<int>(points.size()));
+        EXPECT_EQ(counts_.undone, static_cast<int>(points.size()));
+    }
+
+    const Command part_ = {"restore", "/media/usb/clone", "--only", "boot-logo"};
+
+ private:
+    static BreakPoint deathAt(const Bench& bench, std::size_t nth) {
+        return {"kill", kChanging, filesThatMatter(bench), nth};
+    }
+
+    std::size_t deadly_ = 0;
+};
+
+TEST_F(LaterRunTest, partKilledAfterARestoreThatDiedIsUndoneToTheFirstState) {
+    sweepLater("a part", {}, part_);
+}
+
+TEST_F(LaterRunTest, restoreKilledAfterARestoreThatDiedIsUndoneToTheFirstState) {
+    sweepLater("a restore", {}, restore_);
+}
+
+TEST_F(LaterRunTest, restoreKilledAfterAPartIsUndoneToTheFirstState) {
+    sweepLater("a restore after a part", {part_}, restore_);
+}
+
+TEST_F(LaterRunTest, backupKilledAfterARestoreThatDiedTakesNothingOfTheWayBack) {
+    sweepLater("a backup", {}, {"backup", "/media/usb/other", "--without", "apps"});
+}
 
 constexpr std::size_t kAll = 1'000'000;
 constexpr std::size_t kStops = 100;

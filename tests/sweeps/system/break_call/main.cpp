@@ -34,6 +34,7 @@ int main(int count, char** arguments) {
     std::vector<std::string> calls;
     std::vector<std::string> command;
     CLI::App app("Runs a program and breaks one of its system calls.", "vx-break-call");
+    app.positionals_at_end();  // what follows the program belongs to it
     app.add_option("--how", how, "count, interrupt, kill, short, or the error that the call is to fail with");
     app.add_option("--calls", calls, "The calls that count, separated by commas; else all")->delimiter(',');
     app.add_option("--below", order.below, "Count only calls that name a file there")->delimiter(',');
