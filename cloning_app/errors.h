@@ -33,6 +33,7 @@ enum class ErrorCode {
     StickIo,           ///< the stick failed in another way
     TelevisionFull,    ///< the television's disk has no room
     TelevisionIo,      ///< the television's disk failed
+    UnsafeTelevision,  ///< what stands in the television's folders would lead the run out of them
     NoKey,             ///< the television has no clone key, so nothing can be sealed or checked
     HungUp,            ///< the terminal went away
     Interrupted,       ///< the user stopped it

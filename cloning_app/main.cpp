@@ -6,6 +6,7 @@
 #include "cloning_app/commands/app.h"
 #include "cloning_app/run/json_lines.h"
 #include "common/command_line.h"
+#include "common/process_start.h"
 
 namespace {
 
@@ -54,6 +55,7 @@ void sayBrokenOff(const char* why, bool json) {
 }  // namespace
 
 int main(int count, char** arguments) {
+    vxcommon::startProcess();
     bool json = false;
     try {
         const Words words = vxcommon::wordsOf(count, arguments);

@@ -2,6 +2,7 @@
 #include <exception>
 
 #include "common/command_line.h"
+#include "common/process_start.h"
 #include "virtual_tv/commands/app.h"
 #include "virtual_tv/commands/output.h"
 
@@ -40,6 +41,7 @@ int run(const std::vector<std::string>& words) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    vxcommon::startProcess();
     try {
         return run(vxcommon::wordsOf(argc, argv));
     } catch (const std::exception& exception) {

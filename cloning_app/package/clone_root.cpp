@@ -55,6 +55,9 @@ Result<CloneRoot> CloneRoot::open(const std::filesystem::path& wanted) {
 }
 
 Result<void> CloneRoot::empty() {
+    if (auto removable = checkContentsRemovable(tree()); !removable) {
+        return removable;
+    }
     if (const int reason = removeContents(folder_.get()); reason != 0) {
         return tl::make_unexpected(writeError(Place::Television, path_, reason));
     }

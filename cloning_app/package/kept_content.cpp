@@ -117,6 +117,9 @@ Result<bool> putBack(const Data& data, const Tree& root) {
         return whole;
     }
     if (*whole) {
+        if (const auto removable = checkContentsRemovable(root); !removable) {
+            return tl::make_unexpected(removable.error());
+        }
         if (const int reason = removeContents(root.descriptor); reason != 0) {
             return tl::make_unexpected(writeError(root.place, root.path, reason));
         }

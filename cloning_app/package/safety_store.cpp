@@ -36,6 +36,9 @@ Result<void> moveContents(const Tree& from, int to, const std::string& toPath) {
 
 /// An empty folder of that name, in place of whatever has the name.
 Result<Descriptor> makeFolder(int parent, const std::string& parentPath, const char* name) {
+    if (const auto removable = checkRemovable({parent, parentPath, Place::Television}, name); !removable) {
+        return tl::make_unexpected(removable.error());
+    }
     int reason = removeTree(parent, name);
     if (reason == 0 && mkdirat(parent, name, kSafetyFolderMode) != 0) {
         reason = errno;
@@ -74,6 +77,9 @@ Result<void> SafetyStore::setAside(const Tree& root) const {
 }
 
 Result<void> SafetyStore::bringBack(const Tree& root) const {
+    if (const auto removable = checkContentsRemovable(root); !removable) {
+        return removable;
+    }
     if (const int reason = removeContents(root.descriptor); reason != 0) {
         return cannotWrite(root.path, reason);
     }

@@ -13,6 +13,7 @@
 
 #include "cloning_app/package/layout.h"
 #include "common/terminal_table.h"
+#include "common/tree_removal.h"
 
 namespace vxclone {
 
@@ -278,7 +279,7 @@ Result<void> StickTarget::checkReplaceable() const {
     if (!*known && !empty) {
         return notAPackage(path_, "holds files and is not a clone package");
     }
-    return {};
+    return checkRemovable(parent(), name_);
 }
 
 Result<void> StickTarget::checkInPlace() const {
@@ -332,6 +333,9 @@ Result<Replacement> Replacement::begin(StickTarget& target) {
         return anotherBackup(target.path_);
     }
     if (reason == EEXIST) {
+        if (const auto removable = checkRemovable(target.parent(), target.newName_); !removable) {
+            return tl::make_unexpected(removable.error());
+        }
         const int left = removeTree(parent, target.newName_);
         reason = left != 0 ? left : makeFolder();
     }
@@ -373,7 +377,16 @@ Result<void> Replacement::settle(const std::function<int()>& undo) {
 
 Result<void> Replacement::removePrevious(const std::string& name) {
     StickTarget& target = *std::exchange(target_, nullptr);
-    int reason = removeTree(target.parent_.get(), name);
+    const auto removed = vxcommon::removeTree(target.parent_.get(), name);
+    int reason = removed ? 0 : removed.error().reason;
+    if (reason == EXDEV) {
+        const std::string mounted = vxcommon::printable(target.parent().path + "/" + removed.error().path);
+        return failure(
+            ErrorCode::StickIo,
+            "the new package is in " + vxcommon::printable(target.path()) +
+                ", but the old one beside it cannot be removed: another file system is mounted at " +
+                mounted + "; unmount it (umount " + mounted + ") and run vxclone backup again");
+    }
     if (reason == 0 && target.calls_.flush(target.parent_.get()) != 0) {
         reason = errno;
     }
@@ -410,6 +423,9 @@ Result<void> Replacement::commit() {
     const auto replaces = hasEntry(target_->parent(), name);
     if (!replaces) {
         return tl::make_unexpected(replaces.error());
+    }
+    if (auto removable = checkRemovable(target_->parent(), name); !removable) {
+        return removable;
     }
     previous_ = Descriptor(openat(target_->parent_.get(), name.c_str(), kOpenFolder));
     static_cast<void>(flock(previous_.get(), LOCK_EX | LOCK_NB));

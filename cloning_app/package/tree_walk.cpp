@@ -7,11 +7,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
-#include <limits>
 #include <memory>
 
 #include "cloning_app/package/layout.h"
 #include "common/terminal_table.h"
+#include "common/tree_removal.h"
 
 namespace vxclone {
 
@@ -19,8 +19,6 @@ namespace {
 
 constexpr int kOpenFile = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 constexpr const char* kSpecial = "a link or a special file";
-/// Deeper trees are left in place rather than followed with one descriptor a level.
-constexpr int kRemovalDepth = 200;
 
 struct CloseFolder {
     void operator()(DIR* folder) const { closedir(folder); }
@@ -157,40 +155,15 @@ class Walk {
     std::uint64_t bytes_ = 0;
 };
 
-int removeContentsWithin(int directory, int depth);
-
-int removeTreeWithin(int directory, const std::string& name, int depth) {
-    if (unlinkat(directory, name.c_str(), 0) == 0 || errno == ENOENT) {
-        return 0;
-    }
-    if (errno != EISDIR && errno != EPERM) {
-        return errno;
-    }
-    const int reason = errno;
-    const Descriptor folder(openat(directory, name.c_str(), kOpenFolder));
-    if (!folder.valid()) {
-        return errno == ENOTDIR ? reason : errno;
-    }
-    if (const int failed = removeContentsWithin(folder.get(), depth + 1); failed != 0) {
-        return failed;
-    }
-    return unlinkat(directory, name.c_str(), AT_REMOVEDIR) == 0 ? 0 : errno;
+int reasonOf(const vxcommon::Removal& removal) {
+    return removal ? 0 : removal.error().reason;
 }
 
-int removeContentsWithin(int directory, int depth) {
-    if (depth > kRemovalDepth) {
-        return ELOOP;
-    }
-    const auto names = listNames(directory, std::numeric_limits<std::size_t>::max());
-    if (!names) {
-        return names.error();
-    }
-    int firstFailure = 0;
-    for (const std::string& name : *names) {
-        const int failed = removeTreeWithin(directory, name, depth);
-        firstFailure = firstFailure == 0 ? failed : firstFailure;
-    }
-    return firstFailure;
+Error mountedError(const Tree& folder, const std::string& entry) {
+    const std::string path = vxcommon::printable((std::filesystem::path(folder.path) / entry).string());
+    return {folder.place == Place::Stick ? ErrorCode::UnsafeEntry : ErrorCode::TelevisionIo,
+            "another file system is mounted at " + path +
+                ", and what lies on it is not removed; unmount it (umount " + path + ") and try again"};
 }
 
 }  // namespace
@@ -232,11 +205,21 @@ Result<bool> hasEntry(const Tree& folder, const std::string& name) {
 }
 
 int removeTree(int directory, const std::string& name) {
-    return removeTreeWithin(directory, name, 0);
+    return reasonOf(vxcommon::removeTree(directory, name));
 }
 
 int removeContents(int directory) {
-    return removeContentsWithin(directory, 0);
+    return reasonOf(vxcommon::removeContents(directory));
+}
+
+Result<void> checkRemovable(const Tree& folder, const std::string& name) {
+    const auto mount = vxcommon::findMountIn(folder.descriptor, name);
+    return mount ? Result<void>() : tl::make_unexpected(mountedError(folder, mount.error().path));
+}
+
+Result<void> checkContentsRemovable(const Tree& folder) {
+    const auto mount = vxcommon::findMountInContents(folder.descriptor);
+    return mount ? Result<void>() : tl::make_unexpected(mountedError(folder, mount.error().path));
 }
 
 }  // namespace vxclone

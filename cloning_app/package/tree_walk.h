@@ -61,11 +61,18 @@ bool meansAbsent(int reason);
 /// Whether the folder has an entry of this name, of whatever kind. Error: nobody can tell.
 Result<bool> hasEntry(const Tree& folder, const std::string& name);
 
-/// Removes the entry and everything under it; links are removed, not followed. An entry that is not there
-/// counts as removed. Result: 0, or the system's reason (errno).
+/// Removes the entry and everything under it, however deep; links are removed, not followed. An entry that is
+/// not there counts as removed. Result: 0, or the system's reason (errno). EXDEV: another file system is
+/// mounted under it; where that was so from the beginning, nothing is removed.
 int removeTree(int directory, const std::string& name);
 
-/// Removes everything in the folder, not the folder. Result: 0, or the system's reason (errno).
+/// Removes everything in the folder, not the folder, in the same way.
 int removeContents(int directory);
+
+/// Whether `removeTree` would meet another file system. Error: it would; the sentence names where.
+Result<void> checkRemovable(const Tree& folder, const std::string& name);
+
+/// The same for `removeContents`.
+Result<void> checkContentsRemovable(const Tree& folder);
 
 }  // namespace vxclone

@@ -7,6 +7,7 @@
 #include "cloning_app/run/package_completion.h"
 #include "cloning_app/run/recorded_run.h"
 #include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/safe_television.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -123,6 +124,9 @@ Result<Report> backUpTo(const CloneContext& context, StickTarget& target, bool o
 
 Result<Report> backUp(const CloneContext& context, const std::filesystem::path& folder,
                       const BackupOptions& options, RunRecorder& recorder) {
+    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
+        return tl::make_unexpected(safe.error());
+    }
     auto target = openTarget(context, folder);
     if (!target) {
         return tl::make_unexpected(target.error());

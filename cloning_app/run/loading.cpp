@@ -12,6 +12,7 @@
 #include "cloning_app/run/logos.h"
 #include "cloning_app/run/own_settings.h"
 #include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/safe_television.h"
 #include "cloning_app/run/settings_store.h"
 #include "common/terminal_table.h"
 
@@ -195,6 +196,9 @@ Result<Preparation> prepare(const CloneContext& context, ReadyPackage& ready, co
         std::move(*kept), std::move(settings), {std::move(*expected), options.before, ready.plan.everything}};
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
+    }
+    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
+        return tl::make_unexpected(safe.error());
     }
     if (const auto reset = resetRunKeys(Direction::Restore); !reset) {
         return tl::make_unexpected(reset.error());

@@ -15,6 +15,7 @@
 #include "cloning_app/run/logos.h"
 #include "cloning_app/run/package_origin.h"
 #include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/safe_television.h"
 #include "cloning_app/run/sealing.h"
 #include "common/terminal_table.h"
 
@@ -58,6 +59,25 @@ void judgeHomeMenu(const Tree& root, std::vector<Row>& rows, std::vector<Lack>& 
         } else {
             fail(rows, VXCLONE_VXHOTEL_HOMEAPP_DATA,
                  writeError(root.place, root.path + "/" + path, errno).sentence);
+        }
+    }
+}
+
+/// Names what the library leaves out of the home menu without a word.
+void sayLeftOut(std::vector<Row>& rows) {
+    const auto folders = homeMenuFoldersLeftOut();
+    if (!folders) {
+        fail(rows, VXCLONE_VXHOTEL_HOMEAPP_DATA, folders.error().sentence);
+        return;
+    }
+    std::string names;
+    for (const std::string& name : *folders) {
+        names += (names.empty() ? "" : ", ") + vxcommon::printable(name);
+    }
+    for (Row& row : rows) {
+        if (row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA && !names.empty()) {
+            addDetail(row,
+                      (folders->size() == 1 ? "not carried, a folder: " : "not carried, folders: ") + names);
         }
     }
 }
@@ -143,6 +163,7 @@ Result<Judgement> judgeBackup(const CloneContext& context, const Tree& root, con
     }
     made.lacks = lacksOf(*holdings, applicationsOf(made.rows));
     judgeHomeMenu(root, made.rows, made.lacks);
+    sayLeftOut(made.rows);
     for (Lack& lack : made.lacks) {
         lack.declared = means.mayLack(lack);
     }

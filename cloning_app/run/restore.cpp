@@ -7,6 +7,7 @@
 #include "cloning_app/run/dry_run.h"
 #include "cloning_app/run/loading.h"
 #include "cloning_app/run/recorded_run.h"
+#include "cloning_app/run/safe_television.h"
 #include "cloning_app/run/safety_backup.h"
 #include "common/terminal_table.h"
 
@@ -80,6 +81,9 @@ Result<Report> dryRun(const CloneContext& context, const std::filesystem::path& 
 
 Result<Report> restore(const CloneContext& context, const std::filesystem::path& folder,
                        const RestoreOptions& options, RunRecorder& recorder) {
+    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
+        return tl::make_unexpected(safe.error());
+    }
     auto ready =
         getReady(context, folder, options, options.safety ? safetyReserve : StagedPackage::Reserve());
     if (!ready) {

@@ -7,6 +7,7 @@
 #include "cloning_app/run/check.h"
 #include "cloning_app/run/integrity.h"
 #include "cloning_app/run/run_record.h"
+#include "cloning_app/run/safe_television.h"
 #include "cloning_app/run/staged_package.h"
 #include "common/terminal_table.h"
 
@@ -104,6 +105,9 @@ Result<ResultList> runAndFollow(const CloneContext& context, Direction direction
 Result<ResultList> saveTelevision(const CloneContext& context) {
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
+    }
+    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
+        return tl::make_unexpected(safe.error());
     }
     if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
         return tl::make_unexpected(reset.error());

@@ -1,8 +1,11 @@
 #include "cloning_app/run/television_folder.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 #include <cerrno>
+
+#include "common/terminal_table.h"
 
 namespace vxclone {
 
@@ -12,7 +15,16 @@ Result<Descriptor> openTelevisionFolder(const std::string& path) {
                        "the television does not say where its logos and its home menu are; switch it off and "
                        "on, then try again");
     }
-    Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // A slash at the end would follow a link in the folder's place.
+    const std::string own = path.substr(0, path.find_last_not_of('/') + 1);
+    Descriptor folder(open(own.c_str(), kOpenFolder));
+    struct stat facts {};
+    if (!folder.valid() && lstat(own.c_str(), &facts) == 0 && S_ISLNK(facts.st_mode)) {
+        return failure(ErrorCode::UnsafeTelevision,
+                       vxcommon::printable(own) +
+                           " is a link, and what it leads to is not the television's; "
+                           "put the folder itself there and try again");
+    }
     if (!folder.valid() && errno != ENOENT) {
         return tl::make_unexpected(readError(Place::Television, path, errno));
     }

@@ -9,6 +9,7 @@
 #include "cloning_app/run/loading.h"
 #include "cloning_app/run/logos.h"
 #include "cloning_app/run/recorded_run.h"
+#include "cloning_app/run/safe_television.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -88,6 +89,9 @@ Result<WayBack> getReady(const CloneContext& context, const Tree& safety) {
 }
 
 Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& recorder) {
+    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
+        return tl::make_unexpected(safe.error());
+    }
     const auto store = SafetyStore::open(recordFolderOf(context.cloneRoot));
     const auto opened = store ? store->openSafety() : tl::make_unexpected(store.error());
     if (!opened) {

@@ -197,12 +197,21 @@ Finished Stage::vxclone(const std::vector<std::string>& arguments) const {
     return vxcloneIn(there_.folder().string(), arguments);
 }
 
+Finished Stage::inTelevision(const std::vector<std::string>& command) const {
+    return runIn(there_.folder().string(), command);
+}
+
 Finished Stage::vxcloneIn(const std::string& television, const std::vector<std::string>& arguments) const {
+    std::vector<std::string> command = {vxcloneProgram().string()};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return runIn(television, command);
+}
+
+Finished Stage::runIn(const std::string& television, const std::vector<std::string>& command) const {
     Program program;
-    program.command = {
-        vxtvProgram().string(),   "run", television, "--quiet", "--stick", stick().string(), "--",
-        vxcloneProgram().string()};
-    program.command.insert(program.command.end(), arguments.begin(), arguments.end());
+    program.command = {vxtvProgram().string(), "run", television, "--quiet", "--stick",
+                       stick().string(),       "--"};
+    program.command.insert(program.command.end(), command.begin(), command.end());
     program.timeLimit = kLongest;
     return run(program);
 }

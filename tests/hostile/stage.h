@@ -77,6 +77,9 @@ class Stage {
     Outcome restoreHere(const std::string& expect = {}, bool dryRun = false) const;
     Outcome restoreThere(const std::vector<std::string>& arguments = {}) const;
 
+    /// Any command in the second television.
+    Finished inTelevision(const std::vector<std::string>& command) const;
+
     /// `vxclone ARGUMENTS` in the second television, and `vxtv ARGUMENTS` on this machine.
     Finished vxclone(const std::vector<std::string>& arguments) const;
     Finished vxtv(const std::vector<std::string>& arguments) const;
@@ -86,6 +89,7 @@ class Stage {
     void makePackages();
     void prepareThisProcess();
     Finished vxcloneIn(const std::string& television, const std::vector<std::string>& arguments) const;
+    Finished runIn(const std::string& television, const std::vector<std::string>& command) const;
 
     TemporaryDirectory place_;
     std::filesystem::path good_ = place_ / "packages/good";

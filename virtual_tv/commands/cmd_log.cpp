@@ -12,6 +12,7 @@
 #include "common/terminal_table.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
+#include "virtual_tv/television/own_file.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {
@@ -21,22 +22,6 @@ namespace {
 struct LogOptions {
     std::string folder;
     bool follow = false;
-};
-
-class Descriptor {
- public:
-    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-    ~Descriptor() {
-        if (descriptor_ >= 0) {
-            close(descriptor_);
-        }
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return descriptor_; }
-
- private:
-    int descriptor_;
 };
 
 tl::unexpected<Error> cannot(const char* what, const std::filesystem::path& path) {
@@ -83,20 +68,21 @@ Result<void> waitForChange(int watcher, const std::filesystem::path& path) {
 
 Result<void> showLog(const std::filesystem::path& path, bool follow) {
     // The first message makes the file; who follows the log may come before it.
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | (follow ? O_CREAT : 0), 0600));
-    if (file.get() < 0) {
-        return !follow && errno == ENOENT ? Result<void>() : cannot("read", path);
+    const auto file = openOwnFile(path, O_RDONLY | (follow ? O_CREAT : 0));
+    if (!file) {
+        const bool empty = !follow && file.error().kind == ReadTrouble::Kind::Missing;
+        return empty ? Result<void>() : ownFileError(path, "read", file.error());
     }
     const Descriptor watcher(inotify_init1(IN_CLOEXEC));
     if (follow && inotify_add_watch(watcher.get(), path.c_str(), IN_MODIFY) < 0) {
         return cannot("followed", path);
     }
     LinePrinter printer;
-    printer.copy(file.get());
+    printer.copy(file->get());
     Result<void> waited;
     while (follow && waited && finishOutput() == kExitOk) {
         waited = waitForChange(watcher.get(), path);
-        printer.copy(file.get());
+        printer.copy(file->get());
     }
     return waited;
 }

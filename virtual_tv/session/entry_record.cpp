@@ -5,14 +5,18 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <fstream>
+#include <array>
+#include <sstream>
 #include <string>
+
+#include "virtual_tv/television/own_file.h"
 
 namespace vxtv {
 
 namespace {
 
 constexpr int kDirectory = O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+constexpr mode_t kRecordMode = 0644;
 /// A path may hold any other character.
 constexpr char kEnd = '\0';
 
@@ -87,16 +91,21 @@ void EntryRecord::removeAll() const {
 
 std::vector<std::filesystem::path> EntryRecord::entries() const {
     std::vector<std::filesystem::path> recorded;
-    std::ifstream record(file(), std::ios::binary);
-    for (std::string path; std::getline(record, path, kEnd);) recorded.emplace_back(path);
+    const auto record = openOwnFile(file(), O_RDONLY);
+    std::string text;
+    std::array<char, 4096> piece{};
+    for (ssize_t count = 0; record && (count = read(record->get(), piece.data(), piece.size())) > 0;) {
+        text.append(piece.data(), static_cast<std::size_t>(count));
+    }
+    std::istringstream paths(text);
+    for (std::string path; std::getline(paths, path, kEnd);) recorded.emplace_back(path);
     return recorded;
 }
 
 bool EntryRecord::add(const std::filesystem::path& path) const {
-    const Descriptor record(
-        open(file().c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644));
+    const auto record = openOwnFile(file(), O_WRONLY | O_APPEND | O_CREAT, kRecordMode);
     const auto line = path.string() + kEnd;
-    return record && write(record.get(), line.data(), line.size()) == static_cast<ssize_t>(line.size());
+    return record && write(record->get(), line.data(), line.size()) == static_cast<ssize_t>(line.size());
 }
 
 }  // namespace vxtv

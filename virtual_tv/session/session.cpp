@@ -16,6 +16,7 @@
 #include "virtual_tv/television/application_run.h"
 #include "virtual_tv/television/database.h"
 #include "virtual_tv/television/live_file.h"
+#include "virtual_tv/television/own_file.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/ready_mark.h"
 #include "virtual_tv/television/secure_storage.h"
@@ -32,7 +33,7 @@ Result<Folder> findTelevision(const fs::path& path) {
     return Database::identify(Folder(folder).database()).and_then([&]() -> Result<Folder> {
         std::error_code error;
         const auto real = fs::canonical(folder, error);
-        if (!error) return Folder(real);
+        if (!error) return checkOwnFolders(Folder(real)).map([&] { return Folder(real); });
         return failure(ErrorCode::Io,
                        fmt::format("the television '{}' cannot be entered: {}; see that you may read it",
                                    folder.string(), error.message()));

@@ -6,10 +6,15 @@
 #include <sys/stat.h>
 
 #include <system_error>
+#include <utility>
+
+#include "virtual_tv/television/own_file.h"
 
 namespace vxtv {
 
 namespace {
+
+constexpr mode_t kLockMode = 0644;
 
 int lockFile(const Descriptor& file, int how) {
     int result = 0;
@@ -35,7 +40,11 @@ Result<SessionLock> SessionLock::open(const Folder& folder) {
     SessionLock lock;
     lock.path_ = folder.sessionLock();
     do {
-        lock.file_ = Descriptor(::open(lock.path_.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0644));
+        auto file = openOwnFile(lock.path_, O_RDWR | O_CREAT, kLockMode);
+        if (!file) {
+            return ownFileError(lock.path_, "locked", file.error());
+        }
+        lock.file_ = std::move(*file);
         lock.alone_ = lock.file_ && lockFile(lock.file_, LOCK_EX | LOCK_NB) == 0;
         if (!lock.file_ || (!lock.alone_ && lockFile(lock.file_, LOCK_SH) != 0)) {
             return failure(

@@ -10,6 +10,8 @@
 #include <functional>
 #include <system_error>
 
+#include "common/tree_removal.h"
+#include "virtual_tv/television/own_file.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/private_file.h"
 #include "virtual_tv/television/shipped_programs.h"
@@ -70,8 +72,7 @@ Result<void> makeWhole(const fs::path& target, const std::function<Result<void>(
                                          target.string())))
                        : notMade(id, {errno, std::generic_category()});
         }
-        std::error_code ignored;
-        fs::remove_all(beside, ignored);
+        static_cast<void>(vxcommon::removeTree(fs::path(beside)));
         return made;
     } catch (const fs::filesystem_error& error) {
         return notMade(id, error.code());
@@ -130,9 +131,20 @@ Result<ApplicationManifest> Applications::find(const std::string& id) const {
 }
 
 Result<ApplicationManifest> Applications::install(const fs::path& from) const {
+    std::error_code unknown;
+    if (fs::is_symlink(fs::symlink_status(from.has_filename() ? from : from.parent_path(), unknown))) {
+        return failure(
+            ErrorCode::BadApplication,
+            fmt::format("{} is a link, not an application; name the folder itself", from.string()));
+    }
     const Result<ApplicationManifest> manifest = readManifest(from);
     if (!manifest) {
         return manifest;
+    }
+    if (const auto link = linkOnTheWay(folder_.root(), kApplicationsPath)) {
+        return failure(ErrorCode::Damaged, fmt::format("{} is a link, and applications are installed into a "
+                                                       "television's own folder alone; remove it",
+                                                       link->string()));
     }
     if (const auto program = programOf(*manifest, from); !program) {
         return tl::make_unexpected(program.error());

@@ -1,14 +1,16 @@
 #include "virtual_tv/television/call_log.h"
 
-#include <fmt/format.h>
+#include <fcntl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
-#include <cstring>
-#include <fstream>
+#include <utility>
 
 #include "virtual_tv/television/clock.h"
+#include "virtual_tv/television/own_file.h"
 
 namespace vxtv {
 
@@ -35,10 +37,49 @@ std::optional<CallRecord> recordIn(const std::string& line) {
     }
 }
 
-tl::unexpected<Error> ioError(const std::filesystem::path& file, const char* what) {
-    return failure(ErrorCode::Io,
-                   fmt::format("{} cannot be {}: {}", file.string(), what, std::strerror(errno)));
-}
+constexpr const char* kRead = "read";
+
+/// The lines of an open file, one after the other.
+class Lines {
+ public:
+    explicit Lines(const Descriptor& file) : file_(file) {}
+
+    /// Result: whether there was one; `failed` tells an error from the end.
+    bool next(std::string& line) {
+        for (std::size_t end = 0; (end = pending_.find('\n', searched_)) == std::string::npos;) {
+            searched_ = pending_.size();
+            if (!readMore()) {
+                line = std::exchange(pending_, {});
+                searched_ = 0;
+                return !line.empty();
+            }
+        }
+        const std::size_t end = pending_.find('\n', searched_);
+        line = pending_.substr(0, end);
+        pending_.erase(0, end + 1);
+        searched_ = 0;
+        return true;
+    }
+    bool failed() const { return failed_; }
+
+ private:
+    bool readMore() {
+        constexpr std::size_t kPiece = 64U << 10U;
+        std::array<char, kPiece> piece{};
+        ssize_t count = 0;
+        do {
+            count = ::read(file_.get(), piece.data(), piece.size());
+        } while (count < 0 && errno == EINTR);
+        failed_ = count < 0;
+        pending_.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        return count > 0;
+    }
+
+    const Descriptor& file_;
+    std::string pending_;
+    std::size_t searched_ = 0;
+    bool failed_ = false;
+};
 
 }  // namespace
 
@@ -62,28 +103,31 @@ bool CallLog::append(CallRecord record) {
 }
 
 Result<int> CallLog::read(const std::function<void(const CallRecord&)>& visit) const {
-    std::error_code error;
-    if (!std::filesystem::exists(path_, error) && !error) {
+    const auto file = openOwnFile(path_, O_RDONLY);
+    if (!file && file.error().kind == ReadTrouble::Kind::Missing) {
         return 0;
     }
-    std::ifstream file(path_);
     if (!file) {
-        return ioError(path_, "read");
+        return ownFileError(path_, kRead, file.error());
     }
     int unreadable = 0;
-    for (std::string line; std::getline(file, line);) {
+    Lines lines(*file);
+    for (std::string line; lines.next(line);) {
         if (const std::optional<CallRecord> record = recordIn(line)) {
             visit(*record);
         } else {
             ++unreadable;
         }
     }
-    return file.bad() ? Result<int>(ioError(path_, "read")) : Result<int>(unreadable);
+    return lines.failed()
+               ? Result<int>(ownFileError(path_, kRead, {ReadTrouble::Kind::CannotBeRead, reason()}))
+               : Result<int>(unreadable);
 }
 
 Result<void> CallLog::clear() {
-    if (truncate(path_.c_str(), 0) != 0 && errno != ENOENT) {
-        return ioError(path_, "emptied");
+    const auto emptied = openOwnFile(path_, O_WRONLY | O_TRUNC);
+    if (!emptied && emptied.error().kind != ReadTrouble::Kind::Missing) {
+        return ownFileError(path_, "emptied", emptied.error());
     }
     return {};
 }

@@ -10,6 +10,7 @@
 #include <string>
 #include <system_error>
 
+#include "common/tree_removal.h"
 #include "virtual_tv/services/data_services.h"
 #include "virtual_tv/television/application_profile.h"
 #include "virtual_tv/television/package_key.h"
@@ -49,9 +50,8 @@ class ScratchFolder {
         made_ = mkdtemp(path_.data()) != nullptr;
     }
     ~ScratchFolder() {
-        std::error_code ignored;
         if (made_) {
-            fs::remove_all(path_, ignored);
+            static_cast<void>(vxcommon::removeTree(fs::path(path_)));
         }
     }
     ScratchFolder(const ScratchFolder&) = delete;

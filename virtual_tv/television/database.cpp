@@ -97,6 +97,30 @@ Error errorOf(const fs::path& file, const SQLite::Exception& exception) {
     return {failing->code, fmt::format("{}: {}; {}", file.string(), exception.what(), failing->advice)};
 }
 
+/// The files in which changes wait are opened like the database itself.
+Result<void> checkBeside(const fs::path& file) {
+    for (const char* const ending : {"-wal", "-shm", "-journal"}) {
+        const fs::path beside = file.string() + ending;
+        std::error_code error;
+        const fs::file_status status = fs::symlink_status(beside, error);
+        if (fs::exists(status) && !fs::is_regular_file(status)) {
+            return failure(ErrorCode::Damaged,
+                           fmt::format("{} is no plain file; remove it and try again", beside.string()));
+        }
+    }
+    return {};
+}
+
+/// A view or a trigger runs when the table of its name is used, for as long as who made it likes.
+bool holdsTablesAlone(SQLite::Database& connection) {
+    connection.exec("PRAGMA trusted_schema = OFF");
+    return connection
+               .execAndGet(
+                   "SELECT count(*) FROM sqlite_master WHERE type NOT IN ('table', 'index') OR sql "
+                   "LIKE 'CREATE VIRTUAL%'")
+               .getInt() == 0;
+}
+
 }  // namespace
 
 Result<void> Database::identify(const fs::path& file) {
@@ -134,13 +158,19 @@ bool Database::isOurs(const fs::path& file) {
 }
 
 Result<std::unique_ptr<Database>> Database::open(const fs::path& file) {
-    return identify(file).and_then([&file]() -> Result<std::unique_ptr<Database>> {
-        try {
-            return std::unique_ptr<Database>(new Database(file, SQLite::OPEN_READWRITE));
-        } catch (const SQLite::Exception& exception) {
-            return tl::make_unexpected(errorOf(file, exception));
-        }
-    });
+    return identify(file)
+        .and_then([&file] { return checkBeside(file); })
+        .and_then([&file]() -> Result<std::unique_ptr<Database>> {
+            try {
+                auto database = std::unique_ptr<Database>(new Database(file, SQLite::OPEN_READWRITE));
+                if (!holdsTablesAlone(*database->connection_)) {
+                    return damaged(file, "it holds more than tables");
+                }
+                return database;
+            } catch (const SQLite::Exception& exception) {
+                return tl::make_unexpected(errorOf(file, exception));
+            }
+        });
 }
 
 Result<std::unique_ptr<Database>> Database::create(const fs::path& file) {

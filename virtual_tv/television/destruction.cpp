@@ -10,9 +10,11 @@
 #include <cstring>
 #include <string>
 
+#include "common/tree_removal.h"
 #include "virtual_tv/television/database.h"
 #include "virtual_tv/television/folder.h"
 #include "virtual_tv/television/live_file.h"
+#include "virtual_tv/television/own_file.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {
@@ -46,21 +48,27 @@ Result<void> checkIsTelevision(const Folder& folder) {
 class ExclusiveLock {
  public:
     explicit ExclusiveLock(const fs::path& file)
-        : descriptor_(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW)) {}
-    ~ExclusiveLock() {
-        if (descriptor_ >= 0) {
-            close(descriptor_);
-        }
-    }
-    ExclusiveLock(const ExclusiveLock&) = delete;
-    ExclusiveLock& operator=(const ExclusiveLock&) = delete;
+        : file_(openOwnFile(file, O_RDONLY).value_or(Descriptor())) {}
 
     /// Whether no session runs. A television in which none ever ran has no lock file.
-    bool take() const { return descriptor_ < 0 || flock(descriptor_, LOCK_EX | LOCK_NB) == 0; }
+    bool take() const { return !file_ || flock(file_.get(), LOCK_EX | LOCK_NB) == 0; }
 
  private:
-    int descriptor_;
+    Descriptor file_;
 };
+
+/// What lies on another file system is not the television's.
+Result<void> checkRemovable(const Folder& folder) {
+    const auto mount = vxcommon::findMountIn(folder.root());
+    if (mount) {
+        return {};
+    }
+    const std::string mounted = (folder.root().parent_path() / mount.error().path).string();
+    return failure(ErrorCode::Io,
+                   fmt::format("{} is not removed: another file system is mounted at {}; unmount it (umount "
+                               "{}) and try again",
+                               folder.root().string(), mounted, mounted));
+}
 
 /// Takes the folder out of sight in one step, so that nobody opens a television that is half gone.
 Result<fs::path> hide(const fs::path& root) {
@@ -88,17 +96,20 @@ Result<void> destroyTelevision(const fs::path& path) {
     }
     // The applications of a killed session are just being ended, and write until then.
     waitForEndOfLiveFile(folder.homeAddress());
+    if (auto removable = checkRemovable(folder); !removable) {
+        return removable;
+    }
     const Result<fs::path> hidden = hide(folder.root());
     if (!hidden) {
         return tl::make_unexpected(hidden.error());
     }
-    std::error_code error;
-    fs::remove_all(*hidden, error);
-    if (error) {
-        return failure(ErrorCode::Io,
-                       fmt::format("{} is gone, but not all of it could be removed: {}; remove {} by "
-                                   "hand",
-                                   folder.root().string(), error.message(), hidden->string()));
+    if (const auto removed = vxcommon::removeTree(*hidden); !removed) {
+        return failure(
+            ErrorCode::Io,
+            fmt::format("{} is gone, but not all of it could be removed: {}: {}; remove {} by "
+                        "hand",
+                        folder.root().string(), (hidden->parent_path() / removed.error().path).string(),
+                        removed.error().text(), hidden->string()));
     }
     return {};
 }

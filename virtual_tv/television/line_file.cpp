@@ -6,29 +6,18 @@
 #include <cerrno>
 #include <utility>
 
+#include "virtual_tv/television/own_file.h"
+
 namespace vxtv {
-
-namespace {
-
-constexpr mode_t kLineFileMode = 0600;
-
-}  // namespace
 
 LineFile::LineFile(std::filesystem::path path) : path_(std::move(path)) {}
 
-LineFile::~LineFile() {
-    if (descriptor_ >= 0) {
-        close(descriptor_);
-    }
-}
-
 int LineFile::descriptor() {
     const std::lock_guard lock(mutex_);
-    if (descriptor_ < 0) {
-        descriptor_ =
-            open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOFOLLOW, kLineFileMode);
+    if (!file_) {
+        file_ = openOwnFile(path_, O_WRONLY | O_APPEND | O_CREAT).value_or(Descriptor());
     }
-    return descriptor_;
+    return file_.get();
 }
 
 bool LineFile::append(std::string_view line) {

@@ -4,15 +4,17 @@
 #include <mutex>
 #include <string_view>
 
+#include "virtual_tv/session/descriptor.h"
+
 namespace vxtv {
 
 /// A file to which many processes and threads add whole lines, each with one write at its end.
 ///
-/// The file is made with the first line. Threads and processes: any; lines do not mix.
+/// The file is made with the first line. What is no plain file, or is a link, is never written to. Threads
+/// and processes: any; lines do not mix.
 class LineFile {
  public:
     explicit LineFile(std::filesystem::path path);
-    ~LineFile();
     LineFile(const LineFile&) = delete;
     LineFile& operator=(const LineFile&) = delete;
 
@@ -24,7 +26,7 @@ class LineFile {
 
     std::filesystem::path path_;
     std::mutex mutex_;
-    int descriptor_ = -1;
+    Descriptor file_;
 };
 
 }  // namespace vxtv

@@ -14,6 +14,7 @@
 #include "common/strict_json.h"
 #include "virtual_tv/services/data_services.h"
 #include "virtual_tv/television/key_file.h"
+#include "virtual_tv/television/own_file.h"
 #include "virtual_tv/television/package_key.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/profile_reading.h"
@@ -122,7 +123,15 @@ std::string valueOrWrong(const Result<std::string>& value, const std::string& wh
 
 void readKeys(const Json& document, const fs::path& profileFolder, Profile& profile) {
     const auto fileOf = [&](const char* member) {
-        return fileIn(memberOf(document, "", member), member, profileFolder);
+        const Json& value = memberOf(document, "", member);
+        fs::path file = fileIn(value, member, profileFolder);
+        // A link may lead to anything that whoever reads the profile may read.
+        if (linkOnTheWay(profileFolder, stringIn(value, member))) {
+            throw WrongMember{member, fmt::format("names the file {}, to which a link leads; name the file "
+                                                  "itself",
+                                                  value.get<std::string>())};
+        }
+        return file;
     };
     const fs::path secret = fileOf("installationSecret");
     const fs::path keyFile = fileOf("keyFile");

@@ -11,6 +11,7 @@
 #include <system_error>
 #include <thread>
 
+#include "common/tree_removal.h"
 #include "virtual_tv/television/byte_order.h"
 #include "virtual_tv/television/private_file.h"
 
@@ -224,9 +225,12 @@ Result<void> SecureStorage::keepOtherEntries(const std::vector<Secret>& secrets,
 Result<void> SecureStorage::writeEntries(const SealingKey& key, const std::vector<Secret>& secrets,
                                          const Credential& credential) const {
     const fs::path beside = entriesBeside(".new");
+    // What a killed process may have left.
+    if (const auto removed = vxcommon::removeTree(beside); !removed) {
+        return cannotChange(beside, {removed.error().reason, std::generic_category()});
+    }
     std::error_code error;
-    fs::remove_all(beside, error);  // what a killed process may have left
-    if (error || !fs::create_directory(beside, error)) {
+    if (!fs::create_directory(beside, error)) {
         return cannotChange(beside, error);
     }
     fs::permissions(beside, fs::perms::owner_all, error);
@@ -239,7 +243,7 @@ Result<void> SecureStorage::writeEntries(const SealingKey& key, const std::vecto
         }
     }
     if (!written) {
-        fs::remove_all(beside, error);
+        static_cast<void>(vxcommon::removeTree(beside));
     }
     return written;
 }
@@ -255,7 +259,7 @@ Result<void> SecureStorage::swapIn() const {
     const Result<void> done =
         swapped ? flushFolder(folder_.secure()) : cannotChange(entries, lastEntryError());
     // Not before the exchange is on the disk: until then a power cut may bring the old ones back.
-    fs::remove_all(beside, error);
+    static_cast<void>(vxcommon::removeTree(beside));
     return done;
 }
 

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "virtual_tv/television/own_file.h"
+
 namespace vxtv {
 
 namespace fs = std::filesystem;
@@ -26,7 +28,8 @@ Result<Television> Television::open(const fs::path& path) {
         return failure(ErrorCode::NotATelevision, "no television was named; give the path of its folder");
     }
     Folder folder(absoluteFolder(path));
-    Result<std::unique_ptr<Database>> database = Database::open(folder.database());
+    Result<std::unique_ptr<Database>> database =
+        checkOwnFolders(folder).and_then([&folder] { return Database::open(folder.database()); });
     if (!database) {
         return tl::make_unexpected(database.error());
     }

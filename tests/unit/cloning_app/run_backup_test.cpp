@@ -1,5 +1,6 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -385,6 +386,73 @@ TEST_F(RunBackupTest, fileOfTheHomeMenuThatDidNotArriveIsNamed) {
     ASSERT_TRUE(report);
     EXPECT_EQ(report->exitStatus, 1);
     EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VXHOTEL_HOMEAPP_DATA)), "failed: not saved: VXHotel/lost.jpg");
+}
+
+TEST_F(RunBackupTest, linkInTheHomeMenuIsRefusedByNameBeforeTheRun) {
+    FakePaths::instance().homeMenu = folder_ / "menu";
+    writeFile(folder_ / "menu/kept.jpg", "1");
+    std::filesystem::create_symlink("/etc/passwd", folder_ / "menu/link");
+    const auto report = backUp();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::UnsafeTelevision);
+    EXPECT_EQ(report.error().sentence,
+              (folder_ / "menu/link").string() +
+                  " is a link, and what it leads to is not the television's; nothing was changed; remove it "
+                  "and try again");
+    EXPECT_EQ(engine_.runs + engine_.backups, 0);
+    EXPECT_TRUE(std::filesystem::is_empty(stick_));
+}
+
+TEST_F(RunBackupTest, pipeInTheHomeMenuAndAHomeMenuThatIsALinkAreRefused) {
+    FakePaths::instance().homeMenu = folder_ / "menu/";
+    std::filesystem::create_directory(folder_ / "menu");
+    ASSERT_EQ(mkfifo((folder_ / "menu/pipe").c_str(), 0600), 0);
+    EXPECT_EQ(backUp().error().sentence,
+              (folder_ / "menu").string() +
+                  "/pipe is a pipe, at which the run would wait for ever; nothing was changed; remove it and "
+                  "try again");
+    std::filesystem::rename(folder_ / "menu", folder_ / "other");
+    std::filesystem::create_directory_symlink("other", folder_ / "menu");
+    EXPECT_EQ(backUp().error().sentence,
+              (folder_ / "menu").string() +
+                  " is a link, and what it leads to is not the television's; put the folder itself there and "
+                  "try again");
+    EXPECT_EQ(engine_.runs + engine_.backups, 0);
+}
+
+TEST_F(RunBackupTest, foldersInTheHomeMenuAreNamedAsNotCarried) {
+    FakePaths::instance().homeMenu = folder_ / "menu";
+    writeFile(folder_ / "menu/promos/film.mp4", "1");
+    auto report = backUp();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VXHOTEL_HOMEAPP_DATA)), "done: not carried, a folder: promos");
+    std::filesystem::create_directory(folder_ / "menu/bar");
+    report = backUp();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VXHOTEL_HOMEAPP_DATA)),
+              "done: not carried, folders: bar, promos");
+}
+
+TEST_F(RunBackupTest, whatIsMountedInTheFoldersThatTheLibraryEmptiesIsNamed) {
+    FakePaths::instance() = {folder_ / "boot", folder_ / "mbr"};
+    for (const auto& place : {folder_ / "boot/in", folder_ / "mbr", root_ / "vconf"}) {
+        std::filesystem::create_directories(place);
+        const bool allowed = withOwnMounts([&] {
+            ASSERT_EQ(mount("none", place.c_str(), "tmpfs", 0, "size=64k"), 0);
+            const auto report = backUp();
+            ASSERT_FALSE(report) << place;
+            EXPECT_EQ(report.error().code, ErrorCode::UnsafeTelevision);
+            EXPECT_EQ(report.error().sentence,
+                      place.string() +
+                          " is another file system, which would be emptied; nothing was changed; "
+                          "unmount it (umount " +
+                          place.string() + ") and try again");
+        });
+        if (!allowed) {
+            GTEST_SKIP() << "mounting is not allowed here";
+        }
+    }
+    EXPECT_EQ(engine_.runs + engine_.backups, 0);
 }
 
 TEST_F(RunBackupTest, unknownReportCountsAsAFailure) {

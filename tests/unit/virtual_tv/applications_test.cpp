@@ -63,6 +63,28 @@ TEST_F(ApplicationsTest, applicationWithALinkIsRefusedWhole) {
     EXPECT_EQ(ErrorCode::BadApplication, refused());
 }
 
+TEST_F(ApplicationsTest, folderThatIsALinkIsRefused) {
+    const fs::path link = place_.path() / "link";
+    fs::create_directory_symlink(source_, link);
+    for (const fs::path& named : {link, link / ""}) {
+        const auto installed = applications_.install(named);
+        ASSERT_FALSE(installed);
+        EXPECT_EQ(named.string() + " is a link, not an application; name the folder itself",
+                  installed.error().sentence);
+    }
+    EXPECT_TRUE(applications_.ids()->empty());
+}
+
+TEST_F(ApplicationsTest, linkOnTheWayToTheTelevisionsApplicationsIsRefused) {
+    const fs::path theirs = place_.path() / "theirs";
+    fs::rename(television_.folder().opt() / "usr", theirs);
+    fs::create_directory_symlink(theirs, television_.folder().opt() / "usr");
+    const auto installed = applications_.install(source_);
+    ASSERT_FALSE(installed);
+    EXPECT_EQ(ErrorCode::Damaged, installed.error().code);
+    EXPECT_FALSE(fs::exists(theirs / "apps/org.example.app"));
+}
+
 TEST_F(ApplicationsTest, applicationWithAPipeIsRefusedWhole) {
     ASSERT_EQ(0, mkfifo((source_ / "pipe").c_str(), 0600));
     EXPECT_EQ(ErrorCode::BadApplication, refused());

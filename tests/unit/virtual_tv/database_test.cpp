@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sqlite3.h>
+#include <sys/stat.h>
 
 #include <atomic>
 #include <cerrno>
@@ -83,6 +84,67 @@ TEST_F(DatabaseTest, openOfSpecialFileDoesNotHang) {
     fs::create_directory(place_);
     fs::create_symlink("/dev/zero", place_ / "tv.db");
     EXPECT_EQ(ErrorCode::NotATelevision, openingFails());
+}
+
+TEST_F(DatabaseTest, viewsAndTriggersAreRefusedBeforeTheyRun) {
+    const char* const endless =
+        "ALTER TABLE settings RENAME TO hidden; CREATE VIEW settings AS WITH RECURSIVE n(x) AS (SELECT 1 "
+        "UNION "
+        "ALL SELECT x + 1 FROM n) SELECT x AS key FROM n";
+    const char* const circular =
+        "ALTER TABLE settings RENAME TO hidden; CREATE VIEW settings AS SELECT * FROM settings";
+    const char* const trigger = "CREATE TRIGGER t AFTER UPDATE ON settings BEGIN DELETE FROM settings; END";
+    for (const char* const statements : {endless, circular, trigger}) {
+        fs::remove_all(place_);
+        test::makeTelevision(place_);
+        SQLite::Database((place_ / "tv.db").string(), SQLite::OPEN_READWRITE).exec(statements);
+        const Result<Television> television = Television::open(place_);
+        ASSERT_FALSE(television) << statements;
+        EXPECT_EQ(ErrorCode::Damaged, television.error().code);
+        EXPECT_EQ((place_ / "tv.db").string() +
+                      " is damaged (it holds more than tables); remove its folder and create the television "
+                      "again",
+                  television.error().sentence);
+    }
+}
+
+TEST_F(DatabaseTest, fileBesideItThatIsALinkOrAPipeIsRefused) {
+    test::makeTelevision(place_);
+    const fs::path theirs = folder_.path() / "theirs";
+    test::writeFile(theirs, "kept");
+    for (const char* const ending : {"-wal", "-shm", "-journal"}) {
+        const fs::path beside = (place_ / "tv.db").string() + ending;
+        for (const bool pipe : {false, true}) {
+            fs::remove(beside);
+            if (pipe) {
+                ASSERT_EQ(0, mkfifo(beside.c_str(), 0600));
+            } else {
+                fs::create_symlink(theirs, beside);
+            }
+            const Result<Television> television = Television::open(place_);
+            ASSERT_FALSE(television) << beside;
+            EXPECT_EQ(beside.string() + " is no plain file; remove it and try again",
+                      television.error().sentence);
+        }
+        fs::remove(beside);
+    }
+    EXPECT_EQ("kept", test::readFile(theirs));
+}
+
+TEST_F(DatabaseTest, televisionWithALinkForAFolderOfItsOwnIsRefused) {
+    for (const char* const own : {"opt", "tmp", "media", "log", "run", "secure"}) {
+        fs::remove_all(place_);
+        test::makeTelevision(place_);
+        fs::rename(place_ / own, folder_.path() / own);
+        fs::create_directory_symlink(folder_.path() / own, place_ / own);
+        const Result<Television> television = Television::open(place_);
+        ASSERT_FALSE(television) << own;
+        EXPECT_EQ(
+            (place_ / own).string() +
+                " is a link, and a television's own folder is none; put the folder itself there and try "
+                "again",
+            television.error().sentence);
+    }
 }
 
 TEST_F(DatabaseTest, readOfDamagedPagesIsDamaged) {

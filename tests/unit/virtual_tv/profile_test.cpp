@@ -136,6 +136,29 @@ TEST_F(ProfileTest, linkOutOfTheProfilesFolderIsRefused) {
     EXPECT_EQ(ErrorCode::BadProfile, profile.error().code);
 }
 
+TEST_F(ProfileTest, keysAndSecretsAreNotTakenThroughALink) {
+    for (const char* const name : {"fleet.secret", "fleet.bin", "package.key"}) {
+        const fs::path file = folder_.path() / name;
+        fs::rename(file, folder_.path() / "real");
+        fs::create_symlink("real", file);
+        const Result<Profile> profile = reading(goodProfile().dump());
+        ASSERT_FALSE(profile) << name;
+        EXPECT_NE(std::string::npos,
+                  profile.error().sentence.find(std::string("names the file ") + name +
+                                                ", to which a link leads; name the file itself"))
+            << profile.error().sentence;
+        fs::rename(folder_.path() / "real", file);
+    }
+    fs::create_directory(folder_.path() / "keys");
+    fs::rename(folder_.path() / "package.key", folder_.path() / "keys/package.key");
+    fs::create_directory_symlink("keys", folder_.path() / "way");
+    Json document = goodProfile();
+    document["packageKey"] = "way/package.key";
+    EXPECT_FALSE(reading(document.dump()));
+    document["packageKey"] = "keys/package.key";
+    EXPECT_TRUE(reading(document.dump()));
+}
+
 TEST_F(ProfileTest, brokenTextIsRefused) {
     for (const char* text : {"", "{", "[]", "null", "{\"model\": \"\xff\"}", "{} {}"}) {
         const Result<Profile> profile = reading(text);

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include "common/tree_removal.h"
 #include "virtual_tv/apps/hotel_app/hotel_database.h"
 #include "virtual_tv/session/descriptor.h"
 #include "virtual_tv/television/private_file.h"
@@ -58,8 +59,10 @@ Result<void> DataFolder::recover() const {
 }
 
 Result<void> DataFolder::beginStaging() const {
+    if (const auto removed = vxcommon::removeTree(staging()); !removed) {
+        return cannotWrite(staging(), removed.error().reason);
+    }
     std::error_code error;
-    fs::remove_all(staging(), error);
     fs::create_directories(staging() / kPicturesName, error);
     return error ? cannotWrite(staging(), error.value()) : Result<void>();
 }
@@ -75,8 +78,7 @@ Result<void> DataFolder::replaceByStaged() const {
 }
 
 void DataFolder::dropStaged() const {
-    std::error_code ignored;
-    fs::remove_all(staging(), ignored);
+    static_cast<void>(vxcommon::removeTree(staging()));
 }
 
 Result<void> putInPlace(const fs::path& made, const fs::path& target) {
@@ -88,8 +90,7 @@ Result<void> putInPlace(const fs::path& made, const fs::path& target) {
     }
     const Result<void> flushed = flushFolder(target.parent_path());
     if (isReplaced) {
-        std::error_code ignored;
-        fs::remove_all(made, ignored);
+        static_cast<void>(vxcommon::removeTree(made));
     }
     return flushed;
 }

@@ -6,6 +6,7 @@
 #include <set>
 #include <system_error>
 
+#include "common/tree_removal.h"
 #include "virtual_tv/apps/hotel_app/hotel_database.h"
 #include "virtual_tv/apps/hotel_app/package_index.h"
 #include "virtual_tv/television/private_file.h"
@@ -157,14 +158,17 @@ Result<void> writePackage(const DataFolder& data, const fs::path& where, const s
     const fs::path folder = where.has_filename() ? where : where.parent_path();
     const fs::path beside = folder / ("." + application + ".new");
     const Result<void> written = guarded([&] {
-        fs::remove_all(beside);
+        if (const auto removed = vxcommon::removeTree(beside); !removed) {
+            throw fs::filesystem_error("not removed", beside,
+                                       {removed.error().reason, std::generic_category()});
+        }
         fs::create_directories(beside / kPicturesName);
         return fill(data, beside, application, halfway).and_then([&] {
             return putInPlace(beside, folder / application);
         });
     });
     if (!written) {
-        fs::remove_all(beside, error);
+        static_cast<void>(vxcommon::removeTree(beside));
     }
     return written;
 }
