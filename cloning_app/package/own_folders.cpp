@@ -12,25 +12,27 @@ namespace vxclone {
 
 namespace {
 
-struct Identity {
+struct FolderIdentity {
     dev_t device;
     ino_t inode;
 
-    bool operator==(const Identity& other) const { return device == other.device && inode == other.inode; }
+    bool operator==(const FolderIdentity& other) const {
+        return device == other.device && inode == other.inode;
+    }
 };
 
 /// Of the entry, without following a link; "." is the folder itself.
-std::optional<Identity> identityOf(int folder, const char* name) {
+std::optional<FolderIdentity> identityOf(int folder, const char* name) {
     struct stat facts {};
     if (fstatat(folder, name, &facts, AT_SYMLINK_NOFOLLOW) != 0) {
         return std::nullopt;
     }
-    return Identity{facts.st_dev, facts.st_ino};
+    return FolderIdentity{facts.st_dev, facts.st_ino};
 }
 
 /// The folder and all above it.
-std::vector<Identity> lineageOf(int folder) {
-    std::vector<Identity> lineage;
+std::vector<FolderIdentity> lineageOf(int folder) {
+    std::vector<FolderIdentity> lineage;
     Descriptor current(openat(folder, ".", kOpenFolder));
     while (current.valid()) {
         const auto identity = identityOf(current.get(), ".");
@@ -43,14 +45,14 @@ std::vector<Identity> lineageOf(int folder) {
     return lineage;
 }
 
-bool holds(const std::vector<Identity>& list, const Identity& wanted) {
+bool holds(const std::vector<FolderIdentity>& list, const FolderIdentity& wanted) {
     return std::find(list.begin(), list.end(), wanted) != list.end();
 }
 
 /// The data folder, the clone folder, and what lies beside that.
-std::vector<Identity> ownFolders(const Descriptor& data, const std::filesystem::path& dataFolder) {
-    std::vector<Identity> own;
-    const auto add = [&own](const std::optional<Identity>& identity) {
+std::vector<FolderIdentity> ownFolders(const Descriptor& data, const std::filesystem::path& dataFolder) {
+    std::vector<FolderIdentity> own;
+    const auto add = [&own](const std::optional<FolderIdentity>& identity) {
         if (identity) {
             own.push_back(*identity);
         }
@@ -70,9 +72,9 @@ bool isOwnFolder(const Tree& parent, const std::string& name, const std::filesys
     if (!data.valid()) {
         return false;
     }
-    const std::vector<Identity> own = ownFolders(data, dataFolder);
-    const std::vector<Identity> above = lineageOf(parent.descriptor);
-    const auto isOwn = [&own](const Identity& identity) { return holds(own, identity); };
+    const std::vector<FolderIdentity> own = ownFolders(data, dataFolder);
+    const std::vector<FolderIdentity> above = lineageOf(parent.descriptor);
+    const auto isOwn = [&own](const FolderIdentity& identity) { return holds(own, identity); };
     const auto entry = identityOf(parent.descriptor, name.c_str());
     return std::any_of(above.begin(), above.end(), isOwn) ||
            (entry && (isOwn(*entry) || holds(lineageOf(data.get()), *entry)));

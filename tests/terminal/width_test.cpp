@@ -1,4 +1,4 @@
-// What vxtv prints fits the terminal, and eighty columns where there is none.
+// What vxtv and vxclone print fits the terminal, and eighty columns where there is none.
 
 #include <sstream>
 
@@ -15,11 +15,15 @@ using testing::HasSubstr;
 constexpr unsigned short kWidths[] = {60, 80, 120};
 constexpr std::size_t kWithoutTerminal = 80;
 
-/// The lines, without colours and what ends them.
+/// The lines, and each state of a live line, without colours and what ends them.
 std::vector<std::string> linesOf(const std::string& text) {
+    constexpr std::string_view kBackAtTheStart = "\r\x1b[K";
     std::vector<std::string> lines(1);
     for (std::size_t at = 0; at < text.size(); ++at) {
-        if (text[at] == '\n') {
+        if (text.compare(at, kBackAtTheStart.size(), kBackAtTheStart) == 0) {
+            lines.emplace_back();
+            at += kBackAtTheStart.size() - 1;
+        } else if (text[at] == '\n') {
             lines.emplace_back();
         } else if (text[at] == '\x1b') {
             at = text.find('m', at);
@@ -120,6 +124,43 @@ TEST_F(WidthTest, tablesFitTheTerminalAndAreOneLineARowWithoutOne) {
     }
     EXPECT_THAT(vxtv({"settings", first}).output,
                 testing::ContainsRegex(std::string("\n") + kWelcome + " +string "));
+}
+
+/// A program in a television, at a terminal.
+std::string shownBy(const std::string& television, const std::string& stick,
+                    const std::vector<std::string>& arguments, unsigned short columns) {
+    Program program;
+    program.command = {vxtvProgram().string(),   "run", television, "--quiet", "--stick", stick, "--",
+                       vxcloneProgram().string()};
+    program.command.insert(program.command.end(), arguments.begin(), arguments.end());
+    program.environment = {{"TERM", "xterm"}};
+    Terminal terminal(program, columns);
+    EXPECT_THAT(terminal.wait(), testing::AnyOf(0, 1)) << terminal.text();
+    return terminal.text();
+}
+
+TEST_F(WidthTest, everyCommandOfVxcloneFitsTheTerminal) {
+    vxtv({"fault", first, "add", "vconf_get_str", "--key", kWelcome, "--status", "-1"});
+    ASSERT_EQ(vxclone(first, {"backup", "/media/usb/lacking"}).status, 1);
+    vxtv({"fault", first, "clear"});
+    const std::vector<std::pair<std::string, std::vector<std::string>>> commands = {
+        {first, {"backup", "/media/usb/clone", "--name", "The suite on the third floor, facing the harbour"}},
+        {second, {"list", "/media/usb"}},
+        {second, {"inspect", "/media/usb/lacking", "--files"}},
+        {second, {"verify", "/media/usb/lacking"}},
+        {second, {"diff", "/media/usb/clone"}},
+        {second, {"restore", "/media/usb/clone", "--dry-run"}},
+        {second, {"restore", "/media/usb/lacking", "--only", "settings-keys,channels"}},
+        {second, {"status"}},
+        {second, {"undo"}}};
+    for (const auto& [television, arguments] : commands) {
+        SCOPED_TRACE(arguments.front());
+        for (const unsigned short columns : kWidths) {
+            for (const std::string& line : linesOf(shownBy(television, stick, arguments, columns))) {
+                EXPECT_LE(vxcommon::displayWidth(line), columns) << line;
+            }
+        }
+    }
 }
 
 }  // namespace
