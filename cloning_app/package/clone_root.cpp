@@ -13,7 +13,9 @@ namespace vxclone {
 
 namespace {
 
+/// While it is in use the television's applications read their data there and put it there.
 constexpr mode_t kCloneFolderMode = 0755;
+constexpr mode_t kClosedMode = 0700;
 
 /// Makes the folder and those above it. Result: 0, or the system's reason (errno).
 int makeFolders(const std::filesystem::path& path) {
@@ -51,7 +53,15 @@ Result<CloneRoot> CloneRoot::open(const std::filesystem::path& wanted) {
         return failure(ErrorCode::TelevisionBusy,
                        "another vxclone works on this television; wait for its end");
     }
+    // A file system without modes has none to change.
+    static_cast<void>(fchmod(folder.get(), kCloneFolderMode));
     return CloneRoot(std::move(folder), path.string());
+}
+
+CloneRoot::~CloneRoot() {
+    if (folder_.valid()) {
+        static_cast<void>(fchmod(folder_.get(), kClosedMode));
+    }
 }
 
 Result<void> CloneRoot::empty() {
@@ -83,6 +93,17 @@ Result<TreeSize> CloneRoot::fillFrom(const Tree& from, const TreeLimits& limits,
         removeContents(folder_.get());
     }
     return copied;
+}
+
+Result<void> CloneRoot::fillWithLinksTo(const Tree& from, const TreeLimits& limits) {
+    if (const auto emptied = empty(); !emptied) {
+        return emptied;
+    }
+    auto linked = linkTree(from, tree(), limits);
+    if (!linked) {
+        removeContents(folder_.get());
+    }
+    return linked;
 }
 
 }  // namespace vxclone

@@ -52,7 +52,7 @@ std::string inSmallLetters(std::string text) {
 struct Shortage {
     Place place;
     TreeSize package;
-    bool besides;  ///< more than the package is to have room
+    std::string besides;  ///< how much more than the package is to have room; empty where nothing is
     std::string needed;
     std::string available;
 };
@@ -63,8 +63,10 @@ tl::unexpected<Error> tooFull(const Shortage& shortage) {
         stick ? ErrorCode::StickFull : ErrorCode::TelevisionFull,
         fmt::format("the package{} {} {}, the {} has {}; free some space{}",
                     shortage.package.files == 0 ? "" : fmt::format(" ({})", sizeText(shortage.package)),
-                    shortage.besides ? "and what is kept besides need" : "needs", shortage.needed,
-                    stick ? "stick" : "television's disk", shortage.available,
+                    shortage.besides.empty()
+                        ? "needs"
+                        : fmt::format("and what a restore needs besides ({}) need", shortage.besides),
+                    shortage.needed, stick ? "stick" : "television's disk", shortage.available,
                     stick ? " or take another stick" : " on the television"));
 }
 
@@ -117,7 +119,8 @@ Result<void> checkSpace(const Tree& folder, const TreeSize& package, const TreeS
     if (fstatvfs(folder.descriptor, &facts) != 0) {
         return tl::make_unexpected(readError(folder.place, folder.path, errno));
     }
-    Shortage shortage{folder.place, package, besides.entries != 0, {}, {}};
+    Shortage shortage{
+        folder.place, package, besides.entries == 0 ? std::string() : sizeText(besides.bytes), {}, {}};
     const std::uint64_t block = facts.f_frsize;
     const std::uint64_t available = facts.f_bavail * block + reclaimed.bytes;
     const std::uint64_t entries = package.entries + besides.entries;

@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cloning_app/package/layout.h"
+#include "cloning_app/package/small_file.h"
 #include "common/strict_json.h"
 #include "common/terminal_table.h"
 
@@ -126,29 +127,79 @@ Result<Json> parsed(const Tree& package, const std::string& text) {
     return settingsDamaged(package, "is damaged: it is no list of settings");
 }
 
-}  // namespace
-
-Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package) {
+/// The document of the package's settings file; none where there is no such file.
+Result<std::optional<Json>> readDocument(const Tree& package) {
     const auto file = openSettings(package);
     if (!file) {
         return tl::make_unexpected(file.error());
     }
     if (!file->valid()) {
-        return std::optional<std::vector<Setting>>();
+        return std::optional<Json>();
     }
     const auto text = readWhole(package, file->get());
     if (!text) {
         return tl::make_unexpected(text.error());
     }
-    const auto document = parsed(package, *text);
+    auto document = parsed(package, *text);
     if (!document) {
         return tl::make_unexpected(document.error());
     }
+    return std::optional(*std::move(document));
+}
+
+std::string plainText(const Json& value) {
+    return value.dump(-1, ' ', true);
+}
+
+/// One setting to a block of lines, indented by tabs, other than ASCII characters by their numbers.
+std::string textOfLibrary(const Json& document) {
+    std::string text;
+    for (const auto& [key, typed] : document.items()) {
+        text += (text.empty() ? "\n\t" : ",\n\t") + plainText(key) + " : ";
+        if (!typed.is_object() || typed.size() != 1) {
+            text += plainText(typed);
+            continue;
+        }
+        text += "\n\t{\n\t\t" + plainText(typed.begin().key()) + " : " + plainText(typed.begin().value()) +
+                "\n\t}";
+    }
+    return "{" + text + "\n}";
+}
+
+}  // namespace
+
+Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package) {
+    const auto document = readDocument(package);
+    if (!document) {
+        return tl::make_unexpected(document.error());
+    }
+    if (!*document) {
+        return std::optional<std::vector<Setting>>();
+    }
     std::vector<Setting> settings;
-    for (const auto& [key, typed] : document->items()) {
+    for (const auto& [key, typed] : (*document)->items()) {
         settings.push_back(settingFrom(key, typed));
     }
     return std::optional(std::move(settings));
+}
+
+Result<void> takeOutSettings(const Tree& package, const std::vector<std::string>& keys) {
+    auto document = readDocument(package);
+    if (!document) {
+        return tl::make_unexpected(document.error());
+    }
+    if (!*document) {
+        return tl::make_unexpected(readError(package.place, settingsPath(package), ENOENT));
+    }
+    for (const std::string& key : keys) {
+        (*document)->erase(key);
+    }
+    const Descriptor folder(openat(package.descriptor, kSettingsFolder, kNoFollow | O_DIRECTORY));
+    if (!folder.valid()) {
+        return tl::make_unexpected(readError(package.place, settingsPath(package), errno));
+    }
+    return writeSmallFile({folder.get(), package.path + "/" + kSettingsFolder, package.place},
+                          kSettingsFileName, textOfLibrary(**document));
 }
 
 }  // namespace vxclone

@@ -28,4 +28,9 @@ inline constexpr std::size_t kMostSettingsBytes = std::size_t{16} << 20U;
 /// package holds no such file. Errors: `SettingsDamaged`, or the file cannot be read.
 Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package);
 
+/// Takes the settings with these keys out of the package's settings file, which is written as the library
+/// writes it. Keys that it does not hold do no harm. Errors: those of `readSettings`; there is no such file;
+/// the disk says no.
+Result<void> takeOutSettings(const Tree& package, const std::vector<std::string>& keys);
+
 }  // namespace vxclone

@@ -1,6 +1,7 @@
 #include "cloning_app/package/tree_copy.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr std::size_t kCopyBlockBytes = std::size_t{128} << 10U;
 constexpr mode_t kCopiedFileMode = 0666;
+constexpr mode_t kLinkedFolderMode = 0755;
 /// Files whose data is on its way to the disk while the next ones are read. A flush of each file by itself
 /// would let the disk empty its memory each time, which takes longer than the writing.
 constexpr std::size_t kFilesOnTheirWay = 16;
@@ -194,6 +196,32 @@ class Copy final : public TreeVisitor {
     TreeSize size_;
 };
 
+class Link final : public TreeVisitor {
+ public:
+    Link(const Tree& from, const Tree& to) : from_(from), to_(to) {}
+
+    Result<void> file(const TreeEntry& entry, int /*descriptor*/) override {
+        const std::string path = pathInside(entry);
+        return judged(linkat(from_.descriptor, path.c_str(), to_.descriptor, path.c_str(), 0), path);
+    }
+    Result<void> enterFolder(const TreeEntry& entry) override {
+        const std::string path = pathInside(entry);
+        return judged(mkdirat(to_.descriptor, path.c_str(), kLinkedFolderMode), path);
+    }
+    Result<void> leaveFolder() override { return {}; }
+
+ private:
+    std::string pathInside(const TreeEntry& entry) const { return entry.path.substr(from_.path.size() + 1); }
+
+    Result<void> judged(int status, const std::string& path) const {
+        return status == 0 ? Result<void>()
+                           : tl::make_unexpected(writeError(to_.place, to_.path + "/" + path, errno));
+    }
+
+    const Tree& from_;
+    const Tree& to_;
+};
+
 }  // namespace
 
 Result<TreeSize> measureTree(const Tree& tree, const TreeLimits& limits, const EntryRule& rule) {
@@ -214,6 +242,11 @@ Result<TreeSize> copyTree(const Tree& from, const Tree& to, const TreeLimits& li
         return tl::make_unexpected(arrived.error());
     }
     return copy.size();
+}
+
+Result<void> linkTree(const Tree& from, const Tree& to, const TreeLimits& limits) {
+    Link link(from, to);
+    return walkTree(from, limits, link);
 }
 
 }  // namespace vxclone

@@ -33,4 +33,9 @@ enum class Flush { No, Yes };
 Result<TreeSize> copyTree(const Tree& from, const Tree& to, const TreeLimits& limits, Flush flush,
                           const DiskCalls& calls, const StopFlag& stop);
 
+/// Gives everything in `from` a second name in the empty folder `to`: folders are made, files are hard links,
+/// which take no room for their content. On failure `to` holds a part: the caller removes it. Errors: those
+/// of `walkTree` for `from`, or the disk makes no link.
+Result<void> linkTree(const Tree& from, const Tree& to, const TreeLimits& limits);
+
 }  // namespace vxclone

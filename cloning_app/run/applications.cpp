@@ -13,6 +13,7 @@ namespace {
 constexpr const char* kOrvelApplication = "org.vorta.orvel-app";
 constexpr const char* kFirstScreenKey = "db/first_screen/type";
 constexpr const char* kNotAsked = "not installed, or it did not start";
+constexpr const char* kOutcomeLost = "it runs; its outcome may be lost";
 constexpr const char* kMayBeAnothers = "the one outcome that came may be another application's";
 
 /// Whether the row tells of an application, be it that the library said nothing of any.
@@ -53,6 +54,13 @@ bool lostAnOutcome(const std::vector<Row>& rows, const std::function<bool(const 
         return row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA && row.verdict == Verdict::NotReported &&
                hasRun(row);
     });
+}
+
+void sayThatItRuns(Row& row) {
+    if (row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA && row.verdict == Verdict::NotReported &&
+        !row.subject.empty()) {
+        row.detail = kOutcomeLost;
+    }
 }
 
 void doubt(Row& row) {

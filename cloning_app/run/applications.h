@@ -16,6 +16,10 @@ void nameApplications(std::vector<Row>& rows);
 /// the library's list lost an outcome, and does not tell whose those are that it holds.
 bool lostAnOutcome(const std::vector<Row>& rows, const std::function<bool(const Row&)>& hasRun);
 
+/// Says of the row of an application that was not reported, and of which there is data all the same, that it
+/// runs. Other rows stay as they are.
+void sayThatItRuns(Row& row);
+
 /// Takes back what the row of an application says was done, and says that the outcome may not be its own.
 void doubt(Row& row);
 

@@ -11,6 +11,7 @@
 #include "cloning_app/run/compared_state.h"
 #include "cloning_app/run/logos.h"
 #include "cloning_app/run/own_settings.h"
+#include "cloning_app/run/restore_room.h"
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/safe_television.h"
 #include "cloning_app/run/settings_store.h"
@@ -21,6 +22,9 @@ namespace vxclone {
 namespace {
 
 constexpr std::size_t kMostKeysNamed = 3;
+constexpr const char* kDiskRanFull =
+    "The television's disk ran full while the package was loaded: free some space on the television, and go "
+    "back with vxclone undo or restore again.";
 
 std::string someOf(const std::vector<std::string>& keys) {
     std::string text;
@@ -293,6 +297,7 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
         static_cast<void>(writeBack(made->kept.all()));
         return tl::make_unexpected(results.error());
     }
+    const bool full = isFull(ready.package.tree());
     context.view.progress({ShownPhase::LookingUp});
     Report report{judge(context, ready, *made, *results), kExitOk, unknownLineSentences(*results),
                   ready.examined.checks, ready.examined.digest.value_or("")};
@@ -315,6 +320,9 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
         compared ? exitStatusFor(report.rows, *results) : exitStatusOf(ErrorCode::CategoryFailed);
     for (std::string& sentence : lackSentences(report.lacks, "The package")) {
         report.closing.push_back(std::move(sentence));
+    }
+    if (full && report.exitStatus != kExitOk) {
+        report.closing.emplace_back(kDiskRanFull);
     }
     return report;
 }

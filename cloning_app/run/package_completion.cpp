@@ -1,6 +1,8 @@
 #include "cloning_app/run/package_completion.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,6 +14,7 @@
 #include "cloning_app/package/settings_file.h"
 #include "cloning_app/run/applications.h"
 #include "cloning_app/run/compared_state.h"
+#include "cloning_app/run/foreign_text.h"
 #include "cloning_app/run/logos.h"
 #include "cloning_app/run/package_origin.h"
 #include "cloning_app/run/run_parts.h"
@@ -23,11 +26,38 @@ namespace vxclone {
 
 namespace {
 
-/// The library says nothing of the settings file, and writes an empty one on a full disk.
-Result<std::size_t> countSettings(const Tree& root) {
+bool isTooLarge(const Tree& root) {
+    struct stat facts {};
+    return fstatat(root.descriptor, kSettingsFile.data(), &facts, AT_SYMLINK_NOFOLLOW) == 0 &&
+           static_cast<std::uintmax_t>(facts.st_size) > kMostSettingsBytes;
+}
+
+Error tooLargeSettings() {
+    const LongText longest = longestText();
+    return {ErrorCode::SettingsNotSaved,
+            fmt::format("the settings of this television are larger than 16 MiB, which no package holds: {} "
+                        "alone has {}; make it shorter and back up again",
+                        longest.key, sizeText(longest.bytes))};
+}
+
+/// What the backup holds of the settings.
+struct SavedSettings {
+    std::size_t count;
+    std::vector<std::string> foreign;  ///< the keys of the texts that were taken out
+};
+
+/// The library says nothing of the settings file, and writes an empty one on a full disk. A text that is not
+/// what the television holds is taken out: it is no content to restore.
+Result<SavedSettings> judgeSettingsFile(const Tree& root) {
     const auto settings = readSettings(root);
     if (settings && *settings) {
-        return (*settings)->size();
+        SavedSettings saved{(*settings)->size(), textsThatCannotTravel(**settings)};
+        saved.count -= saved.foreign.size();
+        const auto out = saved.foreign.empty() ? Result<void>() : takeOutSettings(root, saved.foreign);
+        return out ? Result<SavedSettings>(std::move(saved)) : tl::make_unexpected(out.error());
+    }
+    if (isTooLarge(root)) {
+        return tl::make_unexpected(tooLargeSettings());
     }
     return failure(
         ErrorCode::SettingsNotSaved,
@@ -133,8 +163,20 @@ void judgeApplications(const Tree& root, std::vector<Row>& rows) {
         return;
     }
     for (Row& row : rows) {
+        if (hasSaved(row)) {
+            sayThatItRuns(row);
+        }
         if (row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
             doubt(row);
+        }
+    }
+}
+
+void sayForeignTexts(std::vector<Row>& rows, const std::vector<std::string>& keys) {
+    for (Row& row : rows) {
+        if (row.category == VXCLONE_VCONF_DATA && !keys.empty()) {
+            addDetail(row, fmt::format("cannot be carried, because it is not UTF-8 text: {}",
+                                       fmt::join(keys, ", ")));
         }
     }
 }
@@ -143,18 +185,21 @@ void judgeApplications(const Tree& root, std::vector<Row>& rows) {
 struct Judgement {
     std::vector<Row> rows;  ///< of all categories
     std::vector<Lack> lacks;
+    std::vector<std::string> foreignTexts;
 };
 
 /// Looks at what the library left, before anything is made of it.
 Result<Judgement> judgeBackup(const CloneContext& context, const Tree& root, const ResultList& results,
                               const Means& means) {
-    const auto settings = countSettings(root);
+    auto settings = judgeSettingsFile(root);
     if (!settings) {
         return tl::make_unexpected(settings.error());
     }
     std::vector<Row> own = saveLogos(root, context.stop);
-    own.push_back({VXCLONE_VCONF_DATA, Verdict::Done, "saved, " + countText(*settings, "setting")});
-    Judgement made{tableRows(Direction::Backup, allCategories(), results.outcomes(), own), {}};
+    own.push_back({VXCLONE_VCONF_DATA, Verdict::Done, "saved, " + countText(settings->count, "setting")});
+    Judgement made{tableRows(Direction::Backup, allCategories(), results.outcomes(), own),
+                   {},
+                   std::move(settings->foreign)};
     nameApplications(made.rows);
     judgeApplications(root, made.rows);
     const auto holdings = Holdings::of(root);
@@ -168,6 +213,7 @@ Result<Judgement> judgeBackup(const CloneContext& context, const Tree& root, con
         lack.declared = means.mayLack(lack);
     }
     judgeCompleteness(made.rows, made.lacks);
+    sayForeignTexts(made.rows, made.foreignTexts);
     for (const Row& row : made.rows) {
         if (handlingOf(categoryOf(row.category), Direction::Backup) == Handling::Added ||
             row.category == VXCLONE_VCONF_DATA) {
@@ -210,6 +256,7 @@ Result<Report> completePackage(const CloneContext& context, const Tree& root, co
                   sealed->checks};
     report.digest = sealed->digest;
     report.lacks = made->lacks;
+    report.foreignTexts = made->foreignTexts;
     return report;
 }
 

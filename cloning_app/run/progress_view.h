@@ -32,6 +32,8 @@ struct Report {
     NamedDifferences differences = {};  ///< between the package and the television
     bool brokenOff = false;             ///< what was loaded was to be read back, and a stop kept it from that
     std::vector<Lack> lacks = {};       ///< what the package lacks
+    /// The keys of the settings that a backup lacks because they are no UTF-8 text, of a backup alone.
+    std::vector<std::string> foreignTexts = {};
     /// The categories that were to be compared with the television and were not, of a dry run alone.
     std::optional<std::vector<std::string>> notCompared = {};
 };

@@ -98,6 +98,9 @@ class Comparer {
             return;
         }
         // One that has saved its data by now runs; the library's list may have lost its outcome.
+        if (!isEmpty(found)) {
+            sayThatItRuns(row);
+        }
         if (row.verdict == Verdict::NotReported && row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA &&
             isEmpty(found)) {
             row.verdict = Verdict::NotApplied;

@@ -5,6 +5,7 @@
 #include <cctype>
 #include <system_error>
 
+#include "cloning_app/package/clone_root.h"
 #include "cloning_app/package/safety_store.h"
 #include "cloning_app/run/run_progress.h"
 #include "cloning_app/run/run_remains.h"
@@ -79,6 +80,13 @@ Result<void> recordTheEnd(RunRecorder& recorder, const Result<Report>& report) {
                              : recorder.end(report->exitStatus, report->rows);
 }
 
+/// A restore that broke off on a full disk left its package there, and the way back needs a little room.
+void emptyCloneFolder(const CloneContext& context) {
+    if (auto root = CloneRoot::open(context.cloneRoot)) {
+        static_cast<void>(root->empty());
+    }
+}
+
 CloneContext withView(const CloneContext& context, ProgressView& view) {
     return {context.engine, view, context.stop, context.cloneRoot, context.disk, context.mounts};
 }
@@ -115,8 +123,12 @@ Result<Report> recordedRun(
     const std::function<Result<Report>(const CloneContext& shown, RunRecorder& recorder)>& run) {
     const auto folder = recordFolderOf(context.cloneRoot);
     const RunPhase first = plan.kind == RunKind::Backup ? RunPhase::Saving : RunPhase::Staging;
-    auto recorder =
-        RunRecorder::begin(folder, {plan.kind, first, absolutePath(plan.package), "", secondsNow()});
+    const RunRecord record{plan.kind, first, absolutePath(plan.package), "", secondsNow()};
+    auto recorder = RunRecorder::begin(folder, record);
+    if (!recorder && recorder.error().code == ErrorCode::TelevisionFull && plan.kind == RunKind::Undo) {
+        emptyCloneFolder(context);
+        recorder = RunRecorder::begin(folder, record);
+    }
     if (!recorder) {
         return tl::make_unexpected(withTheOther(recorder.error(), folder));
     }

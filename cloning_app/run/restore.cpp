@@ -7,6 +7,7 @@
 #include "cloning_app/run/dry_run.h"
 #include "cloning_app/run/loading.h"
 #include "cloning_app/run/recorded_run.h"
+#include "cloning_app/run/restore_room.h"
 #include "cloning_app/run/safe_television.h"
 #include "cloning_app/run/safety_backup.h"
 #include "common/terminal_table.h"
@@ -39,7 +40,7 @@ void sayWhatIsNeeded(ProgressView& view, const Plan& plan) {
 /// Without a safety backup a full disk may have room.
 Error withTheWayOn(Error error, const RestoreOptions& options) {
     if (options.safety && error.code == ErrorCode::TelevisionFull) {
-        error.sentence += "; a safety backup needs room besides the package, --no-safety leaves it out";
+        error.sentence += "; a safety backup needs some of that, --no-safety leaves it out";
     }
     return error;
 }
@@ -72,8 +73,8 @@ Result<Report> dryRun(const CloneContext& context, const std::filesystem::path& 
     // The restore itself would empty the clone folder, whose content waits aside now.
     const auto reserve = [&](const Tree& package) {
         needed = safetyReserve(package);
-        return options.safety ? beyond(needed, sizeOfContentAside(recordFolderOf(context.cloneRoot)))
-                              : TreeSize();
+        const TreeSize whole = together(loadReserve(package), options.safety ? needed : TreeSize());
+        return beyond(whole, sizeOfContentAside(recordFolderOf(context.cloneRoot)));
     };
     const auto ready = getReady(context, folder, options, reserve);
     return ready ? tellWhatWouldBeDone(context, *ready, options, needed) : tl::make_unexpected(ready.error());
@@ -84,8 +85,10 @@ Result<Report> restore(const CloneContext& context, const std::filesystem::path&
     if (const auto safe = checkSafe(context.cloneRoot); !safe) {
         return tl::make_unexpected(safe.error());
     }
-    auto ready =
-        getReady(context, folder, options, options.safety ? safetyReserve : StagedPackage::Reserve());
+    const auto reserve = [&options](const Tree& package) {
+        return together(loadReserve(package), options.safety ? safetyReserve(package) : TreeSize());
+    };
+    auto ready = getReady(context, folder, options, reserve);
     if (!ready) {
         return tl::make_unexpected(ready.error());
     }

@@ -1,5 +1,7 @@
 #include "cloning_app/run/safety_backup.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 
@@ -58,6 +60,18 @@ bool mayChange(const ReadyPackage& ready, const Lack& lack) {
     return !ofApplication || ready.holdings.hasEntry(lack.what);
 }
 
+/// The keys of the settings that the load may change and that no backup holds.
+std::vector<std::string> textsThatWouldBeLost(const Report& report) {
+    std::vector<std::string> keys;
+    for (const Lack& lack : report.lacks) {
+        const auto& foreign = report.foreignTexts;
+        if (!lack.declared && std::find(foreign.begin(), foreign.end(), lack.what) != foreign.end()) {
+            keys.push_back(lack.what);
+        }
+    }
+    return keys;
+}
+
 /// A safety backup that was made.
 struct MadeSafety {
     ComparedState state;
@@ -77,6 +91,12 @@ Result<MadeSafety> backUpIntoRoot(const CloneContext& context, const Tree& root,
     const auto report = completePackage(context, root, *results, means);
     if (!report) {
         return tl::make_unexpected(report.error());
+    }
+    if (const auto lost = textsThatWouldBeLost(*report); !lost.empty()) {
+        return failure(ErrorCode::SafetyIncomplete,
+                       fmt::format("it cannot hold {0}, which is not UTF-8 text on this television, so undo "
+                                   "could not bring it back (to restore all the same: --without {0})",
+                                   fmt::join(lost, ",")));
     }
     if (isIncomplete(report->lacks)) {
         return failure(ErrorCode::SafetyIncomplete,

@@ -4,6 +4,7 @@
 
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/small_file.h"
+#include "cloning_app/run/restore_room.h"
 #include "cloning_app/run/run_parts.h"
 
 namespace vxclone {
@@ -56,6 +57,25 @@ Result<StagedPackage> StagedPackage::copyOf(const CloneContext& context, const T
         return tl::make_unexpected(copied.error());
     }
     return StagedPackage(std::move(*root), package.path);
+}
+
+Result<StagedPackage> StagedPackage::ofSafety(const CloneContext& context, const Tree& safety) {
+    const auto room = [](const Tree& /*safety*/) { return kRoomOfARun; };
+    auto copied = copyOf(context, safety, room);
+    if (copied || copied.error().code != ErrorCode::TelevisionFull) {
+        return copied;
+    }
+    auto root = CloneRoot::open(context.cloneRoot);
+    if (!root) {
+        return tl::make_unexpected(root.error());
+    }
+    if (!root->fillWithLinksTo(safety, TreeLimits{})) {
+        // A file system without links.
+        return copyOf(context, safety);
+    }
+    StagedPackage staged(*std::move(root), safety.path);
+    staged.linked_ = true;
+    return staged;
 }
 
 Result<StagedPackage> StagedPackage::sealOf(const CloneContext& context, const Tree& package) {

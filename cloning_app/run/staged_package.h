@@ -26,6 +26,11 @@ class StagedPackage {
     static Result<StagedPackage> copyOf(const CloneContext& context, const Tree& package,
                                         const Reserve& reserve = {});
 
+    /// The same of the television's own safety backup, also where the disk is full: where a copy does not
+    /// leave room for a load, its files get a second name in the clone folder, which goes with this object in
+    /// any case. What writes into them would write into the safety backup.
+    static Result<StagedPackage> ofSafety(const CloneContext& context, const Tree& safety);
+
     /// The same of nothing but the identity and the seal, for an examination of the rest where it lies.
     static Result<StagedPackage> sealOf(const CloneContext& context, const Tree& package);
 
@@ -39,7 +44,7 @@ class StagedPackage {
     /// Where on the stick it came from.
     const std::string& origin() const { return origin_; }
     /// From now on it stays when this object ends.
-    void keep() { kept_ = true; }
+    void keep() { kept_ = !linked_; }
     /// From now on it goes with this object.
     void discard() { kept_ = false; }
 
@@ -48,6 +53,7 @@ class StagedPackage {
 
     std::unique_ptr<CloneRoot> root_;
     std::string origin_;
+    bool linked_ = false;
     bool kept_ = false;
 };
 

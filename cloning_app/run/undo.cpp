@@ -69,7 +69,7 @@ Result<void> takeLogosAway(WayBack& back) {
 }
 
 Result<WayBack> getReady(const CloneContext& context, const Tree& safety) {
-    auto package = StagedPackage::copyOf(context, safety);
+    auto package = StagedPackage::ofSafety(context, safety);
     if (!package) {
         return tl::make_unexpected(package.error());
     }

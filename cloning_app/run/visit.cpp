@@ -25,6 +25,14 @@ Result<bool> putCloneFolderBack(const std::filesystem::path& cloneRoot) {
         [&](const CloneRoot& root) { return putContentBack(dataFolder, root.tree()); });
 }
 
+/// None where there is no such folder; `unknown` where nobody can tell.
+std::optional<std::filesystem::perms> modeOf(const std::filesystem::path& folder) {
+    std::error_code reason;
+    const auto status = std::filesystem::status(folder, reason);
+    return status.type() == std::filesystem::file_type::not_found ? std::nullopt
+                                                                  : std::optional(status.permissions());
+}
+
 }  // namespace
 
 Result<void> endDeadVisit(const CloneContext& context) {
@@ -38,8 +46,8 @@ Result<void> endDeadVisit(const CloneContext& context) {
     return putRunKeysBack(recordFolderOf(context.cloneRoot));
 }
 
-Visit::Visit(LookHold hold, std::filesystem::path cloneRoot, bool made)
-    : hold_(std::make_unique<LookHold>(std::move(hold))), cloneRoot_(std::move(cloneRoot)), made_(made) {}
+Visit::Visit(LookHold hold, std::filesystem::path cloneRoot, std::optional<std::filesystem::perms> mode)
+    : hold_(std::make_unique<LookHold>(std::move(hold))), cloneRoot_(std::move(cloneRoot)), mode_(mode) {}
 
 Visit::~Visit() {
     static_cast<void>(end());
@@ -53,15 +61,14 @@ Result<Visit> Visit::begin(const CloneContext& context) {
     if (const auto ended = endDeadVisit(context); !ended) {
         return tl::make_unexpected(ended.error());
     }
-    std::error_code unknown;
-    const bool made = !std::filesystem::exists(context.cloneRoot, unknown) && !unknown;
+    const auto mode = modeOf(context.cloneRoot);
     const auto aside = CloneRoot::open(context.cloneRoot).and_then([&](const CloneRoot& root) {
         return setContentAside(recordFolderOf(context.cloneRoot), root.tree());
     });
     if (!aside) {
         return tl::make_unexpected(aside.error());
     }
-    return Visit(std::move(*hold), context.cloneRoot, made);
+    return Visit(std::move(*hold), context.cloneRoot, mode);
 }
 
 Result<void> Visit::end() {
@@ -70,8 +77,10 @@ Result<void> Visit::end() {
     }
     const auto hold = std::move(hold_);
     const auto put = putCloneFolderBack(cloneRoot_);
-    if (put && made_) {
-        std::error_code stays;
+    std::error_code stays;
+    if (mode_ && mode_ != std::filesystem::perms::unknown) {
+        std::filesystem::permissions(cloneRoot_, *mode_, stays);
+    } else if (!mode_ && put) {
         std::filesystem::remove(cloneRoot_, stays);
     }
     const auto keys = putRunKeysBack(recordFolderOf(cloneRoot_));

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "cloning_app/run/clone_run.h"
 #include "cloning_app/run/run_record.h"
@@ -28,11 +29,12 @@ class Visit {
     Result<void> end();
 
  private:
-    Visit(LookHold hold, std::filesystem::path cloneRoot, bool made);
+    /// `mode` is that of the clone folder; none where it was not there.
+    Visit(LookHold hold, std::filesystem::path cloneRoot, std::optional<std::filesystem::perms> mode);
 
     std::unique_ptr<LookHold> hold_;  ///< none once the visit has ended
     std::filesystem::path cloneRoot_;
-    bool made_;
+    std::optional<std::filesystem::perms> mode_;
 };
 
 /// Puts right what a visit left that died: the clone folder and the keys of the settings store. For the

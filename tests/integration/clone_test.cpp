@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "tests/integration/clone_fixture.h"
+#include "tests/support/machine/exit_status.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtest {
@@ -85,6 +86,52 @@ TEST_F(CloneTest, compareSeesEveryAreaThatARestoreTouches) {
                                               "sources", "boot-logo", "home-menu", "mbr-logo", "apps"));
     EXPECT_THAT(vxtv({"compare", first, second, "--summary"}).output,
                 Not(testing::ContainsRegex("differs?\n")));
+}
+
+/// The bytes of a text setting, as the television's own database has them.
+std::string bytesOf(const std::string& television, const std::string& key) {
+    const auto opened = vxtv::Television::open(television);
+    const auto value = opened ? opened->settings().get(key) : tl::make_unexpected(opened.error());
+    EXPECT_TRUE(value);
+    const auto* const text = value ? std::get_if<std::string>(&value->value) : nullptr;
+    EXPECT_NE(text, nullptr);
+    return text == nullptr ? "" : *text;
+}
+
+void setBytes(const std::string& television, const std::string& key, const std::string& bytes) {
+    const auto done = vxtv::Television::open(television).and_then([&](const vxtv::Television& opened) {
+        return opened.settings().set(key, vxtv::SettingValue(bytes));
+    });
+    EXPECT_TRUE(done);
+    EXPECT_EQ(bytesOf(television, key), bytes);
+}
+
+TEST_F(CloneTest, textThatIsNoUtf8NeverBecomesAnotherTextOnAnyTelevision) {
+    const std::string own = bytesOf(second, kWelcome);
+    // A whole character, half of one, and bytes that are none in any place.
+    for (const std::string bytes : {"caf\xe9 au lait", "\xc3", "\xe9t\xe9", "\xed\xa0\x80", "a\xff"}) {
+        setBytes(first, kWelcome, bytes);
+        const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
+        EXPECT_EQ(backup.status, ended::kIncomplete) << backup.output << backup.errors;
+        EXPECT_THAT(backup.output, HasSubstr(std::string("not saved: ") + kWelcome));
+        EXPECT_EQ(json::parse(package().at("vconf/Vconf.json")).count(kWelcome), 0U);
+        EXPECT_EQ(bytesOf(first, kWelcome), bytes);
+    }
+    const Finished restore = vxclone(second, {"restore", "/media/usb/clone"});
+    EXPECT_EQ(restore.status, ended::kIncomplete) << restore.output << restore.errors;
+    EXPECT_THAT(restore.output, HasSubstr(std::string("left as they were: ") + kWelcome));
+    EXPECT_EQ(bytesOf(second, kWelcome), own);
+    EXPECT_NE(bytesOf(first, kWelcome), own);
+
+    // The other way round: what undo could not bring back is not changed.
+    const std::string before = bytesOf(first, kWelcome);
+    ASSERT_EQ(vxclone(second, {"backup", "/media/usb/clone"}).status, 0);
+    const Finished refused = vxclone(first, {"restore", "/media/usb/clone"});
+    EXPECT_EQ(refused.status, ended::kPlatformFailed) << refused.output << refused.errors;
+    EXPECT_THAT(refused.errors, HasSubstr(std::string("--without ") + kWelcome));
+    EXPECT_EQ(bytesOf(first, kWelcome), before);
+    EXPECT_EQ(vxclone(first, {"restore", "/media/usb/clone", "--without", kWelcome}).status, 0);
+    EXPECT_EQ(bytesOf(first, kWelcome), own);
 }
 
 TEST_F(CloneTest, packageHoldsTheSettingsIdentityManifestAndSeal) {

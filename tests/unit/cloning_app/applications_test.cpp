@@ -69,6 +69,19 @@ TEST_F(ApplicationsTest, categoryThatWasNotChosenIsLeftAsItIs) {
     EXPECT_THAT(named({{kApps, Verdict::NotChosen}}), ElementsAre("=not chosen"));
 }
 
+TEST_F(ApplicationsTest, applicationThatRunsIsNotCalledNotInstalled) {
+    std::vector<Row> rows = {{kApps, Verdict::NotReported}};
+    nameApplications(rows);
+    sayThatItRuns(rows.front());
+    EXPECT_EQ(textOf(rows.front()), "not reported: it runs; its outcome may be lost");
+    Row reported{kApps, Verdict::Failed, "why", "org.app"};
+    sayThatItRuns(reported);
+    EXPECT_EQ(textOf(reported), "failed: why");
+    Row other{VXCLONE_AV_SETTINGS, Verdict::NotReported, "why", "org.app"};
+    sayThatItRuns(other);
+    EXPECT_EQ(textOf(other), "not reported: why");
+}
+
 TEST_F(ApplicationsTest, outcomeIsInDoubtOnceOneThatWasNotReportedIsKnownToHaveRun) {
     const std::vector<Row> rows = {{kApps, Verdict::NotReported, "", "a"},
                                    {kApps, Verdict::Done, "", "b"},

@@ -86,12 +86,13 @@ TEST_F(ReadBackTest, applicationThatWasNotAskedDoesNotHoldItsDataOfThePackage) {
     EXPECT_EQ(textOf(compared(notAsked)),
               "not applied: not installed; its data in the package was not loaded");
     after_.entries = {file("org.app/data", "2")};
-    EXPECT_EQ(textOf(compared(notAsked)),
-              "not reported, cannot be read back: not installed; 0 of 1 file the same, the rest only the "
-              "application can compare");
+    EXPECT_EQ(
+        textOf(compared(notAsked)),
+        "not reported, cannot be read back: it runs; its outcome may be lost; 0 of 1 file the same, the "
+        "rest only the application can compare");
     EXPECT_FALSE(comparison_.complete);
     after_.entries = {file("org.app/data", "1")};
-    EXPECT_EQ(textOf(compared(notAsked)), "not reported, read back: same: not installed");
+    EXPECT_EQ(textOf(compared(notAsked)), "not reported, read back: same: it runs; its outcome may be lost");
     EXPECT_TRUE(comparison_.complete);
 }
 
@@ -102,7 +103,7 @@ TEST_F(ReadBackTest, outcomeThatMayBeAnotherApplicationsIsNotTakenForItsOwn) {
     after_.entries = {file("org.app/data", "2"), file("org.lost/data", "1")};
     std::vector<Row> doubted = rows;
     EXPECT_FALSE(compareRows(expected_, after_, unsaved_, doubted).complete);
-    EXPECT_EQ(textOf(doubted.front()), "not reported, read back: same");
+    EXPECT_EQ(textOf(doubted.front()), "not reported, read back: same: it runs; its outcome may be lost");
     EXPECT_EQ(textOf(doubted.back()),
               "not reported, cannot be read back: 0 of 1 file the same, the rest only the application can "
               "compare; the one outcome that came may be another application's");

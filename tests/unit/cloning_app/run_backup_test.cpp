@@ -296,6 +296,83 @@ TEST_F(RunBackupTest, settingThatWasNotSavedIsNamedRecordedAndAFailure) {
     EXPECT_FALSE(lacks->front().declared);
 }
 
+class ForeignTextBackupTest : public RunBackupTest {
+ protected:
+    /// The television holds this text, and the library writes others in place of its bytes.
+    ForeignTextBackupTest() {
+        store::writeString(kTitle, "caf\xe9");
+        engine_.work = [this] {
+            writeGoodBackup();
+            writeFile(root_ / "vconf/Vconf.json", wholeSettings({{kTitle, "\"caf\\ufffd\""}}));
+            FakeEngine::report(kWholeReport, 0);
+        };
+    }
+
+    static constexpr const char* kTitle = "db/vxhotel/welmsg/welcomemsgtitle";
+};
+
+TEST_F(ForeignTextBackupTest, textThatIsNoUtf8IsNotInThePackageAndALack) {
+    const auto report = backUp();
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(report->exitStatus, 1);
+    EXPECT_EQ(textOf(rowFor(*report, VXCLONE_VCONF_DATA)),
+              std::string("failed: saved, 53 settings; not saved: ") + kTitle +
+                  "; cannot be carried, because it is not UTF-8 text: " + kTitle);
+    EXPECT_THAT(report->closing, Not(Contains("Safe to remove the stick.")));
+    EXPECT_THAT(readFile(stick_ / "clone/vconf/Vconf.json"), Not(HasSubstr(kTitle)));
+    EXPECT_THAT(readFile(stick_ / "clone/vconf/Vconf.json"), HasSubstr(kPinSetting));
+    const auto lacks = manifestIn(stick_ / "clone").manifest.origin.lacks;
+    ASSERT_TRUE(lacks && lacks->size() == 1U);
+    EXPECT_EQ(lacks->front().what, kTitle);
+}
+
+TEST_F(ForeignTextBackupTest, textThatIsNoUtf8MayBeDeclaredAndTheSameTextInUtf8Travels) {
+    BackupOptions options;
+    options.without = *Declared::parse(kTitle);
+    const auto declared = runBackup(context(), stick_ / "clone", options);
+    ASSERT_TRUE(declared) << declared.error().sentence;
+    EXPECT_EQ(declared->exitStatus, 0);
+    EXPECT_THAT(readFile(stick_ / "clone/vconf/Vconf.json"), Not(HasSubstr(kTitle)));
+    store::writeString(kTitle, "caf\xef\xbf\xbd");
+    const auto whole = backUp();
+    ASSERT_TRUE(whole) << whole.error().sentence;
+    EXPECT_EQ(whole->exitStatus, 0);
+    EXPECT_THAT(readFile(stick_ / "clone/vconf/Vconf.json"), HasSubstr(kTitle));
+}
+
+TEST_F(RunBackupTest, settingsThatNoPackageHoldsAreNotBlamedOnTheDisk) {
+    const std::string text(kMostSettingsBytes, 'x');
+    store::writeString(kPinSetting, text);
+    engine_.work = [this, &text] {
+        writeGoodBackup();
+        writeFile(root_ / "vconf/Vconf.json", wholeSettings({{kPinSetting, "\"" + text + "\""}}));
+        FakeEngine::report(kWholeReport, 0);
+    };
+    const auto report = backUp();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::SettingsNotSaved);
+    EXPECT_EQ(
+        report.error().sentence,
+        std::string("the settings of this television are larger than 16 MiB, which no package holds: ") +
+            kPinSetting + " alone has 16.8 MB; make it shorter and back up again");
+}
+
+TEST_F(RunBackupTest, cloneFolderIsClosedToOthersOnceTheRunHasEnded) {
+    int during = 0;
+    const auto work = engine_.work;
+    engine_.work = [&] {
+        during = modeOf(root_);
+        work();
+    };
+    ASSERT_TRUE(backUp());
+    EXPECT_EQ(during, 0755);
+    EXPECT_EQ(modeOf(root_), 0700);
+    std::filesystem::permissions(root_, std::filesystem::perms::all);
+    engine_.end = failure(ErrorCode::Internal, "broke off");
+    EXPECT_FALSE(backUp());
+    EXPECT_EQ(modeOf(root_), 0700);
+}
+
 TEST_F(RunBackupTest, everyEntryThatIsMissingIsAFailureOfItsCategory) {
     const std::map<std::string, std::string> entries = {{"factory.backup", "factory"},
                                                         {"picture-and-sound.backup", "av"},

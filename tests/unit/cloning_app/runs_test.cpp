@@ -9,10 +9,12 @@
 #include <functional>
 #include <ostream>
 
+#include "cloning_app/run/restore_room.h"
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/run_record.h"
 #include "cloning_app/run/safety_backup.h"
 #include "cloning_app/run/setting_kinds.h"
+#include "cloning_app/run/settings_store.h"
 #include "tests/unit/cloning_app/own_mounts.h"
 #include "tests/unit/cloning_app/restoring_test.h"
 
@@ -270,9 +272,10 @@ TEST_F(RunsTest, safetyBackupMayLackWhatTheRestoreLeavesAlone) {
 TEST_F(RunsTest, televisionWithoutRoomForTheSafetyBackupIsToldBeforeAnythingIsMade) {
     const bool allowed = withOwnMounts([this] {
         std::filesystem::create_directories(data());
-        ASSERT_EQ(mount("tmpfs", data().c_str(), "tmpfs", 0, "size=256k"), 0);
+        const std::string size = "size=" + std::to_string(kRoomOfARun.bytes + (768U << 10U));
+        ASSERT_EQ(mount("tmpfs", data().c_str(), "tmpfs", 0, size.c_str()), 0);
         FakePaths::instance().homeMenu = folder_ / "menu";
-        writeFile(folder_ / "menu/film", std::string(300'000, 'f'));
+        writeFile(folder_ / "menu/film", std::string(900'000, 'f'));
         const auto report = restore();
         ASSERT_FALSE(report);
         EXPECT_EQ(report.error().code, ErrorCode::TelevisionFull);
@@ -285,6 +288,170 @@ TEST_F(RunsTest, televisionWithoutRoomForTheSafetyBackupIsToldBeforeAnythingIsMa
     if (!allowed) {
         GTEST_SKIP() << "mounting is not allowed here";
     }
+}
+
+/// A television whose data folder is a disk of its own.
+class FullTelevisionTest : public RestoringTest {
+ protected:
+    /// Runs the body where that disk has so much room beside what a run needs.
+    void onADisk(std::uint64_t bytes, const std::function<void()>& body) {
+        const bool allowed = withOwnMounts([&] {
+            std::filesystem::create_directories(data());
+            const std::string size = "size=" + std::to_string(kRoomOfARun.bytes + bytes);
+            ASSERT_EQ(mount("tmpfs", data().c_str(), "tmpfs", 0, size.c_str()), 0);
+            body();
+        });
+        if (!allowed) {
+            GTEST_SKIP() << "mounting is not allowed here";
+        }
+    }
+
+    /// Fills what is left of that disk but for so much.
+    void fill(std::uint64_t left) const {
+        const auto room = std::filesystem::space(data()).available;
+        ASSERT_GT(room, left);
+        writeFile(data() / "filling", std::string(room - left, 'f'));
+    }
+};
+
+constexpr std::uint64_t kPlenty = std::uint64_t{2} << 20U;
+
+TEST_F(FullTelevisionTest, roomForTheRunItselfIsAskedAlsoWithoutASafetyBackup) {
+    onADisk(kPlenty, [this] {
+        ASSERT_NO_FATAL_FAILURE(fill(kRoomOfARun.bytes));
+        RestoreOptions options{allCategories(), false, true};
+        options.safety = false;
+        const auto report = restore(options);
+        ASSERT_FALSE(report);
+        EXPECT_EQ(report.error().code, ErrorCode::TelevisionFull);
+        EXPECT_THAT(
+            report.error().sentence,
+            testing::ContainsRegex("and what a restore needs besides \\(6\\.3 MB\\) need 6\\.[0-9] MB, the "
+                                   "television's disk has 6\\.3 MB free"));
+        EXPECT_EQ(engine_.runs, 0);
+        std::filesystem::remove(data() / "filling");
+        EXPECT_TRUE(restore(options));
+    });
+}
+
+TEST_F(FullTelevisionTest, diskThatRunsFullInTheMiddleIsSaid) {
+    onADisk(kPlenty, [this] {
+        engine_.work = [this] {
+            fill(0);
+            FakeEngine::report(kWholeReport, 100);
+        };
+        const auto report = restore();
+        ASSERT_TRUE(report) << report.error().sentence;
+        EXPECT_EQ(report->exitStatus, 1);
+        EXPECT_THAT(
+            report->closing,
+            Contains("The television's disk ran full while the package was loaded: free some space on "
+                     "the television, and go back with vxclone undo or restore again."));
+    });
+}
+
+TEST_F(FullTelevisionTest, undoNeedsNoRoomAndLeavesTheSafetyBackupAsItIs) {
+    writeFile(folder_ / "own/factory.backup", std::string(300'000, 'f'));
+    const auto save = engine_.save;
+    engine_.save = [this, save] {
+        save();
+        std::error_code full;
+        std::filesystem::copy_file(folder_ / "own/factory.backup", root_ / "factory.backup",
+                                   std::filesystem::copy_options::overwrite_existing, full);
+    };
+    onADisk(kPlenty, [this] {
+        ASSERT_TRUE(restore());
+        const auto safety = contentOf(data() / "Safety");
+        writeFile(root_ / "of-a-restore-that-died", std::string(40'000, 'x'));
+        ASSERT_NO_FATAL_FAILURE(fill(0));
+        for (int count = 0; count < 2; ++count) {
+            set(kVolume, 12);
+            const auto undone = runUndo(context(), false);
+            ASSERT_TRUE(undone) << undone.error().sentence;
+            EXPECT_EQ(undone->exitStatus, 0);
+            EXPECT_EQ(volume(), 20);
+            EXPECT_EQ(loaded_, safety);
+            EXPECT_EQ(contentOf(data() / "Safety"), safety);
+            EXPECT_TRUE(std::filesystem::is_empty(root_)) << "a second name of the safety backup's files";
+        }
+        const auto readBack = runUndo(context(), true);
+        ASSERT_TRUE(readBack) << readBack.error().sentence;
+        EXPECT_EQ(contentOf(data() / "Safety"), safety);
+    });
+}
+
+TEST_F(RunsTest, cloneFolderIsClosedToOthersAfterARestoreAndAnUndo) {
+    RestoreOptions options{allCategories(), false, true};
+    options.readBack = false;
+    int during = 0;
+    const auto work = engine_.work;
+    engine_.work = [&] {
+        during = modeOf(root_);
+        work();
+    };
+    ASSERT_TRUE(restore(options));
+    EXPECT_EQ(during, 0755);
+    EXPECT_FALSE(std::filesystem::is_empty(root_));
+    EXPECT_EQ(modeOf(root_), 0700);
+    ASSERT_TRUE(runUndo(context(), false));
+    EXPECT_EQ(modeOf(root_), 0700);
+    const auto held = contentOf(root_);
+    options.dryRun = true;
+    std::filesystem::permissions(root_, static_cast<std::filesystem::perms>(0751));
+    ASSERT_TRUE(restore(options));
+    EXPECT_EQ(modeOf(root_), 0751);
+    EXPECT_EQ(contentOf(root_), held);
+}
+
+class ForeignTextRestoreTest : public RestoringTest {
+ protected:
+    /// This television holds a text of other bytes, which the library does not carry.
+    ForeignTextRestoreTest() {
+        set(kTitle, kBytes);
+        const auto save = engine_.save;
+        engine_.save = [this, save] {
+            save();
+            writeFile(root_ / "vconf/Vconf.json",
+                      wholeSettings({{kTitle, "\"caf\\ufffd\""}, {kVolume, std::to_string(volume())}}));
+        };
+    }
+
+    static std::string title() { return store::readString(kTitle).value_or(""); }
+
+    static constexpr const char* kTitle = "db/vxhotel/welmsg/welcomemsgtitle";
+    static inline const std::string kBytes = "caf\xe9";
+};
+
+TEST_F(ForeignTextRestoreTest, restoreThatUndoCouldNotTakeBackDoesNotBegin) {
+    const auto report = restore();
+    ASSERT_FALSE(report);
+    EXPECT_EQ(report.error().code, ErrorCode::SafetyIncomplete);
+    EXPECT_EQ(report.error().sentence,
+              std::string("the safety backup failed: it cannot hold ") + kTitle +
+                  ", which is not UTF-8 text on this television, so undo could not bring it back (to restore "
+                  "all the same: --without " +
+                  kTitle +
+                  "); the restore did not begin and nothing was changed (to go on without a safety backup: "
+                  "--no-safety)");
+    EXPECT_EQ(engine_.runs, 0);
+    EXPECT_EQ(title(), kBytes);
+    EXPECT_FALSE(hasSafety());
+    EXPECT_TRUE(restore({{VXCLONE_AV_SETTINGS}})) << "settings are not chosen";
+}
+
+TEST_F(ForeignTextRestoreTest, ownTextThatNeitherPackageHoldsIsKeptByTheByte) {
+    writeWholePackage(package_, {{kVolume, "12"}, {kTitle, ""}});
+    sealFolder(package_);
+    RestoreOptions options{allCategories(), false, true};
+    options.without = *Declared::parse(kTitle);
+    const auto report = restore(options);
+    ASSERT_TRUE(report) << report.error().sentence;
+    EXPECT_EQ(volume(), 12);
+    EXPECT_EQ(title(), kBytes);
+    EXPECT_THAT(readFile(data() / "Safety/vconf/Vconf.json"), Not(HasSubstr(kTitle)));
+    ASSERT_TRUE(runUndo(context(), true));
+    EXPECT_EQ(volume(), 20);
+    EXPECT_EQ(title(), kBytes);
 }
 
 TEST_F(RunsTest, safetyReserveIsWhatTheTelevisionHasAndThePackageOfTheRest) {
@@ -484,7 +651,8 @@ TEST_F(DryRunTest, quickOneAsksNoLibraryAndSaysWhatItDidNotCompare) {
 TEST_F(DryRunTest, roomIsJudgedAsTheRestoreWouldFindItWithTheCloneFolderEmptied) {
     const bool allowed = withOwnMounts([this] {
         std::filesystem::create_directories(data());
-        ASSERT_EQ(mount("tmpfs", data().c_str(), "tmpfs", 0, "size=1m"), 0);
+        const std::string size = "size=" + std::to_string(kRoomOfARun.bytes + (1024U << 10U));
+        ASSERT_EQ(mount("tmpfs", data().c_str(), "tmpfs", 0, size.c_str()), 0);
         FakePaths::instance().homeMenu = folder_ / "menu";
         writeFile(folder_ / "menu/film", std::string(400'000, 'f'));
         writeFile(root_ / "of-the-last-run", std::string(200'000, 'x'));

@@ -46,6 +46,26 @@ TEST_F(SettingsFileTest, packageWithoutTheFileHasNone) {
     EXPECT_FALSE(*settings);
 }
 
+TEST_F(SettingsFileTest, settingsThatAreTakenOutLeaveTheOthersAsTheLibraryWritesThem) {
+    writeFile(package_ / "vconf/Vconf.json",
+              "{\n\t\"a\" : \n\t{\n\t\t\"string\" : \"caf\\u00e9 \\\"x\\\"\"\n\t},\n\t\"b\" : "
+              "\n\t{\n\t\t\"int\" : 7\n\t},\n\t\"c\" : \n\t{\n\t\t\"bool\" : 1\n\t}\n}");
+    const Descriptor opened(open(package_.path().c_str(), O_RDONLY | O_DIRECTORY));
+    const Tree tree{opened.get(), package_.path().string(), Place::Television};
+    ASSERT_TRUE(takeOutSettings(tree, {"b", "not-there"}));
+    EXPECT_EQ(readFile(package_ / "vconf/Vconf.json"),
+              "{\n\t\"a\" : \n\t{\n\t\t\"string\" : \"caf\\u00e9 \\\"x\\\"\"\n\t},\n\t\"c\" : "
+              "\n\t{\n\t\t\"bool\" : 1\n\t}\n}");
+    ASSERT_TRUE(takeOutSettings(tree, {"a", "c"}));
+    EXPECT_THAT(readText(readFile(package_ / "vconf/Vconf.json")), IsEmpty());
+}
+
+TEST_F(SettingsFileTest, settingsOfNoFileCannotBeTakenOut) {
+    const Descriptor opened(open(package_.path().c_str(), O_RDONLY | O_DIRECTORY));
+    EXPECT_FALSE(takeOutSettings({opened.get(), package_.path().string(), Place::Television}, {"a"}));
+    EXPECT_FALSE(std::filesystem::exists(package_ / "vconf"));
+}
+
 TEST_F(SettingsFileTest, damagedFileIsRefused) {
     for (const char* const text : {"", "null", "[]", "{", "{\"a\":{\"int\":1}} x", "\x01"}) {
         EXPECT_EQ(errorOf(text), ErrorCode::SettingsDamaged) << text;

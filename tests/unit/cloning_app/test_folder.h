@@ -35,6 +35,11 @@ inline std::string readFile(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
+/// Who may do what with the file or folder, as in "0755".
+inline int modeOf(const std::filesystem::path& path) {
+    return static_cast<int>(std::filesystem::status(path).permissions());
+}
+
 /// Everything under the folder: files with their content, folders as "/", links as "->".
 inline std::map<std::string, std::string> contentOf(const std::filesystem::path& folder) {
     std::map<std::string, std::string> content;

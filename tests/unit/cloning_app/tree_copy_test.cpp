@@ -18,6 +18,13 @@ using testing::HasSubstr;
 
 class TreeCopyTest : public testing::Test {
  protected:
+    Result<void> link() {
+        const Descriptor from = openFolder(from_.path());
+        const Descriptor to = openFolder(to_.path());
+        return linkTree({from.get(), from_.path().string(), Place::Television},
+                        {to.get(), to_.path().string(), Place::Television}, limits_);
+    }
+
     static Descriptor openFolder(const std::filesystem::path& path) {
         return Descriptor(open(path.c_str(), O_RDONLY | O_DIRECTORY));
     }
@@ -53,6 +60,26 @@ class TreeCopyTest : public testing::Test {
     DiskCalls calls_ = realDiskCalls();
     StopFlag stop_;
 };
+
+TEST_F(TreeCopyTest, linkedTreeHoldsTheSameFilesUnderASecondName) {
+    writeFile(from_ / "a", "1");
+    writeFile(from_ / "folder/deeper/b", "2");
+    std::filesystem::create_directory(from_ / "empty");
+    ASSERT_TRUE(link());
+    EXPECT_EQ(contentOf(to_.path()), contentOf(from_.path()));
+    EXPECT_TRUE(std::filesystem::equivalent(from_ / "folder/deeper/b", to_ / "folder/deeper/b"));
+    std::filesystem::remove_all(to_ / "folder");
+    EXPECT_EQ(readFile(from_ / "folder/deeper/b"), "2");
+}
+
+TEST_F(TreeCopyTest, treeThatCannotBeLinkedSaysWhy) {
+    writeFile(from_ / "a", "1");
+    writeFile(to_ / "a", "there already");
+    const auto linked = link();
+    ASSERT_FALSE(linked);
+    EXPECT_EQ(linked.error().code, ErrorCode::TelevisionIo);
+    EXPECT_EQ(readFile(to_ / "a"), "there already");
+}
 
 TEST_F(TreeCopyTest, filesAndFoldersArriveAsTheyAre) {
     writeFile(from_ / "vconf/Vconf.json", "{}");

@@ -44,6 +44,15 @@ TEST_F(VisitTest, cloneFolderIsEmptyMeanwhileAndAfterwardsAsItWas) {
     EXPECT_THAT(view_.notices, IsEmpty());
 }
 
+TEST_F(VisitTest, cloneFolderIsOpenOrClosedToOthersAsItWas) {
+    writeFile(root_ / "a", "1");
+    for (const int mode : {0755, 0700, 0711}) {
+        std::filesystem::permissions(root_, static_cast<std::filesystem::perms>(mode));
+        { ASSERT_TRUE(Visit::begin(context())); }
+        EXPECT_EQ(modeOf(root_), mode);
+    }
+}
+
 TEST_F(VisitTest, cloneFolderThatWasNotThereIsNotThereAfterwards) {
     std::filesystem::create_directories(data());
     {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "cloning_app/run/setting_kinds.h"
@@ -53,19 +54,17 @@ inline void writeWholePackage(const std::filesystem::path& folder, const Setting
 /// What the library does with the settings of a package: writes each into the store, 0 or "" where it is
 /// lacking.
 inline void loadSettings(const std::filesystem::path& folder) {
-    const std::string text = readFile(folder / "vconf/Vconf.json");
+    const auto read = nlohmann::json::parse(readFile(folder / "vconf/Vconf.json"), nullptr, false);
+    const nlohmann::json settings = read.is_object() ? read : nlohmann::json::object();
     for (const vxclone::SettingFacts& facts : vxclone::clonedSettings()) {
         const std::string key(facts.key);
-        const std::size_t at = text.find("\"" + key + "\":");
-        const std::size_t value = at == std::string::npos ? at : text.find(':', text.find('{', at)) + 1;
-        const std::string found =
-            at == std::string::npos ? "" : text.substr(value, text.find('}', value) - value);
+        const nlohmann::json typed = settings.value(key, nlohmann::json::object());
         if (facts.type == vxclone::SettingType::Text) {
-            vxclone::store::writeString(key, found.empty() ? "" : found.substr(1, found.size() - 2));
+            vxclone::store::writeString(key, typed.value("string", ""));
         } else if (facts.type == vxclone::SettingType::Bool) {
-            vxclone::store::writeBool(key, found == "1");
+            vxclone::store::writeBool(key, typed.value("bool", 0) == 1);
         } else {
-            vxclone::store::writeInt(key, found.empty() ? 0 : std::stoi(found));
+            vxclone::store::writeInt(key, typed.value("int", 0));
         }
     }
 }
