@@ -6,6 +6,8 @@
 #include "cloning_app/commands/app.h"
 #include "cloning_app/run/json_lines.h"
 #include "common/command_line.h"
+#include "common/plain_reason.h"
+#include "common/printable.h"
 #include "common/process_start.h"
 
 namespace {
@@ -16,7 +18,7 @@ int refuseLine(const std::string& sentence, bool json) {
     if (json) {
         vxclone::JsonLines(std::cout).error({vxclone::ErrorCode::BadArguments, sentence});
     } else {
-        std::cerr << "vxclone: " << sentence << '\n';
+        std::cerr << vxcommon::printable("vxclone: " + sentence) << '\n';
     }
     return vxclone::exitStatusOf(vxclone::ErrorCode::BadArguments);
 }
@@ -38,11 +40,11 @@ int run(const Words& words) {
                         vxcommon::asksForJson(words));
 }
 
-void sayBrokenOff(const char* why, bool json) {
+void sayBrokenOff(const std::string& why, bool json) {
     constexpr const char* kNextStep = "; restart the television and try again";
     try {
         if (json) {
-            const std::string sentence = std::string("broke off: ") + why + kNextStep;
+            const std::string sentence = "broke off: " + why + kNextStep;
             vxclone::JsonLines(std::cout).error({vxclone::ErrorCode::Internal, sentence});
             return;
         }
@@ -62,7 +64,7 @@ int main(int count, char** arguments) {
         json = vxcommon::asksForJson(words);
         return run(words);
     } catch (const std::exception& error) {
-        sayBrokenOff(error.what(), json);
+        sayBrokenOff(vxcommon::plainReason(error), json);
     }
     return vxclone::exitStatusOf(vxclone::ErrorCode::Internal);
 }

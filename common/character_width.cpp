@@ -157,7 +157,7 @@ Character characterAt(std::string_view text, std::size_t at) {
     if (value < lead->smallest || value > kLargest || surrogate) {
         return wrong;
     }
-    return {bytes, columnsOf(value), true};
+    return {bytes, columnsOf(value), true, value};
 }
 
 }  // namespace vxcommon

@@ -1,6 +1,6 @@
 #include "common/strict_json.h"
 
-#include <set>
+#include <utility>
 #include <vector>
 
 namespace vxcommon {
@@ -8,61 +8,111 @@ namespace vxcommon {
 namespace {
 
 using Json = nlohmann::json;
-using Event = Json::parse_event_t;
 
 constexpr const char* kTheWhole = "the whole";
+/// So many values are read before somebody is asked whether to stop.
+constexpr std::size_t kValuesBetweenQuestions = 256;
 
-/// Watches the parser. What it finds leaves the parsing as an exception, which has no other way out.
-class Watch {
+/// Builds the document, and looks at each value once: the time grows as the text does. What it finds leaves
+/// the parsing as an exception, which has no other way out.
+class Builder final : public nlohmann::json_sax<Json> {
  public:
-    explicit Watch(const JsonLimits& limits) : limits_(limits) {}
+    Builder(const JsonLimits& limits, const std::function<bool()>& stopped)
+        : limits_(limits), stopped_(stopped) {}
 
-    bool see(int depth, Event event, const Json& parsed) {
-        const bool starts = event == Event::object_start || event == Event::array_start;
-        const bool ends = event == Event::object_end || event == Event::array_end;
-        values_ += ends ? 0 : 1;
-        if (starts && depth >= limits_.depth) {
-            throw WrongMember{kTheWhole, "has more than " + std::to_string(limits_.depth) + " layers"};
+    bool null() override { return place(nullptr) != nullptr; }
+    bool boolean(bool value) override { return place(value) != nullptr; }
+    bool number_integer(number_integer_t value) override { return place(value) != nullptr; }
+    bool number_unsigned(number_unsigned_t value) override { return place(value) != nullptr; }
+    bool number_float(number_float_t value, const string_t& /*text*/) override {
+        return place(value) != nullptr;
+    }
+    bool string(string_t& value) override { return place(std::move(value)) != nullptr; }
+    bool binary(binary_t& value) override { return place(Json::binary(std::move(value))) != nullptr; }
+    bool start_object(std::size_t /*count*/) override { return open(Json::object()); }
+    bool start_array(std::size_t /*count*/) override { return open(Json::array()); }
+    bool end_object() override { return close(); }
+    bool end_array() override { return close(); }
+
+    bool key(string_t& name) override {
+        count();
+        const auto [member, isNew] = open_.back()->emplace(name, nullptr);
+        if (!isNew) {
+            throw WrongMember{name, "is given twice"};
         }
-        if (values_ > limits_.values) {
-            throw WrongMember{kTheWhole,
-                              "has more than " + std::to_string(limits_.values) + " names and values"};
-        }
-        seeName(event, parsed);
+        member_ = &*member;
         return true;
     }
 
+    bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
+                     const nlohmann::detail::exception& error) override {
+        // It tells of a number without a place in another way than of the rest.
+        if (const auto* const wrong = dynamic_cast<const Json::parse_error*>(&error)) {
+            throw Json::parse_error(*wrong);
+        }
+        throw WrongMember{kTheWhole, "holds a number that is too large"};
+    }
+
+    Json take() { return std::move(whole_); }
+
  private:
-    void seeName(Event event, const Json& parsed) {
-        if (event == Event::object_start) {
-            names_.emplace_back();
-        } else if (event == Event::object_end) {
-            names_.pop_back();
-        } else if (event == Event::key && !names_.back().insert(parsed.get<std::string>()).second) {
-            throw WrongMember{parsed.get<std::string>(), "is given twice"};
+    void count() {
+        if (++values_ > limits_.values) {
+            throw WrongMember{kTheWhole,
+                              "has more than " + std::to_string(limits_.values) + " names and values"};
+        }
+        if (values_ % kValuesBetweenQuestions == 0 && stopped_ && stopped_()) {
+            throw ParsingStopped{};
         }
     }
 
+    /// Result: where the value stands now.
+    Json* place(Json value) {
+        count();
+        if (open_.empty()) {
+            whole_ = std::move(value);
+            return &whole_;
+        }
+        Json& container = *open_.back();
+        if (container.is_array()) {
+            container.push_back(std::move(value));
+            return &container.back();
+        }
+        *member_ = std::move(value);
+        return member_;
+    }
+
+    bool open(Json container) {
+        if (open_.size() >= limits_.depth) {
+            throw WrongMember{kTheWhole, "has more than " + std::to_string(limits_.depth) + " layers"};
+        }
+        open_.push_back(place(std::move(container)));
+        return true;
+    }
+
+    bool close() {
+        open_.pop_back();
+        return true;
+    }
+
     const JsonLimits& limits_;
+    const std::function<bool()>& stopped_;
     std::size_t values_ = 0;
-    std::vector<std::set<std::string>> names_;
+    Json whole_;
+    std::vector<Json*> open_;  ///< the containers that are not complete, each in the one before
+    Json* member_ = nullptr;   ///< of the innermost object: the one that waits for its value
 };
 
 }  // namespace
 
-Json parseStrictly(std::string_view text, const JsonLimits& limits) {
-    // The parser takes a NUL for the end, and tells of a number without a place in another way than of the
-    // rest.
+Json parseStrictly(std::string_view text, const JsonLimits& limits, const std::function<bool()>& stopped) {
+    // The parser takes a NUL for the end.
     if (text.find('\0') != std::string_view::npos) {
         throw WrongMember{kTheWhole, "holds a NUL"};
     }
-    Watch watch(limits);
-    try {
-        return Json::parse(
-            text, [&watch](int depth, Event event, Json& parsed) { return watch.see(depth, event, parsed); });
-    } catch (const Json::out_of_range&) {
-        throw WrongMember{kTheWhole, "holds a number that is too large"};
-    }
+    Builder builder(limits, stopped);
+    Json::sax_parse(text, &builder);
+    return builder.take();
 }
 
 }  // namespace vxcommon

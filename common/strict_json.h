@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -14,14 +15,20 @@ struct WrongMember {
     std::string reason;  ///< goes on from the member's name: "is missing"
 };
 
+/// Leaves the reading of a JSON text when somebody wants it to stop.
+struct ParsingStopped {};
+
 /// What a JSON text of somebody else's may have at most.
 struct JsonLimits {
-    int depth = std::numeric_limits<int>::max();                   ///< layers of objects and arrays
+    std::size_t depth = std::numeric_limits<std::size_t>::max();   ///< layers of objects and arrays
     std::size_t values = std::numeric_limits<std::size_t>::max();  ///< values and names together
 };
 
 /// Parses the text and refuses what the parser alone would let pass: a member that is given twice, and more
-/// than the limits. Throws WrongMember for these, nlohmann::json::parse_error for what is no JSON.
-nlohmann::json parseStrictly(std::string_view text, const JsonLimits& limits);
+/// than the limits. The time grows as the text does. `stopped`, where it is given, is asked now and then.
+/// Throws WrongMember for what is refused, nlohmann::json::parse_error for what is no JSON, and
+/// ParsingStopped as soon as `stopped` says so.
+nlohmann::json parseStrictly(std::string_view text, const JsonLimits& limits,
+                             const std::function<bool()>& stopped = {});
 
 }  // namespace vxcommon

@@ -22,23 +22,6 @@ static_assert(kColourCodes.size() == static_cast<std::size_t>(Colour::Dim) + 1);
 constexpr std::string_view kColourEnd = "\x1b[0m";
 constexpr std::string_view kColumnGap = "  ";
 
-void appendHexadecimal(std::string& text, std::string_view bytes) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
-    for (const char each : bytes) {
-        const auto byte = static_cast<unsigned char>(each);
-        text += "\\x";
-        text += kDigits[byte >> 4U];
-        text += kDigits[byte & 0x0FU];
-    }
-}
-
-bool steersATerminal(std::string_view character) {
-    constexpr unsigned char kSecondControlSet = 0xC2U;  // with 0x80 to 0x9F behind it
-    const auto first = static_cast<unsigned char>(character.front());
-    return first < 0x20U || first == 0x7FU ||
-           (first == kSecondControlSet && static_cast<unsigned char>(character[1]) < 0xA0U);
-}
-
 std::size_t longestWord(std::string_view text) {
     std::size_t longest = 0;
     for (std::size_t at = 0; at <= text.size();) {
@@ -202,21 +185,6 @@ std::string_view beginningOf(std::string_view text, std::size_t columns) {
     return text.substr(0, at);
 }
 
-std::string printable(std::string_view text) {
-    std::string result;
-    for (std::size_t at = 0; at < text.size();) {
-        const Character character = characterAt(text, at);
-        const std::string_view bytes = text.substr(at, character.bytes);
-        if (!character.valid || steersATerminal(bytes)) {
-            appendHexadecimal(result, bytes);
-        } else {
-            result += bytes;
-        }
-        at += character.bytes;
-    }
-    return result;
-}
-
 std::vector<std::string> brokenInto(std::string_view text, std::size_t columns) {
     std::vector<std::string> lines;
     std::string_view rest = text;
@@ -234,12 +202,13 @@ std::vector<std::string> brokenInto(std::string_view text, std::size_t columns) 
 }
 
 std::string sentenceFor(const Screen& screen, std::string_view sentence, std::size_t indent) {
+    const std::string safe = printable(sentence);
     if (!screen.terminal) {
-        return std::string(sentence);
+        return safe;
     }
     const std::size_t columns = screen.columns > indent ? screen.columns - indent : 1;
     std::string text;
-    for (const std::string& line : brokenInto(sentence, columns)) {
+    for (const std::string& line : brokenInto(safe, columns)) {
         text += text.empty() ? line : "\n" + std::string(indent, ' ') + line;
     }
     return text;

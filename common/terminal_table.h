@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "common/printable.h"
+
 namespace vxcommon {
 
 /// Good and bad are known; `Doubt` is what nobody could judge.
@@ -47,18 +49,14 @@ std::size_t displayWidth(std::string_view text);
 /// The part of the text, from its beginning, that takes no more than so many columns.
 std::string_view beginningOf(std::string_view text, std::size_t columns);
 
-/// Text for a terminal or a line of a log: control characters, which a name on a stick may hold, are
-/// written as \xNN, so that no text of somebody else's steers the terminal. So is what is no UTF-8.
-std::string printable(std::string_view text);
-
 /// The text in lines of at most `columns` (1 or more) each, broken between words; a word that is longer than
 /// a line is broken behind a slash, or else where the line ends. One line at least; an empty one for an empty
 /// text.
 std::vector<std::string> brokenInto(std::string_view text, std::size_t columns);
 
-/// The sentence for the screen, without a line feed at its end. On a terminal it is broken between words,
-/// and all lines but the first begin with `indent` blanks. Elsewhere it is one line, whatever its length, so
-/// that programs find it.
+/// The sentence for the screen, passed through `printable`, without a line feed at its end. On a terminal it
+/// is broken between words, and all lines but the first begin with `indent` blanks. Elsewhere it is one line,
+/// whatever its length, so that programs find it.
 std::string sentenceFor(const Screen& screen, std::string_view sentence, std::size_t indent = 0);
 
 /// Rows under headings. Cells are passed through `printable`. Each column is as wide as its widest cell where

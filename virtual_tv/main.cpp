@@ -2,6 +2,7 @@
 #include <exception>
 
 #include "common/command_line.h"
+#include "common/plain_reason.h"
 #include "common/process_start.h"
 #include "virtual_tv/commands/app.h"
 #include "virtual_tv/commands/output.h"
@@ -45,6 +46,6 @@ int main(int argc, char** argv) {
     try {
         return run(vxcommon::wordsOf(argc, argv));
     } catch (const std::exception& exception) {
-        return vxtv::complain({vxtv::ErrorCode::Io, exception.what()});
+        return vxtv::complain({vxtv::ErrorCode::Io, vxcommon::plainReason(exception)});
     }
 }

@@ -17,6 +17,7 @@ struct RestoreArguments {
     std::string expect;
     std::string without;
     bool all = true;
+    bool excepted = false;  ///< `--except` is given, be it empty
     bool forceModel = false;
     bool keepIdentity = false;
     bool dryRun = false;
@@ -43,7 +44,7 @@ Result<std::vector<VXClone>> listOf(const RestoreArguments& arguments) {
         return parseCategories(arguments.only);
     }
     std::vector<VXClone> list = allCategories();
-    if (arguments.except.empty()) {
+    if (!arguments.excepted) {
         return list;
     }
     const auto without = parseCategories(arguments.except);
@@ -90,10 +91,11 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
         verb->add_option("--only", arguments->only, "Load these alone, separated by commas")
             ->join(',')
             ->type_name(kCategories);
-    verb->add_option("--except", arguments->except, "Load all but these; not together with --only")
-        ->join(',')
-        ->type_name(kCategories)
-        ->excludes("--only");
+    const CLI::Option* const except =
+        verb->add_option("--except", arguments->except, "Load all but these; not together with --only")
+            ->join(',')
+            ->type_name(kCategories)
+            ->excludes("--only");
     verb->add_flag("--dry-run", arguments->dryRun, "Say what would be changed, and change nothing");
     verb->add_flag("--quick", arguments->quick, "A dry run of settings and pictures alone")
         ->needs("--dry-run");
@@ -112,8 +114,9 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
         ->check(isDigest)
         ->type_name("DIGEST");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
-    verb->callback([&chosen, arguments, only] {
+    verb->callback([&chosen, arguments, only, except] {
         arguments->all = only->count() == 0;
+        arguments->excepted = except->count() != 0;
         chosen = [arguments] {
             return runCommand("restore", viewKindOfRun(arguments->json), [&](const CloneContext& context) {
                 return restoreAsTold(context, *arguments);

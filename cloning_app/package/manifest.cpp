@@ -1,5 +1,7 @@
 #include "cloning_app/package/manifest.h"
 
+#include <fmt/format.h>
+
 #include <nlohmann/json.hpp>
 #include <utility>
 
@@ -15,7 +17,9 @@ namespace {
 using Json = nlohmann::json;
 
 /// The deepest value stands in an object of a list of the whole; each entry has four values and their names.
-constexpr vxcommon::JsonLimits kLimits{4, 12 * 10'000};
+constexpr vxcommon::JsonLimits kManifestLimits{4, 12 * 10'000};
+/// Far more than there are categories and applications on a television.
+constexpr std::size_t kMostResults = 1'000;
 
 Json jsonOf(const PackageEntry& entry) {
     if (entry.folder) {
@@ -43,6 +47,15 @@ Json jsonOf(const ManifestLack& lack) {
     return json;
 }
 
+/// The list of that name. It has no more elements than a package can give reason for.
+const Json& listIn(const Json& json, const char* name, std::size_t most) {
+    const Json& list = memberOf(json, name, Json::value_t::array);
+    if (list.size() > most) {
+        throw WrongManifest{fmt::format("lists more than {} things in \"{}\"", most, name)};
+    }
+    return list;
+}
+
 ManifestLack lackIn(const Json& json) {
     return {textIn(json, "category"), textOrNothingIn(json, "what"),
             memberOf(json, "declared", Json::value_t::boolean).get<bool>()};
@@ -66,21 +79,21 @@ Manifest manifestFrom(const Json& json) {
                        {},
                        {},
                        {}};
-    for (const Json& result : memberOf(json, "categories", Json::value_t::array)) {
+    for (const Json& result : listIn(json, "categories", kMostResults)) {
         manifest.origin.results.push_back(resultIn(result));
     }
     if (json.contains("lacks")) {
         manifest.origin.lacks.emplace();
-        for (const Json& lack : memberOf(json, "lacks", Json::value_t::array)) {
+        for (const Json& lack : listIn(json, "lacks", TreeLimits{}.entries)) {
             manifest.origin.lacks->push_back(lackIn(lack));
         }
     }
     if (json.contains("added")) {
-        for (const Json& entry : memberOf(json, "added", Json::value_t::array)) {
+        for (const Json& entry : listIn(json, "added", TreeLimits{}.entries)) {
             manifest.origin.added.push_back(entryIn(entry));
         }
     }
-    for (const Json& entry : memberOf(json, "entries", Json::value_t::array)) {
+    for (const Json& entry : listIn(json, "entries", TreeLimits{}.entries)) {
         PackageEntry read = entryIn(entry);
         if (!manifest.entries.empty() && !(manifest.entries.back().path < read.path)) {
             throw WrongManifest{"does not list its entries in order, each once"};
@@ -121,9 +134,10 @@ std::string manifestBody(const Manifest& manifest) {
     return json.dump();
 }
 
-tl::expected<Manifest, std::string> manifestIn(std::string_view body) {
+tl::expected<Manifest, std::string> manifestIn(std::string_view body, const StopFlag* stop) {
     try {
-        return manifestFrom(vxcommon::parseStrictly(body, kLimits));
+        return manifestFrom(vxcommon::parseStrictly(body, kManifestLimits,
+                                                    [stop] { return stop != nullptr && stop->raised(); }));
     } catch (const vxcommon::WrongMember& wrong) {
         return tl::make_unexpected("cannot be read: " + vxcommon::printable(wrong.member) + " " +
                                    wrong.reason);

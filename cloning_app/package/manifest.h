@@ -8,6 +8,7 @@
 
 #include "cloning_app/package/identity.h"
 #include "cloning_app/package/package_contents.h"
+#include "cloning_app/run/stop_flag.h"
 
 namespace vxclone {
 
@@ -51,7 +52,8 @@ inline constexpr std::size_t kLongestPackageName = 255;
 std::string manifestBody(const Manifest& manifest);
 
 /// The manifest in such a text, which may come from anybody. Members that it does not know are passed over: a
-/// later vxclone may add some. Errors: why it is none, to follow the file's name.
-tl::expected<Manifest, std::string> manifestIn(std::string_view body);
+/// later vxclone may add some. Errors: why it is none, to follow the file's name. Throws
+/// vxcommon::ParsingStopped when `stop`, which may be none, was raised meanwhile.
+tl::expected<Manifest, std::string> manifestIn(std::string_view body, const StopFlag* stop = nullptr);
 
 }  // namespace vxclone

@@ -8,6 +8,7 @@
 #include "cloning_app/package/digest.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/small_file.h"
+#include "common/strict_json.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -76,6 +77,15 @@ tl::unexpected<Error> manifestDamaged(const Tree& package, const std::string& wh
     return failure(ErrorCode::Altered, fmt::format("{} {}; make a new backup", pathOf(package), why));
 }
 
+Result<Manifest> bodyIn(const Tree& package, std::string_view body, const StopFlag* stop) {
+    try {
+        auto manifest = manifestIn(body, stop);
+        return manifest ? Result<Manifest>(std::move(*manifest)) : manifestDamaged(package, manifest.error());
+    } catch (const vxcommon::ParsingStopped&) {
+        return tl::make_unexpected(stopError(stop->signal()));
+    }
+}
+
 Authenticity judge(const std::optional<PackageKey>& key, std::string_view text, std::string_view code) {
     if (!key) {
         return Authenticity::Unknown;
@@ -102,7 +112,8 @@ Result<std::string> writeManifest(const Tree& package, const Manifest& manifest,
     return digestOf(authenticated);
 }
 
-Result<std::optional<ReadManifest>> readManifest(const Tree& package, const std::optional<PackageKey>& key) {
+Result<std::optional<ReadManifest>> readManifest(const Tree& package, const std::optional<PackageKey>& key,
+                                                 const StopFlag* stop) {
     const auto text = readSmallFile(package, kManifestFile, kMostManifestBytes + 1);
     if (!text) {
         return tl::make_unexpected(text.error());
@@ -121,9 +132,9 @@ Result<std::optional<ReadManifest>> readManifest(const Tree& package, const std:
     if (major != kMajor || parts->body.empty() || (*text)->size() > kMostManifestBytes) {
         return manifestDamaged(package, "is no manifest");
     }
-    auto manifest = manifestIn(parts->body);
+    auto manifest = bodyIn(package, parts->body, stop);
     if (!manifest) {
-        return manifestDamaged(package, manifest.error());
+        return tl::make_unexpected(manifest.error());
     }
     const std::string authenticated = canonical(parts->version, parts->body);
     return std::optional(

@@ -31,7 +31,8 @@ Result<std::string> writeManifest(const Tree& package, const Manifest& manifest,
 
 /// Reads the package's manifest. Result: none when it has none. `key` may be none. Errors: `Altered` when it
 /// is not what a manifest is, `NewerPackage` when a later vxclone made it in a way that this one does not
-/// know, it cannot be read.
-Result<std::optional<ReadManifest>> readManifest(const Tree& package, const std::optional<PackageKey>& key);
+/// know, it cannot be read, or `stop`, which may be none, was raised meanwhile.
+Result<std::optional<ReadManifest>> readManifest(const Tree& package, const std::optional<PackageKey>& key,
+                                                 const StopFlag* stop = nullptr);
 
 }  // namespace vxclone

@@ -22,7 +22,9 @@ namespace {
 using Json = nlohmann::json;
 
 /// The file has two layers. With some more, one setting is of a wrong shape and the others are good.
-constexpr int kDeepest = 8;
+constexpr std::size_t kDeepest = 8;
+/// Each setting has its key, its type, its value, and the object of both.
+constexpr vxcommon::JsonLimits kSettingsLimits{kDeepest, 4 * kMostSettings + 1};
 constexpr int kNoFollow = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
 
 std::string settingsPath(const Tree& package) {
@@ -112,15 +114,18 @@ Setting settingFrom(const std::string& key, const Json& typed) {
 }
 
 /// What is refused here, the library would take in part, or in another way.
-Result<Json> parsed(const Tree& package, const std::string& text) {
+Result<Json> parsed(const Tree& package, const std::string& text, const StopFlag* stop) {
     try {
-        Json document = vxcommon::parseStrictly(text, {kDeepest});
+        Json document = vxcommon::parseStrictly(text, kSettingsLimits,
+                                                [stop] { return stop != nullptr && stop->raised(); });
         if (document.is_object()) {
             return document;
         }
     } catch (const vxcommon::WrongMember& wrong) {
         return settingsDamaged(package,
                                "is damaged: " + vxcommon::printable(wrong.member) + " " + wrong.reason);
+    } catch (const vxcommon::ParsingStopped&) {
+        return tl::make_unexpected(stopError(stop->signal()));
     } catch (const Json::parse_error&) {
         return settingsDamaged(package, "is damaged: it is no JSON");
     }
@@ -128,7 +133,7 @@ Result<Json> parsed(const Tree& package, const std::string& text) {
 }
 
 /// The document of the package's settings file; none where there is no such file.
-Result<std::optional<Json>> readDocument(const Tree& package) {
+Result<std::optional<Json>> readDocument(const Tree& package, const StopFlag* stop) {
     const auto file = openSettings(package);
     if (!file) {
         return tl::make_unexpected(file.error());
@@ -140,7 +145,7 @@ Result<std::optional<Json>> readDocument(const Tree& package) {
     if (!text) {
         return tl::make_unexpected(text.error());
     }
-    auto document = parsed(package, *text);
+    auto document = parsed(package, *text, stop);
     if (!document) {
         return tl::make_unexpected(document.error());
     }
@@ -168,8 +173,8 @@ std::string textOfLibrary(const Json& document) {
 
 }  // namespace
 
-Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package) {
-    const auto document = readDocument(package);
+Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package, const StopFlag* stop) {
+    const auto document = readDocument(package, stop);
     if (!document) {
         return tl::make_unexpected(document.error());
     }
@@ -184,7 +189,7 @@ Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package) {
 }
 
 Result<void> takeOutSettings(const Tree& package, const std::vector<std::string>& keys) {
-    auto document = readDocument(package);
+    auto document = readDocument(package, nullptr);
     if (!document) {
         return tl::make_unexpected(document.error());
     }

@@ -37,6 +37,12 @@ OpenFolder listingOf(int directory) {
     return folder;
 }
 
+/// What to do about a folder that holds too much.
+std::string adviceOn(Place place) {
+    return place == Place::Stick ? "; choose the folder of a clone package"
+                                 : "; remove some files from the television";
+}
+
 /// The names in a folder, or the system's reason (errno).
 tl::expected<std::vector<std::string>, int> listNames(int directory, std::size_t most) {
     const OpenFolder folder = listingOf(directory);
@@ -142,9 +148,8 @@ class Walk {
                                                    "vxclone backup");
     }
 
-    static tl::unexpected<Error> tooLarge(const std::string& path, const std::string& why) {
-        return failure(ErrorCode::TooLarge,
-                       vxcommon::printable(path) + " " + why + "; choose the folder of a clone package");
+    tl::unexpected<Error> tooLarge(const std::string& path, const std::string& why) const {
+        return failure(ErrorCode::TooLarge, vxcommon::printable(path) + " " + why + adviceOn(place_));
     }
 
     Place place_;
@@ -175,8 +180,7 @@ Result<std::vector<std::string>> namesIn(const Tree& folder, std::size_t most) {
     }
     if (names.error() == E2BIG) {
         return failure(ErrorCode::TooLarge, vxcommon::printable(folder.path) + " holds more than " +
-                                                std::to_string(most) +
-                                                " entries; choose the folder of a clone package");
+                                                std::to_string(most) + " entries" + adviceOn(folder.place));
     }
     return tl::make_unexpected(readError(folder.place, folder.path, names.error()));
 }

@@ -18,7 +18,7 @@ namespace {
 /// the library's run had ended, an application that answered too late, would have spoilt the package. Result:
 /// its size.
 Result<TreeSize> checkCopy(const CloneContext& context, const Tree& stick) {
-    const auto listed = readManifest(stick, PackageKey::ofTelevision());
+    const auto listed = readManifest(stick, PackageKey::ofTelevision(), &context.stop);
     if (!listed) {
         return tl::make_unexpected(listed.error());
     }

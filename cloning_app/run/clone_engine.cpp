@@ -1,18 +1,29 @@
 #include "cloning_app/run/clone_engine.h"
 
+#include <cerrno>
 #include <exception>
 #include <string>
 #include <system_error>
 
-#include "common/terminal_table.h"
+#include "common/plain_reason.h"
 
 namespace vxclone {
 
 namespace {
 
 tl::unexpected<Error> brokeOff(const std::string& why) {
-    return failure(ErrorCode::Internal, "the clone library broke off: " + vxcommon::printable(why) +
-                                            "; restart the television and try again");
+    return failure(ErrorCode::Internal,
+                   "the clone library broke off: " + why + "; restart the television and try again");
+}
+
+tl::unexpected<Error> brokeOff(const std::exception& error) {
+    const auto reason = vxcommon::systemReason(error);
+    if (reason == ENOSPC || reason == EDQUOT) {
+        return failure(ErrorCode::TelevisionFull,
+                       "the clone library broke off: " + vxcommon::plainReason(error) +
+                           "; free some space on the television's disk and try again");
+    }
+    return brokeOff(vxcommon::plainReason(error));
 }
 
 }  // namespace
@@ -21,7 +32,7 @@ Result<int> askLibrary(const std::function<int()>& call) {
     try {
         return call();
     } catch (const std::exception& error) {
-        return brokeOff(error.what());
+        return brokeOff(error);
     } catch (...) {
         return brokeOff("for an unknown reason");
     }

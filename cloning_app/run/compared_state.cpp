@@ -99,9 +99,10 @@ Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root) {
     }
     std::vector<std::string> missing;
     for (const PackageEntry& file : *live) {
-        if (std::none_of(held->begin(), held->end(), [&file](const PackageEntry& each) {
-                return each.path == file.path && each.digest == file.digest;
-            })) {
+        const auto same = std::lower_bound(
+            held->begin(), held->end(), file.path,
+            [](const PackageEntry& each, const std::string& wanted) { return each.path < wanted; });
+        if (same == held->end() || same->path != file.path || same->digest != file.digest) {
             missing.push_back(file.path);
         }
     }

@@ -23,21 +23,29 @@ bool isApplicationName(std::string_view name) {
            std::all_of(name.begin(), name.end(), [](char each) { return each > ' ' && each != '\x7f'; });
 }
 
-bool lies(std::string_view path, std::string_view folder) {
-    return path.size() > folder.size() && path.substr(0, folder.size()) == folder &&
-           path[folder.size()] == '/';
-}
-
 bool isFolderOfApplication(const PackageEntry& entry) {
     return entry.folder && entry.path.find('/') == std::string::npos && !categoryOfEntry(entry.path);
 }
 
+/// The first entry whose path is not before this one.
+std::vector<PackageEntry>::const_iterator entryFrom(const std::vector<PackageEntry>& entries,
+                                                    std::string_view path) {
+    return std::lower_bound(
+        entries.begin(), entries.end(), path,
+        [](const PackageEntry& entry, std::string_view wanted) { return entry.path < wanted; });
+}
+
+/// Whether the setting is there, and of its type.
+bool isAmong(const std::vector<Setting>& settings, const SettingFacts& facts) {
+    const auto found = std::lower_bound(
+        settings.begin(), settings.end(), facts.key,
+        [](const Setting& setting, std::string_view wanted) { return setting.key < wanted; });
+    return found != settings.end() && found->key == facts.key && hasTypeOf(facts, *found);
+}
+
 void addSettings(const std::vector<Setting>& settings, std::vector<Lack>& lacks) {
     for (const SettingFacts& facts : clonedSettings()) {
-        const bool held = std::any_of(settings.begin(), settings.end(), [&facts](const Setting& setting) {
-            return setting.key == facts.key && hasTypeOf(facts, setting);
-        });
-        if (!held) {
+        if (!isAmong(settings, facts)) {
             lacks.push_back({VXCLONE_VCONF_DATA, std::string(facts.key)});
         }
     }
@@ -107,10 +115,7 @@ void addFailed(const std::optional<ReadManifest>& manifest, std::vector<Lack>& l
 bool isHeld(const Holdings& holdings, const Lack& lack) {
     if (lack.category == VXCLONE_VCONF_DATA && !lack.what.empty()) {
         const SettingFacts* const facts = clonedSetting(lack.what);
-        return facts != nullptr &&
-               std::any_of(holdings.settings.begin(), holdings.settings.end(), [&](const Setting& setting) {
-                   return setting.key == lack.what && hasTypeOf(*facts, setting);
-               });
+        return facts != nullptr && isAmong(holdings.settings, *facts);
     }
     return lack.what.empty()
                ? holdsAnyOf(holdings, lack.category) && categoryOf(lack.category).holding != Holding::Nothing
@@ -203,14 +208,23 @@ Result<Holdings> Holdings::of(const Tree& package) {
 }
 
 bool Holdings::hasContent(std::string_view path) const {
-    return std::any_of(entries.begin(), entries.end(), [path](const PackageEntry& entry) {
-        return !entry.folder && (entry.path == path || lies(entry.path, path));
-    });
+    const auto same = entryFrom(entries, path);
+    if (same != entries.end() && same->path == path && !same->folder) {
+        return true;
+    }
+    const std::string folder = std::string(path) + "/";
+    for (auto entry = entryFrom(entries, folder);
+         entry != entries.end() && entry->path.compare(0, folder.size(), folder) == 0; ++entry) {
+        if (!entry->folder) {
+            return true;
+        }
+    }
+    return false;
 }
 
 bool Holdings::hasEntry(std::string_view path) const {
-    return std::any_of(entries.begin(), entries.end(),
-                       [path](const PackageEntry& entry) { return entry.path == path; });
+    const auto found = entryFrom(entries, path);
+    return found != entries.end() && found->path == path;
 }
 
 std::vector<std::string> applicationsOf(const std::vector<Row>& rows) {

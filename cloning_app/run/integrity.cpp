@@ -7,6 +7,7 @@
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/small_file.h"
 #include "cloning_app/run/identity_check.h"
+#include "cloning_app/run/shortage.h"
 
 namespace vxclone {
 
@@ -63,6 +64,11 @@ Result<std::vector<Check>> examineIdentity(CloneEngine& engine, const Tree& pack
     return checks;
 }
 
+bool lacksAKey(const std::vector<Check>& checks) {
+    return std::any_of(checks.begin(), checks.end(),
+                       [](const Check& check) { return check.finding == Finding::None; });
+}
+
 Finding findingOf(EntryDifference::Kind kind) {
     switch (kind) {
         case EntryDifference::Kind::Missing:
@@ -76,8 +82,8 @@ Finding findingOf(EntryDifference::Kind kind) {
 }
 
 /// What the package holds; its entries are known already.
-Result<Holdings> holdingsOf(const Tree& package, const PackageContents& contents) {
-    auto settings = readSettings(package);
+Result<Holdings> holdingsOf(const Tree& package, const PackageContents& contents, const StopFlag& stop) {
+    auto settings = readSettings(package, &stop);
     if (!settings && settings.error().code != ErrorCode::SettingsDamaged) {
         return tl::make_unexpected(settings.error());
     }
@@ -87,12 +93,13 @@ Result<Holdings> holdingsOf(const Tree& package, const PackageContents& contents
 
 /// Adds what the manifest says. A file of that name that is no manifest is an altered package, not a failed
 /// examination.
-Result<void> examineManifest(const Tree& package, const PackageContents& contents, Examination& result) {
-    const auto holdings = holdingsOf(package, contents);
+Result<void> examineManifest(const Tree& package, const PackageContents& contents, const StopFlag& stop,
+                             Examination& result) {
+    const auto holdings = holdingsOf(package, contents, stop);
     if (!holdings) {
         return tl::make_unexpected(holdings.error());
     }
-    const auto manifest = readManifest(package, PackageKey::ofTelevision());
+    const auto manifest = readManifest(package, PackageKey::ofTelevision(), &stop);
     if (!manifest && manifest.error().code == ErrorCode::Altered) {
         result.checks.push_back({Subject::Manifest, Finding::Altered, "", "", kManifestFile});
         judgeCompleteness({}, *holdings, result.checks, result.lacks);
@@ -206,10 +213,15 @@ Result<Examination> examinePackage(CloneEngine& engine, const Tree& package, con
     if (!contents) {
         return tl::make_unexpected(contents.error());
     }
-    if (const auto listed = examineManifest(package, *contents, result); !listed) {
+    if (const auto listed = examineManifest(package, *contents, stop, result); !listed) {
         return tl::make_unexpected(listed.error());
     }
     result.checks.insert(result.checks.end(), seal->begin(), seal->end());
+    if (lacksAKey(result.checks)) {
+        if (auto shortage = shortageAt(root.path)) {
+            return tl::make_unexpected(std::move(*shortage));
+        }
+    }
     return result;
 }
 

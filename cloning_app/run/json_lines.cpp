@@ -3,6 +3,8 @@
 #include <array>
 #include <nlohmann/json.hpp>
 
+#include "common/printable.h"
+
 namespace vxclone {
 
 namespace {
@@ -26,7 +28,8 @@ std::string_view nameOf(Event event) {
 void JsonLines::write(Event event, const Json& members) {
     Json line = {{"version", kJsonVersion}, {"event", nameOf(event)}};
     line.update(members);
-    out_ << line.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n' << std::flush;
+    out_ << vxcommon::printableJson(line.dump(-1, ' ', false, Json::error_handler_t::replace)) << '\n'
+         << std::flush;
 }
 
 void JsonLines::error(const Error& error) {

@@ -29,7 +29,7 @@ class JsonLines {
     explicit JsonLines(std::ostream& out) : out_(out) {}
 
     /// The line has the version, the event and then the members, an object. A name on a stick need not be
-    /// UTF-8, which JSON must be: other bytes are replaced.
+    /// UTF-8, which JSON must be: other bytes are replaced. Deceptive characters are escaped.
     void write(Event event, const nlohmann::ordered_json& members);
 
     /// The last line of a command that could not do its work.

@@ -20,6 +20,8 @@ using vxcommon::Colour;
 constexpr std::size_t kLevels = 2;
 /// More folders than this on sticks are not looked into.
 constexpr std::size_t kMostFolders = 2000;
+/// More folders than these that could not be looked into are counted, not named.
+constexpr std::size_t kMostUnseenNamed = 5;
 
 /// What is to be said of a package in one word, and why.
 struct State {
@@ -66,20 +68,19 @@ class Search {
             return {};
         }
         for (const std::string& name : *names) {
-            const Descriptor below(level < kLevels && name.front() != '.'
-                                       ? openat(tree.descriptor, name.c_str(), kOpenFolder)
-                                       : -1);
-            if (below.valid() && ++folders_ <= kMostFolders) {
-                // A folder that cannot be read is no reason to say nothing of the others.
-                static_cast<void>(folder({below.get(), tree.path + "/" + name, Place::Stick}, level + 1));
+            if (level < kLevels && name.front() != '.') {
+                below(tree, name, level + 1);
             }
         }
         return {};
     }
 
     Output output(const std::string& path) && {
+        const bool sawAll = folders_ <= kMostFolders && unseen_ == 0;
         if (output_.lines.empty()) {
-            output_.closing.push_back(fmt::format("There is no package in {}.", vxcommon::printable(path)));
+            output_.closing.push_back(
+                sawAll ? fmt::format("There is no package in {}.", path)
+                       : fmt::format("No package was found in the part of {} that was looked into.", path));
         } else {
             output_.lines.push_back(lineOf(std::move(table_)));
             output_.closing.emplace_back("Not checked: the files and the seals; vxclone verify does that.");
@@ -88,10 +89,38 @@ class Search {
             output_.closing.push_back(
                 fmt::format("Only {} folders were looked into; name a folder of the stick.", kMostFolders));
         }
+        for (std::string& sentence : unseenSentences_) {
+            output_.closing.push_back(std::move(sentence));
+        }
+        if (unseen_ > kMostUnseenNamed) {
+            output_.closing.push_back(
+                fmt::format("{} more folders could not be looked into.", unseen_ - kMostUnseenNamed));
+        }
         return std::move(output_);
     }
 
  private:
+    /// A folder that cannot be read is no reason to say nothing of the others.
+    void below(const Tree& tree, const std::string& name, std::size_t level) {
+        const std::string path = tree.path + "/" + name;
+        const Descriptor opened(openat(tree.descriptor, name.c_str(), kOpenFolder));
+        if (!opened.valid()) {
+            if (errno != ENOTDIR && errno != ELOOP && errno != ENOENT) {
+                notSeen(readError(Place::Stick, path, errno));
+            }
+        } else if (++folders_ <= kMostFolders) {
+            if (const auto searched = folder({opened.get(), path, Place::Stick}, level); !searched) {
+                notSeen(searched.error());
+            }
+        }
+    }
+
+    void notSeen(const Error& why) {
+        if (++unseen_ <= kMostUnseenNamed) {
+            unseenSentences_.push_back("Not looked into: " + why.sentence + ".");
+        }
+    }
+
     void add(const Tree& tree) {
         const auto look = lookAt(tree);
         const PackageLook seen = look ? *look : PackageLook{};
@@ -116,11 +145,17 @@ class Search {
     Output output_;
     vxcommon::TerminalTable table_;
     std::size_t folders_ = 0;
+    std::size_t unseen_ = 0;  ///< folders that could not be looked into
+    std::vector<std::string> unseenSentences_;
 };
 
 }  // namespace
 
 Result<Output> listPackages(const std::filesystem::path& folder) {
+    if (folder.empty()) {
+        return failure(ErrorCode::BadArguments,
+                       "the folder's name is empty; name a folder, or leave it out to look in /media");
+    }
     std::string path = folder.string();
     path.erase(path.find_last_not_of('/') + 1);
     const Descriptor opened(open((path + "/").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));

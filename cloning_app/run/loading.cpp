@@ -259,7 +259,7 @@ Result<ReadyPackage> makeReady(const CloneContext& context, StagedPackage packag
         return tl::make_unexpected(holdings.error());
     }
     auto settings = plan.holds(VXCLONE_VCONF_DATA)
-                        ? readSettings(package.tree())
+                        ? readSettings(package.tree(), &context.stop)
                         : Result<std::optional<std::vector<Setting>>>(std::nullopt);
     if (!settings) {
         return tl::make_unexpected(settings.error());

@@ -2,24 +2,12 @@
 
 #include <fmt/format.h>
 
-#include <array>
-#include <ctime>
-
+#include "cloning_app/run/run_record.h"
 #include "cloning_app/version.h"
 
 namespace vxclone {
 
-namespace {
-
-std::string timeNow() {
-    const std::time_t now = std::time(nullptr);
-    std::tm parts{};
-    gmtime_r(&now, &parts);
-    std::array<char, 32> text{};
-    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts)};
-}
-
-}  // namespace
+namespace {}  // namespace
 
 Result<PackageOrigin> originOfBackup(const std::string& name) {
     if (name.empty() || name.size() > kLongestPackageName) {
@@ -31,7 +19,7 @@ Result<PackageOrigin> originOfBackup(const std::string& name) {
     if (const auto text = identityText(identity); !text) {
         return tl::make_unexpected(text.error());
     }
-    return PackageOrigin{name, timeNow(), fmt::format("vxclone {}", version()), identity};
+    return PackageOrigin{name, timeText(secondsNow()), fmt::format("vxclone {}", version()), identity};
 }
 
 std::vector<ManifestResult> resultsOf(const std::vector<Row>& rows) {

@@ -1,22 +1,25 @@
 // The record of a run as JSON.
 
+#include <algorithm>
 #include <array>
 #include <nlohmann/json.hpp>
 
 #include "cloning_app/run/run_record.h"
+#include "common/strict_json.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using Json = nlohmann::json;
 
 constexpr std::int64_t kFormatVersion = 1;
 constexpr std::size_t kMostRows = 100;
 constexpr std::int64_t kMostExitStatus = 255;
-/// The end of the year 9999: later than any clock of a television.
-constexpr std::int64_t kLatestTime = 253'402'300'799;
+/// The deepest value stands in a row of the list of the whole. Each row has five values and their names;
+/// there is room for what a later vxclone may add.
+constexpr vxcommon::JsonLimits kRecordLimits{4, kMostRows * 20 + 100};
 
 constexpr std::array<std::string_view, 3> kRunKinds = {"backup", "restore", "undo"};
 constexpr std::array<std::string_view, 7> kPhases = {"staging",   "safety",       "saving", "writing",
@@ -39,6 +42,17 @@ std::optional<std::int64_t> number(const Json& object, const char* name, std::in
     return value >= 0 && value <= most ? std::optional(value) : std::nullopt;
 }
 
+/// A time that is only shown: one that no clock of ours gives stands for the nearest that it gives.
+std::optional<std::int64_t> shownTime(const Json& object, const char* name) {
+    const auto found = object.find(name);
+    if (found == object.end() || !found->is_number_integer()) {
+        return std::nullopt;
+    }
+    const bool late =
+        found->is_number_unsigned() && found->get<std::uint64_t>() > static_cast<std::uint64_t>(kLatestTime);
+    return late ? kLatestTime : std::clamp(found->get<std::int64_t>(), kEarliestTime, kLatestTime);
+}
+
 bool isTrue(const Json& object, const char* name) {
     const auto found = object.find(name);
     return found != object.end() && *found == true;
@@ -57,7 +71,7 @@ std::optional<Value> named(const Json& object, const char* name,
     return std::nullopt;
 }
 
-Json jsonOfRow(const Row& row) {
+nlohmann::ordered_json jsonOfRow(const Row& row) {
     return {{"category", categoryOf(row.category).enumerator},
             {"result", nameOf(row.verdict)},
             {"detail", row.detail},
@@ -104,13 +118,13 @@ std::optional<RunRecord> recordOf(const Json& object) {
     const auto phase = named<RunPhase>(object, "phase", kPhases);
     const auto package = text(object, "package");
     const auto digest = text(object, "digest");
-    const auto begun = number(object, "begun", kLatestTime);
+    const auto begun = shownTime(object, "begun");
     const auto rows = rowsOf(object);
     if (!kind || !phase || !package || !digest || !begun || !rows) {
         return std::nullopt;
     }
     RunRecord record{*kind, *phase, *package, *digest, *begun, {}, {}, *rows};
-    record.ended = number(object, "ended", kLatestTime);
+    record.ended = shownTime(object, "ended");
     if (const auto status = number(object, "exit", kMostExitStatus)) {
         record.exitStatus = static_cast<int>(*status);
     }
@@ -125,6 +139,16 @@ std::optional<RunRecord> recordOf(const Json& object) {
     return ends == done && breaks ? std::optional(record) : std::nullopt;
 }
 
+std::optional<RunRecord> recordInText(const std::string& text) {
+    try {
+        return recordOf(vxcommon::parseStrictly(text, kRecordLimits));
+    } catch (const vxcommon::WrongMember&) {
+        return std::nullopt;
+    } catch (const Json::parse_error&) {
+        return std::nullopt;
+    }
+}
+
 }  // namespace
 
 std::string_view nameOf(RunKind kind) {
@@ -136,11 +160,12 @@ std::string_view nameOf(RunPhase phase) {
 }
 
 std::string recordText(const RunRecord& record) {
-    Json object = {{"version", kFormatVersion},         {"kind", nameOf(record.kind)},
-                   {"phase", nameOf(record.phase)},     {"package", record.package},
-                   {"digest", record.digest},           {"begun", record.begun},
-                   {"halfChanged", record.halfChanged}, {"allLoaded", record.allLoaded},
-                   {"wayBack", record.wayBack},         {"rows", Json::array()}};
+    using OrderedJson = nlohmann::ordered_json;
+    OrderedJson object = {{"version", kFormatVersion},         {"kind", nameOf(record.kind)},
+                          {"phase", nameOf(record.phase)},     {"package", record.package},
+                          {"digest", record.digest},           {"begun", record.begun},
+                          {"halfChanged", record.halfChanged}, {"allLoaded", record.allLoaded},
+                          {"wayBack", record.wayBack},         {"rows", OrderedJson::array()}};
     if (record.brokeOffIn) {
         object["brokeOffIn"] = nameOf(*record.brokeOffIn);
     }
@@ -156,12 +181,11 @@ std::string recordText(const RunRecord& record) {
     for (const Row& row : record.rows) {
         object["rows"].push_back(jsonOfRow(row));
     }
-    return object.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return object.dump(2, ' ', false, OrderedJson::error_handler_t::replace) + "\n";
 }
 
 Result<RunRecord> parseRecord(const std::string& text, const std::string& path) {
-    const Json parsed = Json::parse(text, nullptr, false);
-    auto record = recordOf(parsed);
+    auto record = recordInText(text);
     if (!record) {
         return failure(ErrorCode::RecordDamaged,
                        "the record of the last run cannot be understood, so nothing is known of it; remove " +

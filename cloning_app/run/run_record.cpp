@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <ctime>
 
@@ -314,7 +315,7 @@ std::string timeText(std::int64_t seconds) {
 }
 
 std::int64_t secondsNow() {
-    return std::time(nullptr);
+    return std::clamp<std::int64_t>(std::time(nullptr), kEarliestTime, kLatestTime);
 }
 
 }  // namespace vxclone

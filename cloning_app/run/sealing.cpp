@@ -9,6 +9,7 @@
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/manifest_file.h"
 #include "cloning_app/package/small_file.h"
+#include "cloning_app/run/shortage.h"
 
 namespace vxclone {
 
@@ -25,10 +26,12 @@ std::string in(const Tree& package, std::string_view name) {
 }
 
 tl::unexpected<Error> noKey(std::string_view which) {
-    return failure(ErrorCode::NoKey,
-                   fmt::format("this television has no {}, so a backup cannot be sealed; restart the "
-                               "television and try again, and have its keys installed if that does not help",
-                               which));
+    const auto none =
+        failure(ErrorCode::NoKey,
+                fmt::format("this television has no {}, so a backup cannot be sealed; restart the "
+                            "television and try again, and have its keys installed if that does not help",
+                            which));
+    return tl::make_unexpected(orShortage(none.value(), std::string(kCloneRoot)));
 }
 
 tl::unexpected<Error> notSealed(const std::string& why) {
@@ -39,8 +42,10 @@ tl::unexpected<Error> notSealed(const std::string& why) {
 /// What the library said while it sealed; a call that broke off is a backup that is not sealed.
 Result<void> sealedOr(const Result<bool>& answer, const std::string& whyNot) {
     if (!answer) {
-        return failure(ErrorCode::NotSealed, "the backup cannot be sealed: " + answer.error().sentence +
-                                                 ", or free some space on the television's disk first");
+        const bool full = answer.error().code == ErrorCode::TelevisionFull;
+        return failure(ErrorCode::NotSealed,
+                       "the backup cannot be sealed: " + answer.error().sentence +
+                           (full ? "" : ", or free some space on the television's disk first"));
     }
     return *answer ? Result<void>() : notSealed(whyNot);
 }

@@ -62,7 +62,10 @@ Result<TelevisionLook> lookAtTelevision(const CloneContext& context, const Tree&
     nameApplications(look.rows);
     nameTheUnsaved(look);
     // The library says nothing of the settings file, and writes an empty one on a full disk.
-    auto settings = readSettings(root);
+    auto settings = readSettings(root, &context.stop);
+    if (!settings && isStop(settings.error().code)) {
+        return tl::make_unexpected(settings.error());
+    }
     if (settings && *settings) {
         look.state.settings = std::move(**settings);
     } else {

@@ -108,7 +108,7 @@ Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& rec
     if (!back) {
         return tl::make_unexpected(back.error());
     }
-    const auto manifest = readManifest(back->ready.package.tree(), PackageKey::ofTelevision());
+    const auto manifest = readManifest(back->ready.package.tree(), PackageKey::ofTelevision(), &context.stop);
     if (!manifest) {
         return tl::make_unexpected(manifest.error());
     }

@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <memory>
@@ -20,6 +21,8 @@ namespace {
 
 constexpr mode_t kEntryMode = 0644;
 constexpr mode_t kFileMode = 0600;
+/// As much as eleven octal digits hold.
+constexpr std::int64_t kLatestInTar = (std::int64_t{1} << 33U) - 1;
 
 struct FreeArchive {
     void operator()(archive* pointer) const { archive_write_free(pointer); }
@@ -42,7 +45,7 @@ bool add(archive* tar, const ArchiveEntry& file, std::int64_t seconds) {
     archive_entry_set_size(entry.get(), static_cast<la_int64_t>(file.content.size()));
     archive_entry_set_filetype(entry.get(), AE_IFREG);
     archive_entry_set_perm(entry.get(), kEntryMode);
-    archive_entry_set_mtime(entry.get(), seconds, 0);
+    archive_entry_set_mtime(entry.get(), std::clamp<std::int64_t>(seconds, 0, kLatestInTar), 0);
     return archive_write_header(tar, entry.get()) == ARCHIVE_OK &&
            archive_write_data(tar, file.content.data(), file.content.size()) ==
                static_cast<la_ssize_t>(file.content.size());

@@ -108,7 +108,7 @@ int install(const AppOptions& options) {
     if (!manifest) {
         return complain(manifest.error());
     }
-    print(fmt::format("gave the television {} the application {}\n", options.television, manifest->id));
+    say(fmt::format("gave the television {} the application {}", options.television, manifest->id));
     return finishOutput();
 }
 
@@ -126,8 +126,7 @@ int start(const AppOptions& options) {
     if (!process) {
         return complain(process.error());
     }
-    print(fmt::format("{} {} as process {}\n", options.application, before ? "runs already" : "runs",
-                      *process));
+    say(fmt::format("{} {} as process {}", options.application, before ? "runs already" : "runs", *process));
     return finishOutput();
 }
 
@@ -140,7 +139,7 @@ int stop(const AppOptions& options) {
     if (!stopped) {
         return complain(stopped.error());
     }
-    print(fmt::format("{} has ended\n", options.application));
+    say(fmt::format("{} has ended", options.application));
     return finishOutput();
 }
 

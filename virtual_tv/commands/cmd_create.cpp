@@ -28,7 +28,7 @@ int create(const CreateOptions& options) {
     if (!television) {
         return complain(television.error());
     }
-    print(fmt::format("made the television {} ({})\n", options.folder, profile->identity.model));
+    say(fmt::format("made the television {} ({})", options.folder, profile->identity.model));
     return finishOutput();
 }
 

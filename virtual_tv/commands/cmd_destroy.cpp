@@ -13,7 +13,7 @@ int destroy(const std::string& folder) {
     if (!destroyed) {
         return complain(destroyed.error());
     }
-    print("removed the television " + folder + "\n");
+    say("removed the television " + folder);
     return finishOutput();
 }
 

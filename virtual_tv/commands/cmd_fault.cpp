@@ -48,7 +48,7 @@ int add(const FaultOptions& options) {
         return complain(unknown ? asking(id.error(), options.fault.call, namesOfCalls()) : id.error());
     }
     const std::string key = options.fault.key ? " of " + vxcommon::printable(*options.fault.key) : "";
-    print(fmt::format("added fault {} on {}{}\n", *id, options.fault.call, key));
+    say(fmt::format("added fault {} on {}{}", *id, options.fault.call, key));
     return finishOutput();
 }
 
@@ -59,7 +59,7 @@ int clear(const FaultOptions& options) {
     if (!count) {
         return complain(count.error());
     }
-    print(fmt::format("removed {} fault{}\n", *count, *count == 1 ? "" : "s"));
+    say(fmt::format("removed {} fault{}", *count, *count == 1 ? "" : "s"));
     return finishOutput();
 }
 

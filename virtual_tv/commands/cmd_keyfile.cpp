@@ -43,7 +43,7 @@ int create(const KeyfileOptions& options) {
     if (const auto made = makeKeyFile(options); !made) {
         return complain(made.error());
     }
-    print(fmt::format("made the key file {}\n", options.file));
+    say(fmt::format("made the key file {}", options.file));
     return finishOutput();
 }
 
@@ -55,8 +55,8 @@ int install(const KeyfileOptions& options) {
     if (!placed) {
         return complain(placed.error());
     }
-    print(fmt::format("gave the television {} the key file {}; it is loaded at the first use\n",
-                      options.television, options.file));
+    say(fmt::format("gave the television {} the key file {}; it is loaded at the first use",
+                    options.television, options.file));
     return finishOutput();
 }
 

@@ -65,7 +65,7 @@ int showAsFile(const ShowOptions& options) {
     if (!written) {
         return complain(written.error());
     }
-    print(vxcommon::printable(fmt::format("wrote {}; open it in a browser", options.html)) + "\n");
+    say(fmt::format("wrote {}; open it in a browser", options.html));
     return finishOutput();
 }
 

@@ -2,12 +2,12 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <limits>
 
+#include "common/character_width.h"
 #include "virtual_tv/commands/command.h"
 
 namespace vxtv {
@@ -21,6 +21,11 @@ std::size_t colourCodeLength(std::string_view text) {
     }
     const std::size_t end = text.find_first_not_of("0123456789;", 2);
     return end != std::string_view::npos && text[end] == 'm' ? end + 1 : 0;
+}
+
+std::string textOf(const nlohmann::ordered_json& document, int indent) {
+    return vxcommon::printableJson(
+        document.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
 }
 
 }  // namespace
@@ -38,21 +43,25 @@ void print(std::string_view text) {
     std::fwrite(text.data(), 1, text.size(), stdout);
 }
 
+void say(std::string_view sentence) {
+    print(vxcommon::printable(sentence) + "\n");
+}
+
 void printJson(const nlohmann::ordered_json& document) {
     constexpr int kIndent = 2;
-    print(document.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+    print(textOf(document, kIndent) + "\n");
 }
 
 void printJsonLine(const nlohmann::ordered_json& document) {
     constexpr int kNoIndent = -1;
-    print(document.dump(kNoIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+    print(textOf(document, kNoIndent) + "\n");
 }
 
 std::string forTerminal(std::string_view text, bool keepColours) {
     std::string result;
     while (!text.empty()) {
         const std::size_t code = colourCodeLength(text);
-        const std::size_t length = std::max<std::size_t>(code, 1);
+        const std::size_t length = code == 0 ? vxcommon::characterAt(text, 0).bytes : code;
         const std::string_view piece = text.substr(0, length);
         if (code == 0) {
             result += piece == "\n" ? std::string(piece) : vxcommon::printable(piece);

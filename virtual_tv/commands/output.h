@@ -16,13 +16,17 @@ nlohmann::ordered_json toJson(const SettingValue& value);
 /// is one line, which programs search.
 vxcommon::Screen outputScreen();
 
-/// Writes the text on standard output.
+/// Writes the text on standard output as it is: a table, or what a program reads.
 void print(std::string_view text);
 
-/// Writes the document on standard output, indented; what is no UTF-8 is replaced.
+/// Writes the sentence on standard output, printable, and a line feed.
+void say(std::string_view sentence);
+
+/// Writes the document on standard output, indented; what is no UTF-8 is replaced, and deceptive characters
+/// are escaped.
 void printJson(const nlohmann::ordered_json& document);
 
-/// Writes the document on standard output as one line; what is no UTF-8 is replaced.
+/// Writes the document on standard output as one line; the same holds.
 void printJsonLine(const nlohmann::ordered_json& document);
 
 /// The text without anything that steers a terminal but line feeds and, when `keepColours`, colour codes.

@@ -2,8 +2,8 @@
 
 #include <openssl/evp.h>
 
-#include <algorithm>
-#include <nlohmann/json.hpp>
+#include "common/character_width.h"
+#include "common/printable.h"
 
 namespace vxtv::show {
 
@@ -11,23 +11,8 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-bool isAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](char letter) { return static_cast<unsigned char>(letter) < 0x80U; });
-}
-
-/// The text with the replacement character in place of what is no UTF-8.
-std::string repaired(std::string_view text) {
-    using Json = nlohmann::json;
-    if (isAscii(text)) {
-        return std::string(text);
-    }
-    return Json::parse(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace)).get<std::string>();
-}
-
 /// What stands for a byte in markup; empty when it stands for itself.
 std::string_view escapeOf(char letter) {
-    const auto byte = static_cast<unsigned char>(letter);
     switch (letter) {
         case '&':
             return "&amp;";
@@ -39,40 +24,29 @@ std::string_view escapeOf(char letter) {
             return "&quot;";
         case '\'':
             return "&#39;";
-        case '\n':
-        case '\t':
-            return "";
         default:
-            return byte < 0x20U || byte == 0x7FU ? kReplacement : "";
+            return "";
     }
 }
 
-/// The length of a character at the start that a reader would not see for what it is, or 0: the second set
-/// of control characters, U+0080 to U+009F, and those for directions, U+200E, U+200F, U+202A to U+202E and
-/// U+2066 to U+2069.
-std::size_t deceivingLength(std::string_view text) {
-    const auto byte = [text](std::size_t at) {
-        return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U;
-    };
-    if (byte(0) == 0xC2U && byte(1) >= 0x80U && byte(1) < 0xA0U) {
-        return 2;
+/// What stands for the character in markup; empty when it stands for itself.
+std::string_view escapeOf(const vxcommon::Character& character) {
+    const char32_t value = character.value;
+    const bool space = value == U'\n' || value == U'\t';
+    if (!character.valid || (vxcommon::isDeceptive(value) && !space)) {
+        return kReplacement;
     }
-    const bool deceives =
-        byte(0) == 0xE2U && ((byte(1) == 0x80U && (byte(2) == 0x8EU || byte(2) == 0x8FU ||
-                                                   (byte(2) >= 0xAAU && byte(2) <= 0xAEU))) ||
-                             (byte(1) == 0x81U && byte(2) >= 0xA6U && byte(2) <= 0xA9U));
-    return deceives ? 3 : 0;
+    return character.bytes == 1 ? escapeOf(static_cast<char>(value)) : std::string_view();
 }
 
-std::string escaped(std::string_view original) {
-    const std::string whole = repaired(original);
+std::string escaped(std::string_view text) {
     std::string result;
-    result.reserve(whole.size());
-    for (std::string_view text = whole; !text.empty();) {
-        const std::size_t deceiving = deceivingLength(text);
-        const std::string_view escape = deceiving != 0 ? kReplacement : escapeOf(text.front());
-        escape.empty() ? result += text.front() : result += escape;
-        text.remove_prefix(std::max<std::size_t>(deceiving, 1));
+    result.reserve(text.size());
+    for (std::size_t at = 0; at < text.size();) {
+        const vxcommon::Character character = vxcommon::characterAt(text, at);
+        const std::string_view escape = escapeOf(character);
+        result += escape.empty() ? text.substr(at, character.bytes) : escape;
+        at += character.bytes;
     }
     return result;
 }

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "common/printable.h"
 #include "virtual_tv/television/clock.h"
 #include "virtual_tv/television/own_file.h"
 
@@ -90,7 +91,7 @@ std::string toJsonLine(const CallRecord& record) {
     if (record.fault) {
         object["fault"] = *record.fault;
     }
-    return object.dump(-1, ' ', false, OrderedJson::error_handler_t::replace);
+    return vxcommon::printableJson(object.dump(-1, ' ', false, OrderedJson::error_handler_t::replace));
 }
 
 CallLog::CallLog(const std::filesystem::path& file) : path_(file), file_(file) {}

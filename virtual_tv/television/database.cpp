@@ -9,9 +9,11 @@
 #include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string_view>
 
+#include "common/plain_reason.h"
 #include "virtual_tv/television/byte_order.h"
 #include "virtual_tv/television/steady_locks.h"
 
@@ -218,7 +220,12 @@ Error Database::describe(const SQLite::Exception& exception) const {
 }
 
 Error Database::describe(const std::exception& exception) const {
-    return {ErrorCode::Io, fmt::format("{}: {}", file_.string(), exception.what())};
+    if (dynamic_cast<const nlohmann::json::exception*>(&exception) != nullptr) {
+        return damaged(file_, "a text in it is no JSON, or not of its form").value();
+    }
+    return {ErrorCode::Io,
+            fmt::format("{}: {}; try again, and create the television again if that does not help",
+                        file_.string(), vxcommon::plainReason(exception))};
 }
 
 Database::WriteTransaction::WriteTransaction(SQLite::Database& connection) : connection_(connection) {

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <utility>
 
+#include "common/plain_reason.h"
 #include "common/strict_json.h"
 #include "virtual_tv/services/data_services.h"
 #include "virtual_tv/television/key_file.h"
@@ -242,7 +243,7 @@ Result<Profile> readProfile(const fs::path& file) {
     } catch (const Json::parse_error& error) {
         return badProfile(file, fmt::format("it is not JSON at byte {}", error.byte));
     } catch (const std::exception& error) {
-        return badProfile(file, error.what());
+        return badProfile(file, vxcommon::plainReason(error));
     }
 }
 

@@ -58,9 +58,25 @@ TEST(CloneEngine, questionThatEndsByThrowingIsAnErrorWithItsText) {
         throw std::system_error(std::make_error_code(std::errc::no_space_on_device), "copy");
     });
     ASSERT_FALSE(full);
-    EXPECT_EQ(full.error().code, ErrorCode::Internal);
-    EXPECT_THAT(full.error().sentence, HasSubstr("No space left"));
+    EXPECT_EQ(full.error().code, ErrorCode::TelevisionFull);
+    EXPECT_EQ(
+        full.error().sentence,
+        "the clone library broke off: No space left on device; free some space on the television's disk "
+        "and try again");
     EXPECT_FALSE(askLibrary([]() -> int { throw 1; }));
+}
+
+TEST(CloneEngine, textOfAnotherLibraryIsNotSaid) {
+    const auto asked = [](const char* text) {
+        return askLibrary([text]() -> int { throw std::runtime_error(text); }).error();
+    };
+    const Error full =
+        asked("boost::filesystem::copy_file: No space left on device [system:28]: \"/a\", \"/b\"");
+    EXPECT_EQ(full.code, ErrorCode::TelevisionFull);
+    EXPECT_THAT(full.sentence, testing::Not(HasSubstr("boost")));
+    EXPECT_EQ(asked("boost::bad_get: failed value get").sentence,
+              "the clone library broke off: a fault in a program's library; restart the television and try "
+              "again");
 }
 
 }  // namespace

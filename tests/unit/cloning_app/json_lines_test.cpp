@@ -148,5 +148,11 @@ TEST_F(JsonLinesTest, schemaRefusesWhatIsNotPublished) {
     }
 }
 
+TEST_F(JsonLinesTest, deceptiveCharactersAreEscaped) {
+    view_->notice("a\u202eb\u009b\u2028\x7f");
+    EXPECT_THAT(out_.str(), HasSubstr("a\\u202eb\\u009b\\u2028\\u007f"));
+    EXPECT_EQ(lines().at(0).at("message"), "a\u202eb\u009b\u2028\x7f");
+}
+
 }  // namespace
 }  // namespace vxclone

@@ -112,5 +112,38 @@ TEST_F(ListTest, moreFoldersThanAnybodyHasAreCut) {
     EXPECT_THAT(list(), HasSubstr("Only 2000 folders were looked into"));
 }
 
+TEST_F(ListTest, folderWithTooManyEntriesIsNamedAsNotLookedInto) {
+    const TestFolder sticks;
+    std::filesystem::create_directories(sticks / "usb");
+    for (int index = 0; index <= 10'000; ++index) {
+        writeFile(sticks / "usb" / std::to_string(index), "");
+    }
+    EXPECT_EQ(said(listPackages(sticks.path())),
+              "No package was found in the part of " + sticks.path().string() +
+                  " that was looked into.\nNot looked into: " + (sticks / "usb").string() +
+                  " holds more than 10000 entries; choose the folder of a clone package.\n");
+    fill(sticks / "second/clone");
+    EXPECT_THAT(said(listPackages(sticks.path())),
+                AllOf(HasSubstr((sticks / "second/clone").string()),
+                      HasSubstr("Not looked into: " + (sticks / "usb").string())));
+}
+
+TEST_F(ListTest, moreFoldersThanAreLookedIntoAreSaid) {
+    const TestFolder sticks;
+    for (int index = 0; index <= 2'000; ++index) {
+        std::filesystem::create_directories(sticks / std::to_string(index));
+    }
+    EXPECT_EQ(
+        said(listPackages(sticks.path())),
+        "No package was found in the part of " + sticks.path().string() +
+            " that was looked into.\nOnly 2000 folders were looked into; name a folder of the stick.\n");
+}
+
+TEST_F(ListTest, emptyNameIsRefused) {
+    EXPECT_EQ(said(listPackages("")),
+              "vxclone: the folder's name is empty; name a folder, or leave it out to look in /media\n");
+    EXPECT_EQ(status_, 2);
+}
+
 }  // namespace
 }  // namespace vxclone

@@ -2,7 +2,10 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
 #include <nlohmann/json.hpp>
+
+#include "common/strict_json.h"
 
 namespace vxclone {
 namespace {
@@ -156,6 +159,25 @@ TEST(Manifest, textThatIsNoObjectIsRefused) {
     for (const char* const text : {"", "[]", "1", "null", "\"x\"", "{}", "{\"name\":\"a\",\"name\":\"b\"}"}) {
         EXPECT_FALSE(manifestIn(text)) << text;
     }
+}
+
+TEST(Manifest, listsThatAreLongerThanAnyPackageNeedsAreRefused) {
+    Json json = Json::parse(manifestBody(goodManifest()));
+    const Json result = json["categories"][0];
+    json["categories"] = std::vector<Json>(1'000, result);
+    EXPECT_TRUE(manifestIn(json.dump()));
+    json["categories"].push_back(result);
+    const auto read = manifestIn(json.dump());
+    ASSERT_FALSE(read);
+    EXPECT_EQ(read.error(), "lists more than 1000 things in \"categories\"");
+}
+
+TEST(Manifest, readingEndsWhenItShallStop) {
+    Json json = Json::parse(manifestBody(goodManifest()));
+    json["categories"] = std::vector<Json>(1'000, json["categories"][0]);
+    StopFlag stop;
+    stop.raise(SIGTERM);
+    EXPECT_THROW(static_cast<void>(manifestIn(json.dump(), &stop)), vxcommon::ParsingStopped);
 }
 
 }  // namespace

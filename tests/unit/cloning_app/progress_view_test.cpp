@@ -220,5 +220,20 @@ TEST_F(ProgressViewTest, coloursTakeNoRoom) {
     EXPECT_THAT(out_.str(), HasSubstr("1:07"));
 }
 
+TEST_F(ProgressViewTest, textsOfSomebodyElseAreShownAsWhatTheyAre) {
+    const std::string text = "x\n\x1b[2Jall: done\u202e";
+    const std::string shown = "x\\x0a\\x1b[2Jall: done\\xe2\\x80\\xae";
+    const auto plain = view(ViewKind::Plain, "restore");
+    plain->notice(text);
+    plain->category({VXCLONE_BROADCAST_TVS, Verdict::Failed, text});
+    EXPECT_EQ(out_.str(), shown + "\nchannels: failed: " + shown + "\n");
+    out_.str("");
+    plain->done({{{VXCLONE_BROADCAST_TVS, Verdict::Failed, text, text}}, 1, {text}});
+    EXPECT_EQ(std::count(out_.str().begin(), out_.str().end(), '\n'), 3);
+    EXPECT_THAT(out_.str(), Not(HasSubstr("\x1b")));
+    plain->failed({ErrorCode::NotAPackage, text});
+    EXPECT_EQ(err_.str(), "vxclone: " + shown + "\n");
+}
+
 }  // namespace
 }  // namespace vxclone

@@ -201,7 +201,7 @@ TEST_F(RunRecordTest, damagedRecordIsAnErrorThatNamesTheFile) {
     };
     for (const std::string& text :
          {std::string(), std::string("{"), std::string("[]"), std::string("7"), std::string(300'000, '['),
-          good.substr(0, good.size() / 2), with("\"restore\"", "\"format\""), with("1800000000", "-1"),
+          good.substr(0, good.size() / 2), with("\"restore\"", "\"format\""), with("1800000000", "1.5"),
           with("1800000000", "99999999999999999999"), with("1800000000", "\"now\""),
           with("\"staging\"", "\"done\""), with("\"rows\": []", "\"rows\": [7]"),
           with("\"rows\": []", "\"rows\": [{\"category\": \"x\"}]"),
@@ -225,6 +225,40 @@ TEST(RunRecord, folderIsBesideTheCloneFolder) {
 TEST(RunRecord, timeIsUtc) {
     EXPECT_EQ(timeText(0), "1970-01-01T00:00:00Z");
     EXPECT_EQ(timeText(1'800'000'000), "2027-01-15T08:00:00Z");
+}
+
+TEST_F(RunRecordTest, recordOfAClockBefore1970OrFarFromNowIsReadable) {
+    for (const std::int64_t begun : {std::int64_t{-1}, std::int64_t{-2'147'483'648}, kEarliestTime}) {
+        RunRecord record = aRestore();
+        record.begun = begun;
+        const auto read = parseRecord(recordText(record), "run.json");
+        ASSERT_TRUE(read) << begun;
+        EXPECT_EQ(read->begun, begun);
+    }
+    EXPECT_EQ(timeText(-1), "1969-12-31T23:59:59Z");
+    RunRecord record = aRestore();
+    record.begun = kLatestTime + 1;
+    EXPECT_EQ(parseRecord(recordText(record), "run.json")->begun, kLatestTime);
+    record.begun = kEarliestTime - 1;
+    EXPECT_EQ(parseRecord(recordText(record), "run.json")->begun, kEarliestTime);
+    EXPECT_EQ(timeText(kEarliestTime), "1000-01-01T00:00:00Z");
+    EXPECT_EQ(timeText(kLatestTime), "9999-12-31T23:59:59Z");
+}
+
+TEST_F(RunRecordTest, runThatEndedBeforeItBeganByAClockThatJumpedBackIsTheLastRun) {
+    RunRecord future = aRestore();
+    future.begun = kLatestTime;
+    {
+        auto recorder = RunRecorder::begin(folder_.path(), future);
+        ASSERT_TRUE(recorder && recorder->enter(RunPhase::Restoring) && recorder->end(0, {}));
+    }
+    EXPECT_LT(*last().record.ended, last().record.begun);
+    EXPECT_FALSE(last().unfinished() || last().record.halfChanged);
+    RunRecord earlier = aRestore();
+    earlier.begun = -1;
+    ASSERT_TRUE(RunRecorder::begin(folder_.path(), earlier)->enter(RunPhase::Restoring));
+    EXPECT_TRUE(last().unfinished() && last().record.halfChanged);
+    EXPECT_EQ(last().record.begun, -1);
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
+#include <csignal>
+
 #include "cloning_app/run/settings_store.h"
 #include "tests/unit/cloning_app/fake_settings_store.h"
 #include "tests/unit/cloning_app/test_folder.h"
@@ -79,6 +81,36 @@ TEST_F(SettingsFileTest, veryDeepFileIsRefusedWithoutACrash) {
 TEST_F(SettingsFileTest, fileAboveTheLimitIsRefused) {
     EXPECT_EQ(errorOf("{}" + std::string(kMostSettingsBytes, ' ')), ErrorCode::SettingsDamaged);
     EXPECT_THAT(readText("{}" + std::string(kMostSettingsBytes - 2, ' ')), IsEmpty());
+}
+
+std::string settingsText(std::size_t count) {
+    std::string text = "{";
+    for (std::size_t index = 0; index < count; ++index) {
+        text += (index == 0 ? "\"k" : ",\"k") + std::to_string(index) + R"(":{"int":1})";
+    }
+    return text + "}";
+}
+
+TEST_F(SettingsFileTest, moreSettingsThanAnyTelevisionHasAreRefused) {
+    EXPECT_EQ(readText(settingsText(kMostSettings)).size(), kMostSettings);
+    writeFile(package_ / "vconf/Vconf.json", settingsText(60'000));
+    const auto settings = read();
+    ASSERT_FALSE(settings);
+    EXPECT_EQ(settings.error().code, ErrorCode::SettingsDamaged);
+    EXPECT_EQ(settings.error().sentence,
+              (package_ / "vconf/Vconf.json").string() +
+                  " is damaged: the whole has more than 40001 names and values; make the package again with "
+                  "vxclone backup");
+}
+
+TEST_F(SettingsFileTest, readingEndsWhenItShallStop) {
+    writeFile(package_ / "vconf/Vconf.json", settingsText(kMostSettings));
+    StopFlag stop;
+    stop.raise(SIGTERM);
+    const Descriptor opened(open(package_.path().c_str(), O_RDONLY | O_DIRECTORY));
+    const auto settings = readSettings({opened.get(), package_.path().string(), Place::Stick}, &stop);
+    ASSERT_FALSE(settings);
+    EXPECT_EQ(settings.error().code, ErrorCode::Terminated);
 }
 
 TEST_F(SettingsFileTest, linkInsteadOfTheFileOrItsFolderIsNotFollowed) {

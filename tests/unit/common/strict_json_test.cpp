@@ -44,5 +44,28 @@ TEST(StrictJson, moreThanTheLimitsIsRefused) {
     EXPECT_THAT(problemWith(std::string(1'000'000, '[')), HasSubstr("layers"));
 }
 
+TEST(StrictJson, valuesOfEveryKindStandWhereTheTextHasThem) {
+    const char* const text = R"({"a":[1,-2,3.5,"x",true,null,{},[]],"b":{"c":{"d":1}},"e":[[2],{"f":3}]})";
+    EXPECT_EQ(parseStrictly(text, {}), nlohmann::json::parse(text));
+    EXPECT_EQ(parseStrictly("7", {}), 7);
+}
+
+TEST(StrictJson, numberThatIsTooLargeAndANulAreRefused) {
+    EXPECT_EQ(problemWith(R"({"a":1e999})"), "the whole holds a number that is too large");
+    EXPECT_EQ(problemWith(std::string("{}\0", 3)), "the whole holds a NUL");
+}
+
+TEST(StrictJson, parsingEndsAsSoonAsItShallStop) {
+    std::string many = "[0";
+    for (int count = 0; count < 10'000; ++count) {
+        many += ",0";
+    }
+    int questions = 0;
+    EXPECT_THROW(parseStrictly(many, {}, [&questions] { return ++questions == 2; }), ParsingStopped);
+    EXPECT_EQ(questions, 2);
+    EXPECT_THROW(parseStrictly(many, {}), nlohmann::json::parse_error);
+    EXPECT_NO_THROW(parseStrictly(many + "]", {}, [] { return false; }));
+}
+
 }  // namespace
 }  // namespace vxcommon

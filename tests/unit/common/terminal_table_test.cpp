@@ -225,15 +225,11 @@ TEST(DisplayWidth, widthIsThatOfTheTerminal) {
     EXPECT_EQ(beginningOf("ab", 5), "ab");
 }
 
-TEST(Printable, whatIsNoUtf8IsWrittenAsNumbers) {
-    EXPECT_EQ(printable("a\xff\xc3"), "a\\xff\\xc3");
-}
-
-TEST(Printable, controlCharactersAreWrittenAsNumbers) {
-    EXPECT_EQ(printable("plain text"), "plain text");
-    EXPECT_EQ(printable(std::string("\0\t\x7f", 3)), "\\x00\\x09\\x7f");
-    EXPECT_EQ(printable("\u009b2J"), "\\xc2\\x9b2J");
-    EXPECT_EQ(printable("\u00e9"), "\u00e9");
+TEST(SentenceFor, sentenceIsPrintableOnATerminalAndElsewhere) {
+    const std::string faked = "A\x1b[2J\nvxclone: all: done\u202e\x9b";
+    const std::string shown = "A\\x1b[2J\\x0avxclone: all: done\\xe2\\x80\\xae\\x9b";
+    EXPECT_EQ(sentenceFor(columns(200), faked), shown);
+    EXPECT_EQ(sentenceFor(Screen{200, true, false}, faked), shown);
 }
 
 TEST(Paint, plainOrUncolouredTextIsUnchanged) {

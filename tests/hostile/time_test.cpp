@@ -1,0 +1,156 @@
+// Files that are made to take long: reading one that is sixteen times as large takes about sixteen times as
+// long, whatever it is made of, and one that is larger than any package's is refused at once.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <functional>
+
+#include "cloning_app/package/manifest.h"
+#include "cloning_app/package/settings_file.h"
+#include "cloning_app/run/run_record.h"
+#include "common/strict_json.h"
+#include "tests/hostile/stage.h"
+#include "tests/support/machine/temporary_directory.h"
+
+namespace vxtest {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kTimes = 16;
+/// Of what is quadratic it would be sixteen; a machine that others use varies by less than this.
+constexpr double kMostGrowth = 5;
+
+struct Growing {
+    std::string name;
+    std::string begin;
+    std::function<std::string(std::size_t index)> element;
+    std::string end;
+};
+
+std::string textOf(const Growing& growing, std::size_t count) {
+    std::string text = growing.begin;
+    for (std::size_t index = 0; index < count; ++index) {
+        text += (index == 0 ? "" : ",") + growing.element(index);
+    }
+    return text + growing.end;
+}
+
+std::vector<Growing> growingTexts() {
+    const auto number = [](std::size_t index) { return std::to_string(index); };
+    return {{"members", "{", [=](std::size_t index) { return "\"k" + number(index) + "\":1"; }, "}"},
+            {"objects of members", "{",
+             [=](std::size_t index) { return "\"k" + number(index) + R"(":{"int":1})"; }, "}"},
+            {"members in reverse", "{",
+             [=](std::size_t index) { return "\"k" + number(9'999'999 - index) + R"(":{"int":1})"; }, "}"},
+            {"members of one member", R"({"a":{)",
+             [=](std::size_t index) { return "\"k" + number(index) + "\":[]"; }, "}}"},
+            {"a list", "[", number, "]"},
+            {"a list of lists", "[", [](std::size_t) { return "[[],[]]"; }, "]"},
+            {"a list of objects", "[", [](std::size_t) { return R"({"path":"a","type":"file"})"; }, "]"},
+            {"a text", "\"", [](std::size_t) { return "\\u0061"; }, "\""}};
+}
+
+double secondsOf(const std::function<void()>& work) {
+    double least = 1e9;
+    for (int round = 0; round < 5; ++round) {
+        const auto begin = std::chrono::steady_clock::now();
+        work();
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+        least = std::min(least, taken.count());
+    }
+    return least;
+}
+
+void expectLinear(const std::string& name, std::size_t count,
+                  const std::function<std::function<void()>(std::size_t count)>& workOn) {
+    const double one = secondsOf(workOn(count));
+    const double all = secondsOf(workOn(count * kTimes));
+    EXPECT_LT(all, one * kTimes * kMostGrowth) << name << ": " << one << " s, and " << all << " s";
+}
+
+TEST(HostileTimeTest, jsonOfAnyShapeIsReadInATimeThatGrowsAsItDoes) {
+    for (const Growing& growing : growingTexts()) {
+        expectLinear(growing.name, inLongForm() ? 16'000 : 2'000, [&growing](std::size_t count) {
+            return [text = textOf(growing, count)] { vxcommon::parseStrictly(text, {}); };
+        });
+    }
+}
+
+TEST(HostileTimeTest, layersOfAnyDepthAreReadInATimeThatGrowsAsTheyDo) {
+    expectLinear("layers", 2'000, [](std::size_t count) {
+        return
+            [text = std::string(count, '[') + std::string(count, ']')] { vxcommon::parseStrictly(text, {}); };
+    });
+}
+
+std::string manifestWith(std::size_t entries) {
+    vxclone::Manifest manifest{{"n", "2026-03-01T12:30:00Z", "v", {"m", "p", 1}}, {}};
+    for (std::size_t index = 0; index < entries; ++index) {
+        manifest.entries.push_back(
+            {"VXHotel/" + std::to_string(1'000'000 + index), false, 1, std::string(64, 'a')});
+    }
+    return vxclone::manifestBody(manifest);
+}
+
+TEST(HostileTimeTest, manifestIsReadInATimeThatGrowsAsItDoes) {
+    expectLinear("manifest", 600, [](std::size_t count) {
+        return [text = manifestWith(count)] { EXPECT_TRUE(vxclone::manifestIn(text)); };
+    });
+}
+
+TEST(HostileTimeTest, recordOfARunIsReadInATimeThatGrowsAsItDoes) {
+    const vxclone::Row row{VXCLONE_VXHOTEL_FIRSTSCREEN_DATA, vxclone::Verdict::Failed, "no answer",
+                           "org.some.app"};
+    expectLinear("record", 6, [&row](std::size_t count) {
+        vxclone::RunRecord record;
+        record.rows.assign(count, row);
+        return [text = vxclone::recordText(record)] { EXPECT_TRUE(vxclone::parseRecord(text, "run.json")); };
+    });
+}
+
+TEST(HostileTimeTest, recordMadeToTakeLongIsRefusedEarly) {
+    std::string text = "{\"k\":1";
+    for (int index = 0; index < 20'000; ++index) {
+        text += ",\"k" + std::to_string(index) + "\":1";
+    }
+    EXPECT_LT(secondsOf([&] { EXPECT_FALSE(vxclone::parseRecord(text + "}", "run.json")); }), 1);
+}
+
+/// A package's settings file, open for reading.
+class SettingsFolder {
+ public:
+    explicit SettingsFolder(const std::string& text) {
+        writeFile(folder_.path() / "vconf/Vconf.json", text);
+        opened_ = vxclone::Descriptor(open(folder_.path().c_str(), vxclone::kOpenFolder));
+    }
+    auto read(const vxclone::StopFlag* stop = nullptr) const {
+        return vxclone::readSettings({opened_.get(), folder_.path().string(), vxclone::Place::Stick}, stop);
+    }
+
+ private:
+    TemporaryDirectory folder_;
+    vxclone::Descriptor opened_;
+};
+
+TEST(HostileTimeTest, settingsAreReadInATimeThatGrowsAsTheyDo) {
+    expectLinear("settings", 600, [](std::size_t count) {
+        const auto folder = std::make_shared<SettingsFolder>(textOf(growingTexts()[1], count));
+        return [folder] { EXPECT_TRUE(folder->read()); };
+    });
+}
+
+TEST(HostileTimeTest, largestFilesOfAnyShapeAreRefusedOrReadAtOnce) {
+    for (const Growing& growing : growingTexts()) {
+        std::string text = textOf(growing, 400'000);
+        text.resize(std::min(text.size(), vxclone::kMostSettingsBytes));
+        const SettingsFolder folder(text);
+        EXPECT_LT(secondsOf([&] { static_cast<void>(folder.read()); }), 3) << growing.name;
+    }
+}
+
+}  // namespace
+}  // namespace vxtest
