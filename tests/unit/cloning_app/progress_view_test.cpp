@@ -229,8 +229,9 @@ TEST_F(ProgressViewTest, textsOfSomebodyElseAreShownAsWhatTheyAre) {
     EXPECT_EQ(out_.str(), shown + "\nchannels: failed: " + shown + "\n");
     out_.str("");
     plain->done({{{VXCLONE_BROADCAST_TVS, Verdict::Failed, text, text}}, 1, {text}});
-    EXPECT_EQ(std::count(out_.str().begin(), out_.str().end(), '\n'), 3);
-    EXPECT_THAT(out_.str(), Not(HasSubstr("\x1b")));
+    const std::string said = out_.str();
+    EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 3);
+    EXPECT_THAT(said, Not(HasSubstr("\x1b")));
     plain->failed({ErrorCode::NotAPackage, text});
     EXPECT_EQ(err_.str(), "vxclone: " + shown + "\n");
 }
