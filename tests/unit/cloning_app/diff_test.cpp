@@ -187,7 +187,7 @@ TEST_F(DiffTest, categoryOfWhichNothingWasSavedIsNotCompared) {
     EXPECT_EQ(status_, 1);
 }
 
-TEST_F(DiffTest, applicationThatFailedOrLeftNothingOrMayBeAnotherIsNotCompared) {
+TEST_F(DiffTest, applicationThatFailedOrLeftNothingOrMayBeAnotherIsNotComparedUnlessItsBytesAreTheSame) {
     const std::string notCompared =
         "Not compared, because the television could not save it: apps (org.vorta.orvel-app).\n";
     const std::string good = reported_;
@@ -195,7 +195,11 @@ TEST_F(DiffTest, applicationThatFailedOrLeftNothingOrMayBeAnotherIsNotCompared) 
     EXPECT_THAT(diff(), HasSubstr(notCompared));
     reported_ = good;
     FakeSettingsStore::instance().set("db/first_screen/type", std::string("org.first"));
-    EXPECT_THAT(diff(), HasSubstr(notCompared)) << "one outcome of two applications";
+    EXPECT_THAT(diff(), HasSubstr("\nNo difference.\n")) << "one outcome of two applications, the same bytes";
+    const std::string held = readFile(saves_ / kOrvel / "data");
+    writeFile(saves_ / kOrvel / "data", held + "x");
+    EXPECT_THAT(diff(), HasSubstr(notCompared)) << "one outcome of two applications, other bytes";
+    writeFile(saves_ / kOrvel / "data", held);
     reported_ += "VXCLONE_VXHOTEL_FIRSTSCREEN_DATA-SUCCESS\n";
     EXPECT_THAT(diff(), HasSubstr("\nNo difference.\n"));
     std::filesystem::remove_all(saves_ / kOrvel);
