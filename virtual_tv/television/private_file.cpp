@@ -32,14 +32,14 @@ fs::path folderOf(const fs::path& file) {
 }
 
 ReadTrouble troubleOf(int error) {
-    using Kind = ReadTrouble::Kind;
     if (error == ENOENT || error == ENOTDIR) {
-        return {Kind::Missing, "it is missing"};
+        return {ReadTrouble::Kind::Missing, "it is missing"};
     }
     // A socket cannot be opened at all.
     const bool special = error == ELOOP || error == ENXIO;
-    return special ? ReadTrouble{Kind::NoPlainFile, error == ELOOP ? "it is a link" : "it is a socket"}
-                   : ReadTrouble{Kind::CannotBeRead, reason(error)};
+    return special ? ReadTrouble{ReadTrouble::Kind::NoPlainFile,
+                                 error == ELOOP ? "it is a link" : "it is a socket"}
+                   : ReadTrouble{ReadTrouble::Kind::CannotBeRead, reason(error)};
 }
 
 /// A new file beside `target`, gone unless it was put in the place of it.
