@@ -59,18 +59,6 @@ Result<SavedSettings> judgeSettingsFile(const Tree& root) {
     if (isTooLarge(root)) {
         return tl::make_unexpected(tooLargeSettings());
     }
-    struct stat facts {};
-    const bool tooLarge =
-        fstatat(root.descriptor, std::string(kSettingsFile).c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0 &&
-        facts.st_size > static_cast<off_t>(kMostSettingsBytes);
-    if (tooLarge) {
-        return failure(
-            ErrorCode::SettingsNotSaved,
-            fmt::format(
-                "the television's settings are too large: {} takes more than {} MiB; make the texts of "
-                "the settings shorter and back up again",
-                kSettingsFile, kMostSettingsBytes >> 20U));
-    }
     return failure(
         ErrorCode::SettingsNotSaved,
         fmt::format("the backup left no good {}: the television's disk may be full; free some space on "

@@ -124,9 +124,13 @@ class InterruptedRestoreTest : public VxcloneRunsTest, public testing::WithParam
  protected:
     /// Nothing was read back, so an application whose outcome the library's list lost counts as failed.
     static std::string asIfReported(std::string text) {
-        const std::string lost = "the load had ended (failed: apps)";
-        for (std::size_t at = text.find(lost); at != std::string::npos; at = text.find(lost)) {
-            text.replace(at, lost.size(), "everything was loaded");
+        constexpr std::pair<std::string_view, std::string_view> kLost[] = {
+            {"the load had ended (failed: apps)", "everything was loaded"},
+            {": interrupted (apps) in", ": interrupted in"}};
+        for (const auto& [lost, reported] : kLost) {
+            for (std::size_t at = text.find(lost); at != std::string::npos; at = text.find(lost)) {
+                text.replace(at, lost.size(), reported);
+            }
         }
         return text;
     }

@@ -196,10 +196,10 @@ TEST_F(DiffTest, applicationThatFailedOrLeftNothingOrMayBeAnotherIsNotComparedUn
     reported_ = good;
     FakeSettingsStore::instance().set("db/first_screen/type", std::string("org.first"));
     EXPECT_THAT(diff(), HasSubstr("\nNo difference.\n")) << "one outcome of two applications, the same bytes";
-    const std::string held = readFile(saves_ / kOrvel / "data");
-    writeFile(saves_ / kOrvel / "data", held + "x");
+    const std::string held = readFile(saves_ / kOrvel / "hotel.db");
+    writeFile(saves_ / kOrvel / "hotel.db", held + "x");
     EXPECT_THAT(diff(), HasSubstr(notCompared)) << "one outcome of two applications, other bytes";
-    writeFile(saves_ / kOrvel / "data", held);
+    writeFile(saves_ / kOrvel / "hotel.db", held);
     reported_ += "VXCLONE_VXHOTEL_FIRSTSCREEN_DATA-SUCCESS\n";
     EXPECT_THAT(diff(), HasSubstr("\nNo difference.\n"));
     std::filesystem::remove_all(saves_ / kOrvel);

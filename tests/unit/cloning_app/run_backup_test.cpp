@@ -553,20 +553,6 @@ TEST_F(RunBackupTest, settingsFileMissingEmptyOrNoObjectKeepsTheOldPackage) {
     expectRefused(ErrorCode::SettingsNotSaved);
 }
 
-TEST_F(RunBackupTest, settingsFileThatIsTooLargeIsNotCalledAFullDisk) {
-    engine_.work = [this] {
-        writeFile(root_ / "vconf/Vconf.json",
-                  R"({"db/text":{"string":")" + std::string(20'000'000, 'x') + R"("}})");
-    };
-    const auto report = backUp();
-    ASSERT_FALSE(report);
-    EXPECT_EQ(report.error().code, ErrorCode::SettingsNotSaved);
-    EXPECT_EQ(
-        report.error().sentence,
-        "the television's settings are too large: vconf/Vconf.json takes more than 16 MiB; make the texts "
-        "of the settings shorter and back up again");
-}
-
 TEST_F(RunBackupTest, folderWithOtherFilesIsLeftAloneBeforeTheRun) {
     writeFile(stick_ / "clone/photo.jpg", "x");
     expectRefused(ErrorCode::NotAPackage);
