@@ -7,6 +7,7 @@
 #include <array>
 #include <exception>
 
+#include "common/plain_reason.h"
 #include "virtual_tv/session/descriptor.h"
 #include "virtual_tv/session/session.h"
 #include "virtual_tv/television/application_launch.h"
@@ -58,7 +59,9 @@ Result<void> runSession(const std::filesystem::path& television, const std::stri
             writeHostReport(kReport, tl::make_unexpected(ran.error()));
         }
     } catch (const std::exception& exception) {
-        writeHostReport(kReport, failure(ErrorCode::CannotRun, exception.what()));
+        writeHostReport(kReport,
+                        failure(ErrorCode::CannotRun, fmt::format("cannot start a session: {}; try again",
+                                                                  vxcommon::plainReason(exception))));
     }
     _exit(0);
 }

@@ -4,10 +4,19 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
+#include <string>
+
+#include "common/plain_reason.h"
+#include "common/printable.h"
 
 namespace vxtv {
 
 namespace {
+
+void complain(const std::string& sentence) {
+    std::fprintf(stderr, "vx-virtual-tv: no television, so every platform call fails: %s\n",
+                 vxcommon::printable(sentence).c_str());
+}
 
 std::unique_ptr<Television> openNamed() noexcept {
     const char* path = std::getenv(kTelevisionVariable);
@@ -23,11 +32,10 @@ std::unique_ptr<Television> openNamed() noexcept {
         if (television) {
             return std::make_unique<Television>(std::move(*television));
         }
-        std::fprintf(stderr, "vx-virtual-tv: no television, so every platform call fails: %s\n",
-                     television.error().sentence.c_str());
+        complain(television.error().sentence);
     } catch (const std::exception& exception) {
-        std::fprintf(stderr, "vx-virtual-tv: no television, so every platform call fails: %s\n",
-                     exception.what());
+        complain(std::string(path) + ": " + vxcommon::plainReason(exception) +
+                 "; see whether the television is whole with: vxtv info DIR");
     }
     return nullptr;
 }

@@ -13,6 +13,7 @@
 #include "common/tree_removal.h"
 #include "virtual_tv/services/data_services.h"
 #include "virtual_tv/television/application_profile.h"
+#include "virtual_tv/television/file_size_limit.h"
 #include "virtual_tv/television/package_key.h"
 #include "virtual_tv/television/picture_areas.h"
 #include "virtual_tv/television/private_file.h"
@@ -26,10 +27,22 @@ namespace {
 
 tl::unexpected<Error> cannotMake(const fs::path& path, const std::error_code& error) {
     const bool full = error == std::errc::no_space_on_device || error.value() == EDQUOT;
-    return failure(full ? ErrorCode::NoSpace : ErrorCode::Io,
-                   fmt::format("the television {} cannot be made: {}; {}", path.string(), error.message(),
-                               full ? "make room on the disk and try again"
-                                    : "check that its parent folder may be written"));
+    const char* const advice = full ? "make room on the disk and try again"
+                               : error == std::errc::file_too_large
+                                   ? kRaiseFileSizeLimit
+                                   : "check that its parent folder may be written";
+    return failure(
+        full ? ErrorCode::NoSpace : ErrorCode::Io,
+        fmt::format("the television {} cannot be made: {}; {}", path.string(), error.message(), advice));
+}
+
+/// Why a file operation failed. The standard library keeps no reason of a write that failed while it copied a
+/// file; that a limit of the file size was met shows at the copy.
+std::error_code reasonOf(const fs::filesystem_error& error) {
+    std::error_code unknown;
+    const std::uintmax_t size = fs::file_size(error.path2(), unknown);
+    const bool limited = error.code() == std::errc::io_error && !unknown && fileMayNotGrow(size);
+    return limited ? std::make_error_code(std::errc::file_too_large) : error.code();
 }
 
 tl::unexpected<Error> alreadyExists(const fs::path& path) {
@@ -142,7 +155,7 @@ Result<void> fill(const fs::path& target, const Folder& folder, const Profile& p
         makeFolders(folder);
         copyPictures(folder, profile.pictures);
     } catch (const fs::filesystem_error& error) {
-        return cannotMake(target, error.code());
+        return cannotMake(target, reasonOf(error));
     }
     return fillSecureStorage(folder, profile)
         .and_then([&] { return fillDatabase(folder, profile); })

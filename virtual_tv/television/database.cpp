@@ -15,6 +15,8 @@
 
 #include "common/plain_reason.h"
 #include "virtual_tv/television/byte_order.h"
+#include "virtual_tv/television/database_reason.h"
+#include "virtual_tv/television/file_size_limit.h"
 #include "virtual_tv/television/steady_locks.h"
 
 namespace vxtv {
@@ -78,16 +80,31 @@ struct Failing {
 };
 
 constexpr std::array kFailings = {
-    Failing{SQLITE_BUSY, ErrorCode::Busy, "another process holds it; end that process and try again"},
-    Failing{SQLITE_LOCKED, ErrorCode::Busy, "another process holds it; end that process and try again"},
+    Failing{SQLITE_BUSY, ErrorCode::Busy, "end that process and try again"},
+    Failing{SQLITE_LOCKED, ErrorCode::Busy, "end that process and try again"},
     Failing{SQLITE_FULL, ErrorCode::NoSpace, "make room on the disk and try again"},
     Failing{SQLITE_CORRUPT, ErrorCode::Damaged, kStartAnew},
     Failing{SQLITE_NOTADB, ErrorCode::Damaged, kStartAnew},
-    // Our statements are fixed: one that does not fit means that a table is not as it was made.
     Failing{SQLITE_ERROR, ErrorCode::Damaged, kStartAnew},
 };
 constexpr Failing kOtherFailing = {0, ErrorCode::Io,
                                    "check that the folder may be written and its disk is sound"};
+
+/// Whether a limit of the file size keeps the database, or what lies beside it, from being written.
+bool meetsFileSizeLimit(const fs::path& file) {
+    constexpr std::uintmax_t kSharedIndexBytes = 32U << 10U;  // of the file that SQLite calls -shm, at least
+    if (fileMayNotGrow(kSharedIndexBytes - 1)) {
+        return true;
+    }
+    for (const char* const ending : {"", "-wal", "-journal", "-shm"}) {
+        std::error_code missing;
+        const std::uintmax_t bytes = fs::file_size(file.string() + ending, missing);
+        if (!missing && fileMayNotGrow(bytes)) {
+            return true;
+        }
+    }
+    return false;
+}
 
 Error errorOf(const fs::path& file, const SQLite::Exception& exception) {
     const Failing* failing = &kOtherFailing;
@@ -96,7 +113,10 @@ Error errorOf(const fs::path& file, const SQLite::Exception& exception) {
             failing = &candidate;
         }
     }
-    return {failing->code, fmt::format("{}: {}; {}", file.string(), exception.what(), failing->advice)};
+    const bool limited = exception.getErrorCode() == SQLITE_IOERR && meetsFileSizeLimit(file);
+    return {failing->code, fmt::format("{}: {}; {}", file.string(),
+                                       limited ? std::strerror(EFBIG) : databaseReason(exception),
+                                       limited ? kRaiseFileSizeLimit : failing->advice)};
 }
 
 /// The files in which changes wait are opened like the database itself.

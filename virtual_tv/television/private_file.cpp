@@ -12,6 +12,7 @@
 #include <system_error>
 
 #include "virtual_tv/session/descriptor.h"
+#include "virtual_tv/television/file_size_limit.h"
 
 namespace vxtv {
 
@@ -21,10 +22,11 @@ namespace {
 
 tl::unexpected<Error> cannotWrite(const fs::path& file, int error) {
     const bool full = error == ENOSPC || error == EDQUOT;
+    const char* const advice = full             ? "make room on the disk and try again"
+                               : error == EFBIG ? kRaiseFileSizeLimit
+                                                : "check that its folder is there and may be written";
     return failure(full ? ErrorCode::NoSpace : ErrorCode::Io,
-                   fmt::format("{} cannot be written: {}; {}", file.string(), reason(error),
-                               full ? "make room on the disk and try again"
-                                    : "check that its folder is there and may be written"));
+                   fmt::format("{} cannot be written: {}; {}", file.string(), reason(error), advice));
 }
 
 fs::path folderOf(const fs::path& file) {

@@ -151,8 +151,22 @@ TEST_F(DatabaseTest, readOfDamagedPagesIsDamaged) {
     test::makeTelevision(place_);
     overwrite(100, std::string(static_cast<std::size_t>(fs::file_size(place_ / "tv.db")) - 100, '\xAA'));
     const Result<Television> television = Television::open(place_);
-    const ErrorCode code = television ? television->settings().list().error().code : television.error().code;
-    EXPECT_EQ(ErrorCode::Damaged, code);
+    const Error error = television ? television->settings().list().error() : television.error();
+    EXPECT_EQ(ErrorCode::Damaged, error.code);
+    EXPECT_EQ((place_ / "tv.db").string() +
+                  ": its content is damaged; remove its folder and create the television again",
+              error.sentence);
+}
+
+TEST_F(DatabaseTest, tableThatIsMissingIsDamageAndNotToldInTheDatabasesOwnWords) {
+    const Television television = test::makeTelevision(place_);
+    SQLite::Database((place_ / "tv.db").string(), SQLite::OPEN_READWRITE).exec("DROP TABLE settings");
+    const auto listed = television.settings().list();
+    ASSERT_FALSE(listed);
+    EXPECT_EQ(ErrorCode::Damaged, listed.error().code);
+    EXPECT_EQ((place_ / "tv.db").string() +
+                  ": a table in it is not as it was made; remove its folder and create the television again",
+              listed.error().sentence);
 }
 
 TEST_F(DatabaseTest, writeWhileAnotherHoldsItIsBusy) {
@@ -162,6 +176,8 @@ TEST_F(DatabaseTest, writeWhileAnotherHoldsItIsBusy) {
     const Result<void> set = television.settings().set("volume", 1);
     ASSERT_FALSE(set);
     EXPECT_EQ(ErrorCode::Busy, set.error().code);
+    EXPECT_EQ((place_ / "tv.db").string() + ": another process uses it; end that process and try again",
+              set.error().sentence);
     EXPECT_EQ(12, television.settings().getInt("volume").value());
     other.exec("ROLLBACK");
     EXPECT_TRUE(television.settings().set("volume", 1));

@@ -44,6 +44,7 @@ class HotelPackageTest : public testing::Test {
         const auto loaded = restore();
         EXPECT_FALSE(loaded);
         EXPECT_EQ(before, vxtest::snapshot(place_.path() / "second"));
+        sentence_ = loaded ? "" : loaded.error().sentence;
         return loaded ? ErrorCode::Io : loaded.error().code;
     }
 
@@ -68,6 +69,7 @@ class HotelPackageTest : public testing::Test {
     }
 
     test::TestFolder place_;
+    std::string sentence_;  ///< of the latest refusal
     DataFolder first_{place_.path() / "first"};
     DataFolder second_{place_.path() / "second"};
     fs::path where_ = place_.path() / "clone";
@@ -226,9 +228,16 @@ TEST_F(HotelPackageTest, indexThatIsNoJsonOrALinkIsRefused) {
 TEST_F(HotelPackageTest, whatIsNoDatabaseIsRefused) {
     ASSERT_TRUE(backUp());
     const std::string whole = test::readFile(package_ / kDatabaseName);
-    for (const std::string& bytes : {std::string(), std::string("no database"), whole.substr(0, 4096)}) {
+    for (const auto& [bytes, why] :
+         {std::pair(std::string(), "it is another program's"),
+          std::pair(std::string("no database"), "it is no database"),
+          std::pair(whole.substr(0, 4096), "its content is damaged"),
+          std::pair(whole.substr(0, 4096) + std::string(whole.size() - 4096, '\xAA'),
+                    "its content is damaged")}) {
         replaceDatabase(bytes);
         EXPECT_EQ(ErrorCode::DamagedBackup, refused()) << bytes.size();
+        const std::string told = std::string("hotel.db is damaged: ") + why + "; make the backup anew";
+        EXPECT_NE(sentence_.find(told), std::string::npos) << sentence_;
     }
 }
 

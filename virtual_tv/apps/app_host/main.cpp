@@ -10,6 +10,7 @@
 #include <exception>
 #include <string_view>
 
+#include "common/plain_reason.h"
 #include "virtual_tv/apps/app_host/host.h"
 #include "virtual_tv/session/descriptor.h"
 #include "virtual_tv/television/application_launch.h"
@@ -62,7 +63,9 @@ int main(int argc, char** argv) {
     try {
         return host(argv[1], argv[2], isDetached ? vxtv::HostWay::Detached : vxtv::HostWay::Attached, report);
     } catch (const std::exception& exception) {
-        std::fprintf(stderr, "vxtv-app-host: %s\n", exception.what());
+        std::fprintf(stderr,
+                     "vxtv-app-host: cannot host %s: %s; start it again with: vxtv app start DIR ID\n",
+                     argv[2], vxcommon::plainReason(exception).c_str());
         return 1;
     }
 }

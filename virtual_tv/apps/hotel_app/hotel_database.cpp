@@ -7,6 +7,8 @@
 #include <array>
 #include <string_view>
 
+#include "virtual_tv/television/database_reason.h"
+
 namespace vxtv::hotel {
 
 namespace fs = std::filesystem;
@@ -37,11 +39,11 @@ tl::unexpected<Error> broken(const fs::path& file, std::string_view why) {
 
 tl::unexpected<Error> failed(const fs::path& file, const SQLite::Exception& exception) {
     if (exception.getErrorCode() == SQLITE_NOTADB || exception.getErrorCode() == SQLITE_CORRUPT) {
-        return broken(file, exception.what());
+        return broken(file, databaseReason(exception));
     }
     const bool full = exception.getErrorCode() == SQLITE_FULL;
     return failure(full ? ErrorCode::NoSpace : ErrorCode::Io,
-                   fmt::format("{}: {}; {}", file.string(), exception.what(),
+                   fmt::format("{}: {}; {}", file.string(), databaseReason(exception),
                                full ? "make room on the disk and try again"
                                     : "check that it is there and its folder may be written"));
 }
@@ -99,7 +101,7 @@ Result<void> check(SQLite::Database& database, const fs::path& file) {
         return broken(file, "its tables are others");
     }
     const std::string verdict = database.execAndGet("PRAGMA integrity_check(1)").getString();
-    return verdict == "ok" ? Result<void>() : broken(file, verdict);
+    return verdict == "ok" ? Result<void>() : broken(file, "its content is damaged");
 }
 
 }  // namespace
@@ -142,7 +144,7 @@ Result<void> checkDatabase(const fs::path& file) {
         SQLite::Database database(file.string(), SQLite::OPEN_READONLY);
         return check(database, file);
     } catch (const SQLite::Exception& exception) {
-        return broken(file, exception.what());
+        return broken(file, databaseReason(exception));
     }
 }
 

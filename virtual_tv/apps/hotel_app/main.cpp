@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 
+#include "common/plain_reason.h"
 #include "virtual_tv/apps/hotel_app/service.h"
 #include "virtual_tv/television/application_id.h"
 
@@ -45,6 +46,6 @@ int main(int argc, char** argv) {
     try {
         return run(habits);
     } catch (const std::exception& exception) {
-        return complain(exception.what());
+        return complain((vxcommon::plainReason(exception) + "; start the application again").c_str());
     }
 }
