@@ -142,10 +142,11 @@ class Walk {
         return visitor_.file({name, std::move(path), bytes}, opened.get());
     }
 
-    static tl::unexpected<Error> unsafe(const std::string& path, const std::string& what) {
-        return failure(ErrorCode::UnsafeEntry, vxcommon::printable(path) + " is " + what +
-                                                   ", which no package holds; make the package again with "
-                                                   "vxclone backup");
+    tl::unexpected<Error> unsafe(const std::string& path, const std::string& what) const {
+        return failure(ErrorCode::UnsafeEntry,
+                       vxcommon::printable(path) + " is " + what + ", which no package holds; " +
+                           (place_ == Place::Stick ? "make the package again with vxclone backup"
+                                                   : "take it away and try again"));
     }
 
     tl::unexpected<Error> tooLarge(const std::string& path, const std::string& why) const {

@@ -42,5 +42,32 @@ TEST_F(HasEntryTest, folderThatCannotBeAskedIsAnErrorThatNamesTheEntry) {
     EXPECT_THAT(none.error().sentence, HasSubstr("/media/usb/clone"));
 }
 
+/// Passes everything.
+class AnyEntry final : public TreeVisitor {
+ public:
+    Result<void> file(const TreeEntry& /*entry*/, int /*descriptor*/) override { return {}; }
+    Result<void> enterFolder(const TreeEntry& /*entry*/) override { return {}; }
+    Result<void> leaveFolder() override { return {}; }
+};
+
+TEST(WalkTreeTest, linkIsRefusedWithAdviceForThePlaceWhereItIs) {
+    const TestFolder folder;
+    fs::create_directories(folder / "menu");
+    fs::create_symlink("nowhere", folder / "menu/link");
+    const Descriptor opened(open(folder.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const std::string begin =
+        (folder / "menu/link").string() + " is a link or a special file, which no package holds; ";
+    AnyEntry visitor;
+    const auto onStick = walkTree({opened.get(), folder.path().string(), Place::Stick}, {}, visitor);
+    ASSERT_FALSE(onStick);
+    EXPECT_EQ(onStick.error().code, ErrorCode::UnsafeEntry);
+    EXPECT_EQ(onStick.error().sentence, begin + "make the package again with vxclone backup");
+    const auto onTelevision =
+        walkTree({opened.get(), folder.path().string(), Place::Television}, {}, visitor);
+    ASSERT_FALSE(onTelevision);
+    EXPECT_EQ(onTelevision.error().code, ErrorCode::UnsafeEntry);
+    EXPECT_EQ(onTelevision.error().sentence, begin + "take it away and try again");
+}
+
 }  // namespace
 }  // namespace vxclone
