@@ -116,6 +116,10 @@ std::string_view wordsOf(Verdict verdict) {
 }
 Colour colourOf(const Row& row) {
     const Colour colour = factsOf(row.verdict).colour;
+    if (row.verdict == Verdict::NotReported && categoryOf(row.category).holding == Holding::Nothing) {
+        // There is nothing that could be wrong.
+        return Colour::Dim;
+    }
     return row.readBack == ReadBack::Unknown && colour == Colour::Good ? Colour::Doubt : colour;
 }
 

@@ -83,6 +83,10 @@ class PlainView final : public TextView {
     using TextView::TextView;
 
     void progress(const Progress& progress) override {
+        if (!isWorthALine(progress)) {
+            return;
+        }
+        shown_ = {progress, options().elapsed()};
         std::vector<std::string> parts;
         if (progress.percent) {
             parts.push_back(fmt::format("{} %", *progress.percent));
@@ -105,6 +109,29 @@ class PlainView final : public TextView {
     void tick() override {}
     void clear() override {}
     void notice(const std::string& sentence) override { say(sentence); }
+
+ private:
+    static constexpr int kPercents = 10;
+    static constexpr std::chrono::seconds kPause{5};
+
+    struct Shown {
+        Progress progress;
+        std::chrono::milliseconds at;
+    };
+
+    /// A line for each small step would bury what matters in a log.
+    bool isWorthALine(const Progress& progress) const {
+        if (!shown_) {
+            return true;
+        }
+        const Progress& before = shown_->progress;
+        return progress.phase != before.phase ||
+               (progress.category && progress.category != before.category) ||
+               progress.percent.value_or(0) - before.percent.value_or(0) >= kPercents ||
+               options().elapsed() - shown_->at >= kPause;
+    }
+
+    std::optional<Shown> shown_;
 };
 
 class TerminalView final : public TextView {

@@ -44,6 +44,46 @@ TEST_F(ProgressViewTest, plainIsALineForEachStep) {
               "channels: failed: the package holds no channels\n");
 }
 
+TEST_F(ProgressViewTest, plainHasALineForEachPhaseCategoryAndTenPercent) {
+    const auto plain = view(ViewKind::Plain, "restore");
+    const auto copying = [&plain](int percent) {
+        plain->progress({ShownPhase::Staging, 0, 0, 0, std::nullopt, percent});
+    };
+    for (int percent = 0; percent <= 21; ++percent) {
+        copying(percent);
+    }
+    for (const auto category : {VXCLONE_AV_SETTINGS, VXCLONE_AV_SETTINGS, VXCLONE_BROADCAST_TVS}) {
+        plain->progress({ShownPhase::Load, 0, 7, 15, category, 22});
+    }
+    plain->progress({ShownPhase::Load, 0, 8, 15, std::nullopt, 22});
+    plain->progress({ShownPhase::Closing, 0, 0, 0, std::nullopt, 23});
+    EXPECT_EQ(out_.str(),
+              "restore 0 %, copying and checking, 1:07\n"
+              "restore 10 %, copying and checking, 1:07\n"
+              "restore 20 %, copying and checking, 1:07\n"
+              "restore 22 %, loading, 7 of 15, av, 1:07\n"
+              "restore 22 %, loading, 7 of 15, channels, 1:07\n"
+              "restore 23 %, closing, 1:07\n");
+}
+
+TEST_F(ProgressViewTest, plainHasALineWhenFiveSecondsHavePassed) {
+    const auto plain = view(ViewKind::Plain, "backup");
+    const auto writing = [&](int percent, std::chrono::milliseconds elapsed) {
+        elapsed_ = elapsed;
+        plain->progress({ShownPhase::Writing, 0, 0, 0, std::nullopt, percent});
+    };
+    writing(60, std::chrono::milliseconds(10'000));
+    writing(61, std::chrono::milliseconds(14'999));
+    writing(62, std::chrono::milliseconds(15'000));
+    writing(63, std::chrono::milliseconds(19'000));
+    writing(72, std::chrono::milliseconds(19'500));
+    writing(73, std::chrono::milliseconds(20'000));
+    EXPECT_EQ(out_.str(),
+              "backup 60 %, writing, 0:10\n"
+              "backup 62 %, writing, 0:15\n"
+              "backup 72 %, writing, 0:19\n");
+}
+
 TEST_F(ProgressViewTest, plainStepOfARunWithoutPercentageHasNone) {
     view(ViewKind::Plain, "backup")->progress({{}, 0, 2, 9, VXCLONE_AV_SETTINGS});
     EXPECT_EQ(out_.str(), "backup 2 of 9, av, 1:07\n");

@@ -208,6 +208,7 @@ TEST(ResultTable, doubtHasAColourOfItsOwn) {
     EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::Failed, "", "", ReadBack::Unknown}), Colour::Bad);
     EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::NotInBackup}), Colour::Dim);
     EXPECT_EQ(colourOf({VXCLONE_AV_SETTINGS, Verdict::NotPossible}), Colour::Dim);
+    EXPECT_EQ(colourOf({VXCLONE_BROADCAST_IPG_DATA, Verdict::NotReported}), Colour::Dim);
     EXPECT_EQ(colourOf(Check{Subject::Manifest, Finding::Unlisted}), Colour::Doubt);
 }
 
