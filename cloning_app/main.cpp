@@ -1,14 +1,18 @@
+#include <cerrno>
+#include <cstring>
 #include <exception>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "cloning_app/commands/app.h"
+#include "cloning_app/commands/stop_signals.h"
 #include "cloning_app/run/json_lines.h"
 #include "common/command_line.h"
 #include "common/plain_reason.h"
 #include "common/printable.h"
 #include "common/process_start.h"
+#include "common/standard_output.h"
 
 namespace {
 
@@ -54,10 +58,7 @@ void sayBrokenOff(const std::string& why, bool json) {
     std::cerr << "vxclone: broke off: " << why << kNextStep << '\n';
 }
 
-}  // namespace
-
-int main(int count, char** arguments) {
-    vxcommon::startProcess();
+int runSafely(int count, char** arguments) {
     bool json = false;
     try {
         const Words words = vxcommon::wordsOf(count, arguments);
@@ -67,4 +68,25 @@ int main(int count, char** arguments) {
         sayBrokenOff(vxcommon::plainReason(error), json);
     }
     return vxclone::exitStatusOf(vxclone::ErrorCode::Internal);
+}
+
+/// The exit status of a command whose output ended for this reason (errno), or did not fail (0). Who closes
+/// a pipe has read enough.
+int statusWithOutput(int status, int reason) {
+    if (reason == 0 || reason == EPIPE) {
+        return status;
+    }
+    std::cerr << "vxclone: cannot write the output: " << std::strerror(reason)
+              << "; send it elsewhere; vxclone status tells how the last run ended\n";
+    return status == vxclone::kExitOk ? vxclone::exitStatusOf(vxclone::ErrorCode::TelevisionIo) : status;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    vxcommon::startProcess();
+    vxclone::surviveClosedOutput();
+    vxcommon::StandardOutput output;
+    const int status = runSafely(count, arguments);
+    return statusWithOutput(status, output.finish());
 }

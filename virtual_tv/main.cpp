@@ -1,5 +1,6 @@
-#include <cstdio>
 #include <exception>
+#include <iostream>
+#include <sstream>
 
 #include "common/command_line.h"
 #include "common/plain_reason.h"
@@ -22,10 +23,21 @@ int refuseLine(const std::string& sentence, bool json) {
     return vxtv::kExitFailed;
 }
 
+/// Parses the line. The help and the version, which the parser writes itself, are printed like everything
+/// else.
+tl::expected<bool, std::string> parse(CLI::App& app, const std::vector<std::string>& words) {
+    std::ostringstream said;
+    std::streambuf* const before = std::cout.rdbuf(said.rdbuf());
+    auto parsed = vxcommon::parseCommandLine(app, words);
+    std::cout.rdbuf(before);
+    vxtv::print(said.str());
+    return parsed;
+}
+
 int run(const std::vector<std::string>& words) {
     vxtv::Action chosen;
     const auto app = vxtv::makeApp(chosen);
-    const auto parsed = vxcommon::parseCommandLine(*app, words);
+    const auto parsed = parse(*app, words);
     if (!parsed) {
         return refuseLine(parsed.error(), vxcommon::asksForJson(words));
     }
@@ -33,7 +45,7 @@ int run(const std::vector<std::string>& words) {
         return vxtv::kExitOk;
     }
     if (!chosen) {
-        std::fputs(app->help().c_str(), stdout);
+        vxtv::print(app->help());
         return vxtv::kExitOk;
     }
     return chosen();
@@ -44,7 +56,8 @@ int run(const std::vector<std::string>& words) {
 int main(int argc, char** argv) {
     vxcommon::startProcess();
     try {
-        return run(vxcommon::wordsOf(argc, argv));
+        const int status = run(vxcommon::wordsOf(argc, argv));
+        return status == vxtv::kExitOk ? vxtv::finishOutput() : status;
     } catch (const std::exception& exception) {
         return vxtv::complain({vxtv::ErrorCode::Io, vxcommon::plainReason(exception)});
     }

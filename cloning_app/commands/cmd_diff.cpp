@@ -18,7 +18,8 @@ struct DiffArguments {
 
 int tellDifferences(const DiffArguments& arguments) {
     if (arguments.compared) {
-        return tellLook(diffPackages(arguments.folder, arguments.other), arguments.json);
+        return lookAlone(arguments.json,
+                         [&arguments] { return diffPackages(arguments.folder, arguments.other); });
     }
     return runLook("diff", arguments.json, [&](const CloneContext& context) {
         return diffWithTelevision(context, arguments.folder, arguments.quick);

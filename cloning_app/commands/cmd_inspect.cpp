@@ -24,7 +24,8 @@ void addInspectCommand(CLI::App& app, Action& chosen) {
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments] {
         chosen = [arguments] {
-            return tellLook(inspectPackage(arguments->folder, arguments->files), arguments->json);
+            return lookAlone(arguments->json,
+                             [&] { return inspectPackage(arguments->folder, arguments->files); });
         };
     });
 }

@@ -21,7 +21,9 @@ void addListCommand(CLI::App& app, Action& chosen) {
     verb->add_option("DIR", arguments->folder, "Look here, and two levels below; else in /media");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments] {
-        chosen = [arguments] { return tellLook(listPackages(arguments->folder), arguments->json); };
+        chosen = [arguments] {
+            return lookAlone(arguments->json, [&] { return listPackages(arguments->folder); });
+        };
     });
 }
 

@@ -45,6 +45,13 @@ class NoticesOnly final : public ProgressView {
     ProgressView& view_;
 };
 
+Result<Output> namingUnfinishedRun(Result<Output> found) {
+    if (found) {
+        nameUnfinishedRun(*found, recordFolderOf(kCloneRoot));
+    }
+    return found;
+}
+
 }  // namespace
 
 ViewKind viewKindOfRun(bool json) {
@@ -65,10 +72,11 @@ int say(const Result<Output>& found, bool json) {
                      {std::cerr, vxcommon::screenAt(STDERR_FILENO)});
 }
 
-int tellLook(Result<Output> found, bool json) {
-    if (found) {
-        nameUnfinishedRun(*found, recordFolderOf(kCloneRoot));
-    }
+int lookAlone(bool json, const std::function<Result<Output>()>& look) {
+    const auto found = [json, &look] {
+        const EndingAtStopSignals ending(json);
+        return namingUnfinishedRun(look());
+    }();
     return say(found, json);
 }
 
@@ -82,7 +90,7 @@ int runLook(std::string run, bool json, const std::function<Result<Output>(const
     ProgressView& shown = kind == ViewKind::Plain ? static_cast<ProgressView&>(notices) : *view;
     auto found = look({engine, shown, stop, kCloneRoot});
     view->clear();
-    return tellLook(std::move(found), json);
+    return say(namingUnfinishedRun(std::move(found)), json);
 }
 
 int runCommand(std::string run, ViewKind kind,

@@ -36,11 +36,12 @@ std::unique_ptr<ProgressView> makeView(ViewKind kind, std::string run);
 /// Writes what a command found on the standard streams; result: the exit status.
 int say(const Result<Output>& found, bool json);
 
-/// The same of what a command found that only looks, and names a run that died; result: the exit status.
-int tellLook(Result<Output> found, bool json);
+/// Looks and writes what was found, and names a run that died; a stop signal ends it at once. `look` changes
+/// nothing. Result: the exit status.
+int lookAlone(bool json, const std::function<Result<Output>()>& look);
 
-/// The same of what needs the television for itself meanwhile, with its library, storage and standard
-/// streams, and stop signals heeded; `run` is what the command is called.
+/// Looks with the television for itself meanwhile and writes what was found in the same way, with its
+/// library, storage and standard streams, and stop signals heeded; `run` is what the command is called.
 int runLook(std::string run, bool json, const std::function<Result<Output>(const CloneContext&)>& look);
 
 /// Clones, or looks at a clone, with this television's library, storage and standard streams, and stop

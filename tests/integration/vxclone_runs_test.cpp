@@ -299,5 +299,37 @@ TEST_F(VxcloneRunsTest, exceptLoadsAllButTheNamed) {
     EXPECT_EQ(vxclone(second, {"restore", "/media/usb/clone", "--except", "av", "--only", "av"}).status, 2);
 }
 
+/// A command line with a name that is empty or nothing's, and how the sentence about it begins.
+struct RefusedName {
+    std::vector<std::string> arguments;
+    std::string sentence;
+};
+
+TEST_F(VxcloneRunsTest, nameThatIsEmptyOrNobodysIsRefusedBeforeAnything) {
+    const std::string noCategory = "there is no category \"\"; choose from: factory av ";
+    const std::string nobodys = "there is no category \"nosuch\"; choose from: factory av ";
+    const FileTree files = snapshot(std::filesystem::path(second) / "opt");
+    for (const RefusedName& refused : std::vector<RefusedName>{
+             {{"restore", "/media/usb/clone", "--except", ""}, noCategory},
+             {{"restore", "/media/usb/clone", "--except", " , "}, noCategory},
+             {{"restore", "/media/usb/clone", "--only", ""}, noCategory},
+             {{"restore", "/media/usb/clone", "--only", " , "}, noCategory},
+             {{"list", ""}, "the folder's name is empty; name a folder, or leave it out to look in /media"},
+             {{"restore", "/media/usb/clone", "--without", "nosuch"}, nobodys},
+             {{"restore", "/media/usb/clone", "--without", "av,nosuch", "--no-safety"}, nobodys},
+             {{"restore", "/media/usb/clone", "--without", "nosuch", "--dry-run"}, nobodys},
+             {{"restore", "/media/usb/clone", "--without", "nosuch", "--dry-run", "--quick"}, nobodys},
+             {{"restore", "/media/usb/nothing-there", "--without", "nosuch", "--no-safety"}, nobodys},
+             {{"backup", "/media/usb/new", "--without", "nosuch"}, nobodys}}) {
+        SCOPED_TRACE(testing::PrintToString(refused.arguments));
+        const Finished finished = vxclone(second, refused.arguments);
+        EXPECT_EQ(finished.status, ended::kUsage);
+        EXPECT_THAT(finished.errors, testing::StartsWith("vxclone: " + refused.sentence));
+        EXPECT_EQ(finished.output, "");
+    }
+    EXPECT_FALSE(std::filesystem::exists(place / "stick/new"));
+    EXPECT_EQ(snapshot(std::filesystem::path(second) / "opt"), files);
+}
+
 }  // namespace
 }  // namespace vxtest

@@ -80,7 +80,7 @@ Result<void> showLog(const std::filesystem::path& path, bool follow) {
     LinePrinter printer;
     printer.copy(file->get());
     Result<void> waited;
-    while (follow && waited && finishOutput() == kExitOk) {
+    while (follow && waited && flushOutput()) {
         waited = waitForChange(watcher.get(), path);
         printer.copy(file->get());
     }

@@ -1,5 +1,6 @@
 #include "virtual_tv/commands/output.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -23,6 +24,9 @@ std::size_t colourCodeLength(std::string_view text) {
     return end != std::string_view::npos && text[end] == 'm' ? end + 1 : 0;
 }
 
+/// The system's reason (errno) of the first write on standard output that failed; 0: none did.
+int failedFor = 0;
+
 std::string textOf(const nlohmann::ordered_json& document, int indent) {
     return vxcommon::printableJson(
         document.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace));
@@ -40,7 +44,9 @@ vxcommon::Screen outputScreen() {
 }
 
 void print(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() && failedFor == 0) {
+        failedFor = errno;
+    }
 }
 
 void say(std::string_view sentence) {
@@ -73,11 +79,21 @@ std::string forTerminal(std::string_view text, bool keepColours) {
     return result;
 }
 
+bool flushOutput() {
+    if (std::fflush(stdout) != 0 && failedFor == 0) {
+        failedFor = errno;
+    }
+    return failedFor == 0;
+}
+
 int finishOutput() {
-    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
+    // Who closes a pipe has read enough.
+    if (flushOutput() || failedFor == EPIPE) {
         return kExitOk;
     }
-    return complain({ErrorCode::Io, std::string("the output could not be written: ") + std::strerror(errno)});
+    return complain(
+        {ErrorCode::Io, fmt::format("cannot write the output: {}; send it elsewhere and try again",
+                                    std::strerror(failedFor))});
 }
 
 }  // namespace vxtv

@@ -32,8 +32,12 @@ void printJsonLine(const nlohmann::ordered_json& document);
 /// The text without anything that steers a terminal but line feeds and, when `keepColours`, colour codes.
 std::string forTerminal(std::string_view text, bool keepColours);
 
+/// Writes out what standard output still holds. Result: whether all that was ever written there is out.
+bool flushOutput();
+
 /// Writes out what standard output still holds. Result: kExitOk, or kExitFailed with a sentence on standard
-/// error when not all of it could be written, as on a full disk.
+/// error when not all of it could be written, as on a full disk. Whoever closes a pipe has read enough, and
+/// that is no failure.
 int finishOutput();
 
 }  // namespace vxtv

@@ -3,27 +3,15 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <functional>
 
 #include "tests/unit/cloning_app/test_folder.h"
+#include "tests/unit/common/own_process.h"
 
 namespace vxcommon {
 namespace {
-
-/// What the body returns in a process of its own, or the signal that ended it as a negative number.
-int inAProcess(const std::function<int()>& body) {
-    const pid_t child = fork();
-    if (child == 0) {
-        _exit(body());
-    }
-    int status = 0;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
-}
 
 TEST(ProcessStartTest, closedStandardDescriptorsAreTakenInEveryCombination) {
     constexpr int kCombinations = 8;
