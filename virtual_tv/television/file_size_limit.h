@@ -5,8 +5,7 @@
 namespace vxtv {
 
 /// What to do where a file may not grow as large as it has to.
-inline constexpr const char* kRaiseFileSizeLimit =
-    "raise the limit of the file size (ulimit -f) and try again";
+extern const char* const kRaiseFileSizeLimit;
 
 /// Whether the limit of the file size (RLIMIT_FSIZE) lets no file of this process become larger than that.
 bool fileMayNotGrow(std::uintmax_t bytes);
