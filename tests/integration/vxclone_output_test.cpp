@@ -2,6 +2,7 @@
 // more.
 
 #include <csignal>
+#include <fstream>
 
 #include "tests/integration/clone_fixture.h"
 #include "tests/support/machine/exit_status.h"
@@ -150,6 +151,35 @@ TEST_F(VxcloneOutputTest, fileSizeLimitThatVxtvMeetsIsItsReason) {
         withShell("ulimit -f 0; \"$@\"", {vxtvProgram(), "set", second, kWelcome, "Another greeting"});
     EXPECT_EQ(set.status, 2);
     EXPECT_EQ(set.errors, "vxtv: " + second + "/tv.db" + reason);
+}
+
+TEST_F(VxcloneOutputTest, damagedDatabaseIsToldInPlainWordsToWhoeverUsesIt) {
+    const std::string database = second + "/tv.db";
+    constexpr std::streamoff kBehindTheHeader = 100;
+    const auto rest = static_cast<std::size_t>(std::filesystem::file_size(database)) - kBehindTheHeader;
+    std::fstream(database, std::ios::in | std::ios::out | std::ios::binary).seekp(kBehindTheHeader)
+        << std::string(rest, '\xAA');
+    const std::string sentence =
+        database + ": its content is damaged; remove its folder and create the television again\n";
+    EXPECT_EQ(vxtv({"settings", second}, 2).errors, "vxtv: " + sentence);
+
+    Program program;
+    program.command = {vxcloneProgram(), "inspect", stick + "/clone"};
+    program.environment = {{"VXTV_TELEVISION", second}};
+    EXPECT_THAT(
+        run(program).errors,
+        testing::StartsWith("vx-virtual-tv: no television, so every platform call fails: " + sentence));
+}
+
+TEST_F(VxcloneOutputTest, damagedManifestOfAnApplicationIsToldInPlainWords) {
+    const std::string manifest = second + "/opt/usr/apps/org.harbour.firstscreen/app.json";
+    for (const auto& [content, why] :
+         {std::pair("[1", "it is not JSON"), std::pair("{}", "\"id\" is missing")}) {
+        std::ofstream(manifest) << content;
+        EXPECT_EQ(
+            vxtv({"app", "list", second}, 2).errors,
+            "vxtv: the manifest " + manifest + " cannot be used: " + why + "; correct it and try again\n");
+    }
 }
 
 /// A command that only looks, and a signal that stops it.
