@@ -1,9 +1,14 @@
 #include "cloning_app/run/run_parts.h"
 
+#include <fcntl.h>
+
 #include <algorithm>
 #include <system_error>
 
+#include "cloning_app/package/descriptor.h"
 #include "cloning_app/package/own_folders.h"
+#include "cloning_app/package/tree_walk.h"
+#include "cloning_app/run/applications.h"
 #include "cloning_app/run/check.h"
 #include "cloning_app/run/integrity.h"
 #include "cloning_app/run/run_record.h"
@@ -71,6 +76,31 @@ bool isWhole(const CloneContext& context, const Tree& package) {
            });
 }
 
+/// Whether the row's category or application left something in the package.
+bool hasSaved(const Tree& root, const Row& row) {
+    const std::string entry = row.subject.empty() ? std::string(categoryOf(row.category).entry) : row.subject;
+    return !entry.empty() && hasEntry(root, entry).value_or(false);
+}
+
+/// Whether something was saved of which the library's list does not tell: two outcomes that are appended at
+/// the same moment can lose one, and so does a list that cannot be read or written once.
+bool lostAnyOutcome(const Tree& root, const ResultList& results) {
+    std::vector<Row> rows = tableRows(Direction::Backup, allCategories(), results.outcomes(), {});
+    nameApplications(rows);
+    return std::any_of(rows.begin(), rows.end(), [&root](const Row& row) {
+        return row.verdict == Verdict::NotReported &&
+               handlingOf(categoryOf(row.category), Direction::Backup) == Handling::Reported &&
+               hasSaved(root, row);
+    });
+}
+
+Result<ResultList> saveOnce(const CloneContext& context) {
+    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
+        return tl::make_unexpected(reset.error());
+    }
+    return runAndFollow(context, Direction::Backup, allCategories(), [&] { return context.engine.backUp(); });
+}
+
 }  // namespace
 
 Result<StickTarget> openSource(const CloneContext& context, const std::filesystem::path& folder) {
@@ -109,10 +139,14 @@ Result<ResultList> saveTelevision(const CloneContext& context) {
     if (const auto safe = checkSafe(context.cloneRoot); !safe) {
         return tl::make_unexpected(safe.error());
     }
-    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
-        return tl::make_unexpected(reset.error());
+    auto results = saveOnce(context);
+    // The caller holds the folder's lock.
+    const Descriptor root(open(context.cloneRoot.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    if (!results || context.stop.raised() ||
+        !lostAnyOutcome({root.get(), context.cloneRoot.string(), Place::Television}, *results)) {
+        return results;
     }
-    return runAndFollow(context, Direction::Backup, allCategories(), [&] { return context.engine.backUp(); });
+    return saveOnce(context);
 }
 
 std::string failedNames(const std::vector<Row>& rows) {

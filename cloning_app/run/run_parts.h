@@ -22,8 +22,9 @@ Result<StickTarget> openTarget(const CloneContext& context, const std::filesyste
 Result<ResultList> runAndFollow(const CloneContext& context, Direction direction,
                                 const std::vector<VXClone>& list, const std::function<Result<void>()>& run);
 
-/// Lets the library save the television into the clone folder, and follows it. Result and errors: those of
-/// `runAndFollow`; a stop before it began; the settings store refused (`SettingsRefused`).
+/// Lets the library save the television into the clone folder, and follows it; once more where it saved what
+/// it did not report. Result and errors: those of `runAndFollow`; a stop before it began; the settings store
+/// refused (`SettingsRefused`).
 Result<ResultList> saveTelevision(const CloneContext& context);
 
 /// The names of the failed categories, each once: "channels, apps".

@@ -119,7 +119,7 @@ TEST_F(VxcloneDiffTest, dryRunTellsEveryCategoryAndEverythingIsAsBefore) {
 }
 
 TEST_F(VxcloneDiffTest, whatThePackageLacksIsSaidAndTheTelevisionsOwnIsNoDifference) {
-    vxtv({"fault", first, "add", "vconf_get_str", "--key", kWelcome, "--status", "-1"});
+    vxtv({"fault", first, "add", "vconf_get_str", "--key", kWelcome, "--status", "-1", "--from-then-on"});
     EXPECT_EQ(vxclone(first, {"backup", "/media/usb/lacking"}).status, ended::kIncomplete);
     vxtv({"fault", first, "clear"});
     const std::string sentence =
@@ -158,6 +158,19 @@ TEST_F(VxcloneDiffTest, resultListThatCannotBeReadOnceIsReadAgain) {
     EXPECT_EQ(diff.status, 0) << diff.errors;
     EXPECT_THAT(diff.output, HasSubstr(kSame));
     vxtv({"fault", second, "clear"});
+    expectAsBefore();
+}
+
+TEST_F(VxcloneDiffTest, outcomeThatTheListLostIsAskedForOnceMore) {
+    vxtv({"calls", second, "--clear"});
+    vxtv({"fault", second, "add", "vconf_set_str", "--key", "db/hotel/clone_result", "--nth", "6", "--status",
+          "-1"});
+    const Finished diff = vxclone(second, {"diff", "/media/usb/own"});
+    EXPECT_EQ(diff.status, 0) << diff.errors;
+    EXPECT_THAT(diff.output, HasSubstr(kSame));
+    vxtv({"fault", second, "clear"});
+    const std::string calls = vxtv({"calls", second}).output;
+    EXPECT_NE(calls.find("avoc_backup_all_settings"), calls.rfind("avoc_backup_all_settings"));
     expectAsBefore();
 }
 

@@ -191,7 +191,7 @@ TEST_F(VxclonePeopleTest, stickPulledOutDuringABackupIsSaidAndNeverCalledSafe) {
     vxtv({"fault", first, "add", "avoc_backup_all_settings", "--delay", "800"});
     const std::string pullOnceTheRunGoesOn =
         "\"$0\" backup /media/usb/clone | while read -r line; do echo \"$line\"; "
-        "case $line in *'saving, 0 of'*) umount -l /media/usb ;; esac; done; exit \"${PIPESTATUS[0]}\"";
+        "case $line in *'saving, 0 of'*) umount -l /media/usb 2>&- ;; esac; done; exit \"${PIPESTATUS[0]}\"";
     const Finished backup = run(inside(first, {"bash", "-c", pullOnceTheRunGoesOn, vxcloneProgram()}));
     EXPECT_EQ(backup.status, ended::kStick);
     EXPECT_EQ(backup.errors,

@@ -140,7 +140,7 @@ std::string shownBy(const std::string& television, const std::string& stick,
 }
 
 TEST_F(WidthTest, everyCommandOfVxcloneFitsTheTerminal) {
-    vxtv({"fault", first, "add", "vconf_get_str", "--key", kWelcome, "--status", "-1"});
+    vxtv({"fault", first, "add", "vconf_get_str", "--key", kWelcome, "--status", "-1", "--from-then-on"});
     ASSERT_EQ(vxclone(first, {"backup", "/media/usb/lacking"}).status, 1);
     vxtv({"fault", first, "clear"});
     const std::vector<std::pair<std::string, std::vector<std::string>>> commands = {

@@ -28,6 +28,7 @@ namespace {
 constexpr int kCannotRun = 127;
 constexpr int kPauseMs = 2;
 constexpr int kPatienceMs = 5000;
+constexpr int kFirstWordMs = 200;
 constexpr std::array kPassedOn = {SIGTERM, SIGINT, SIGHUP, SIGQUIT, SIGUSR1, SIGUSR2};
 
 struct Pipe {
@@ -180,6 +181,13 @@ Result<pid_t> takeMark(const Folder& folder, const std::string& id, std::optiona
     }
 }
 
+/// Until the application has written something or ended, but not for long: one that serves says so, and a
+/// launch that returns earlier makes its caller look for a port that is not there yet.
+void awaitFirstWord(const Descriptor& output, const Descriptor& signals) {
+    std::array<pollfd, 2> ready = {pollfd{output.get(), POLLIN, 0}, pollfd{signals.get(), POLLIN, 0}};
+    poll(ready.data(), ready.size(), kFirstWordMs);
+}
+
 /// Stays with the application to its end.
 void stayWith(pid_t application, std::optional<RunningMark>& mark, int signals, const Descriptor& output,
               const std::string& id, DlogFile& log) {
@@ -218,6 +226,7 @@ void hostApplication(const Folder& folder, const std::string& id, HostWay way,
     }
     log.append(DLOG_INFO, id, fmt::format("started as process {}", *application));
     mark->tellProcess(*application);
+    awaitFirstWord(output.out, signals);
     report(application);
     stayWith(*application, mark, signals.get(), output.out, id, log);
 }
