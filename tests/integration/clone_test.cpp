@@ -186,7 +186,7 @@ TEST_F(CloneTest, settingThatTheTelevisionRefusesIsReportedAndFailsTheRestore) {
 
 TEST_F(CloneTest, keyThatCannotBeReadIsNamedAndLeftAsItIsOnTheOther) {
     const char* const doorEye = "db/hotel/dooreye";
-    vxtv({"fault", first, "add", "vconf_get_bool", "--status", "-1", "--from-then-on"});
+    vxtv({"fault", first, "add", "vconf_get_bool", "--key", doorEye, "--status", "-1", "--from-then-on"});
     const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
     EXPECT_EQ(backup.status, 1) << backup.output << backup.errors;
     EXPECT_THAT(backup.output,
