@@ -1,7 +1,6 @@
 #include <cerrno>
 #include <cstring>
 #include <exception>
-#include <iostream>
 #include <string>
 #include <vector>
 
@@ -10,9 +9,9 @@
 #include "cloning_app/run/json_lines.h"
 #include "common/command_line.h"
 #include "common/plain_reason.h"
-#include "common/printable.h"
 #include "common/process_start.h"
 #include "common/standard_output.h"
+#include "common/writer.h"
 
 namespace {
 
@@ -20,9 +19,9 @@ using Words = std::vector<std::string>;
 
 int refuseLine(const std::string& sentence, bool json) {
     if (json) {
-        vxclone::JsonLines(std::cout).error({vxclone::ErrorCode::BadArguments, sentence});
+        vxclone::JsonLines(vxcommon::standardOutput()).error({vxclone::ErrorCode::BadArguments, sentence});
     } else {
-        std::cerr << vxcommon::printable("vxclone: " + sentence) << '\n';
+        vxcommon::standardError().line(vxcommon::printable("vxclone: " + sentence));
     }
     return vxclone::exitStatusOf(vxclone::ErrorCode::BadArguments);
 }
@@ -44,18 +43,23 @@ int run(const Words& words) {
                         vxcommon::asksForJson(words));
 }
 
-void sayBrokenOff(const std::string& why, bool json) {
-    constexpr const char* kNextStep = "; restart the television and try again";
+void sayBrokenOff(const vxcommon::Printable& why, bool json) {
+    constexpr vxcommon::PrintableView kNextStep = "; restart the television and try again";
     try {
         if (json) {
-            const std::string sentence = "broke off: " + why + kNextStep;
-            vxclone::JsonLines(std::cout).error({vxclone::ErrorCode::Internal, sentence});
+            vxclone::JsonLines(vxcommon::standardOutput())
+                .error({vxclone::ErrorCode::Internal, "broke off: " + why + kNextStep});
             return;
         }
     } catch (const std::exception&) {
         // Memory is too short for the line; the text below needs none.
     }
-    std::cerr << "vxclone: broke off: " << why << kNextStep << '\n';
+    vxcommon::Writer errors = vxcommon::standardError();
+    for (const vxcommon::PrintableView part :
+         {vxcommon::PrintableView("vxclone: broke off: "), vxcommon::PrintableView(why), kNextStep,
+          vxcommon::PrintableView("\n")}) {
+        errors.write(part);
+    }
 }
 
 int runSafely(int count, char** arguments) {
@@ -76,8 +80,9 @@ int statusWithOutput(int status, int reason) {
     if (reason == 0 || reason == EPIPE) {
         return status;
     }
-    std::cerr << "vxclone: cannot write the output: " << std::strerror(reason)
-              << "; send it elsewhere; vxclone status tells how the last run ended\n";
+    vxcommon::standardError().line(
+        "vxclone: cannot write the output: " + vxcommon::printable(std::strerror(reason)) +
+        "; send it elsewhere; vxclone status tells how the last run ended");
     return status == vxclone::kExitOk ? vxclone::exitStatusOf(vxclone::ErrorCode::TelevisionIo) : status;
 }
 

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <optional>
+#include <sstream>
 
 #include "common/suggestion.h"
-#include "common/terminal_table.h"
+#include "common/writer.h"
 
 namespace vxcommon {
 
@@ -384,7 +385,9 @@ tl::expected<bool, std::string> parseCommandLine(CLI::App& program, const std::v
     try {
         program.parse(Words(words.rbegin(), words.rend()));
     } catch (const CLI::Success& wanted) {
-        program.exit(wanted);
+        std::ostringstream text;
+        program.exit(wanted, text, text);
+        standardOutput().write(printableLines(text.str()));
         return false;
     } catch (const CLI::ParseError& error) {
         return tl::make_unexpected(sentenceOf(program, error, words));

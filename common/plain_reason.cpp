@@ -6,8 +6,6 @@
 #include <string_view>
 #include <system_error>
 
-#include "common/printable.h"
-
 namespace vxcommon {
 
 namespace {
@@ -37,13 +35,13 @@ std::optional<int> systemReason(const std::exception& error) {
     return read && reason > 0 ? std::optional(reason) : std::nullopt;
 }
 
-std::string plainReason(const std::exception& error) {
+Printable plainReason(const std::exception& error) {
     if (const auto reason = systemReason(error)) {
-        return std::generic_category().message(*reason);
+        return printable(std::generic_category().message(*reason));
     }
     const std::string_view text = error.what();
     if (text.empty() || text.front() == '[' || text.find("::") != std::string_view::npos) {
-        return "a fault in a program's library";
+        return {"a fault in a program's library"};
     }
     return printable(text);
 }

@@ -2,7 +2,8 @@
 
 #include <exception>
 #include <optional>
-#include <string>
+
+#include "common/printable.h"
 
 namespace vxcommon {
 
@@ -11,6 +12,6 @@ namespace vxcommon {
 std::optional<int> systemReason(const std::exception& error);
 
 /// Why it was thrown, in words for people: never a library's own text with names of functions in it.
-std::string plainReason(const std::exception& error);
+Printable plainReason(const std::exception& error);
 
 }  // namespace vxcommon

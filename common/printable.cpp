@@ -24,10 +24,6 @@ constexpr DeceptiveRange kDeceptive[] = {{0x0, 0x1f},      {0x7f, 0x9f},      {0
 
 constexpr std::string_view kHexadecimalDigits = "0123456789abcdef";
 constexpr unsigned kBitsOfADigit = 4;
-constexpr char32_t kFirstOfTwoUnits = 0x10000;
-constexpr unsigned kBitsOfAUnit = 10;
-constexpr char32_t kHighUnit = 0xD800;
-constexpr char32_t kLowUnit = 0xDC00;
 
 void appendBytes(std::string& text, std::string_view bytes) {
     for (const char each : bytes) {
@@ -36,23 +32,6 @@ void appendBytes(std::string& text, std::string_view bytes) {
         text += kHexadecimalDigits[byte >> kBitsOfADigit];
         text += kHexadecimalDigits[byte & 0x0FU];
     }
-}
-
-void appendUnit(std::string& text, char32_t unit) {
-    text += "\\u";
-    for (unsigned bits = 4 * kBitsOfADigit; bits != 0; bits -= kBitsOfADigit) {
-        text += kHexadecimalDigits[(unit >> (bits - kBitsOfADigit)) & 0x0FU];
-    }
-}
-
-void appendInJson(std::string& text, char32_t character) {
-    if (character < kFirstOfTwoUnits) {
-        appendUnit(text, character);
-        return;
-    }
-    const char32_t rest = character - kFirstOfTwoUnits;
-    appendUnit(text, kHighUnit + (rest >> kBitsOfAUnit));
-    appendUnit(text, kLowUnit + (rest & ((1U << kBitsOfAUnit) - 1)));
 }
 
 }  // namespace
@@ -64,35 +43,30 @@ bool isDeceptive(char32_t character) {
     return found != std::end(kDeceptive) && found->first <= character;
 }
 
-std::string printable(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
+Printable printable(std::string_view text) {
+    Printable result;
+    result.text_.reserve(text.size());
     for (std::size_t at = 0; at < text.size();) {
         const Character character = characterAt(text, at);
         const std::string_view bytes = text.substr(at, character.bytes);
         if (!character.valid || isDeceptive(character.value)) {
-            appendBytes(result, bytes);
+            appendBytes(result.text_, bytes);
         } else {
-            result += bytes;
+            result.text_ += bytes;
         }
         at += character.bytes;
     }
     return result;
 }
 
-std::string printableJson(std::string_view json) {
-    std::string result;
-    result.reserve(json.size());
-    for (std::size_t at = 0; at < json.size();) {
-        const Character character = characterAt(json, at);
-        if (character.valid && character.value != U'\n' && isDeceptive(character.value)) {
-            appendInJson(result, character.value);
-        } else {
-            result += json.substr(at, character.bytes);
-        }
-        at += character.bytes;
+Printable printableLines(std::string_view text) {
+    Printable result;
+    for (std::size_t end = text.find('\n'); end != std::string_view::npos; end = text.find('\n')) {
+        result += printable(text.substr(0, end));
+        result += "\n";
+        text.remove_prefix(end + 1);
     }
-    return result;
+    return result += printable(text);
 }
 
 }  // namespace vxcommon

@@ -17,10 +17,10 @@ namespace vxcommon {
 
 namespace {
 
-constexpr std::array kColourCodes = {"", "\x1b[32m", "\x1b[31m", "\x1b[33m", "\x1b[2m"};
+constexpr std::array<PrintableView, 5> kColourCodes = {"", "\x1b[32m", "\x1b[31m", "\x1b[33m", "\x1b[2m"};
 static_assert(kColourCodes.size() == static_cast<std::size_t>(Colour::Dim) + 1);
-constexpr std::string_view kColourEnd = "\x1b[0m";
-constexpr std::string_view kColumnGap = "  ";
+constexpr PrintableView kColourEnd = "\x1b[0m";
+constexpr std::size_t kColumnGap = 2;
 
 std::size_t longestWord(std::string_view text) {
     std::size_t longest = 0;
@@ -111,7 +111,11 @@ void useWhatIsFree(Widths& widths, std::size_t room, const std::vector<std::vect
     }
 }
 
-void appendRow(std::string& text, const std::vector<Cell>& cells, const Widths& widths, bool coloured) {
+Printable blanks(std::size_t count) {
+    return printable(std::string(count, ' '));
+}
+
+void appendRow(Printable& text, const std::vector<Cell>& cells, const Widths& widths, bool coloured) {
     std::vector<std::vector<std::string>> pieces;
     std::size_t height = 1;
     for (std::size_t column = 0; column < cells.size(); ++column) {
@@ -119,18 +123,18 @@ void appendRow(std::string& text, const std::vector<Cell>& cells, const Widths& 
         height = std::max(height, pieces.back().size());
     }
     for (std::size_t row = 0; row < height; ++row) {
-        std::size_t blanks = 0;
+        std::size_t gap = 0;
         for (std::size_t column = 0; column < cells.size(); ++column) {
             const std::string piece = row < pieces[column].size() ? pieces[column][row] : std::string();
             if (!piece.empty()) {
-                text.append(blanks, ' ');
-                text += paint(piece, cells[column].colour, coloured);
-                blanks = 0;
+                text += blanks(gap);
+                text += paint(printable(piece), cells[column].colour, coloured);
+                gap = 0;
             }
             const std::size_t used = displayWidth(piece);
-            blanks += widths[column] - std::min(used, widths[column]) + kColumnGap.size();
+            gap += widths[column] - std::min(used, widths[column]) + kColumnGap;
         }
-        text += '\n';
+        text += "\n";
     }
 }
 
@@ -154,11 +158,11 @@ std::size_t columnsAt(int descriptor) {
     return known ? size.ws_col : kUsualColumns;
 }
 
-std::string paint(std::string_view text, Colour colour, bool coloured) {
+Printable paint(PrintableView text, Colour colour, bool coloured) {
     if (!coloured || colour == Colour::Plain) {
-        return std::string(text);
+        return text;
     }
-    return kColourCodes.at(static_cast<std::size_t>(colour)) + std::string(text) + std::string(kColourEnd);
+    return Printable(kColourCodes.at(static_cast<std::size_t>(colour))) + text + kColourEnd;
 }
 
 std::size_t displayWidth(std::string_view text) {
@@ -201,15 +205,16 @@ std::vector<std::string> brokenInto(std::string_view text, std::size_t columns) 
     return lines;
 }
 
-std::string sentenceFor(const Screen& screen, std::string_view sentence, std::size_t indent) {
-    const std::string safe = printable(sentence);
+Printable sentenceFor(const Screen& screen, std::string_view sentence, std::size_t indent) {
+    const Printable safe = printable(sentence);
     if (!screen.terminal) {
         return safe;
     }
     const std::size_t columns = screen.columns > indent ? screen.columns - indent : 1;
-    std::string text;
-    for (const std::string& line : brokenInto(safe, columns)) {
-        text += text.empty() ? line : "\n" + std::string(indent, ' ') + line;
+    Printable text;
+    for (const std::string& line : brokenInto(safe.text(), columns)) {
+        text += text.empty() ? Printable() : "\n" + blanks(indent);
+        text += printable(line);
     }
     return text;
 }
@@ -224,7 +229,7 @@ void TerminalTable::addRow(std::vector<Cell> cells) {
     rows_.push_back(std::move(cells));
 }
 
-std::string TerminalTable::render(const Screen& screen) const {
+Printable TerminalTable::render(const Screen& screen) const {
     std::vector<std::vector<Cell>> lines(1);
     for (const std::string& heading : headings_) {
         lines.front().push_back({printable(heading), Colour::Dim});
@@ -239,19 +244,19 @@ std::string TerminalTable::render(const Screen& screen) const {
             need.cells = std::max(need.cells, displayWidth(line[column].text));
         }
     }
-    const std::size_t gaps = kColumnGap.size() * (needs.empty() ? 0 : needs.size() - 1);
+    const std::size_t gaps = kColumnGap * (needs.empty() ? 0 : needs.size() - 1);
     const std::size_t room = screen.columns > gaps ? screen.columns - gaps : 0;
     Widths widths = divide(room, needs);
     useWhatIsFree(widths, room, lines, needs);
 
-    std::string text;
+    Printable text;
     for (const std::vector<Cell>& line : lines) {
         appendRow(text, line, widths, screen.coloured);
     }
     return text;
 }
 
-std::string TerminalTable::render(bool coloured) const {
+Printable TerminalTable::render(bool coloured) const {
     return render({std::numeric_limits<std::size_t>::max(), false, coloured});
 }
 

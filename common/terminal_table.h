@@ -41,7 +41,7 @@ bool wantsColour(int descriptor);
 std::size_t columnsAt(int descriptor);
 
 /// The text in the colour, or unchanged when `coloured` is false.
-std::string paint(std::string_view text, Colour colour, bool coloured);
+Printable paint(PrintableView text, Colour colour, bool coloured);
 
 /// How many columns the UTF-8 text takes on a terminal.
 std::size_t displayWidth(std::string_view text);
@@ -57,7 +57,7 @@ std::vector<std::string> brokenInto(std::string_view text, std::size_t columns);
 /// The sentence for the screen, passed through `printable`, without a line feed at its end. On a terminal it
 /// is broken between words, and all lines but the first begin with `indent` blanks. Elsewhere it is one line,
 /// whatever its length, so that programs find it.
-std::string sentenceFor(const Screen& screen, std::string_view sentence, std::size_t indent = 0);
+Printable sentenceFor(const Screen& screen, std::string_view sentence, std::size_t indent = 0);
 
 /// Rows under headings. Cells are passed through `printable`. Each column is as wide as its widest cell where
 /// the screen has room for all; else the widest ones give way, and their cells are broken between words and
@@ -68,9 +68,9 @@ class TerminalTable {
     explicit TerminalTable(std::vector<std::string> headings);
     void addRow(std::vector<Cell> cells);
     /// The whole table, each line ended by a line feed; no line ends with blanks.
-    std::string render(const Screen& screen) const;
+    Printable render(const Screen& screen) const;
     /// The same as wide as its cells want.
-    std::string render(bool coloured) const;
+    Printable render(bool coloured) const;
 
  private:
     std::vector<std::string> headings_;

@@ -26,12 +26,38 @@ std::vector<fs::path> filesOf(const fs::path& place) {
     return files;
 }
 
+/// Files that are also read stretched.
+constexpr std::size_t kMostStretched = 3;
+
+/// The bytes with their second half again and again, so that their beginning is still what it was.
+std::string stretched(const std::string& bytes) {
+    constexpr std::size_t kSize = 4 * vxfuzz::kLargeInput;
+    std::string text = bytes;
+    while (!bytes.empty() && text.size() < kSize) {
+        text += bytes.substr(bytes.size() / 2);
+    }
+    return text;
+}
+
+/// The largest ones: in a corpus all files are small, and what takes too long shows in a large one alone.
+std::vector<fs::path> largestOf(std::vector<fs::path> files) {
+    std::stable_sort(files.begin(), files.end(), [](const fs::path& one, const fs::path& other) {
+        return fs::file_size(one) > fs::file_size(other);
+    });
+    files.resize(std::min(files.size(), kMostStretched));
+    return files;
+}
+
 int replay(const vxfuzz::Target& target, const fs::path& place) {
     const std::vector<fs::path> files = filesOf(place);
     for (const fs::path& file : files) {
         // Flushed, so that the last line names the file that ended the program.
         std::cout << file.filename().string() << std::endl;
         target.run(vxtest::readFile(file));
+    }
+    for (const fs::path& file : largestOf(files)) {
+        std::cout << file.filename().string() << ", stretched" << std::endl;
+        target.run(stretched(vxtest::readFile(file)));
     }
     std::cout << target.name() << ": " << files.size() << " files\n";
     return files.empty() ? EXIT_FAILURE : EXIT_SUCCESS;

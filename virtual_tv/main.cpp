@@ -1,6 +1,4 @@
 #include <exception>
-#include <iostream>
-#include <sstream>
 
 #include "common/command_line.h"
 #include "common/plain_reason.h"
@@ -23,21 +21,10 @@ int refuseLine(const std::string& sentence, bool json) {
     return vxtv::kExitFailed;
 }
 
-/// Parses the line. The help and the version, which the parser writes itself, are printed like everything
-/// else.
-tl::expected<bool, std::string> parse(CLI::App& app, const std::vector<std::string>& words) {
-    std::ostringstream said;
-    std::streambuf* const before = std::cout.rdbuf(said.rdbuf());
-    auto parsed = vxcommon::parseCommandLine(app, words);
-    std::cout.rdbuf(before);
-    vxtv::print(said.str());
-    return parsed;
-}
-
 int run(const std::vector<std::string>& words) {
     vxtv::Action chosen;
     const auto app = vxtv::makeApp(chosen);
-    const auto parsed = parse(*app, words);
+    const auto parsed = vxcommon::parseCommandLine(*app, words);
     if (!parsed) {
         return refuseLine(parsed.error(), vxcommon::asksForJson(words));
     }
@@ -45,7 +32,7 @@ int run(const std::vector<std::string>& words) {
         return vxtv::kExitOk;
     }
     if (!chosen) {
-        vxtv::print(app->help());
+        vxtv::print(vxcommon::printableLines(app->help()));
         return vxtv::kExitOk;
     }
     return chosen();

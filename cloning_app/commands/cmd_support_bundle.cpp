@@ -48,7 +48,7 @@ Result<Output> makeBundle(const SupportBundleArguments& arguments) {
         .and_then([&](const std::string& tar) { return writeNewFile(arguments.file, tar); })
         .map([&] {
             Output output;
-            output.closing.push_back("Wrote " + vxcommon::printable(arguments.file) +
+            output.closing.push_back("Wrote " + vxcommon::printable(arguments.file).text() +
                                      ", without any secret setting." +
                                      (*onAStick ? " Safe to remove the stick." : ""));
             return output;

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <iostream>
 #include <string_view>
 #include <utility>
 
@@ -64,12 +63,13 @@ ViewKind viewKindOfRun(bool json) {
 }
 
 std::unique_ptr<ProgressView> makeView(ViewKind kind, std::string run) {
-    return makeProgressView(kind, std::move(run), std::cout, std::cerr, optionsOfView());
+    return makeProgressView(kind, std::move(run), vxcommon::standardOutput(), vxcommon::standardError(),
+                            optionsOfView());
 }
 
 int say(const Result<Output>& found, bool json) {
-    return sayOutput(found, json, {std::cout, vxcommon::screenAt(STDOUT_FILENO)},
-                     {std::cerr, vxcommon::screenAt(STDERR_FILENO)});
+    return sayOutput(found, json, {vxcommon::standardOutput(), vxcommon::screenAt(STDOUT_FILENO)},
+                     {vxcommon::standardError(), vxcommon::screenAt(STDERR_FILENO)});
 }
 
 int lookAlone(bool json, const std::function<Result<Output>()>& look) {

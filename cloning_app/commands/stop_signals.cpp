@@ -52,7 +52,7 @@ std::string textOf(const Error& error, bool json) {
     if (json) {
         JsonLines(text).error(error);
     } else {
-        text << "vxclone: " << error.sentence << '\n';
+        vxcommon::Writer(text).line(vxcommon::printable("vxclone: " + error.sentence));
     }
     return text.str();
 }

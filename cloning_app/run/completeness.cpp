@@ -177,7 +177,7 @@ bool Declared::holds(const Lack& lack) const {
 std::string Declared::sentenceAboutUnneeded(const std::vector<Lack>& lacks) const {
     std::string unneeded;
     const auto add = [&unneeded](std::string_view name) {
-        unneeded += (unneeded.empty() ? "" : ", ") + printable(name);
+        unneeded += (unneeded.empty() ? "" : ", ") + printable(name).text();
     };
     for (const VXClone category : categories_) {
         if (std::none_of(lacks.begin(), lacks.end(),
@@ -334,7 +334,7 @@ std::string lackingText(const std::vector<Lack>& lacks, bool declared) {
         for (const Lack& lack : lacks) {
             if (lack.category == category.value && lack.declared == declared) {
                 found = true;
-                parts += (parts.empty() || lack.what.empty() ? "" : ", ") + printable(lack.what);
+                parts += (parts.empty() || lack.what.empty() ? "" : ", ") + printable(lack.what).text();
             }
         }
         if (found) {

@@ -39,11 +39,14 @@ struct NamedState {
 /// The differences, below a heading for each part.
 Output outputOf(const std::vector<Difference>& differences, const std::string& first,
                 const std::string& second) {
-    Output output{{lineOf(fmt::format("{} -> {}", printable(first), printable(second)))}};
+    Output output{{lineOf(vxcommon::printableFormat("{} -> {}", printable(first), printable(second)))}};
     std::string heading;
     for (const Difference& difference : differences) {
         const std::string part = nameOf(PackagePart{difference.category, difference.application});
-        std::string text = part == heading ? "" : printable(part) + "\n";
+        vxcommon::Printable text;
+        if (part != heading) {
+            text += printable(part) + "\n";
+        }
         heading = part;
         text += printable(fmt::format("  {}  {}", difference.what, wordsOf(difference, first, second)));
         output.lines.push_back({Event::Result, jsonOf(difference), std::move(text)});

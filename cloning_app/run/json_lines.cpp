@@ -3,8 +3,6 @@
 #include <array>
 #include <nlohmann/json.hpp>
 
-#include "common/printable.h"
-
 namespace vxclone {
 
 namespace {
@@ -28,8 +26,8 @@ std::string_view nameOf(Event event) {
 void JsonLines::write(Event event, const Json& members) {
     Json line = {{"version", kJsonVersion}, {"event", nameOf(event)}};
     line.update(members);
-    out_ << vxcommon::printableJson(line.dump(-1, ' ', false, Json::error_handler_t::replace)) << '\n'
-         << std::flush;
+    out_.line(vxcommon::JsonText(line));
+    out_.flush();
 }
 
 void JsonLines::error(const Error& error) {

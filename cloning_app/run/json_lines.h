@@ -1,11 +1,11 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
-#include <ostream>
 #include <string_view>
 
 #include "cloning_app/run/completeness.h"
 #include "cloning_app/run/result_table.h"
+#include "common/writer.h"
 
 namespace vxclone {
 
@@ -23,20 +23,19 @@ enum class Event {
 
 std::string_view nameOf(Event event);
 
-/// Writes JSON objects, one a line. The stream must outlive it.
+/// Writes JSON objects, one a line.
 class JsonLines {
  public:
-    explicit JsonLines(std::ostream& out) : out_(out) {}
+    explicit JsonLines(vxcommon::Writer out) : out_(out) {}
 
-    /// The line has the version, the event and then the members, an object. A name on a stick need not be
-    /// UTF-8, which JSON must be: other bytes are replaced. Deceptive characters are escaped.
+    /// The line has the version, the event and then the members, an object.
     void write(Event event, const nlohmann::ordered_json& members);
 
     /// The last line of a command that could not do its work.
     void error(const Error& error);
 
  private:
-    std::ostream& out_;
+    vxcommon::Writer out_;
 };
 
 /// The members that tell a row, a check, and what is lacking; what is empty is left out.

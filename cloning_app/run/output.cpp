@@ -23,28 +23,31 @@ void sayAsJson(const Output& output, JsonLines& lines) {
 }
 
 /// An entry of a list begins with blanks, and what carries it on goes two farther in.
-void sayLine(const Outlet& out, std::string_view line) {
+void sayLine(Outlet& out, std::string_view line) {
     constexpr std::size_t kFarther = 2;
     const std::size_t blanks = std::min(line.find_first_not_of(' '), line.size());
-    out.stream << sentenceFor(out.screen, line, blanks == 0 ? 0 : blanks + kFarther) << '\n';
+    out.writer.line(sentenceFor(out.screen, line, blanks == 0 ? 0 : blanks + kFarther));
 }
 
-void sayAsText(const Output& output, const Outlet& out) {
+void sayAsText(const Output& output, Outlet& out) {
     bool first = true;
     for (const OutputLine& line : output.lines) {
-        std::istringstream text(line.text);
+        std::istringstream text(line.text.text());
         for (std::string each; std::getline(text, each);) {
             sayLine(out, each);
         }
         if (line.table) {
-            out.stream << (first ? "" : "\n") << line.table->render(out.screen);
+            if (!first) {
+                out.writer.write("\n");
+            }
+            out.writer.write(line.table->render(out.screen));
         }
         first = first && line.text.empty() && !line.table;
     }
     for (const std::string& sentence : output.closing) {
         sayLine(out, sentence);
     }
-    out.stream << std::flush;
+    out.writer.flush();
 }
 
 }  // namespace
@@ -60,13 +63,13 @@ void addLacks(Output& output, const std::vector<Lack>& lacks, const std::string&
             output.lines.back().members["path"] = path;
         }
     }
-    const std::string subject = path.empty() ? "The package" : vxcommon::printable(path);
+    const std::string subject = path.empty() ? "The package" : vxcommon::printable(path).text();
     for (std::string& sentence : lackSentences(lacks, subject)) {
         output.closing.push_back(std::move(sentence));
     }
 }
 
-OutputLine lineOf(std::string text) {
+OutputLine lineOf(vxcommon::Printable text) {
     return {Event::Result, {}, std::move(text)};
 }
 
@@ -74,14 +77,14 @@ OutputLine lineOf(vxcommon::TerminalTable table) {
     return {Event::Result, {}, {}, std::move(table)};
 }
 
-int sayOutput(const Result<Output>& output, bool json, const Outlet& out, const Outlet& err) {
-    JsonLines lines(out.stream);
+int sayOutput(const Result<Output>& output, bool json, Outlet out, Outlet err) {
+    JsonLines lines(out.writer);
     if (!output) {
         if (json) {
             lines.error(output.error());
         } else {
             sayLine(err, "vxclone: " + output.error().sentence);
-            err.stream << std::flush;
+            err.writer.flush();
         }
         return exitStatusOf(output.error().code);
     }

@@ -2,11 +2,11 @@
 
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <vector>
 
 #include "cloning_app/run/json_lines.h"
+#include "common/writer.h"
 
 namespace vxclone {
 
@@ -14,7 +14,7 @@ namespace vxclone {
 struct OutputLine {
     Event event;
     nlohmann::ordered_json members = {};  ///< for programs
-    std::string text = {};                ///< for people; may be several lines, the last one without its end
+    vxcommon::Printable text = {};        ///< for people; may be several lines, the last one without its end
     /// For people, below the text, and apart from what is above it.
     std::optional<vxcommon::TerminalTable> table = {};
 };
@@ -33,17 +33,17 @@ OutputLine lineOf(const Check& check);
 /// one it is, where there is more than one.
 void addLacks(Output& output, const std::vector<Lack>& lacks, const std::string& path = {});
 /// Text for people alone.
-OutputLine lineOf(std::string text);
+OutputLine lineOf(vxcommon::Printable text);
 /// A table for people alone.
 OutputLine lineOf(vxcommon::TerminalTable table);
 
-/// A stream, and what is behind it.
+/// Where a command writes, and what is behind it.
 struct Outlet {
-    std::ostream& stream;
+    vxcommon::Writer writer;
     vxcommon::Screen screen = {};
 };
 
 /// Writes all of it, or the error, as text that fits the screen or as JSON lines. Result: the exit status.
-int sayOutput(const Result<Output>& output, bool json, const Outlet& out, const Outlet& err);
+int sayOutput(const Result<Output>& output, bool json, Outlet out, Outlet err);
 
 }  // namespace vxclone

@@ -102,7 +102,7 @@ void sayLeftOut(std::vector<Row>& rows) {
     }
     std::string names;
     for (const std::string& name : *folders) {
-        names += (names.empty() ? "" : ", ") + vxcommon::printable(name);
+        names += (names.empty() ? "" : ", ") + vxcommon::printable(name).text();
     }
     for (Row& row : rows) {
         if (row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA && !names.empty()) {
@@ -120,7 +120,7 @@ bool tellsOf(const Row& row, const Lack& lack) {
 std::string namesOf(const std::vector<Lack>& lacks) {
     std::string names;
     for (const Lack& lack : lacks) {
-        names += (names.empty() ? "" : ", ") + vxcommon::printable(lack.what);
+        names += (names.empty() ? "" : ", ") + vxcommon::printable(lack.what).text();
     }
     return names;
 }

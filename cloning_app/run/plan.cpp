@@ -50,7 +50,7 @@ Row rowOfLeftOut(VXClone category, const std::vector<Lack>& reasons) {
     std::string what;
     for (const Lack& lack : reasons) {
         if (!lack.what.empty() && categoryOf(category).holding != Holding::EachSetting) {
-            what += (what.empty() ? "" : ", ") + vxcommon::printable(lack.what);
+            what += (what.empty() ? "" : ", ") + vxcommon::printable(lack.what).text();
         }
     }
     return {category, isIncomplete(reasons) ? Verdict::Lacking : Verdict::NotThere,

@@ -14,7 +14,7 @@ constexpr double kMillisecondsInASecond = 1000;
 
 class JsonView final : public ProgressView {
  public:
-    JsonView(std::string run, std::ostream& out, ViewOptions options)
+    JsonView(std::string run, vxcommon::Writer out, ViewOptions options)
         : run_(std::move(run)), lines_(out), options_(std::move(options)) {}
 
     void progress(const Progress& progress) override {
@@ -91,8 +91,8 @@ class JsonView final : public ProgressView {
 
 }  // namespace
 
-std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, std::string run, std::ostream& out,
-                                               std::ostream& err, ViewOptions options) {
+std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, std::string run, vxcommon::Writer out,
+                                               vxcommon::Writer err, ViewOptions options) {
     switch (kind) {
         case ViewKind::Terminal:
             return makeTerminalView(std::move(run), out, err, std::move(options));

@@ -4,7 +4,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "cloning_app/run/completeness.h"
 #include "cloning_app/run/result_table.h"
 #include "cloning_app/run/shown_phase.h"
+#include "common/writer.h"
 
 namespace vxclone {
 
@@ -83,9 +83,9 @@ struct ViewOptions {
     std::function<vxcommon::Screen()> errorScreen = [] { return vxcommon::Screen{}; };
 };
 
-/// `run` is what the command is called in JSON and on the live line, such as "undo". The streams must outlive
-/// the view; sentences about failures go to `err`.
-std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, std::string run, std::ostream& out,
-                                               std::ostream& err, ViewOptions options = {});
+/// `run` is what the command is called in JSON and on the live line, such as "undo". Sentences about failures
+/// go to `err`.
+std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, std::string run, vxcommon::Writer out,
+                                               vxcommon::Writer err, ViewOptions options = {});
 
 }  // namespace vxclone

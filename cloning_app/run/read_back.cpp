@@ -59,7 +59,7 @@ std::size_t removeAdded(std::vector<Difference>& differences) {
 std::string namesOf(const std::vector<Difference>& differences) {
     std::string text;
     for (std::size_t index = 0; index < std::min(differences.size(), kMostNamed); ++index) {
-        text += (text.empty() ? "" : ", ") + vxcommon::printable(differences[index].what);
+        text += (text.empty() ? "" : ", ") + vxcommon::printable(differences[index].what).text();
     }
     return differences.size() > kMostNamed
                ? text + fmt::format(" and {} more", differences.size() - kMostNamed)

@@ -73,7 +73,7 @@ std::string sentenceOf(const LastRun& last) {
 std::vector<std::string> packageSentences(const RunRecord& record) {
     std::string text = record.name.empty() ? "" : fmt::format(" \"{}\"", vxcommon::printable(record.name));
     if (!record.digest.empty()) {
-        text += (text.empty() ? " digest " : ", digest ") + vxcommon::printable(record.digest);
+        text += (text.empty() ? " digest " : ", digest ") + vxcommon::printable(record.digest).text();
     }
     return text.empty() ? std::vector<std::string>() : std::vector{"The package:" + text + "."};
 }
@@ -189,7 +189,7 @@ Output outputOf(const Status& status) {
     }
     if (!rows.empty()) {
         output.lines.push_back(lineOf(tableOf(rows, {}, ended ? "result" : "reported by the library")));
-        output.lines.push_back(lineOf(notChosen(rows)));
+        output.lines.push_back(lineOf(vxcommon::printable(notChosen(rows))));
     }
     if (status.last) {
         output.lines.push_back({Event::Finding, jsonOf(*status.last)});

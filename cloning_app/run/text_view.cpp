@@ -12,7 +12,7 @@ namespace {
 
 using vxcommon::Colour;
 
-constexpr std::string_view kGap = "  ";
+constexpr vxcommon::PrintableView kGap = "  ";
 
 /// More differences than these are counted, not named.
 constexpr std::size_t kMostDifferencesShown = 20;
@@ -41,40 +41,42 @@ std::vector<std::string> linesOf(const NamedDifferences& differences) {
 /// What both views for people do at the end.
 class TextView : public ProgressView {
  public:
-    TextView(std::string run, std::ostream& out, std::ostream& err, ViewOptions options)
+    TextView(std::string run, vxcommon::Writer out, vxcommon::Writer err, ViewOptions options)
         : run_(std::move(run)), out_(out), err_(err), options_(std::move(options)) {}
 
     void done(const Report& report) override {
         const vxcommon::Screen screen = options_.screen();
-        out_ << tableOf(report.rows, report.checks).render(screen);
+        out_.write(tableOf(report.rows, report.checks).render(screen));
         if (const std::string left = notChosen(report.rows); !left.empty()) {
-            out_ << paint(sentenceFor(screen, left), Colour::Dim, screen.coloured) << '\n';
+            out_.line(paint(sentenceFor(screen, left), Colour::Dim, screen.coloured));
         }
         for (const std::string& line : linesOf(report.differences)) {
-            out_ << sentenceFor(screen, line, kIndent) << '\n';
+            out_.line(sentenceFor(screen, line, kIndent));
         }
         for (const std::string& sentence : report.closing) {
-            out_ << sentenceFor(screen, sentence) << '\n';
+            out_.line(sentenceFor(screen, sentence));
         }
-        out_ << std::flush;
+        out_.flush();
     }
 
     void failed(const Error& error) override {
-        err_ << sentenceFor(options_.errorScreen(), "vxclone: " + error.sentence) << '\n' << std::flush;
+        err_.line(sentenceFor(options_.errorScreen(), "vxclone: " + error.sentence));
+        err_.flush();
     }
 
  protected:
     void say(const std::string& sentence) {
-        out_ << sentenceFor(options_.screen(), sentence) << '\n' << std::flush;
+        out_.line(sentenceFor(options_.screen(), sentence));
+        out_.flush();
     }
-    std::ostream& out() { return out_; }
+    vxcommon::Writer& out() { return out_; }
     const std::string& run() const { return run_; }
     const ViewOptions& options() const { return options_; }
 
  private:
     std::string run_;
-    std::ostream& out_;
-    std::ostream& err_;
+    vxcommon::Writer out_;
+    vxcommon::Writer err_;
     ViewOptions options_;
 };
 
@@ -101,7 +103,8 @@ class PlainView final : public TextView {
             parts.emplace_back(categoryOf(*progress.category).name);
         }
         parts.push_back(clockText(options().elapsed()));
-        out() << fmt::format("{} {}\n", run(), fmt::join(parts, ", ")) << std::flush;
+        out().line(vxcommon::printable(fmt::format("{} {}", run(), fmt::join(parts, ", "))));
+        out().flush();
     }
     void category(const Row& row) override {
         say(std::string(categoryOf(row.category).name) + ": " + textOf(row));
@@ -157,9 +160,10 @@ class TerminalView final : public TextView {
     }
     void clear() override {
         if (!drawn_.empty()) {
-            out() << "\r\x1b[K" << std::flush;
+            out().write("\r\x1b[K");
+            out().flush();
         }
-        drawn_.clear();
+        drawn_ = {};
     }
     void done(const Report& report) override {
         clear();
@@ -213,10 +217,11 @@ class TerminalView final : public TextView {
 
     void draw() {
         const vxcommon::Screen screen = options().screen();
-        const std::string line = fitPieces(pieces(), screen.columns, screen.coloured);
+        const vxcommon::Printable line = fitPieces(pieces(), screen.columns, screen.coloured);
         if (line != drawn_) {
             clear();
-            out() << line << std::flush;
+            out().write(line);
+            out().flush();
             drawn_ = line;
         }
     }
@@ -224,25 +229,25 @@ class TerminalView final : public TextView {
     Progress progress_;
     std::size_t ticks_ = 0;
     Piece latest_ = {"", Colour::Plain, kLatest};
-    std::string drawn_;
+    vxcommon::Printable drawn_;
 };
 
 std::size_t widthOf(const std::vector<Piece>& pieces) {
     std::size_t width = 0;
     for (const Piece& piece : pieces) {
-        width += (width == 0 ? 0 : kGap.size()) + piece.text.size();
+        width += (width == 0 ? 0 : kGap.text().size()) + piece.text.size();
     }
     return width;
 }
 
 }  // namespace
 
-std::unique_ptr<ProgressView> makePlainView(std::string run, std::ostream& out, std::ostream& err,
+std::unique_ptr<ProgressView> makePlainView(std::string run, vxcommon::Writer out, vxcommon::Writer err,
                                             ViewOptions options) {
     return std::make_unique<PlainView>(std::move(run), out, err, std::move(options));
 }
 
-std::unique_ptr<ProgressView> makeTerminalView(std::string run, std::ostream& out, std::ostream& err,
+std::unique_ptr<ProgressView> makeTerminalView(std::string run, vxcommon::Writer out, vxcommon::Writer err,
                                                ViewOptions options) {
     return std::make_unique<TerminalView>(std::move(run), out, err, std::move(options));
 }
@@ -252,7 +257,7 @@ std::string clockText(std::chrono::milliseconds elapsed) {
     return fmt::format("{}:{:02}", seconds / 60, seconds % 60);
 }
 
-std::string fitPieces(std::vector<Piece> pieces, std::size_t width, bool coloured) {
+vxcommon::Printable fitPieces(std::vector<Piece> pieces, std::size_t width, bool coloured) {
     const std::size_t room = width == 0 ? 0 : width - 1;
     while (widthOf(pieces) > room) {
         const auto first = std::max_element(
@@ -263,16 +268,17 @@ std::string fitPieces(std::vector<Piece> pieces, std::size_t width, bool coloure
         }
         pieces.erase(first);
     }
-    std::string line;
+    vxcommon::Printable line;
     std::size_t used = 0;
     for (const Piece& piece : pieces) {
-        const std::string gap(used == 0 ? "" : kGap);
-        if (used + gap.size() >= room) {
+        const std::size_t gap = used == 0 ? 0 : kGap.text().size();
+        if (used + gap >= room) {
             break;
         }
-        const std::string text = piece.text.substr(0, room - used - gap.size());
-        line += gap + vxcommon::paint(text, piece.colour, coloured);
-        used += gap.size() + text.size();
+        const std::string text = piece.text.substr(0, room - used - gap);
+        line += gap == 0 ? vxcommon::PrintableView("") : kGap;
+        line += vxcommon::paint(vxcommon::printable(text), piece.colour, coloured);
+        used += gap + text.size();
     }
     return line;
 }

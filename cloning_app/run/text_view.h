@@ -5,9 +5,9 @@
 namespace vxclone {
 
 /// A view for people: a line for each step, or one live line.
-std::unique_ptr<ProgressView> makePlainView(std::string run, std::ostream& out, std::ostream& err,
+std::unique_ptr<ProgressView> makePlainView(std::string run, vxcommon::Writer out, vxcommon::Writer err,
                                             ViewOptions options);
-std::unique_ptr<ProgressView> makeTerminalView(std::string run, std::ostream& out, std::ostream& err,
+std::unique_ptr<ProgressView> makeTerminalView(std::string run, vxcommon::Writer out, vxcommon::Writer err,
                                                ViewOptions options);
 
 /// Minutes and seconds: "0:07".
@@ -22,6 +22,6 @@ struct Piece {
 
 /// The pieces on one line of fewer than `width` columns, so that no terminal wraps it: what is expendable
 /// goes as far as it must, then the end.
-std::string fitPieces(std::vector<Piece> pieces, std::size_t width, bool coloured);
+vxcommon::Printable fitPieces(std::vector<Piece> pieces, std::size_t width, bool coloured);
 
 }  // namespace vxclone

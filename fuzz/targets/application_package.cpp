@@ -42,7 +42,7 @@ void readAny(const Place& place, std::string_view index) {
     vxtest::writeFile(file, index);
     const auto entries = readIndex(file, kId);
     if (!entries) {
-        require(!entries.error().sentence.empty(), "a refusal says why");
+        requireShowable(entries.error().sentence);
         return;
     }
     const auto text = indexText(kId, *entries);
@@ -57,7 +57,8 @@ void loadAny(const Place& place, std::string_view database) {
     vxtest::writeFile(place.package() / kIndexName,
                       indexText(kId, {describe(kDatabaseName, database)}).value());
     const auto before = vxtest::snapshot(place.data.path());
-    if (!loadPackage(place.data, place.where(), kId, [] {})) {
+    if (const auto loaded = loadPackage(place.data, place.where(), kId, [] {}); !loaded) {
+        requireShowable(loaded.error().sentence);
         require(vxtest::snapshot(place.data.path()) == before && !fs::exists(place.data.staging()),
                 "a package that is refused changes nothing");
         return;

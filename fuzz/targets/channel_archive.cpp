@@ -110,9 +110,10 @@ void run(std::string_view bytes) {
             vxtest::writeFile(package / vxtv::kChannelArchiveFile, input.rest());
     }
     const vxtv::Texts before = television.texts(kService);
-    if (ChannelArchive(ChannelStore(television.database())).import(package)) {
+    if (const auto loaded = ChannelArchive(ChannelStore(television.database())).import(package)) {
         saveAgain(television);
     } else {
+        requireShowable(loaded.error().sentence);
         require(television.texts(kService) == before, "an archive that is refused changes nothing");
     }
 }

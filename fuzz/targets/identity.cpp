@@ -41,6 +41,7 @@ void writeOwn(Input input) {
         require(own.model->size() > 254 || own.productTag->size() > 127 ||
                     (*own.model + *own.productTag).find_first_of("\r\n") != std::string::npos,
                 "an identity that a package can hold is accepted");
+        requireShowable(text.error().sentence);
         return;
     }
     require(text->size() < vxclone::kMostIdentityBytes, "an identity is read whole");
@@ -56,6 +57,8 @@ void readAny(std::string_view bytes) {
     if (const auto text = vxclone::identityText(read)) {
         require(isSame(vxclone::parseIdentity(*text), read),
                 "an identity that was read is written as it was");
+    } else {
+        requireShowable(text.error().sentence);
     }
 }
 

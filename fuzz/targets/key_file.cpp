@@ -20,7 +20,9 @@ constexpr std::size_t kContentSize = vxtv::kCredentialSize + CloneKey::kKeySize 
 
 std::optional<CloneKey> unsealed(std::string_view bytes, std::string_view secret = kSecret) {
     auto key = vxtv::unsealKeyFile(bytes, secret, "key.bin");
-    require(key || !key.error().sentence.empty(), "a refusal says why");
+    if (!key) {
+        requireShowable(key.error().sentence);
+    }
     return key ? std::optional(*std::move(key)) : std::nullopt;
 }
 

@@ -115,7 +115,7 @@ void run(std::string_view bytes) {
     }
     const auto read = vxclone::readManifest(package.tree(), key);
     if (!read) {
-        require(!read.error().sentence.empty(), "a refusal says why");
+        requireShowable(read.error().sentence);
         return;
     }
     const bool proven = (*read)->authenticity == Authenticity::Proven;

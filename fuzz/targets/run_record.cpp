@@ -27,6 +27,7 @@ void run(std::string_view bytes) {
     if (!record) {
         require(record.error().code == vxclone::ErrorCode::RecordDamaged,
                 "what is no record is called damaged");
+        requireShowable(record.error().sentence);
         return;
     }
     const auto again = vxclone::parseRecord(vxclone::recordText(*record), "run.json");

@@ -99,7 +99,7 @@ void run(std::string_view bytes) {
     if (const auto loaded = service.load(television.database(), television.package())) {
         saveAgain(television, service);
     } else {
-        require(!loaded.error().sentence.empty(), "a refusal says why");
+        requireShowable(loaded.error().sentence);
         require(television.texts(service.name) == before, "a file that is refused changes nothing");
     }
 }

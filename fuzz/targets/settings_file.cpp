@@ -67,7 +67,11 @@ bool clone(std::int32_t direction) {
 std::optional<std::vector<vxclone::Setting>> readByVxclone() {
     const vxclone::Descriptor folder(open(kCloneDirectory, O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     auto settings = vxclone::readSettings({folder.get(), kCloneDirectory, vxclone::Place::Stick});
-    return settings ? *settings : std::nullopt;
+    if (!settings) {
+        requireShowable(settings.error().sentence);
+        return std::nullopt;
+    }
+    return *settings;
 }
 
 /// What vxclone expects in the store, as text; empty where it expects nothing.

@@ -62,7 +62,7 @@ void printTable(const std::vector<Row>& rows) {
                       {row.manifest.autostart ? "yes" : "no"},
                       {std::to_string(row.dataSize)}});
     }
-    print(rows.empty() ? "no applications\n" : table.render(outputScreen()));
+    print(rows.empty() ? vxcommon::Printable("no applications\n") : table.render(outputScreen()));
 }
 
 void printRows(const std::vector<Row>& rows) {

@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <memory>
 
 #include "common/terminal_table.h"
@@ -59,7 +58,7 @@ int show(const CallLog& log, bool json) {
     const Result<int> unreadable = log.read([&](const CallRecord& record) {
         ++count;
         if (json) {
-            print(toJsonLine(record) + "\n");
+            vxcommon::standardOutput().line(toJsonText(record));
         } else {
             table.addRow(rowOf(record));
         }
@@ -68,11 +67,14 @@ int show(const CallLog& log, bool json) {
         return complain(unreadable.error());
     }
     if (!json) {
-        print(count != 0 ? table.render(vxcommon::screenAt(STDOUT_FILENO)) : "no calls\n");
+        print(count != 0 ? table.render(vxcommon::screenAt(STDOUT_FILENO))
+                         : vxcommon::Printable("no calls\n"));
     }
     if (*unreadable != 0) {
-        std::fprintf(stderr, "vxtv: %d line%s of the call log could not be read and %s left out\n",
-                     *unreadable, *unreadable == 1 ? "" : "s", *unreadable == 1 ? "is" : "are");
+        const bool one = *unreadable == 1;
+        vxcommon::standardError().line(vxcommon::printable(
+            fmt::format("vxtv: {} line{} of the call log could not be read and {} left out", *unreadable,
+                        one ? "" : "s", one ? "is" : "are")));
     }
     return finishOutput();
 }

@@ -85,7 +85,7 @@ Json navigationJson(const std::vector<NavigationEntry>& navigation) {
     return document;
 }
 
-std::string channelTable(const ChannelMap& map, const vxcommon::Screen& screen) {
+vxcommon::Printable channelTable(const ChannelMap& map, const vxcommon::Screen& screen) {
     TerminalTable table({"CHANNEL", "NAME", "KIND", "SERVICE", "SYSTEM", "FREQUENCY"});
     for (const Channel& channel : map.channels) {
         const Transponder& transponder =
@@ -101,7 +101,7 @@ std::string channelTable(const ChannelMap& map, const vxcommon::Screen& screen) 
     return table.render(screen);
 }
 
-std::string hotelTable(const std::vector<HotelChannel>& hotelList, const vxcommon::Screen& screen) {
+vxcommon::Printable hotelTable(const std::vector<HotelChannel>& hotelList, const vxcommon::Screen& screen) {
     TerminalTable table({"HOTEL LIST", "NAME", "CHANNEL"});
     std::size_t position = 0;
     for (const HotelChannel& line : hotelList) {
@@ -110,7 +110,8 @@ std::string hotelTable(const std::vector<HotelChannel>& hotelList, const vxcommo
     return table.render(screen);
 }
 
-std::string navigationTable(const std::vector<NavigationEntry>& navigation, const vxcommon::Screen& screen) {
+vxcommon::Printable navigationTable(const std::vector<NavigationEntry>& navigation,
+                                    const vxcommon::Screen& screen) {
     TerminalTable table({"NAVIGATION LIST", "MODE", "ID", "STATE", "ANTENNA/SERVICE MODES"});
     for (const NavigationEntry& entry : navigation) {
         table.addRow({{namesOf(entry)},

@@ -13,6 +13,8 @@ namespace vxtv {
 namespace {
 
 using vxcommon::Colour;
+using vxcommon::Printable;
+using vxcommon::PrintableView;
 using Json = nlohmann::ordered_json;
 
 struct CompareOptions {
@@ -80,22 +82,24 @@ void printOutcomeJson(const Outcome& outcome) {
                {"areas", areas}});
 }
 
-std::string identityLine(const std::string& folder, const Identity& identity) {
-    const std::string line = vxcommon::printable(fmt::format(
-        "{}: {}, {}, tuner type {}", folder, identity.model, identity.productTag, identity.tunerType));
+Printable identityLine(const std::string& folder, const Identity& identity) {
+    const std::string line = fmt::format("{}: {}, {}, tuner type {}", folder, identity.model,
+                                         identity.productTag, identity.tunerType);
     return vxcommon::sentenceFor(outputScreen(), line) + "\n";
 }
 
 /// "AREA: same", or how many things of it differ.
-std::string verdictLine(const Outcome& outcome, const AreaComparison& area, bool coloured) {
+Printable verdictLine(const Outcome& outcome, const AreaComparison& area, bool coloured) {
     const std::size_t count = area.differences.size();
     if (count == 0) {
-        return area.area + ": " + vxcommon::paint("same", Colour::Good, coloured) + "\n";
+        return vxcommon::printable(area.area) + ": " + vxcommon::paint("same", Colour::Good, coloured) + "\n";
     }
     const bool isJudged = outcome.judges(area);
-    const std::string verdict = fmt::format("{} differ{}", count, count == 1 ? "s" : "");
-    return area.area + ": " + vxcommon::paint(verdict, isJudged ? Colour::Bad : Colour::Doubt, coloured) +
-           (isJudged ? "" : " (not judged)") + "\n";
+    const Printable verdict =
+        vxcommon::printableFormat("{} differ{}", count, count == 1 ? PrintableView("s") : PrintableView(""));
+    return vxcommon::printable(area.area) + ": " +
+           vxcommon::paint(verdict, isJudged ? Colour::Bad : Colour::Doubt, coloured) +
+           (isJudged ? PrintableView("") : PrintableView(" (not judged)")) + "\n";
 }
 
 void printSummary(const Outcome& outcome) {

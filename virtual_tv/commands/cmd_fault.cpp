@@ -47,7 +47,7 @@ int add(const FaultOptions& options) {
         const bool unknown = id.error().code == ErrorCode::UnknownCall;
         return complain(unknown ? asking(id.error(), options.fault.call, namesOfCalls()) : id.error());
     }
-    const std::string key = options.fault.key ? " of " + vxcommon::printable(*options.fault.key) : "";
+    const std::string key = options.fault.key ? " of " + *options.fault.key : "";
     say(fmt::format("added fault {} on {}{}", *id, options.fault.call, key));
     return finishOutput();
 }
@@ -78,7 +78,7 @@ void printTable(const std::vector<Fault>& faults) {
                       {orDash(fault.delayMs)},
                       {std::to_string(fault.seen)}});
     }
-    print(faults.empty() ? "no faults\n" : table.render(outputScreen()));
+    print(faults.empty() ? vxcommon::Printable("no faults\n") : table.render(outputScreen()));
 }
 
 template <class Value>

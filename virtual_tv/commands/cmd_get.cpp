@@ -1,8 +1,5 @@
-#include <unistd.h>
-
 #include <memory>
 
-#include "common/terminal_table.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
 #include "virtual_tv/commands/setting_lookup.h"
@@ -32,8 +29,7 @@ int get(const GetOptions& options) {
                    {"type", nameOf(typeOf(setting->value))},
                    {"value", toJson(setting->value)}});
     } else {
-        const std::string text = plainText(setting->value);
-        print((vxcommon::isTerminal(STDOUT_FILENO) ? forTerminal(text, false) : text) + "\n");
+        vxcommon::writeContent(plainText(setting->value) + "\n");
     }
     return finishOutput();
 }

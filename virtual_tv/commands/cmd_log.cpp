@@ -9,7 +9,6 @@
 #include <cstring>
 #include <memory>
 
-#include "common/terminal_table.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
 #include "virtual_tv/television/own_file.h"
@@ -48,13 +47,11 @@ class LinePrinter {
     void printWholeLines() {
         const std::size_t end = pending_.rfind('\n') + 1;
         if (end != 0) {
-            print(terminal_ ? forTerminal(pending_.substr(0, end), coloured_) : pending_.substr(0, end));
+            vxcommon::writeContent(std::string_view(pending_).substr(0, end), true);
             pending_.erase(0, end);
         }
     }
 
-    const bool terminal_ = vxcommon::isTerminal(STDOUT_FILENO);
-    const bool coloured_ = vxcommon::wantsColour(STDOUT_FILENO);
     std::string pending_;
 };
 

@@ -2,10 +2,9 @@
 
 #include <unistd.h>
 
-#include <cstdio>
-
 #include "common/suggestion.h"
 #include "common/terminal_table.h"
+#include "common/writer.h"
 
 namespace vxtv {
 
@@ -16,10 +15,8 @@ constexpr std::size_t kBelowSentence = 6;  // what goes on stands below the sent
 }  // namespace
 
 int complain(const Error& error) {
-    // A sentence may hold a name that somebody else chose.
-    const std::string sentence = "vxtv: " + vxcommon::printable(error.sentence);
     const vxcommon::Screen screen = vxcommon::screenAt(STDERR_FILENO);
-    std::fprintf(stderr, "%s\n", vxcommon::sentenceFor(screen, sentence, kBelowSentence).c_str());
+    vxcommon::standardError().line(vxcommon::sentenceFor(screen, "vxtv: " + error.sentence, kBelowSentence));
     return kExitFailed;
 }
 

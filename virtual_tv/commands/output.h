@@ -1,10 +1,10 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
-#include <string>
 #include <string_view>
 
 #include "common/terminal_table.h"
+#include "common/writer.h"
 #include "virtual_tv/television/settings_store.h"
 
 namespace vxtv {
@@ -16,21 +16,17 @@ nlohmann::ordered_json toJson(const SettingValue& value);
 /// is one line, which programs search.
 vxcommon::Screen outputScreen();
 
-/// Writes the text on standard output as it is: a table, or what a program reads.
-void print(std::string_view text);
+/// Writes the text on standard output.
+void print(vxcommon::PrintableView text);
 
 /// Writes the sentence on standard output, printable, and a line feed.
 void say(std::string_view sentence);
 
-/// Writes the document on standard output, indented; what is no UTF-8 is replaced, and deceptive characters
-/// are escaped.
+/// Writes the document on standard output, indented.
 void printJson(const nlohmann::ordered_json& document);
 
-/// Writes the document on standard output as one line; the same holds.
+/// Writes the document on standard output as one line.
 void printJsonLine(const nlohmann::ordered_json& document);
-
-/// The text without anything that steers a terminal but line feeds and, when `keepColours`, colour codes.
-std::string forTerminal(std::string_view text, bool keepColours);
 
 /// Writes out what standard output still holds. Result: whether all that was ever written there is out.
 bool flushOutput();

@@ -1,41 +1,45 @@
 #include "virtual_tv/platform/process_television.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <memory>
-#include <string>
+#include <new>
 
 #include "common/plain_reason.h"
-#include "common/printable.h"
+#include "common/writer.h"
 
 namespace vxtv {
 
 namespace {
 
-void complain(const std::string& sentence) {
-    std::fprintf(stderr, "vx-virtual-tv: no television, so every platform call fails: %s\n",
-                 vxcommon::printable(sentence).c_str());
+/// Needs no memory of its own: there may be none.
+void sayThatThereIsNone(vxcommon::PrintableView why) {
+    vxcommon::Writer errors = vxcommon::standardError();
+    errors.write("vx-virtual-tv: no television, so every platform call fails: ");
+    errors.write(why);
+    errors.write("\n");
 }
 
 std::unique_ptr<Television> openNamed() noexcept {
     const char* path = std::getenv(kTelevisionVariable);
-    if (path == nullptr || *path == '\0') {
-        std::fprintf(stderr,
-                     "vx-virtual-tv: no television: %s is not set, so every platform call fails; start the "
-                     "program with: vxtv run DIR -- PROGRAM\n",
-                     kTelevisionVariable);
-        return nullptr;
-    }
     try {
+        if (path == nullptr || *path == '\0') {
+            vxcommon::standardError().line(
+                "vx-virtual-tv: no television: " + vxcommon::printable(kTelevisionVariable) +
+                " is not set, so every platform call fails; start the program "
+                "with: vxtv run DIR -- PROGRAM");
+            return nullptr;
+        }
         Result<Television> television = Television::open(path);
         if (television) {
             return std::make_unique<Television>(std::move(*television));
         }
-        complain(television.error().sentence);
+        sayThatThereIsNone(vxcommon::printable(television.error().sentence));
+    } catch (const std::bad_alloc&) {
+        sayThatThereIsNone("memory is too short");
     } catch (const std::exception& exception) {
-        complain(std::string(path) + ": " + vxcommon::plainReason(exception) +
-                 "; see whether the television is whole with: vxtv info DIR");
+        sayThatThereIsNone(vxcommon::printable(path) + ": " + vxcommon::plainReason(exception) +
+                           "; see whether the television is whole with: vxtv info DIR");
     }
     return nullptr;
 }

@@ -2,8 +2,9 @@
 
 #include <fmt/core.h>
 
-#include <cstdio>
 #include <map>
+
+#include "common/writer.h"
 
 namespace vxtv {
 
@@ -50,7 +51,8 @@ int runSession(const SessionOptions& options, const std::vector<std::string>& co
     wish.warn = [&complain](const Error& trouble) { complain(trouble); };
     const auto session = Session::open(wish);
     if (!session) return complain(session.error());
-    if (!options.quiet) fmt::print(stderr, "vxtv: {}\n", describe(session->isolation()));
+    if (!options.quiet)
+        vxcommon::standardError().line("vxtv: " + vxcommon::printable(describe(session->isolation())));
     const auto outcome = session->run(command);
     if (!outcome) return complain(outcome.error());
     if (!outcome->complaint.empty()) complain(Error{ErrorCode::CannotRun, outcome->complaint});

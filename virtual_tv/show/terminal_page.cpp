@@ -6,23 +6,28 @@ namespace vxtv::show {
 
 namespace {
 
+using vxcommon::Printable;
+using vxcommon::printable;
+using vxcommon::printableFormat;
+using vxcommon::PrintableView;
 using vxcommon::Screen;
 using vxcommon::TerminalTable;
 
-std::string heading(const std::string& text) {
-    const std::string line = vxcommon::printable(text);
-    return fmt::format("\n{}\n{}\n", line, std::string(vxcommon::displayWidth(line), '='));
+Printable heading(const std::string& text) {
+    const Printable line = printable(text);
+    return printableFormat("\n{}\n{}\n", line,
+                           printable(std::string(vxcommon::displayWidth(line.text()), '=')));
 }
 
-std::string factTable(const std::vector<Fact>& facts, const Screen& screen) {
+Printable factTable(const std::vector<Fact>& facts, const Screen& screen) {
     TerminalTable table({"What", "Value"});
     for (const Fact& fact : facts) {
         table.addRow({{fact.name}, {fact.value, fact.colour}});
     }
-    return facts.empty() ? "" : table.render(screen);
+    return facts.empty() ? Printable() : table.render(screen);
 }
 
-std::string gridTable(const Grid& grid, const Screen& screen) {
+Printable gridTable(const Grid& grid, const Screen& screen) {
     TerminalTable table(grid.columns);
     for (const auto& row : grid.rows) {
         std::vector<vxcommon::Cell> cells;
@@ -31,11 +36,12 @@ std::string gridTable(const Grid& grid, const Screen& screen) {
         }
         table.addRow(std::move(cells));
     }
-    const std::string rest = grid.leftOut != 0 ? fmt::format("... and {} more\n", grid.leftOut) : "";
-    return grid.rows.empty() ? "none\n" : table.render(screen) + rest;
+    const Printable rest =
+        grid.leftOut != 0 ? printableFormat("... and {} more\n", grid.leftOut) : Printable();
+    return grid.rows.empty() ? Printable("none\n") : table.render(screen) + rest;
 }
 
-std::string pictureTable(const std::vector<Picture>& pictures, const Screen& screen) {
+Printable pictureTable(const std::vector<Picture>& pictures, const Screen& screen) {
     TerminalTable table({"Picture", "Kind", "Pixels", "Bytes"});
     for (const Picture& picture : pictures) {
         const bool isPicture = !picture.mediaType.empty();
@@ -45,29 +51,31 @@ std::string pictureTable(const std::vector<Picture>& pictures, const Screen& scr
              {isPicture ? fmt::format("{} x {}", picture.width, picture.height) : "-"},
              {std::to_string(picture.size)}});
     }
-    return pictures.empty() ? "" : table.render(screen);
+    return pictures.empty() ? Printable() : table.render(screen);
 }
 
-std::string cardTitle(const Card& card, const Screen& screen) {
-    const std::string title = vxcommon::printable(card.title);
-    const std::string note = vxcommon::printable(card.note);
-    const bool fits = vxcommon::displayWidth(title) + vxcommon::displayWidth(note) + 2 <= screen.columns;
-    const std::string gap = note.empty() ? "" : fits ? "  " : "\n";
-    return "\n" + vxcommon::sentenceFor(screen, title) + gap +
-           vxcommon::paint(vxcommon::sentenceFor(screen, note), Colour::Dim,
-                           screen.coloured && !note.empty()) +
+Printable cardTitle(const Card& card, const Screen& screen) {
+    const Printable title = printable(card.title);
+    const Printable note = printable(card.note);
+    const bool fits =
+        vxcommon::displayWidth(title.text()) + vxcommon::displayWidth(note.text()) + 2 <= screen.columns;
+    const PrintableView gap = note.empty() ? PrintableView("")
+                              : fits       ? PrintableView("  ")
+                                           : PrintableView("\n");
+    return "\n" + sentenceFor(screen, title.text()) + gap +
+           vxcommon::paint(sentenceFor(screen, note.text()), Colour::Dim, screen.coloured && !note.empty()) +
            "\n";
 }
 
 /// A line of its own, when there is any text.
-std::string lineOf(const std::string& text, const Screen& screen) {
-    return text.empty() ? "" : vxcommon::sentenceFor(screen, vxcommon::printable(text)) + "\n";
+Printable lineOf(const std::string& text, const Screen& screen) {
+    return text.empty() ? Printable() : sentenceFor(screen, text) + "\n";
 }
 
-std::string cardText(const Card& card, const Screen& screen) {
-    std::string text = card.title.empty() ? "" : cardTitle(card, screen);
+Printable cardText(const Card& card, const Screen& screen) {
+    Printable text = card.title.empty() ? Printable() : cardTitle(card, screen);
     if (card.percent) {
-        text += fmt::format("{} percent done\n", *card.percent);
+        text += printableFormat("{} percent done\n", *card.percent);
     }
     text += factTable(card.facts, screen);
     for (const Grid& grid : card.grids) {
@@ -78,8 +86,8 @@ std::string cardText(const Card& card, const Screen& screen) {
 
 }  // namespace
 
-std::string terminalPage(const Page& page, const Screen& screen) {
-    std::string text =
+Printable terminalPage(const Page& page, const Screen& screen) {
+    Printable text =
         lineOf(page.folder, screen) + lineOf(page.welcomeTitle, screen) + lineOf(page.welcomeText, screen);
     text += heading("Television") + factTable(page.identity, screen);
     for (const Section& section : page.sections) {

@@ -1,12 +1,10 @@
 #pragma once
 
-#include <string>
-
 #include "virtual_tv/show/page.h"
 
 namespace vxtv::show {
 
 /// The page as text for the screen, where nothing in it steers a terminal.
-std::string terminalPage(const Page& page, const vxcommon::Screen& screen);
+vxcommon::Printable terminalPage(const Page& page, const vxcommon::Screen& screen);
 
 }  // namespace vxtv::show

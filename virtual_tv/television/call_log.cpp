@@ -9,7 +9,6 @@
 #include <cerrno>
 #include <utility>
 
-#include "common/printable.h"
 #include "virtual_tv/television/clock.h"
 #include "virtual_tv/television/own_file.h"
 
@@ -84,14 +83,14 @@ class Lines {
 
 }  // namespace
 
-std::string toJsonLine(const CallRecord& record) {
+vxcommon::JsonText toJsonText(const CallRecord& record) {
     OrderedJson object = {{"time", record.timeUs},         {"process", record.process},
                           {"thread", record.thread},       {"call", record.call},
                           {"arguments", record.arguments}, {"result", record.result}};
     if (record.fault) {
         object["fault"] = *record.fault;
     }
-    return vxcommon::printableJson(object.dump(-1, ' ', false, OrderedJson::error_handler_t::replace));
+    return vxcommon::JsonText(object);
 }
 
 CallLog::CallLog(const std::filesystem::path& file) : path_(file), file_(file) {}
@@ -100,7 +99,7 @@ bool CallLog::append(CallRecord record) {
     record.timeUs = monotonicMicroseconds();
     record.process = getpid();
     record.thread = static_cast<int>(syscall(SYS_gettid));
-    return file_.append(toJsonLine(record) + '\n');
+    return file_.append(toJsonText(record).text() + '\n');
 }
 
 Result<int> CallLog::read(const std::function<void(const CallRecord&)>& visit) const {

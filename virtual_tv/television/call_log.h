@@ -8,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/json_text.h"
 #include "virtual_tv/television/error.h"
 #include "virtual_tv/television/line_file.h"
 
@@ -24,8 +25,8 @@ struct CallRecord {
     std::optional<std::int64_t> fault;  ///< the fault that acted
 };
 
-/// The record as one JSON object, without a line end; what is no UTF-8 is replaced.
-std::string toJsonLine(const CallRecord& record);
+/// The record as one JSON object, without a line end.
+vxcommon::JsonText toJsonText(const CallRecord& record);
 
 /// The platform calls of one television, one JSON object a line. Threads and processes: any.
 class CallLog {

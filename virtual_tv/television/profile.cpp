@@ -243,7 +243,7 @@ Result<Profile> readProfile(const fs::path& file) {
     } catch (const Json::parse_error& error) {
         return badProfile(file, fmt::format("it is not JSON at byte {}", error.byte));
     } catch (const std::exception& error) {
-        return badProfile(file, vxcommon::plainReason(error));
+        return badProfile(file, vxcommon::plainReason(error).text());
     }
 }
 

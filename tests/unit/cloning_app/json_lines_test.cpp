@@ -133,7 +133,7 @@ TEST_F(JsonLinesTest, errorHasCodeStatusAndSentenceEvenOfBytesThatAreNoText) {
     view_->failed({ErrorCode::NotAPackage, "a\xff is not a package"});
     EXPECT_EQ(lines().at(0).at("code"), "not-a-package");
     EXPECT_EQ(lines().at(0).at("exit"), 3);
-    EXPECT_THAT(lines().at(0).at("message").get<std::string>(), HasSubstr("is not a package"));
+    EXPECT_EQ(lines().at(0).at("message"), "a\\xff is not a package");
 }
 
 TEST_F(JsonLinesTest, schemaRefusesWhatIsNotPublished) {

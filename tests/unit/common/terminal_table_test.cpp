@@ -125,7 +125,7 @@ TEST(TerminalTable, theLongestWordGivesWayAndTheOthersStayWhole) {
 TEST(TerminalTable, wordOfAMillionCharactersIsBrokenAtOnce) {
     TerminalTable table({"value"});
     table.addRow({{std::string(1'000'000, 'x')}});
-    EXPECT_EQ(table.render(columns(80)).size(), 6U + 1'000'000U + 12'500U);
+    EXPECT_EQ(table.render(columns(80)).text().size(), 6U + 1'000'000U + 12'500U);
 }
 
 TEST(TerminalTable, noLineIsLongerThanTheScreenWhateverTheCells) {

@@ -62,7 +62,7 @@ TEST(ShowHtmlPage, rowsLeftOutAreCounted) {
     Page shown = test::pageOf("x");
     shown.sections[0].cards[0].grids[0].leftOut = 367;
     EXPECT_NE(std::string::npos, htmlPage(shown, "today").find("... and 367 more"));
-    EXPECT_NE(std::string::npos, terminalPage(shown, {}).find("... and 367 more"));
+    EXPECT_NE(std::string::npos, terminalPage(shown, {}).text().find("... and 367 more"));
 }
 
 TEST(ShowTerminalPage, textDoesNotSteerTheTerminal) {
@@ -74,8 +74,8 @@ TEST(ShowTerminalPage, textDoesNotSteerTheTerminal) {
 TEST(ShowTerminalPage, onlyAColouredOneHasColours) {
     Page shown = test::pageOf("x");
     shown.sections[0].cards[0].facts[0].colour = Colour::Bad;
-    EXPECT_NE(std::string::npos, terminalPage(shown, {80, true, true}).find('\x1b'));
-    EXPECT_EQ(std::string::npos, terminalPage(shown, {}).find('\x1b'));
+    EXPECT_NE(std::string::npos, terminalPage(shown, {80, true, true}).text().find('\x1b'));
+    EXPECT_EQ(std::string::npos, terminalPage(shown, {}).text().find('\x1b'));
 }
 
 }  // namespace

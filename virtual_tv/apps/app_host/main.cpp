@@ -5,12 +5,12 @@
 #include <unistd.h>
 
 #include <charconv>
-#include <cstdio>
 #include <cstring>
 #include <exception>
 #include <string_view>
 
 #include "common/plain_reason.h"
+#include "common/writer.h"
 #include "virtual_tv/apps/app_host/host.h"
 #include "virtual_tv/session/descriptor.h"
 #include "virtual_tv/television/application_launch.h"
@@ -51,7 +51,8 @@ int main(int argc, char** argv) {
     int report = -1;
     if (argc != kArguments ||
         std::from_chars(argv[3], argv[3] + std::strlen(argv[3]), report).ec != std::errc()) {
-        std::fputs("vxtv-app-host: this program is started by the platform; use `vxtv app start`\n", stderr);
+        vxcommon::standardError().line(
+            "vxtv-app-host: this program is started by the platform; use `vxtv app start`");
         return kWrongCall;
     }
     const bool isDetached = argv[4] == std::string_view(vxtv::nameOf(vxtv::HostWay::Detached));
@@ -63,9 +64,9 @@ int main(int argc, char** argv) {
     try {
         return host(argv[1], argv[2], isDetached ? vxtv::HostWay::Detached : vxtv::HostWay::Attached, report);
     } catch (const std::exception& exception) {
-        std::fprintf(stderr,
-                     "vxtv-app-host: cannot host %s: %s; start it again with: vxtv app start DIR ID\n",
-                     argv[2], vxcommon::plainReason(exception).c_str());
+        vxcommon::standardError().line("vxtv-app-host: cannot host " + vxcommon::printable(argv[2]) + ": " +
+                                       vxcommon::plainReason(exception) +
+                                       "; start it again with: vxtv app start DIR ID");
         return 1;
     }
 }

@@ -1,10 +1,10 @@
 #include <CLI/CLI.hpp>
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
 
 #include "common/plain_reason.h"
+#include "common/writer.h"
 #include "virtual_tv/apps/hotel_app/service.h"
 #include "virtual_tv/television/application_id.h"
 
@@ -12,8 +12,8 @@ namespace {
 
 constexpr int kWrongCall = 2;
 
-int complain(const char* sentence) {
-    std::fprintf(stderr, "hotel_app: %s\n", sentence);
+int complain(const std::string& sentence) {
+    vxcommon::standardError().line("hotel_app: " + vxcommon::printable(sentence));
     return kWrongCall;
 }
 
@@ -24,12 +24,12 @@ int run(const std::vector<std::string>& habits) {
     }
     const auto misbehaviour = vxtv::hotel::readMisbehaviour(habits);
     if (!misbehaviour) {
-        return complain(misbehaviour.error().sentence.c_str());
+        return complain(misbehaviour.error().sentence);
     }
     // An application starts in its own folder.
     const vxtv::hotel::DataFolder data(std::filesystem::current_path());
     if (const auto recovered = data.recover(); !recovered) {
-        return complain(recovered.error().sentence.c_str());
+        return complain(recovered.error().sentence);
     }
     return vxtv::hotel::Service(id, data, *misbehaviour).run();
 }
@@ -46,6 +46,6 @@ int main(int argc, char** argv) {
     try {
         return run(habits);
     } catch (const std::exception& exception) {
-        return complain((vxcommon::plainReason(exception) + "; start the application again").c_str());
+        return complain(vxcommon::plainReason(exception) + "; start the application again");
     }
 }

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "common/printable.h"
 #include "common/strict_json.h"
 #include "virtual_tv/apps/hotel_app/hotel_database.h"
 #include "virtual_tv/television/private_file.h"
@@ -94,7 +95,7 @@ std::vector<IndexEntry> entriesIn(const Json& document) {
 tl::unexpected<Error> noIndex(const fs::path& file, std::string_view why) {
     return failure(ErrorCode::NotABackupFile,
                    fmt::format("{} is no list of this application's data: {}; make the backup anew",
-                               file.string(), why));
+                               file.string(), vxcommon::printable(why)));
 }
 
 Result<std::vector<IndexEntry>> judge(const Json& document, const fs::path& file,

@@ -1,0 +1,99 @@
+#include "common/json_text.h"
+
+#include <nlohmann/json.hpp>
+#include <string_view>
+
+#include "common/character_width.h"
+#include "common/printable.h"
+
+namespace vxcommon {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::string_view kHexadecimalDigits = "0123456789abcdef";
+constexpr unsigned kBitsOfADigit = 4;
+constexpr char32_t kFirstOfTwoUnits = 0x10000;
+constexpr unsigned kBitsOfAUnit = 10;
+constexpr char32_t kHighUnit = 0xD800;
+constexpr char32_t kLowUnit = 0xDC00;
+
+void appendUnit(std::string& text, char32_t unit) {
+    text += "\\u";
+    for (unsigned bits = 4 * kBitsOfADigit; bits != 0; bits -= kBitsOfADigit) {
+        text += kHexadecimalDigits[(unit >> (bits - kBitsOfADigit)) & 0x0FU];
+    }
+}
+
+void appendEscaped(std::string& text, char32_t character) {
+    if (character < kFirstOfTwoUnits) {
+        appendUnit(text, character);
+        return;
+    }
+    const char32_t rest = character - kFirstOfTwoUnits;
+    appendUnit(text, kHighUnit + (rest >> kBitsOfAUnit));
+    appendUnit(text, kLowUnit + (rest & ((1U << kBitsOfAUnit) - 1)));
+}
+
+/// The JSON, which is UTF-8, with its deceptive characters escaped: they stand in texts alone, but for the
+/// line feeds between values.
+std::string withoutDeceptive(std::string_view json) {
+    std::string result;
+    result.reserve(json.size());
+    for (std::size_t at = 0; at < json.size();) {
+        const Character character = characterAt(json, at);
+        if (character.value != U'\n' && isDeceptive(character.value)) {
+            appendEscaped(result, character.value);
+        } else {
+            result += json.substr(at, character.bytes);
+        }
+        at += character.bytes;
+    }
+    return result;
+}
+
+/// The text with the bytes that are no UTF-8 as \xNN.
+std::string asUtf8(std::string_view text) {
+    std::string result;
+    for (std::size_t at = 0; at < text.size();) {
+        const Character character = characterAt(text, at);
+        const std::string_view bytes = text.substr(at, character.bytes);
+        result += character.valid ? bytes : printable(bytes).text();
+        at += character.bytes;
+    }
+    return result;
+}
+
+Json asUtf8(const Json& value) {
+    if (value.is_string()) {
+        return asUtf8(std::string_view(value.get_ref<const std::string&>()));
+    }
+    Json result = value;
+    if (value.is_object()) {
+        result.clear();
+        for (const auto& [name, member] : value.items()) {
+            result[asUtf8(std::string_view(name))] = asUtf8(member);
+        }
+    }
+    if (value.is_array()) {
+        for (Json& element : result) {
+            element = asUtf8(element);
+        }
+    }
+    return result;
+}
+
+std::string dumped(const Json& document, int indent) {
+    try {
+        return document.dump(indent);
+    } catch (const Json::type_error&) {
+        return asUtf8(document).dump(indent);
+    }
+}
+
+}  // namespace
+
+JsonText::JsonText(const Json& document, int indent) : text_(withoutDeceptive(dumped(document, indent))) {}
+
+}  // namespace vxcommon
