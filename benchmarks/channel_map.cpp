@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "virtual_tv/services/channel_archive.h"
-#include "virtual_tv/television/creation.h"
+#include "virtual_tv/channels/channel_archive.h"
+#include "virtual_tv/factory/creation.h"
 
 namespace {
 

@@ -42,14 +42,14 @@ if(VX_UNITE_PROGRAMS AND TARGET vxtv)
   vx_precompile_together(vx-program-headers CODE -fPIC
     HEADERS <CLI/CLI.hpp> <filesystem> <nlohmann/json.hpp>
     LIBRARIES CLI11::CLI11 nlohmann_json::nlohmann_json
-    TARGETS vxtv vxtv-app-host vxtv-bus vxtv-commands vxtv-hotel-app vxtv-manual vxtv-ports vxtv-session vxtv-show
-      vxtv-television hotel_app vx-command-line vx-common vx-pages vx-virtual-tv vxclone vxclone-app vxclone-commands vxclone-manual)
+    TARGETS vxtv vxtv-app-host vxtv-commands vxtv-factory vxtv-hotel-app vxtv-manual vxtv-ports vxtv-process vxtv-services
+      vxtv-session vxtv-show vxtv-television hotel_app vx-command-line vx-common vx-pages vx-virtual-tv vxclone vxclone-app vxclone-commands vxclone-manual)
   foreach(program vxtv vxtv-app-host hotel_app vxclone)
     target_compile_options(${program} PRIVATE -fPIC)
   endforeach()
 else()
   vx_precompile(
-    TARGETS vxtv-television vx-virtual-tv vxtv-hotel-app vxtv-show
+    TARGETS vxtv-television vxtv-services vxtv-factory vx-virtual-tv vxtv-hotel-app vxtv-show
     HEADERS <SQLiteCpp/SQLiteCpp.h> <nlohmann/json.hpp> <fmt/format.h>)
   vx_precompile(
     TARGETS vx-command-line vxtv-commands vxtv-session vxclone-commands vx-pages vxclone-manual vxtv-manual

@@ -36,8 +36,11 @@ if(VX_UNITE_PROGRAMS)
   vx_unite_folders(24 vx-clone-objects)
   if(NOT VX_DEVICE_ONLY)
     vx_unite_folders(24
-      hotel_app vx-common vx-pages vx-virtual-tv vxclone-app vxclone-commands vxtv-app-host vxtv-commands
-      vxtv-hotel-app vxtv-ports vxtv-session vxtv-show vxtv-television)
+      hotel_app vx-common vx-pages vx-virtual-tv vxclone-app vxclone-commands vxtv-app-host vxtv-hotel-app vxtv-ports
+      vxtv-session vxtv-show)
+    # Of small folders, which would be too many parts.
+    set_target_properties(vxtv-commands vxtv-factory vxtv-process vxtv-services vxtv-television
+      PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 24)
   endif()
 endif()
 

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "tests/unit/virtual_tv/test_television.h"
-#include "virtual_tv/services/data_service.h"
+#include "virtual_tv/store/data_service.h"
 
 namespace vxfuzz {
 

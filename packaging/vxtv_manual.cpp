@@ -1,8 +1,8 @@
 #include "packaging/vxtv_manual.h"
 
+#include "virtual_tv/calls/contract_calls.h"
 #include "virtual_tv/commands/app.h"
-#include "virtual_tv/television/contract_calls.h"
-#include "virtual_tv/television/profile_shelf.h"
+#include "virtual_tv/factory/profile_shelf.h"
 
 namespace vxpages {
 

@@ -6,8 +6,8 @@
 #include "fuzz/target.h"
 #include "tests/support/machine/file_tree.h"
 #include "tests/support/machine/temporary_directory.h"
+#include "virtual_tv/applications/hotel_database.h"
 #include "virtual_tv/apps/hotel_app/data_package.h"
-#include "virtual_tv/apps/hotel_app/hotel_database.h"
 #include "virtual_tv/apps/hotel_app/package_index.h"
 
 namespace vxfuzz {

@@ -1,6 +1,6 @@
 // The channel archive and the hotel's list beside it: any bytes, any members, or members with a right index.
 
-#include "virtual_tv/services/channel_archive.h"
+#include "virtual_tv/channels/channel_archive.h"
 
 #include <fmt/format.h>
 #include <openssl/evp.h>
@@ -9,9 +9,9 @@
 #include "fuzz/small_television.h"
 #include "fuzz/target.h"
 #include "tests/support/machine/file_tree.h"
-#include "tests/unit/virtual_tv/zip_builder.h"
-#include "virtual_tv/services/backup_file.h"
-#include "virtual_tv/services/zip_archive.h"
+#include "tests/unit/virtual_tv/channels/zip_builder.h"
+#include "virtual_tv/base/backup_file.h"
+#include "virtual_tv/channels/zip_archive.h"
 
 namespace vxfuzz {
 namespace {

@@ -7,8 +7,7 @@
 
 #include "fuzz/input.h"
 #include "fuzz/target.h"
-#include "virtual_tv/television/byte_order.h"
-#include "virtual_tv/television/sealing.h"
+#include "virtual_tv/base/sealing.h"
 
 namespace vxfuzz {
 namespace {

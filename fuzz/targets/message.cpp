@@ -9,8 +9,8 @@
 #include "fuzz/target.h"
 #include "tests/support/scripted/scripted_bundle_content.h"
 #include "tests/support/scripted/scripted_platform.h"
-#include "virtual_tv/bus/port_message.h"
-#include "virtual_tv/bus/port_name.h"
+#include "virtual_tv/ports/port.h"
+#include "virtual_tv/ports/port_message.h"
 
 namespace vxfuzz {
 namespace {

@@ -9,11 +9,11 @@
 #include "fuzz/small_television.h"
 #include "fuzz/target.h"
 #include "tests/support/machine/file_tree.h"
-#include "virtual_tv/services/backup_file.h"
+#include "virtual_tv/base/backup_file.h"
+#include "virtual_tv/base/sealing.h"
 #include "virtual_tv/services/home_data.h"
 #include "virtual_tv/services/timer_store.h"
 #include "virtual_tv/services/value_services.h"
-#include "virtual_tv/television/byte_order.h"
 
 namespace vxfuzz {
 namespace {

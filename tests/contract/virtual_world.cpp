@@ -12,12 +12,11 @@
 #include "tests/support/machine/temporary_directory.h"
 #include "tests/support/services/sample_channels.h"
 #include "tests/support/services/sample_services.h"
-#include "virtual_tv/services/clone_directory.h"
-#include "virtual_tv/session/bus_share.h"
-#include "virtual_tv/television/application_id.h"
-#include "virtual_tv/television/application_run.h"
-#include "virtual_tv/television/applications.h"
-#include "virtual_tv/television/creation.h"
+#include "virtual_tv/applications/application_run.h"
+#include "virtual_tv/applications/applications.h"
+#include "virtual_tv/bus/bus_share.h"
+#include "virtual_tv/factory/creation.h"
+#include "virtual_tv/store/folder.h"
 #include "virtual_tv/television/key_file.h"
 
 namespace vxcontract {

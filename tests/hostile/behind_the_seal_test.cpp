@@ -11,7 +11,7 @@
 #include "tests/hostile/damage.h"
 #include "tests/hostile/sealing_again.h"
 #include "tests/hostile/stage.h"
-#include "tests/unit/virtual_tv/zip_builder.h"
+#include "tests/unit/virtual_tv/channels/zip_builder.h"
 
 namespace vxtest {
 namespace {

@@ -17,7 +17,7 @@
 #include "tests/hostile/stage.h"
 #include "tests/unit/cloning_app/own_mounts.h"
 #include "tests/unit/cloning_app/recording_view.h"
-#include "virtual_tv/television/destruction.h"
+#include "virtual_tv/factory/destruction.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <tuple>
 
 #include "tests/integration/clone_fixture.h"
-#include "virtual_tv/television/application_manifest.h"
+#include "virtual_tv/applications/application_manifest.h"
 
 namespace vxtest {
 namespace {

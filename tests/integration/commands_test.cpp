@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "tests/integration/clone_fixture.h"
-#include "virtual_tv/television/contract_calls.h"
+#include "virtual_tv/calls/contract_calls.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtest {

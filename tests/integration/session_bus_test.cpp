@@ -5,8 +5,8 @@
 #include <memory>
 
 #include "tests/integration/session_test.h"
-#include "virtual_tv/bus/bus_address.h"
-#include "virtual_tv/session/descriptor.h"
+#include "virtual_tv/base/descriptor.h"
+#include "virtual_tv/television/bus_address.h"
 
 namespace vxtest {
 namespace {

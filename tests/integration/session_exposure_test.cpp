@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "virtual_tv/session/covered.h"
-#include "virtual_tv/session/exposure.h"
+#include "virtual_tv/session/mounts.h"
 
 namespace vxtv {
 namespace {

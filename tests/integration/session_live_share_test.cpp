@@ -4,8 +4,8 @@
 #include <sys/wait.h>
 
 #include "tests/support/machine/temporary_directory.h"
-#include "virtual_tv/session/keeper.h"
-#include "virtual_tv/session/live_share.h"
+#include "virtual_tv/process/keeper.h"
+#include "virtual_tv/process/live_share.h"
 
 namespace vxtest {
 namespace {

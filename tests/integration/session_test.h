@@ -10,7 +10,7 @@
 #include "tests/support/machine/process.h"
 #include "tests/support/machine/temporary_directory.h"
 #include "tests/support/machine/tool_paths.h"
-#include "virtual_tv/television/folder.h"
+#include "virtual_tv/store/folder.h"
 
 namespace vxtest {
 

@@ -6,11 +6,11 @@
 #include <system_error>
 
 #include "common/terminal_table.h"
-#include "virtual_tv/commands/application_session.h"
+#include "virtual_tv/applications/application_run.h"
+#include "virtual_tv/applications/applications.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
-#include "virtual_tv/television/application_run.h"
-#include "virtual_tv/television/applications.h"
+#include "virtual_tv/session/application_session.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {

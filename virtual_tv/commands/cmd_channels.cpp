@@ -3,11 +3,11 @@
 #include <memory>
 
 #include "common/terminal_table.h"
+#include "virtual_tv/channels/channel_json.h"
+#include "virtual_tv/channels/channel_store.h"
+#include "virtual_tv/channels/navigation_lists.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
-#include "virtual_tv/services/channel_json.h"
-#include "virtual_tv/services/channel_store.h"
-#include "virtual_tv/services/navigation_lists.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {

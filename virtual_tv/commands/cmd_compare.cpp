@@ -6,7 +6,7 @@
 #include "common/terminal_table.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
-#include "virtual_tv/television/comparison.h"
+#include "virtual_tv/factory/comparison.h"
 
 namespace vxtv {
 
@@ -25,7 +25,7 @@ struct CompareOptions {
     bool json = false;
 };
 
-struct Outcome {
+struct Compared {
     Identity first;
     Identity second;
     std::vector<AreaComparison> areas;
@@ -39,7 +39,7 @@ struct Outcome {
     }
 };
 
-Result<Outcome> compare(const CompareOptions& options) {
+Result<Compared> compare(const CompareOptions& options) {
     const Result<Television> first = Television::open(options.first);
     const Result<Television> second =
         first ? Television::open(options.second) : tl::make_unexpected(first.error());
@@ -55,7 +55,7 @@ Result<Outcome> compare(const CompareOptions& options) {
     if (!options.everything) {
         std::erase_if(*areas, [](const AreaComparison& area) { return area.fate == Fate::Kept; });
     }
-    return Outcome{*mine, *theirs, std::move(*areas), options.everything};
+    return Compared{*mine, *theirs, std::move(*areas), options.everything};
 }
 
 Json identityJson(const Identity& identity) {
@@ -63,7 +63,7 @@ Json identityJson(const Identity& identity) {
         {"model", identity.model}, {"productTag", identity.productTag}, {"tunerType", identity.tunerType}};
 }
 
-void printOutcomeJson(const Outcome& outcome) {
+void printOutcomeJson(const Compared& outcome) {
     Json areas = Json::array();
     for (const AreaComparison& area : outcome.areas) {
         Json differences = Json::array();
@@ -89,7 +89,7 @@ Printable identityLine(const std::string& folder, const Identity& identity) {
 }
 
 /// "AREA: same", or how many things of it differ.
-Printable verdictLine(const Outcome& outcome, const AreaComparison& area, bool coloured) {
+Printable verdictLine(const Compared& outcome, const AreaComparison& area, bool coloured) {
     const std::size_t count = area.differences.size();
     if (count == 0) {
         return vxcommon::printable(area.area) + ": " + vxcommon::paint("same", Colour::Good, coloured) + "\n";
@@ -102,13 +102,13 @@ Printable verdictLine(const Outcome& outcome, const AreaComparison& area, bool c
            (isJudged ? PrintableView("") : PrintableView(" (not judged)")) + "\n";
 }
 
-void printSummary(const Outcome& outcome) {
+void printSummary(const Compared& outcome) {
     for (const AreaComparison& area : outcome.areas) {
         print(verdictLine(outcome, area, outputScreen().coloured));
     }
 }
 
-void printOutcomeText(const CompareOptions& options, const Outcome& outcome) {
+void printOutcomeText(const CompareOptions& options, const Compared& outcome) {
     const vxcommon::Screen screen = outputScreen();
     print(identityLine(options.first, outcome.first) + identityLine(options.second, outcome.second));
     for (const AreaComparison& area : outcome.areas) {
@@ -124,7 +124,7 @@ void printOutcomeText(const CompareOptions& options, const Outcome& outcome) {
 }
 
 int show(const CompareOptions& options) {
-    const Result<Outcome> outcome = compare(options);
+    const Result<Compared> outcome = compare(options);
     if (!outcome) {
         return complain(outcome.error());
     }

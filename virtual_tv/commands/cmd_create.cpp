@@ -5,8 +5,8 @@
 
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
-#include "virtual_tv/television/creation.h"
-#include "virtual_tv/television/profile_shelf.h"
+#include "virtual_tv/factory/creation.h"
+#include "virtual_tv/factory/profile_shelf.h"
 
 namespace vxtv {
 

@@ -2,7 +2,7 @@
 
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
-#include "virtual_tv/television/destruction.h"
+#include "virtual_tv/factory/destruction.h"
 
 namespace vxtv {
 

@@ -3,10 +3,9 @@
 #include <memory>
 
 #include "common/terminal_table.h"
+#include "virtual_tv/calls/contract_calls.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
-#include "virtual_tv/commands/setting_lookup.h"
-#include "virtual_tv/television/contract_calls.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {

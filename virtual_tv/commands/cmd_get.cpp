@@ -2,8 +2,7 @@
 
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
-#include "virtual_tv/commands/setting_lookup.h"
-#include "virtual_tv/television/setting_text.h"
+#include "virtual_tv/store/setting_text.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {

@@ -2,12 +2,12 @@
 
 #include <memory>
 
+#include "virtual_tv/base/private_file.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
+#include "virtual_tv/factory/profile_shelf.h"
 #include "virtual_tv/television/key_file.h"
 #include "virtual_tv/television/key_installation.h"
-#include "virtual_tv/television/private_file.h"
-#include "virtual_tv/television/profile_shelf.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {

@@ -9,9 +9,9 @@
 #include <cstring>
 #include <memory>
 
+#include "virtual_tv/base/own_file.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
-#include "virtual_tv/television/own_file.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {

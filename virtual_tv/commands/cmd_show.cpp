@@ -7,12 +7,12 @@
 #include <system_error>
 
 #include "common/terminal_table.h"
+#include "virtual_tv/base/private_file.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
 #include "virtual_tv/show/gathering.h"
 #include "virtual_tv/show/html_page.h"
 #include "virtual_tv/show/terminal_page.h"
-#include "virtual_tv/television/private_file.h"
 
 namespace vxtv {
 

@@ -5,6 +5,7 @@
 #include "common/suggestion.h"
 #include "common/terminal_table.h"
 #include "common/writer.h"
+#include "virtual_tv/television/television.h"
 
 namespace vxtv {
 
@@ -24,6 +25,18 @@ Error asking(Error error, std::string_view typed, const std::vector<std::string>
     const std::string question = vxcommon::didYouMean(typed, names);
     error.sentence += question.empty() ? "" : "; " + question;
     return error;
+}
+
+Result<Setting> lookUpSetting(const Television& television, const std::string& key) {
+    Result<Setting> found = television.settings().get(key);
+    if (found || found.error().code != ErrorCode::UnknownKey) {
+        return found;
+    }
+    std::vector<std::string> keys;
+    for (const Setting& setting : television.settings().list().value_or(std::vector<Setting>())) {
+        keys.push_back(setting.key);
+    }
+    return tl::make_unexpected(asking(found.error(), key, keys));
 }
 
 }  // namespace vxtv

@@ -6,9 +6,12 @@
 #include <string_view>
 #include <vector>
 
-#include "virtual_tv/television/error.h"
+#include "virtual_tv/base/error.h"
 
 namespace vxtv {
+
+struct Setting;
+class Television;
 
 /// Exit statuses of vxtv. `run` and `shell` end with their command's own status instead.
 inline constexpr int kExitOk = 0;
@@ -45,5 +48,9 @@ int complain(const Error& error);
 /// The error with a question behind its sentence: which of the names was meant by what was typed. Unchanged
 /// where none is like it.
 Error asking(Error error, std::string_view typed, const std::vector<std::string>& names);
+
+/// The setting that a person typed the key of. Errors: those of `SettingsStore::get`; an unknown key comes
+/// with the one that was likely meant.
+Result<Setting> lookUpSetting(const Television& television, const std::string& key);
 
 }  // namespace vxtv

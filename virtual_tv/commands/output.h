@@ -5,7 +5,7 @@
 
 #include "common/terminal_table.h"
 #include "common/writer.h"
-#include "virtual_tv/television/settings_store.h"
+#include "virtual_tv/store/settings_store.h"
 
 namespace vxtv {
 

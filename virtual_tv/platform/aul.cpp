@@ -4,12 +4,12 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "virtual_tv/applications/application_launch.h"
+#include "virtual_tv/applications/application_manifest.h"
+#include "virtual_tv/applications/application_run.h"
 #include "virtual_tv/platform/bundle_content.h"
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/platform/status_table.h"
-#include "virtual_tv/television/application_launch.h"
-#include "virtual_tv/television/application_manifest.h"
-#include "virtual_tv/television/application_run.h"
+#include "virtual_tv/platform/statuses.h"
 
 using namespace vxtv;
 

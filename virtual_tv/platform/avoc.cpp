@@ -1,7 +1,7 @@
 #include "platform/avoc.h"
 
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/platform/service_status.h"
+#include "virtual_tv/platform/statuses.h"
 #include "virtual_tv/services/value_services.h"
 
 using namespace vxtv;

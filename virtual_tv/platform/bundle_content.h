@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/bundle.h"
-#include "virtual_tv/bus/port_entries.h"
+#include "virtual_tv/ports/port.h"
 
 /// What a bundle is on this television.
 struct _bundle_t {

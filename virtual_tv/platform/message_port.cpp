@@ -3,10 +3,10 @@
 #include <cstdlib>
 #include <memory>
 
-#include "virtual_tv/bus/message_ports.h"
+#include "virtual_tv/applications/applications.h"
 #include "virtual_tv/platform/bundle_content.h"
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/television/application_id.h"
+#include "virtual_tv/ports/message_ports.h"
 
 using namespace vxtv;
 

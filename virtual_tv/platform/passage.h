@@ -9,8 +9,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "virtual_tv/calls/contract_calls.h"
 #include "virtual_tv/platform/process_television.h"
-#include "virtual_tv/television/contract_calls.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {

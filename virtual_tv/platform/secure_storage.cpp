@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/platform/status_table.h"
-#include "virtual_tv/television/secure_storage.h"
+#include "virtual_tv/platform/statuses.h"
+#include "virtual_tv/store/secure_storage.h"
 
 using namespace vxtv;
 

@@ -2,12 +2,11 @@
 
 #include <array>
 
+#include "virtual_tv/channels/channel_archive.h"
+#include "virtual_tv/channels/navigation_lists.h"
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/platform/service_log.h"
-#include "virtual_tv/platform/service_status.h"
-#include "virtual_tv/services/channel_archive.h"
-#include "virtual_tv/services/data_services.h"
-#include "virtual_tv/services/navigation_lists.h"
+#include "virtual_tv/platform/statuses.h"
+#include "virtual_tv/store/data_service.h"
 
 using namespace vxtv;
 

@@ -1,8 +1,7 @@
 #include "platform/tvtimer.h"
 
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/platform/service_log.h"
-#include "virtual_tv/platform/service_status.h"
+#include "virtual_tv/platform/statuses.h"
 #include "virtual_tv/services/timer_store.h"
 
 using namespace vxtv;

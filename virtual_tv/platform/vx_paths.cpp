@@ -1,7 +1,7 @@
 #include "platform/vx_paths.h"
 
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/television/picture_areas.h"
+#include "virtual_tv/store/folder.h"
 
 using namespace vxtv;
 

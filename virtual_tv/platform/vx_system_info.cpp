@@ -1,7 +1,7 @@
 #include "platform/vx_system_info.h"
 
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/platform/service_status.h"
+#include "virtual_tv/platform/statuses.h"
 #include "virtual_tv/services/network_time.h"
 
 using namespace vxtv;

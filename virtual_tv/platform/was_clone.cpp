@@ -1,9 +1,9 @@
 #include "platform/was_clone.h"
 
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/platform/service_status.h"
-#include "virtual_tv/services/clone_directory.h"
+#include "virtual_tv/platform/statuses.h"
 #include "virtual_tv/services/value_services.h"
+#include "virtual_tv/store/folder.h"
 
 using namespace vxtv;
 

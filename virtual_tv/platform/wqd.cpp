@@ -3,7 +3,7 @@
 #include <array>
 
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/platform/status_table.h"
+#include "virtual_tv/platform/statuses.h"
 #include "virtual_tv/television/key_installation.h"
 
 using namespace vxtv;

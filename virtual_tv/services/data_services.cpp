@@ -1,10 +1,8 @@
 #include "virtual_tv/services/data_services.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
-#include "virtual_tv/services/channel_store.h"
+#include "virtual_tv/channels/channel_store.h"
 #include "virtual_tv/services/network_time.h"
 #include "virtual_tv/services/source_list.h"
 #include "virtual_tv/services/timer_store.h"
@@ -36,30 +34,14 @@ const DataService* findDataService(std::string_view name) {
 
 void createDataServices(SQLite::Database& connection, const std::map<std::string, nlohmann::json>& sections,
                         const std::filesystem::path& profileFolder) {
-    connection.exec("CREATE TABLE services (name TEXT NOT NULL PRIMARY KEY) WITHOUT ROWID");
+    createServiceTable(connection);
     for (const DataService& service : dataServices()) {
         const auto section = sections.find(std::string(service.name));
         if (section != sections.end()) {
-            SQLite::Statement note(connection, "INSERT INTO services (name) VALUES (?)");
-            note.bind(1, section->first);
-            note.exec();
+            noteDataService(connection, service.name);
             service.create(connection, {section->second, "services > " + section->first, profileFolder});
         }
     }
-}
-
-bool hasDataService(SQLite::Database& connection, std::string_view name) {
-    SQLite::Statement row(connection, "SELECT 1 FROM services WHERE name = ?");
-    row.bind(1, std::string(name));
-    return row.executeStep();
-}
-
-Result<void> requireDataService(SQLite::Database& connection, std::string_view name) {
-    if (hasDataService(connection, name)) {
-        return {};
-    }
-    return failure(ErrorCode::UnknownService,
-                   fmt::format("this television has no service \"{}\"; its profile gave it none", name));
 }
 
 }  // namespace vxtv

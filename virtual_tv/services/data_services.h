@@ -2,8 +2,7 @@
 
 #include <vector>
 
-#include "virtual_tv/services/data_service.h"
-#include "virtual_tv/television/error.h"
+#include "virtual_tv/store/data_service.h"
 
 namespace vxtv {
 
@@ -17,11 +16,5 @@ const DataService* findDataService(std::string_view name);
 /// DataService::create does.
 void createDataServices(SQLite::Database& connection, const std::map<std::string, nlohmann::json>& sections,
                         const std::filesystem::path& profileFolder);
-
-/// Whether this television has the service.
-bool hasDataService(SQLite::Database& connection, std::string_view name);
-
-/// Nothing when this television has the service. Errors: UnknownService.
-Result<void> requireDataService(SQLite::Database& connection, std::string_view name);
 
 }  // namespace vxtv

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "virtual_tv/television/database.h"
+#include "virtual_tv/store/database.h"
 
 namespace vxtv {
 

@@ -6,8 +6,8 @@
 
 #include <algorithm>
 
-#include "virtual_tv/services/data_services.h"
-#include "virtual_tv/television/profile_reading.h"
+#include "virtual_tv/base/json_reading.h"
+#include "virtual_tv/store/data_service.h"
 
 namespace vxtv {
 

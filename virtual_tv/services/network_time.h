@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "virtual_tv/services/data_service.h"
-#include "virtual_tv/television/database.h"
+#include "virtual_tv/store/data_service.h"
+#include "virtual_tv/store/database.h"
 
 namespace vxtv {
 

@@ -7,9 +7,9 @@
 #include <set>
 #include <string_view>
 
-#include "virtual_tv/services/data_services.h"
-#include "virtual_tv/television/private_file.h"
-#include "virtual_tv/television/profile_reading.h"
+#include "virtual_tv/base/json_reading.h"
+#include "virtual_tv/base/private_file.h"
+#include "virtual_tv/store/data_service.h"
 
 namespace vxtv {
 

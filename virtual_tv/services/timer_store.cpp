@@ -6,11 +6,11 @@
 #include <array>
 #include <string_view>
 
-#include "virtual_tv/services/backup_file.h"
-#include "virtual_tv/services/channel_map.h"
-#include "virtual_tv/services/channel_reading.h"
-#include "virtual_tv/services/data_services.h"
-#include "virtual_tv/television/profile_reading.h"
+#include "virtual_tv/base/backup_file.h"
+#include "virtual_tv/base/json_reading.h"
+#include "virtual_tv/channels/channel_map.h"
+#include "virtual_tv/channels/channel_reading.h"
+#include "virtual_tv/store/data_service.h"
 
 namespace vxtv {
 

@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
-#include "virtual_tv/services/backup_file.h"
-#include "virtual_tv/services/data_services.h"
-#include "virtual_tv/television/profile_reading.h"
+#include "virtual_tv/base/backup_file.h"
+#include "virtual_tv/base/json_reading.h"
+#include "virtual_tv/store/data_service.h"
 
 namespace vxtv {
 

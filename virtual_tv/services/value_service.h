@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "virtual_tv/services/value_shape.h"
-#include "virtual_tv/television/database.h"
+#include "virtual_tv/store/database.h"
 
 namespace vxtv {
 

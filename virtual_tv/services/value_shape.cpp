@@ -6,7 +6,7 @@
 #include <set>
 #include <utility>
 
-#include "virtual_tv/television/profile_reading.h"
+#include "virtual_tv/base/json_reading.h"
 
 namespace vxtv {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "virtual_tv/services/data_service.h"
+#include "virtual_tv/store/data_service.h"
 
 namespace vxtv {
 

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 
-#include "virtual_tv/television/own_file.h"
+#include "virtual_tv/base/own_file.h"
 
 namespace vxtv {
 

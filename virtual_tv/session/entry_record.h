@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <vector>
 
-#include "virtual_tv/session/descriptor.h"
-#include "virtual_tv/television/error.h"
-#include "virtual_tv/television/folder.h"
+#include "virtual_tv/base/descriptor.h"
+#include "virtual_tv/base/error.h"
+#include "virtual_tv/store/folder.h"
 
 namespace vxtv {
 

@@ -13,10 +13,10 @@
 #include <array>
 #include <exception>
 
-#include "virtual_tv/session/keeper.h"
-#include "virtual_tv/session/message_channel.h"
-#include "virtual_tv/television/application_home.h"
-#include "virtual_tv/television/application_launch.h"
+#include "virtual_tv/applications/application_home.h"
+#include "virtual_tv/applications/application_launch.h"
+#include "virtual_tv/process/keeper.h"
+#include "virtual_tv/process/message_channel.h"
 
 namespace vxtv {
 

@@ -2,10 +2,10 @@
 
 #include <functional>
 
-#include "virtual_tv/session/isolation.h"
-#include "virtual_tv/session/live_share.h"
-#include "virtual_tv/television/error.h"
-#include "virtual_tv/television/folder.h"
+#include "virtual_tv/base/error.h"
+#include "virtual_tv/process/isolation.h"
+#include "virtual_tv/process/live_share.h"
+#include "virtual_tv/store/folder.h"
 
 namespace vxtv {
 

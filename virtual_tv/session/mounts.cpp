@@ -11,11 +11,77 @@
 #include <string>
 #include <system_error>
 
-#include "virtual_tv/session/covered.h"
-#include "virtual_tv/session/descriptor.h"
-#include "virtual_tv/session/exposure.h"
+#include "virtual_tv/base/descriptor.h"
 
 namespace vxtv {
+
+namespace {
+
+std::vector<CoveredRoot> findCoveredRoots() {
+    const Folder relative{std::filesystem::path()};
+    std::vector<CoveredRoot> roots;
+    for (const auto& inFolder : {relative.opt(), relative.tmp(), relative.media()}) {
+        const auto seenAs = "/" / inFolder;
+        roots.push_back({seenAs, inFolder});
+        std::error_code absent;
+        const auto real = std::filesystem::canonical(seenAs, absent);
+        if (!absent && real != seenAs) roots.push_back({real, inFolder});
+    }
+    return roots;
+}
+
+}  // namespace
+
+const std::vector<CoveredRoot>& coveredRoots() {
+    static const auto roots = findCoveredRoots();
+    return roots;
+}
+
+bool isBelow(const std::filesystem::path& path, const std::filesystem::path& ancestor) {
+    const auto [end, next] = std::mismatch(ancestor.begin(), ancestor.end(), path.begin(), path.end());
+    return end == ancestor.end() && next != path.end();
+}
+
+const CoveredRoot* coveringRoot(const std::filesystem::path& path) {
+    const auto& roots = coveredRoots();
+    const auto found = std::find_if(roots.begin(), roots.end(),
+                                    [&](const auto& root) { return isBelow(path, root.seenAs); });
+    return found == roots.end() ? nullptr : &*found;
+}
+
+std::filesystem::path pathInFolder(const std::filesystem::path& path) {
+    const auto* root = coveringRoot(path);
+    return root == nullptr ? std::filesystem::path() : root->inFolder / path.lexically_relative(root->seenAs);
+}
+
+std::vector<std::filesystem::path> pathsToExpose(const std::vector<std::filesystem::path>& needed,
+                                                 const std::vector<std::filesystem::path>& covered) {
+    auto candidates = needed;
+    std::sort(candidates.begin(), candidates.end());
+    std::vector<std::filesystem::path> exposed;
+    for (const auto& path : candidates) {
+        const auto holdsPath = [&](const auto& other) { return other == path || isBelow(path, other); };
+        const bool isCovered = std::any_of(covered.begin(), covered.end(),
+                                           [&](const auto& root) { return isBelow(path, root); }) &&
+                               std::find(covered.begin(), covered.end(), path) == covered.end();
+        if (isCovered && std::none_of(exposed.begin(), exposed.end(), holdsPath)) exposed.push_back(path);
+    }
+    return exposed;
+}
+
+std::vector<std::filesystem::path> bothNames(const std::filesystem::path& path) {
+    auto written = std::filesystem::absolute(path).lexically_normal();
+    if (!written.has_filename()) written = written.parent_path();
+    std::error_code absent;
+    const auto real = std::filesystem::canonical(path, absent);
+    if (absent || real == written) return {written};
+    return {written, real};
+}
+
+std::filesystem::path ownTree() {
+    std::error_code unreadable;
+    return std::filesystem::read_symlink("/proc/self/exe", unreadable).parent_path().parent_path();
+}
 
 namespace {
 

@@ -7,19 +7,18 @@
 
 #include <system_error>
 
-#include "virtual_tv/session/covered.h"
-#include "virtual_tv/session/exposure.h"
+#include "virtual_tv/applications/application_launch.h"
+#include "virtual_tv/applications/application_run.h"
+#include "virtual_tv/base/live_file.h"
+#include "virtual_tv/base/own_file.h"
+#include "virtual_tv/process/program.h"
 #include "virtual_tv/session/home_keeper.h"
-#include "virtual_tv/session/program.h"
+#include "virtual_tv/session/mounts.h"
 #include "virtual_tv/session/real_paths.h"
-#include "virtual_tv/television/application_launch.h"
-#include "virtual_tv/television/application_run.h"
-#include "virtual_tv/television/database.h"
-#include "virtual_tv/television/live_file.h"
-#include "virtual_tv/television/own_file.h"
-#include "virtual_tv/television/picture_areas.h"
+#include "virtual_tv/store/database.h"
+#include "virtual_tv/store/folder.h"
+#include "virtual_tv/store/secure_storage.h"
 #include "virtual_tv/television/ready_mark.h"
-#include "virtual_tv/television/secure_storage.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {

@@ -6,16 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "virtual_tv/session/bus_share.h"
+#include "virtual_tv/base/error.h"
+#include "virtual_tv/bus/bus_share.h"
+#include "virtual_tv/process/isolation.h"
+#include "virtual_tv/process/live_share.h"
+#include "virtual_tv/process/supervisor.h"
 #include "virtual_tv/session/entry_record.h"
-#include "virtual_tv/session/isolation.h"
-#include "virtual_tv/session/live_share.h"
 #include "virtual_tv/session/mounts.h"
 #include "virtual_tv/session/session_lock.h"
 #include "virtual_tv/session/stick.h"
-#include "virtual_tv/session/supervisor.h"
-#include "virtual_tv/television/error.h"
-#include "virtual_tv/television/folder.h"
+#include "virtual_tv/store/folder.h"
 
 namespace vxtv {
 

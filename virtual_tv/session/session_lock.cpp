@@ -8,7 +8,7 @@
 #include <system_error>
 #include <utility>
 
-#include "virtual_tv/television/own_file.h"
+#include "virtual_tv/base/own_file.h"
 
 namespace vxtv {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "virtual_tv/television/error.h"
+#include "virtual_tv/base/error.h"
 
 namespace vxtv {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "virtual_tv/services/channel_store.h"
-#include "virtual_tv/services/navigation_lists.h"
+#include "virtual_tv/channels/channel_store.h"
+#include "virtual_tv/channels/navigation_lists.h"
 #include "virtual_tv/show/sections.h"
 
 namespace vxtv::show {

@@ -9,7 +9,7 @@
 #include "virtual_tv/services/timer_store.h"
 #include "virtual_tv/show/sections.h"
 #include "virtual_tv/show/value_cards.h"
-#include "virtual_tv/television/picture_areas.h"
+#include "virtual_tv/store/folder.h"
 
 namespace vxtv::show {
 

@@ -3,7 +3,7 @@
 #include "virtual_tv/show/known_settings.h"
 #include "virtual_tv/show/sections.h"
 #include "virtual_tv/show/value_cards.h"
-#include "virtual_tv/television/setting_text.h"
+#include "virtual_tv/store/setting_text.h"
 
 namespace vxtv::show {
 

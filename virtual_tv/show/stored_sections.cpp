@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
+#include "virtual_tv/applications/application_data.h"
+#include "virtual_tv/applications/application_run.h"
+#include "virtual_tv/applications/applications.h"
 #include "virtual_tv/show/sections.h"
 #include "virtual_tv/show/value_cards.h"
-#include "virtual_tv/television/application_data.h"
-#include "virtual_tv/television/application_run.h"
-#include "virtual_tv/television/applications.h"
-#include "virtual_tv/television/picture_areas.h"
+#include "virtual_tv/store/folder.h"
 
 namespace vxtv::show {
 

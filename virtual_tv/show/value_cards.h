@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "virtual_tv/services/data_service.h"
 #include "virtual_tv/show/page.h"
+#include "virtual_tv/store/data_service.h"
 
 namespace vxtv::show {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "virtual_tv/television/credential.h"
-#include "virtual_tv/television/error.h"
+#include "virtual_tv/base/credential.h"
+#include "virtual_tv/base/error.h"
 
 namespace vxtv {
 

@@ -4,10 +4,10 @@
 
 #include <system_error>
 
+#include "virtual_tv/base/private_file.h"
+#include "virtual_tv/store/folder.h"
+#include "virtual_tv/store/secure_storage.h"
 #include "virtual_tv/television/key_file.h"
-#include "virtual_tv/television/picture_areas.h"
-#include "virtual_tv/television/private_file.h"
-#include "virtual_tv/television/secure_storage.h"
 
 namespace vxtv {
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "virtual_tv/television/private_file.h"
+#include "virtual_tv/base/private_file.h"
 
 namespace vxtv {
 

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string>
 
-#include "virtual_tv/television/credential.h"
-#include "virtual_tv/television/error.h"
+#include "virtual_tv/base/credential.h"
+#include "virtual_tv/base/error.h"
 
 namespace vxtv {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-#include "virtual_tv/session/descriptor.h"
-#include "virtual_tv/television/private_file.h"
+#include "virtual_tv/base/descriptor.h"
+#include "virtual_tv/base/private_file.h"
 
 namespace vxtv {
 

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "virtual_tv/television/error.h"
+#include "virtual_tv/base/error.h"
 
 namespace vxtv {
 

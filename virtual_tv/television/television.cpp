@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "virtual_tv/television/own_file.h"
+#include "virtual_tv/base/own_file.h"
 
 namespace vxtv {
 

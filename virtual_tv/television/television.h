@@ -3,15 +3,15 @@
 #include <filesystem>
 #include <memory>
 
-#include "virtual_tv/television/call_log.h"
-#include "virtual_tv/television/database.h"
-#include "virtual_tv/television/dlog_file.h"
-#include "virtual_tv/television/error.h"
-#include "virtual_tv/television/fault_plan.h"
-#include "virtual_tv/television/folder.h"
-#include "virtual_tv/television/secure_storage.h"
-#include "virtual_tv/television/settings_store.h"
-#include "virtual_tv/television/system_information.h"
+#include "virtual_tv/base/error.h"
+#include "virtual_tv/calls/call_log.h"
+#include "virtual_tv/calls/dlog_file.h"
+#include "virtual_tv/calls/fault_plan.h"
+#include "virtual_tv/store/database.h"
+#include "virtual_tv/store/folder.h"
+#include "virtual_tv/store/secure_storage.h"
+#include "virtual_tv/store/settings_store.h"
+#include "virtual_tv/store/system_information.h"
 
 namespace vxtv {
 

@@ -7,9 +7,7 @@
 #include <vector>
 
 #include "tests/support/machine/tool_paths.h"
-#include "virtual_tv/session/covered.h"
-#include "virtual_tv/session/exposure.h"
-#include "virtual_tv/session/isolation.h"
+#include "virtual_tv/process/isolation.h"
 #include "virtual_tv/session/mounts.h"
 
 namespace vxtest {

@@ -2,7 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "virtual_tv/television/profile.h"
+#include "virtual_tv/factory/profile.h"
 
 namespace vxtest {
 

@@ -3,8 +3,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "virtual_tv/factory/profile.h"
 #include "virtual_tv/services/value_services.h"
-#include "virtual_tv/television/profile.h"
 
 namespace vxtest {
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <map>
 
-#include "virtual_tv/television/contract_calls.h"
+#include "virtual_tv/calls/contract_calls.h"
 
 namespace vxtest {
 

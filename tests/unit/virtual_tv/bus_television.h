@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "tests/support/machine/temporary_directory.h"
-#include "virtual_tv/bus/message_ports.h"
-#include "virtual_tv/session/bus_share.h"
+#include "virtual_tv/bus/bus_share.h"
+#include "virtual_tv/ports/message_ports.h"
 
 namespace vxtv {
 

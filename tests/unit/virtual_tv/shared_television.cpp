@@ -1,4 +1,4 @@
-#include "shared_television.h"
+#include "tests/unit/virtual_tv/shared_television.h"
 
 #include <stdlib.h>
 

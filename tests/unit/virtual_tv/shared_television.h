@@ -1,6 +1,6 @@
 #pragma once
 
-#include "test_television.h"
+#include "tests/unit/virtual_tv/test_television.h"
 
 namespace vxtv::test {
 

@@ -1,4 +1,4 @@
-#include "test_television.h"
+#include "tests/unit/virtual_tv/test_television.h"
 
 #include <stdlib.h>
 #include <sys/wait.h>

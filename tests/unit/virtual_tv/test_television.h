@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "virtual_tv/television/creation.h"
+#include "virtual_tv/factory/creation.h"
 #include "virtual_tv/television/key_file.h"
 #include "virtual_tv/television/television.h"
 

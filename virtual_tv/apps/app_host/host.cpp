@@ -14,12 +14,11 @@
 #include <vector>
 
 #include "platform/dlog.h"
+#include "virtual_tv/applications/application_run.h"
+#include "virtual_tv/applications/applications.h"
 #include "virtual_tv/apps/app_host/line_reader.h"
-#include "virtual_tv/session/descriptor.h"
-#include "virtual_tv/television/application_id.h"
-#include "virtual_tv/television/application_run.h"
-#include "virtual_tv/television/applications.h"
-#include "virtual_tv/television/dlog_file.h"
+#include "virtual_tv/base/descriptor.h"
+#include "virtual_tv/calls/dlog_file.h"
 
 namespace vxtv {
 

@@ -3,9 +3,9 @@
 #include <functional>
 #include <string>
 
-#include "virtual_tv/television/application_launch.h"
-#include "virtual_tv/television/error.h"
-#include "virtual_tv/television/folder.h"
+#include "virtual_tv/applications/application_launch.h"
+#include "virtual_tv/base/error.h"
+#include "virtual_tv/store/folder.h"
 
 namespace vxtv {
 

@@ -1,4 +1,4 @@
-// The parent of one application of a virtual television; see virtual_tv/television/application_launch.h.
+// The parent of one application of a virtual television; see virtual_tv/applications/application_launch.h.
 
 #include <fcntl.h>
 #include <signal.h>
@@ -11,9 +11,9 @@
 
 #include "common/plain_reason.h"
 #include "common/writer.h"
+#include "virtual_tv/applications/application_launch.h"
 #include "virtual_tv/apps/app_host/host.h"
-#include "virtual_tv/session/descriptor.h"
-#include "virtual_tv/television/application_launch.h"
+#include "virtual_tv/base/descriptor.h"
 
 namespace {
 

@@ -10,9 +10,9 @@
 #include <system_error>
 
 #include "common/tree_removal.h"
-#include "virtual_tv/apps/hotel_app/hotel_database.h"
-#include "virtual_tv/session/descriptor.h"
-#include "virtual_tv/television/private_file.h"
+#include "virtual_tv/applications/hotel_database.h"
+#include "virtual_tv/base/descriptor.h"
+#include "virtual_tv/base/private_file.h"
 
 namespace vxtv::hotel {
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string_view>
 
-#include "virtual_tv/television/error.h"
+#include "virtual_tv/base/error.h"
 
 namespace vxtv::hotel {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "virtual_tv/apps/hotel_app/data_folder.h"
-#include "virtual_tv/television/error.h"
+#include "virtual_tv/base/error.h"
 
 namespace vxtv::hotel {
 

@@ -5,8 +5,8 @@
 
 #include "common/plain_reason.h"
 #include "common/writer.h"
+#include "virtual_tv/applications/applications.h"
 #include "virtual_tv/apps/hotel_app/service.h"
-#include "virtual_tv/television/application_id.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 
 #include "common/printable.h"
 #include "common/strict_json.h"
-#include "virtual_tv/apps/hotel_app/hotel_database.h"
-#include "virtual_tv/television/private_file.h"
-#include "virtual_tv/television/profile_reading.h"
+#include "virtual_tv/applications/hotel_database.h"
+#include "virtual_tv/base/json_reading.h"
+#include "virtual_tv/base/private_file.h"
 
 namespace vxtv::hotel {
 

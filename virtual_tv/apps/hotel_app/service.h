@@ -7,7 +7,7 @@
 #include "platform/bundle.h"
 #include "virtual_tv/apps/hotel_app/data_folder.h"
 #include "virtual_tv/apps/hotel_app/misbehaviour.h"
-#include "virtual_tv/session/descriptor.h"
+#include "virtual_tv/base/descriptor.h"
 
 namespace vxtv::hotel {
 

@@ -1,0 +1,154 @@
+#include "virtual_tv/base/private_file.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <system_error>
+
+#include "virtual_tv/base/descriptor.h"
+
+namespace vxtv {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+tl::unexpected<Error> cannotWrite(const fs::path& file, int error) {
+    const bool full = error == ENOSPC || error == EDQUOT;
+    const char* const advice = full             ? "make room on the disk and try again"
+                               : error == EFBIG ? kRaiseFileSizeLimit
+                                                : "check that its folder is there and may be written";
+    return failure(full ? ErrorCode::NoSpace : ErrorCode::Io,
+                   fmt::format("{} cannot be written: {}; {}", file.string(), reason(error), advice));
+}
+
+fs::path folderOf(const fs::path& file) {
+    return file.has_parent_path() ? file.parent_path() : fs::path(".");
+}
+
+ReadTrouble troubleOf(int error) {
+    if (error == ENOENT || error == ENOTDIR) {
+        return {ReadTrouble::Kind::Missing, "it is missing"};
+    }
+    // A socket cannot be opened at all.
+    const bool special = error == ELOOP || error == ENXIO;
+    return special ? ReadTrouble{ReadTrouble::Kind::NoPlainFile,
+                                 error == ELOOP ? "it is a link" : "it is a socket"}
+                   : ReadTrouble{ReadTrouble::Kind::CannotBeRead, reason(error)};
+}
+
+/// A new file beside `target`, gone unless it was put in the place of it.
+class FileBeside {
+ public:
+    explicit FileBeside(const fs::path& target)
+        : target_(target),
+          path_((folderOf(target) / ("." + target.filename().string() + ".XXXXXX")).string()),
+          file_(mkostemp(path_.data(), O_CLOEXEC)) {}
+    ~FileBeside() {
+        if (file_) {
+            unlink(path_.c_str());
+        }
+    }
+    FileBeside(const FileBeside&) = delete;
+    FileBeside& operator=(const FileBeside&) = delete;
+
+    bool write(std::string_view bytes) const {
+        while (file_ && !bytes.empty()) {
+            const ssize_t written = ::write(file_.get(), bytes.data(), bytes.size());
+            if (written < 0 && errno != EINTR) {
+                return false;
+            }
+            bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+        }
+        return file_ && fsync(file_.get()) == 0;
+    }
+
+    bool putInPlace(Existing existing) {
+        const bool done =
+            existing == Existing::Replace ? rename(path_.c_str(), target_.c_str()) == 0 : renameToNew();
+        if (done) {
+            file_.close();
+        }
+        return done;
+    }
+
+ private:
+    bool renameToNew() const {
+        if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target_.c_str(), RENAME_NOREPLACE) == 0) {
+            return true;
+        }
+        // Some file systems know no such rename; they know links instead.
+        return errno == EINVAL && link(path_.c_str(), target_.c_str()) == 0 && unlink(path_.c_str()) == 0;
+    }
+
+    fs::path target_;
+    std::string path_;
+    Descriptor file_;
+};
+
+}  // namespace
+
+tl::expected<std::string, ReadTrouble> readPlainFile(const fs::path& file, std::size_t limit) {
+    const Descriptor source(open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    struct stat status {};
+    if (!source || fstat(source.get(), &status) != 0) {
+        return tl::make_unexpected(troubleOf(errno));
+    }
+    if (!S_ISREG(status.st_mode)) {
+        return tl::make_unexpected(ReadTrouble{ReadTrouble::Kind::NoPlainFile, S_ISDIR(status.st_mode)
+                                                                                   ? "it is a folder"
+                                                                                   : "it is no plain file"});
+    }
+    std::string bytes(limit, '\0');
+    std::size_t length = 0;
+    ssize_t count = 0;
+    do {
+        count = read(source.get(), bytes.data() + length, limit - length);
+        length += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    } while ((count > 0 && length < limit) || (count < 0 && errno == EINTR));
+    if (count < 0) {
+        return tl::make_unexpected(troubleOf(errno));
+    }
+    bytes.resize(length);
+    return bytes;
+}
+
+Result<void> writePrivateFile(const fs::path& file, std::string_view bytes, Existing existing) {
+    FileBeside beside(file);
+    if (!beside.write(bytes)) {
+        return cannotWrite(file, errno);
+    }
+    if (!beside.putInPlace(existing)) {
+        if (errno == EEXIST) {
+            return failure(
+                ErrorCode::AlreadyExists,
+                fmt::format("{} already exists; choose another name, or remove it first", file.string()));
+        }
+        return cannotWrite(file, errno);
+    }
+    return flushFolder(folderOf(file));
+}
+
+Result<void> flushFolder(const fs::path& folder) {
+    const Descriptor directory(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!directory || (fsync(directory.get()) != 0 && errno != EINVAL)) {
+        return cannotWrite(folder, errno);
+    }
+    return {};
+}
+
+const char* const kRaiseFileSizeLimit = "raise the limit of the file size (ulimit -f) and try again";
+
+bool fileMayNotGrow(std::uintmax_t bytes) {
+    rlimit limit{};
+    return getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY && bytes >= limit.rlim_cur;
+}
+
+}  // namespace vxtv

@@ -1,0 +1,117 @@
+#include "virtual_tv/bus/bus_keeper.h"
+
+#include <fcntl.h>
+#include <fmt/core.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/file.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <chrono>
+
+#include "virtual_tv/bus/bus_config.h"
+#include "virtual_tv/process/keeper.h"
+
+namespace vxtv {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::seconds kStartTime(5);
+
+// Where the descriptors of the keeper and the daemon are. The last two are the keeper's own.
+enum : int { kConfigAt = kFirstKept, kAddressAt, kLifeAt, kLockAt };
+constexpr const char* kConfigFile = "--config-file=/proc/self/fd/3";
+constexpr const char* kPrintAddress = "--print-address=4";
+
+/// What the keeper needs. Between its fork and its end it may only do what a signal handler may, since the
+/// caller may have had threads.
+struct Plan {
+    const char* daemon;
+    int config;
+    int address;
+    int life;
+    int lock;
+};
+
+[[noreturn]] void becomeDaemon(const char* program, pid_t keeper) {
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    if (getppid() == keeper) {
+        execl(program, "dbus-daemon", "--nofork", "--nopidfile", "--nosyslog", kConfigFile, kPrintAddress,
+              static_cast<char*>(nullptr));
+    }
+    _exit(1);
+}
+
+[[noreturn]] void keep(const Plan& plan) {
+    becomeKeeper("vxtv-bus", {plan.config, plan.address, plan.life, plan.lock});
+    fcntl(kLockAt, F_SETFD, FD_CLOEXEC);
+    const pid_t keeper = getpid();
+    const pid_t daemon = fork();
+    if (daemon < 0) _exit(1);
+    if (daemon == 0) becomeDaemon(plan.daemon, keeper);
+    close(kConfigAt);
+    close(kAddressAt);
+    keepUntilLocked(kLockAt, daemon);
+}
+
+tl::unexpected<Error> notStarted(const std::string& why) {
+    return failure(ErrorCode::CannotRun,
+                   fmt::format("the message bus did not start ({}), so applications cannot talk to each "
+                               "other; see that dbus-daemon runs on this machine, then run the command again",
+                               why));
+}
+
+Descriptor fileWith(const std::string& text) {
+    Descriptor file(memfd_create("vxtv-bus.conf", MFD_CLOEXEC));
+    const auto length = static_cast<ssize_t>(text.size());
+    const bool isWritten =
+        file && write(file.get(), text.data(), text.size()) == length && lseek(file.get(), 0, SEEK_SET) == 0;
+    return isWritten ? std::move(file) : Descriptor();
+}
+
+/// The line that the daemon writes when it listens.
+Result<std::string> readAddress(const Descriptor& pipe) {
+    const auto deadline = Clock::now() + kStartTime;
+    std::string line;
+    while (line.find('\n') == std::string::npos) {
+        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now());
+        pollfd ready = {pipe.get(), POLLIN, 0};
+        const int polled = left.count() > 0 ? poll(&ready, 1, static_cast<int>(left.count())) : 0;
+        if (polled < 0 && errno == EINTR) continue;
+        if (polled <= 0) return notStarted("it took longer than 5 seconds");
+        std::array<char, 256> buffer{};
+        const ssize_t length = read(pipe.get(), buffer.data(), buffer.size());
+        if (length <= 0) return notStarted("dbus-daemon ended");
+        line.append(buffer.data(), static_cast<std::size_t>(length));
+    }
+    return line.substr(0, line.find('\n'));
+}
+
+}  // namespace
+
+Result<StartedService> startBus(const std::filesystem::path& daemon, ServiceStart start) {
+    const Descriptor config = fileWith(busConfig(newBusAddress()));
+    std::array<int, 2> pipe{};
+    if (!config || pipe2(pipe.data(), O_CLOEXEC) != 0) return notStarted(reason());
+    const Descriptor readEnd(pipe[0]);
+    Descriptor writeEnd(pipe[1]);
+    const Plan plan = {daemon.c_str(), config.get(), writeEnd.get(), start.life, start.lock.get()};
+    const pid_t keeper = fork();
+    if (keeper < 0) return notStarted(reason());
+    if (keeper == 0) keep(plan);
+    writeEnd.close();
+    auto address = readAddress(readEnd);
+    if (address) return StartedService{std::move(*address), keeper};
+    kill(keeper, SIGKILL);
+    while (waitpid(keeper, nullptr, 0) < 0 && errno == EINTR) continue;
+    return tl::make_unexpected(address.error());
+}
+
+}  // namespace vxtv

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "common/json_text.h"
+#include "virtual_tv/base/error.h"
+#include "virtual_tv/calls/line_file.h"
+
+namespace vxtv {
+
+/// One platform call as it is logged.
+struct CallRecord {
+    std::int64_t timeUs = 0;  ///< of the monotonic clock, when the call had ended
+    int process = 0;
+    int thread = 0;
+    std::string call;
+    nlohmann::ordered_json arguments;  ///< names and numbers; of a value that may be secret, its length
+    nlohmann::ordered_json result;
+    std::optional<std::int64_t> fault;  ///< the fault that acted
+};
+
+/// The record as one JSON object, without a line end.
+vxcommon::JsonText toJsonText(const CallRecord& record);
+
+/// The platform calls of one television, one JSON object a line. Threads and processes: any.
+class CallLog {
+ public:
+    explicit CallLog(const std::filesystem::path& file);
+
+    /// Adds the call; time, process and thread are filled in. Result: whether it was written.
+    bool append(CallRecord record);
+
+    /// Hands every record to `visit`, oldest first. Result: how many lines were no record, as a full disk or
+    /// a killed process may leave them. Errors: Io.
+    Result<int> read(const std::function<void(const CallRecord&)>& visit) const;
+
+    /// Empties the log. Errors: Io.
+    Result<void> clear();
+
+ private:
+    std::filesystem::path path_;
+    LineFile file_;
+};
+
+}  // namespace vxtv

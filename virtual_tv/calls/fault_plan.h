@@ -1,0 +1,63 @@
+#pragma once
+
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "virtual_tv/store/database.h"
+
+namespace vxtv {
+
+/// Makes a platform call fail, or late. Calls are counted from when the fault is added, over all processes.
+struct Fault {
+    std::int64_t id = 0;             ///< given by the plan
+    std::string call;                ///< as in contract_calls.h
+    std::int64_t nth = 1;            ///< the first call it acts on
+    bool fromThenOn = false;         ///< and on every later one
+    std::optional<int> status;       ///< what the call returns instead of doing its work
+    std::optional<int> delayMs;      ///< how long the call waits first
+    std::int64_t seen = 0;           ///< matching calls so far
+    std::optional<std::string> key;  ///< matches only calls with this first argument
+};
+
+/// What the plan does to one call.
+struct FaultAction {
+    std::int64_t id = 0;  ///< the first fault that acts
+    std::optional<int> status;
+    std::int64_t delayMs = 0;  ///< of all faults that act, added up
+};
+
+/// The faults of one television. Threads and processes: any. Errors common to all: those of `Database`.
+class FaultPlan {
+ public:
+    explicit FaultPlan(Database& database) : database_(database) {}
+
+    /// Makes the table; part of the creation of a television.
+    static void create(SQLite::Database& connection);
+
+    /// Adds the fault; its `id` and `seen` are not looked at. Result: the new id.
+    /// Errors: UnknownCall; OutOfRange for an nth below 1 or a negative delay; BadArgument when it has
+    /// neither status nor delay, a status for a call that never fails, an empty key, or a key for a call
+    /// whose first argument is no text.
+    Result<std::int64_t> add(const Fault& fault);
+
+    /// All faults, ordered by id.
+    Result<std::vector<Fault>> list() const;
+
+    /// Removes all faults. Result: how many there were.
+    Result<int> clear();
+
+    /// Counts one call and says what happens to it: nothing in the usual case, which costs one look-up. `key`
+    /// is its first argument if that is a text.
+    Result<std::optional<FaultAction>> onCall(std::string_view call,
+                                              std::optional<std::string_view> key = std::nullopt);
+
+ private:
+    Database& database_;
+};
+
+}  // namespace vxtv

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "virtual_tv/channels/dvb_table.h"
+
+namespace vxtv {
+
+/// A television or radio service that the television can show.
+struct Channel {
+    int number = 0;       ///< what a guest types; of one channel alone
+    int transponder = 0;  ///< its place among the transponders, from 1
+    int serviceId = 0;    ///< of one channel of the transponder alone
+    std::string name;
+    bool isRadio = false;
+    bool isEncrypted = false;
+};
+
+/// A line of the hotel's own channel list, in the list's order.
+struct HotelChannel {
+    int channel = 0;   ///< the channel's number
+    std::string name;  ///< what the hotel calls it
+};
+
+struct ChannelMap {
+    std::vector<Transponder> transponders;
+    std::vector<Channel> channels;  ///< ordered by number
+};
+
+inline constexpr std::size_t kMostChannels = 10'000;
+inline constexpr int kHighestChannelNumber = 99'999;
+inline constexpr int kHighestServiceId = 65'535;
+inline constexpr std::size_t kLongestChannelName = 128;
+inline constexpr std::size_t kMostHotelChannels = 1000;
+inline constexpr int kMostServicesPerTransponder = 64;
+
+/// Makes the channels that the transponders carry. The tables tell transponders only, so the services are
+/// made up from them, always the same for the same transponders: every fifth is radio, about every fourth
+/// encrypted, each has a name of its own. Before: no more services than `kMostServicesPerTransponder`.
+std::vector<Channel> makeChannels(const std::vector<Transponder>& transponders, int servicesPerTransponder);
+
+}  // namespace vxtv

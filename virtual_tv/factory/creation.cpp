@@ -1,0 +1,202 @@
+#include "virtual_tv/factory/creation.h"
+
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <stdio.h>
+#include <stdlib.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <system_error>
+
+#include "common/tree_removal.h"
+#include "virtual_tv/base/private_file.h"
+#include "virtual_tv/factory/application_profile.h"
+#include "virtual_tv/services/data_services.h"
+#include "virtual_tv/store/folder.h"
+#include "virtual_tv/store/secure_storage.h"
+#include "virtual_tv/television/package_key.h"
+
+namespace vxtv {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+tl::unexpected<Error> cannotMake(const fs::path& path, const std::error_code& error) {
+    const bool full = error == std::errc::no_space_on_device || error.value() == EDQUOT;
+    const char* const advice = full ? "make room on the disk and try again"
+                               : error == std::errc::file_too_large
+                                   ? kRaiseFileSizeLimit
+                                   : "check that its parent folder may be written";
+    return failure(
+        full ? ErrorCode::NoSpace : ErrorCode::Io,
+        fmt::format("the television {} cannot be made: {}; {}", path.string(), error.message(), advice));
+}
+
+/// Why a file operation failed. The standard library keeps no reason of a write that failed while it copied a
+/// file; that a limit of the file size was met shows at the copy.
+std::error_code reasonOf(const fs::filesystem_error& error) {
+    std::error_code unknown;
+    const std::uintmax_t size = fs::file_size(error.path2(), unknown);
+    const bool limited = error.code() == std::errc::io_error && !unknown && fileMayNotGrow(size);
+    return limited ? std::make_error_code(std::errc::file_too_large) : error.code();
+}
+
+tl::unexpected<Error> alreadyExists(const fs::path& path) {
+    return failure(
+        ErrorCode::AlreadyExists,
+        fmt::format("{} already exists; choose another folder, or remove it first", path.string()));
+}
+
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+/// A folder that goes when nobody keeps it.
+class ScratchFolder {
+ public:
+    explicit ScratchFolder(const fs::path& target)
+        : path_((target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string()) {
+        made_ = mkdtemp(path_.data()) != nullptr;
+    }
+    ~ScratchFolder() {
+        if (made_) {
+            static_cast<void>(vxcommon::removeTree(fs::path(path_)));
+        }
+    }
+    ScratchFolder(const ScratchFolder&) = delete;
+    ScratchFolder& operator=(const ScratchFolder&) = delete;
+
+    bool made() const { return made_; }
+    fs::path path() const { return path_; }
+
+    /// Gives the folder its final name, which nothing else may have. Result: whether it did; errno says why.
+    bool keepAs(const fs::path& target) {
+        made_ = !renameToNew(target);
+        return !made_;
+    }
+
+ private:
+    bool renameToNew(const fs::path& target) const {
+        if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
+            return true;
+        }
+        // Some file systems cannot promise it; there a plain rename may replace an empty folder, at worst.
+        return errno == EINVAL && rename(path_.c_str(), target.c_str()) == 0;
+    }
+
+    std::string path_;
+    bool made_ = false;
+};
+
+void makeFolders(const Folder& folder) {
+    for (const fs::path& path :
+         {folder.tmp(), folder.media(), folder.calls().parent_path(), folder.run(),
+          placeOf(folder, kCloningDataPath), placeOf(folder, kCloneKeyFile).parent_path()}) {
+        fs::create_directories(path);
+    }
+    fs::permissions(folder.tmp(), fs::perms::all | fs::perms::sticky_bit);
+    for (const PictureArea& area : kPictureAreas) {
+        fs::create_directories(placeOf(folder, area.path));
+    }
+}
+
+void copyPictures(const Folder& folder, const std::vector<Picture>& pictures) {
+    for (const PictureArea& area : kPictureAreas) {
+        for (const Picture& picture : pictures) {
+            if (picture.area == area.name) {
+                const fs::path place = placeOf(folder, area.path) / picture.name;
+                fs::copy_file(picture.source, place);
+                fs::permissions(place, fs::perms::owner_write, fs::perm_options::add);
+            }
+        }
+    }
+}
+
+Result<void> writeUnlessEmpty(const fs::path& file, const std::string& bytes) {
+    return bytes.empty() ? Result<void>() : writePrivateFile(file, bytes, Existing::Refuse);
+}
+
+Result<void> putPackageKey(const SecureStorage& storage, const std::string& key) {
+    return key.empty() ? Result<void>() : storage.put({{kPackageKeyEntry, key}}, packageKeyCredential());
+}
+
+Result<void> fillSecureStorage(const Folder& folder, const Profile& profile) {
+    const fs::path keyFile = placeOf(folder, kCloneKeyFile);
+    return SecureStorage::create(folder)
+        .and_then([&] { return writeUnlessEmpty(folder.installationSecret(), profile.installationSecret); })
+        .and_then([&] { return writeUnlessEmpty(keyFile, profile.keyFile); })
+        .and_then([&] { return putPackageKey(SecureStorage(folder), profile.packageKey); });
+}
+
+Result<void> fillDatabase(const Folder& folder, const Profile& profile) {
+    const Result<std::unique_ptr<Database>> database = Database::create(folder.database());
+    if (!database) {
+        return tl::make_unexpected(database.error());
+    }
+    return (*database)->write([&profile](SQLite::Database& connection) -> Result<void> {
+        SettingsStore::create(connection, profile.settings);
+        SystemInformation::create(connection, profile.identity, profile.features);
+        FaultPlan::create(connection);
+        try {
+            createDataServices(connection, profile.services, profile.file.parent_path());
+        } catch (const WrongMember& wrong) {
+            return badProfile(profile.file, wrong);
+        }
+        return {};
+    });
+}
+
+Result<void> fill(const fs::path& target, const Folder& folder, const Profile& profile) {
+    try {
+        makeFolders(folder);
+        copyPictures(folder, profile.pictures);
+    } catch (const fs::filesystem_error& error) {
+        return cannotMake(target, reasonOf(error));
+    }
+    return fillSecureStorage(folder, profile)
+        .and_then([&] { return fillDatabase(folder, profile); })
+        .and_then([&] { return createApplications(folder, profile.applications); });
+}
+
+Result<void> checkPlace(const fs::path& path) {
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(path, error);
+    if (fs::exists(status)) {
+        return alreadyExists(path);
+    }
+    if (!fs::is_directory(path.parent_path(), error)) {
+        return failure(ErrorCode::BadArgument,
+                       fmt::format("the television {} cannot be made: there is no folder {}; make that first",
+                                   path.string(), path.parent_path().string()));
+    }
+    return status.type() == fs::file_type::not_found ? Result<void>() : Result<void>(cannotMake(path, error));
+}
+
+}  // namespace
+
+Result<Television> createTelevision(const fs::path& path, const Profile& profile) {
+    if (path.empty()) {
+        return failure(ErrorCode::BadArgument, "no folder was named; give the path of the new television");
+    }
+    const fs::path target = absoluteFolder(path);
+    if (const Result<void> place = checkPlace(target); !place) {
+        return tl::make_unexpected(place.error());
+    }
+    ScratchFolder scratch(target);
+    if (!scratch.made()) {
+        return cannotMake(target, lastError());
+    }
+    if (const Result<void> filled = fill(target, Folder(scratch.path()), profile); !filled) {
+        return tl::make_unexpected(filled.error());
+    }
+    if (!scratch.keepAs(target)) {
+        return errno == EEXIST || errno == ENOTEMPTY ? alreadyExists(target)
+                                                     : cannotMake(target, lastError());
+    }
+    return Television::open(target);
+}
+
+}  // namespace vxtv

@@ -1,0 +1,133 @@
+#include "virtual_tv/ports/message_ports.h"
+
+#include <unistd.h>
+
+#include <utility>
+
+#include "virtual_tv/ports/port.h"
+#include "virtual_tv/television/bus_address.h"
+
+namespace vxtv {
+
+namespace {
+
+constexpr const char* kBusItself = "org.freedesktop.DBus";
+constexpr const char* kBusObject = "/org/freedesktop/DBus";
+
+PortResult<BusMessage> askForOwner(sd_bus* bus, const std::string& busName) {
+    sd_bus_message* made = nullptr;
+    int result =
+        sd_bus_message_new_method_call(bus, &made, kBusItself, kBusObject, kBusItself, "NameHasOwner");
+    BusMessage call(made);
+    if (result >= 0) result = sd_bus_message_append(made, "s", busName.c_str());
+    if (result < 0) return tl::make_unexpected(portErrorOf(result));
+    return call;
+}
+
+}  // namespace
+
+MessagePorts::MessagePorts(Folder folder, std::string application)
+    : folder_(std::move(folder)), application_(std::move(application)), owner_(getpid()) {}
+
+MessagePorts::~MessagePorts() {
+    // A receiver may be sending something.
+    delivery_.end();
+}
+
+void MessagePorts::hush() {
+    // A forked child has no such thread, and the lock may be held by one that is not there.
+    if (!isForked()) delivery_.hush();
+}
+
+bool MessagePorts::isForked() const {
+    return getpid() != owner_;
+}
+
+PortResult<std::string> MessagePorts::checkedAddress() const {
+    const auto address = isForked() ? std::nullopt : busAddress(folder_);
+    if (!address) return tl::make_unexpected(PortError::NoBus);
+    return *address;
+}
+
+PortResult<int> MessagePorts::open(const std::string& name, Delivery::Receiver receiver) {
+    const auto busName = portBusName(application_, name);
+    if (!busName) return tl::make_unexpected(busName.error());
+    const auto address = checkedAddress();
+    if (!address) return tl::make_unexpected(address.error());
+    const std::lock_guard lock(portsMutex_);
+    const bool isNew = ports_.find(name) == ports_.end();
+    if (isNew && ports_.size() >= kMostPorts) return tl::make_unexpected(PortError::TooManyPorts);
+    const int id = isNew ? static_cast<int>(ports_.size()) + 1 : ports_.at(name).id;
+    std::unique_ptr<LocalPort> port = isNew ? nullptr : std::move(ports_.at(name).port);
+    if (port && (!port->isOpen() || port->address() != *address)) port.reset();
+    delivery_.setReceiver(id, std::move(receiver));
+    if (!port) {
+        auto opened = LocalPort::open(*address, *busName, id, delivery_);
+        if (!opened) return tl::make_unexpected(opened.error());
+        port = std::move(*opened);
+    }
+    ports_[name] = {id, std::move(port)};
+    return id;
+}
+
+PortResult<bool> MessagePorts::exists(const std::string& application, const std::string& port) {
+    const auto busName = portBusName(application, port);
+    if (!busName) return tl::make_unexpected(busName.error());
+    const auto answer = call([&](sd_bus* bus) { return askForOwner(bus, *busName); });
+    if (!answer) return tl::make_unexpected(answer.error());
+    int hasOwner = 0;
+    if (sd_bus_message_read(answer->get(), "b", &hasOwner) <= 0) {
+        return tl::make_unexpected(PortError::Failed);
+    }
+    return hasOwner != 0;
+}
+
+PortResult<void> MessagePorts::send(const std::string& application, const std::string& port,
+                                    const PortEntries& entries, int localPort) {
+    const auto busName = portBusName(application, port);
+    if (!busName) return tl::make_unexpected(busName.error());
+    const auto from = nameOf(localPort);
+    if (!from) return tl::make_unexpected(from.error());
+    const auto answer = call([&](sd_bus* bus) {
+        return toCall(bus, *busName, {application_, *from, false, entries});
+    });
+    if (!answer) return tl::make_unexpected(answer.error());
+    return {};
+}
+
+PortResult<std::string> MessagePorts::nameOf(int localPort) {
+    // In a forked child the lock may be held by a thread that is not there.
+    if (isForked()) return tl::make_unexpected(PortError::NoBus);
+    const std::lock_guard lock(portsMutex_);
+    for (const auto& [name, own] : ports_) {
+        if (own.id == localPort) return name;
+    }
+    return tl::make_unexpected(PortError::NoLocalPort);
+}
+
+PortResult<void> MessagePorts::connect() {
+    const auto address = checkedAddress();
+    if (!address) return tl::make_unexpected(address.error());
+    if (calls_ && callsAddress_ == *address) return {};
+    auto connected = connectToBus(*address);
+    if (!connected) return tl::make_unexpected(connected.error());
+    calls_ = std::move(*connected);
+    callsAddress_ = *address;
+    return {};
+}
+
+template <class MakeCall>
+PortResult<BusMessage> MessagePorts::call(MakeCall makeCall) {
+    if (isForked()) return tl::make_unexpected(PortError::NoBus);
+    const std::lock_guard lock(callsMutex_);
+    if (const auto connected = connect(); !connected) return tl::make_unexpected(connected.error());
+    const auto message = makeCall(calls_.get());
+    if (!message) return tl::make_unexpected(message.error());
+    auto answer = callOnBus(calls_.get(), message->get());
+    const bool isUsable = answer || sd_bus_is_open(calls_.get()) > 0;
+    // An answer that comes after all would stay in the connection for good.
+    if (!isUsable || (!answer && answer.error() == PortError::NoAnswer)) calls_.reset();
+    return answer;
+}
+
+}  // namespace vxtv

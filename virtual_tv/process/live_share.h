@@ -1,0 +1,65 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+#include "virtual_tv/base/descriptor.h"
+#include "virtual_tv/base/error.h"
+
+namespace vxtv {
+
+/// A service that is up, and serves all sessions of a television.
+struct StartedService {
+    std::string address;
+    pid_t keeper = -1;  ///< a child of the caller's, to be waited for when it has ended
+};
+
+/// What such a service is started with.
+struct ServiceStart {
+    Descriptor lock;  ///< an own opening of the service's lock, which is taken to know when to end
+    int life = -1;    ///< stays open while the service or its keeper is there
+};
+
+/// A session's share in a service. The service is there as long as any process holds one; the kernel gives a
+/// share back with the last process that was forked with it, however that ends.
+class LiveShare {
+ public:
+    struct Files {
+        std::filesystem::path folder;   ///< in which the others are
+        std::filesystem::path lock;     ///< held shared by each share
+        std::filesystem::path address;  ///< locked while the service is up
+        const char* name;               ///< of the service, in a sentence
+    };
+    using Start = std::function<Result<StartedService>(ServiceStart)>;
+
+    /// Has none yet.
+    explicit LiveShare(Files files) : files_(std::move(files)) {}
+
+    /// Takes a share in the service that is up, or starts one. When it returns, programs may connect.
+    /// Sessions that begin together get the same one. On failure that of `start`, or Io (the television's
+    /// folder), and there is no share.
+    Result<void> take(const Start& start);
+
+    /// Takes a share in the service that is up; there is none when no service is.
+    void join();
+
+    /// Whether there is one.
+    explicit operator bool() const { return static_cast<bool>(lock_); }
+
+    /// Gives the share back if there is one, waits for the end of the service and removes its files.
+    /// Before: nobody else has a share, or takes one meanwhile.
+    void end();
+
+ private:
+    Result<void> startNew(const Start& start);
+    tl::unexpected<Error> cannotUse(const std::filesystem::path& file) const;
+
+    Files files_;
+    Descriptor lock_;
+    pid_t keeper_ = -1;  ///< if we started the service
+};
+
+}  // namespace vxtv
