@@ -67,6 +67,6 @@ if(BUILD_TESTING AND TARGET vxtv-unit-tests)
     HEADERS <gmock/gmock.h> <gtest/gtest.h> <nlohmann/json.hpp>
     LIBRARIES GTest::gmock nlohmann_json::nlohmann_json
     TARGETS vxtv-unit-tests vxtv-application-unit-tests vxtv-show-tests vxclone-unit-tests vx-clone-integration-tests
-      vx-session-tests vx-application-tests vx-contract-scripted-tests vx-contract-virtual-tests vx-hostile-tests
-      vx-sweep-calls vx-sweep-storage vx-sweep-system)
+      vx-session-tests vx-application-tests vx-contract-scripted-tests vx-contract-virtual-tests vx-documents-tests
+      vx-hostile-tests vx-sweep-calls vx-sweep-storage vx-sweep-system vx-terminal-tests)
 endif()
