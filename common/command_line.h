@@ -2,8 +2,9 @@
 
 #include <CLI/CLI.hpp>
 #include <string>
-#include <tl/expected.hpp>
 #include <vector>
+
+#include "common/error.h"
 
 namespace vxcommon {
 

@@ -25,3 +25,12 @@ tl::unexpected<Error<Code>> failure(Code code, std::string sentence) {
 }
 
 }  // namespace vxcommon
+
+/// Hands the error of a failed `Result` on to the caller, and goes on otherwise. What is given is evaluated
+/// once: a variable, or a call whose value nobody needs.
+#define VX_RETURN_IF_FAILED(...)                            \
+    do {                                                    \
+        if (auto&& vxOutcome = (__VA_ARGS__); !vxOutcome) { \
+            return tl::make_unexpected(vxOutcome.error());  \
+        }                                                   \
+    } while (false)

@@ -2,7 +2,8 @@
 
 #include <filesystem>
 #include <string>
-#include <tl/expected.hpp>
+
+#include "common/error.h"
 
 namespace vxcommon {
 

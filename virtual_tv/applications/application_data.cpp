@@ -142,9 +142,7 @@ void addApplication(const Applications& applications, const std::string& id, Tex
 Result<std::optional<Texts>> applicationTexts(const Folder& folder) {
     const Applications applications(folder);
     const auto ids = applications.ids();
-    if (!ids) {
-        return tl::make_unexpected(ids.error());
-    }
+    VX_RETURN_IF_FAILED(ids);
     if (ids->empty()) {
         return std::optional<Texts>();
     }

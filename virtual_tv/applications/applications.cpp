@@ -146,9 +146,7 @@ Result<ApplicationManifest> Applications::install(const fs::path& from) const {
                                                        "television's own folder alone; remove it",
                                                        link->string()));
     }
-    if (const auto program = programOf(*manifest, from); !program) {
-        return tl::make_unexpected(program.error());
-    }
+    VX_RETURN_IF_FAILED(programOf(*manifest, from));
     return makeWhole(folderOf(manifest->id),
                      [&from](const fs::path& beside) -> Result<void> {
                          fs::create_directory(beside / kApplicationDataName);

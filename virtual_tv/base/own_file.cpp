@@ -49,9 +49,7 @@ tl::expected<Descriptor, ReadTrouble> openFolderOf(const fs::path& file) {
 
 tl::expected<Descriptor, ReadTrouble> openOwnFile(const fs::path& file, int flags, mode_t mode) {
     const auto folder = openFolderOf(file);
-    if (!folder) {
-        return tl::make_unexpected(folder.error());
-    }
+    VX_RETURN_IF_FAILED(folder);
     Descriptor opened(openat(folder->get(), file.filename().c_str(), (flags & ~O_TRUNC) | kNeither, mode));
     struct stat status {};
     if (!opened || fstat(opened.get(), &status) != 0) {

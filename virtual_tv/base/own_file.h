@@ -4,8 +4,8 @@
 
 #include <filesystem>
 #include <optional>
-#include <tl/expected.hpp>
 
+#include "common/error.h"
 #include "virtual_tv/base/descriptor.h"
 #include "virtual_tv/base/error.h"
 #include "virtual_tv/base/private_file.h"

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
-#include <tl/expected.hpp>
 
+#include "common/error.h"
 #include "virtual_tv/base/error.h"
 
 namespace vxtv {

@@ -197,9 +197,7 @@ Result<std::optional<FaultAction>> FaultPlan::onCall(std::string_view call,
         row.bind(1, name);
         return row.executeStep();
     });
-    if (!planned) {
-        return tl::make_unexpected(planned.error());
-    }
+    VX_RETURN_IF_FAILED(planned);
     if (!*planned) {
         return std::nullopt;
     }

@@ -172,9 +172,7 @@ Result<void> checkVersion(const Json& index, const fs::path& file) {
 Result<ChannelMap> mapIn(const ZipMembers& members, const fs::path& file) {
     const auto index =
         reading(file, [&] { return vxcommon::parseStrictly(members.at(kIndex), {kDeepestMember}); });
-    if (!index) {
-        return tl::make_unexpected(index.error());
-    }
+    VX_RETURN_IF_FAILED(index);
     return checkVersion(*index, file).and_then([&] {
         return reading(file, [&] {
             checkIndex(*index, members);
@@ -234,9 +232,7 @@ Result<void> ChannelArchive::import(const fs::path& directory) {
                              return unpackZip(archive, {kChannels, kIndex, kTransponders}, file.string());
                          })
                          .and_then([&](const ZipMembers& members) { return mapIn(members, file); });
-    if (!map) {
-        return tl::make_unexpected(map.error());
-    }
+    VX_RETURN_IF_FAILED(map);
     return readHotelList(directory / kHotelListFile, map->channels)
         .and_then(
             [&](const std::vector<HotelChannel>& hotelList) { return store_.replace(*map, hotelList); });

@@ -31,9 +31,7 @@ struct ChannelContent {
 
 Result<ChannelContent> contentOf(const std::string& folder) {
     const Result<Television> television = Television::open(folder);
-    if (!television) {
-        return tl::make_unexpected(television.error());
-    }
+    VX_RETURN_IF_FAILED(television);
     const ChannelStore store(television->database());
     ChannelContent content;
     return store.map()

@@ -43,15 +43,11 @@ Result<Compared> compare(const CompareOptions& options) {
     const Result<Television> first = Television::open(options.first);
     const Result<Television> second =
         first ? Television::open(options.second) : tl::make_unexpected(first.error());
-    if (!second) {
-        return tl::make_unexpected(second.error());
-    }
+    VX_RETURN_IF_FAILED(second);
     auto areas = compareTelevisions(*first, *second);
     const auto mine = areas ? first->systemInformation().identity() : tl::make_unexpected(areas.error());
     const auto theirs = mine ? second->systemInformation().identity() : mine;
-    if (!theirs) {
-        return tl::make_unexpected(theirs.error());
-    }
+    VX_RETURN_IF_FAILED(theirs);
     if (!options.everything) {
         std::erase_if(*areas, [](const AreaComparison& area) { return area.fate == Fate::Kept; });
     }

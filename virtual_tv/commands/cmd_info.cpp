@@ -29,9 +29,7 @@ Result<Info> infoOf(const Television& television) {
     const Result<Identity> identity = television.systemInformation().identity();
     const auto features =
         identity ? television.systemInformation().features() : tl::make_unexpected(identity.error());
-    if (!features) {
-        return tl::make_unexpected(features.error());
-    }
+    VX_RETURN_IF_FAILED(features);
     return Info{television.folder().root().string(), *identity, *features, busAddress(television.folder())};
 }
 

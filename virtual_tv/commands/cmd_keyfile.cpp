@@ -28,9 +28,7 @@ std::string shippedKey(const char* name) {
 
 Result<void> makeKeyFile(const KeyfileOptions& options) {
     const auto secret = readFleetSecret(options.secret);
-    if (!secret) {
-        return tl::make_unexpected(secret.error());
-    }
+    VX_RETURN_IF_FAILED(secret);
     return readClient(options.client)
         .and_then(makeCloneKey)
         .and_then([&secret](const CloneKey& key) { return sealKeyFile(key, *secret); })

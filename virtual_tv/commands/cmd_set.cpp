@@ -34,13 +34,9 @@ Result<std::string> valueOf(const SetOptions& options, std::vector<std::string> 
 
 Result<void> set(const SetOptions& options, const std::string& text) {
     const Result<Television> television = Television::open(options.folder);
-    if (!television) {
-        return tl::make_unexpected(television.error());
-    }
+    VX_RETURN_IF_FAILED(television);
     const Result<Setting> setting = lookUpSetting(*television, options.key);
-    if (!setting) {
-        return tl::make_unexpected(setting.error());
-    }
+    VX_RETURN_IF_FAILED(setting);
     const Result<SettingValue> value = parseValue(options.key, typeOf(setting->value), text);
     return value ? television->settings().set(options.key, *value) : tl::make_unexpected(value.error());
 }

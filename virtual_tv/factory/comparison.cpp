@@ -45,9 +45,7 @@ std::vector<Difference> differencesOf(const Texts& first, const Texts& second) {
 
 Result<Texts> settingTexts(const Television& television) {
     const Result<std::vector<Setting>> settings = television.settings().list();
-    if (!settings) {
-        return tl::make_unexpected(settings.error());
-    }
+    VX_RETURN_IF_FAILED(settings);
     Texts texts;
     for (const Setting& setting : *settings) {
         if (!setting.isStatus) {
@@ -60,9 +58,7 @@ Result<Texts> settingTexts(const Television& television) {
 Result<AreaComparison> compareSettings(const Television& first, const Television& second) {
     const Result<Texts> firstTexts = settingTexts(first);
     const Result<Texts> secondTexts = firstTexts ? settingTexts(second) : firstTexts;
-    if (!secondTexts) {
-        return tl::make_unexpected(secondTexts.error());
-    }
+    VX_RETURN_IF_FAILED(secondTexts);
     return AreaComparison{kSettingsArea, differencesOf(*firstTexts, *secondTexts)};
 }
 
@@ -89,9 +85,7 @@ Result<void> compareServices(const Television& first, const Television& second,
     for (const DataService& service : dataServices()) {
         const auto mine = contentOf(service, first);
         const auto theirs = mine ? contentOf(service, second) : mine;
-        if (!theirs) {
-            return tl::make_unexpected(theirs.error());
-        }
+        VX_RETURN_IF_FAILED(theirs);
         const std::string name(service.name);
         if (mine->present || theirs->present) {
             comparisons.push_back({name, differencesOf(mine->carried, theirs->carried)});
@@ -111,9 +105,7 @@ Result<void> compareApplications(const Television& first, const Television& seco
                                  std::vector<AreaComparison>& comparisons) {
     const auto mine = applicationTexts(first.folder());
     const auto theirs = mine ? applicationTexts(second.folder()) : mine;
-    if (!theirs) {
-        return tl::make_unexpected(theirs.error());
-    }
+    VX_RETURN_IF_FAILED(theirs);
     if (*mine || *theirs) {
         comparisons.push_back(
             {kApplicationsArea, differencesOf(mine->value_or(Texts()), theirs->value_or(Texts()))});
@@ -188,13 +180,9 @@ AreaComparison comparePictures(const PictureArea& area, const Television& first,
 
 Result<std::vector<AreaComparison>> compareTelevisions(const Television& first, const Television& second) {
     Result<AreaComparison> settings = compareSettings(first, second);
-    if (!settings) {
-        return tl::make_unexpected(settings.error());
-    }
+    VX_RETURN_IF_FAILED(settings);
     std::vector<AreaComparison> comparisons = {std::move(*settings)};
-    if (const auto compared = compareServices(first, second, comparisons); !compared) {
-        return tl::make_unexpected(compared.error());
-    }
+    VX_RETURN_IF_FAILED(compareServices(first, second, comparisons));
     try {
         for (const PictureArea& area : kPictureAreas) {
             comparisons.push_back(comparePictures(area, first, second));

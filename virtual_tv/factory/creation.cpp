@@ -133,9 +133,7 @@ Result<void> fillSecureStorage(const Folder& folder, const Profile& profile) {
 
 Result<void> fillDatabase(const Folder& folder, const Profile& profile) {
     const Result<std::unique_ptr<Database>> database = Database::create(folder.database());
-    if (!database) {
-        return tl::make_unexpected(database.error());
-    }
+    VX_RETURN_IF_FAILED(database);
     return (*database)->write([&profile](SQLite::Database& connection) -> Result<void> {
         SettingsStore::create(connection, profile.settings);
         SystemInformation::create(connection, profile.identity, profile.features);

@@ -100,9 +100,7 @@ Result<void> destroyTelevision(const fs::path& path) {
         return removable;
     }
     const Result<fs::path> hidden = hide(folder.root());
-    if (!hidden) {
-        return tl::make_unexpected(hidden.error());
-    }
+    VX_RETURN_IF_FAILED(hidden);
     if (const auto removed = vxcommon::removeTree(*hidden); !removed) {
         return failure(
             ErrorCode::Io,

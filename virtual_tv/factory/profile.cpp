@@ -230,9 +230,7 @@ tl::unexpected<Error> badProfile(const fs::path& file, const WrongMember& wrong)
 
 Result<Profile> readProfile(const fs::path& file) {
     const Result<std::string> text = textOf(file);
-    if (!text) {
-        return tl::make_unexpected(text.error());
-    }
+    VX_RETURN_IF_FAILED(text);
     try {
         Profile profile =
             profileIn(vxcommon::parseStrictly(*text, {kDeepestProfile}), fs::absolute(file).parent_path());

@@ -21,7 +21,7 @@ LocalPort::LocalPort(std::string address, std::string busName, int id, Delivery&
 PortResult<std::unique_ptr<LocalPort>> LocalPort::open(const std::string& address, const std::string& busName,
                                                        int id, Delivery& delivery) {
     auto bus = connectToBus(address);
-    if (!bus) return tl::make_unexpected(bus.error());
+    VX_RETURN_IF_FAILED(bus);
     std::unique_ptr<LocalPort> port(new LocalPort(address, busName, id, delivery));
     port->bus_ = std::move(*bus);
     if (!port->stop_) return tl::make_unexpected(PortError::Failed);

@@ -51,9 +51,9 @@ PortResult<std::string> MessagePorts::checkedAddress() const {
 
 PortResult<int> MessagePorts::open(const std::string& name, Delivery::Receiver receiver) {
     const auto busName = portBusName(application_, name);
-    if (!busName) return tl::make_unexpected(busName.error());
+    VX_RETURN_IF_FAILED(busName);
     const auto address = checkedAddress();
-    if (!address) return tl::make_unexpected(address.error());
+    VX_RETURN_IF_FAILED(address);
     const std::lock_guard lock(portsMutex_);
     const bool isNew = ports_.find(name) == ports_.end();
     if (isNew && ports_.size() >= kMostPorts) return tl::make_unexpected(PortError::TooManyPorts);
@@ -63,7 +63,7 @@ PortResult<int> MessagePorts::open(const std::string& name, Delivery::Receiver r
     delivery_.setReceiver(id, std::move(receiver));
     if (!port) {
         auto opened = LocalPort::open(*address, *busName, id, delivery_);
-        if (!opened) return tl::make_unexpected(opened.error());
+        VX_RETURN_IF_FAILED(opened);
         port = std::move(*opened);
     }
     ports_[name] = {id, std::move(port)};
@@ -72,9 +72,9 @@ PortResult<int> MessagePorts::open(const std::string& name, Delivery::Receiver r
 
 PortResult<bool> MessagePorts::exists(const std::string& application, const std::string& port) {
     const auto busName = portBusName(application, port);
-    if (!busName) return tl::make_unexpected(busName.error());
+    VX_RETURN_IF_FAILED(busName);
     const auto answer = call([&](sd_bus* bus) { return askForOwner(bus, *busName); });
-    if (!answer) return tl::make_unexpected(answer.error());
+    VX_RETURN_IF_FAILED(answer);
     int hasOwner = 0;
     if (sd_bus_message_read(answer->get(), "b", &hasOwner) <= 0) {
         return tl::make_unexpected(PortError::Failed);
@@ -85,13 +85,13 @@ PortResult<bool> MessagePorts::exists(const std::string& application, const std:
 PortResult<void> MessagePorts::send(const std::string& application, const std::string& port,
                                     const PortEntries& entries, int localPort) {
     const auto busName = portBusName(application, port);
-    if (!busName) return tl::make_unexpected(busName.error());
+    VX_RETURN_IF_FAILED(busName);
     const auto from = nameOf(localPort);
-    if (!from) return tl::make_unexpected(from.error());
+    VX_RETURN_IF_FAILED(from);
     const auto answer = call([&](sd_bus* bus) {
         return toCall(bus, *busName, {application_, *from, false, entries});
     });
-    if (!answer) return tl::make_unexpected(answer.error());
+    VX_RETURN_IF_FAILED(answer);
     return {};
 }
 
@@ -107,10 +107,10 @@ PortResult<std::string> MessagePorts::nameOf(int localPort) {
 
 PortResult<void> MessagePorts::connect() {
     const auto address = checkedAddress();
-    if (!address) return tl::make_unexpected(address.error());
+    VX_RETURN_IF_FAILED(address);
     if (calls_ && callsAddress_ == *address) return {};
     auto connected = connectToBus(*address);
-    if (!connected) return tl::make_unexpected(connected.error());
+    VX_RETURN_IF_FAILED(connected);
     calls_ = std::move(*connected);
     callsAddress_ = *address;
     return {};
@@ -122,7 +122,7 @@ PortResult<BusMessage> MessagePorts::call(MakeCall makeCall) {
     const std::lock_guard lock(callsMutex_);
     if (const auto connected = connect(); !connected) return tl::make_unexpected(connected.error());
     const auto message = makeCall(calls_.get());
-    if (!message) return tl::make_unexpected(message.error());
+    VX_RETURN_IF_FAILED(message);
     auto answer = callOnBus(calls_.get(), message->get());
     const bool isUsable = answer || sd_bus_is_open(calls_.get()) > 0;
     // An answer that comes after all would stay in the connection for good.

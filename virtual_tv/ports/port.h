@@ -3,8 +3,9 @@
 #include <deque>
 #include <string>
 #include <string_view>
-#include <tl/expected.hpp>
 #include <utility>
+
+#include "common/error.h"
 
 namespace vxtv {
 

@@ -43,7 +43,7 @@ Result<void> LiveShare::startNew(const Start& start) {
     const bool isOurs = lock && isLocked(file, LOCK_EX) && ftruncate(file.get(), 0) == 0;
     if (!isOurs) return cannotUse(files_.address);
     const auto service = start({std::move(lock), file.get()});
-    if (!service) return tl::make_unexpected(service.error());
+    VX_RETURN_IF_FAILED(service);
     keeper_ = service->keeper;
     const std::string line = service->address + "\n";
     if (pwrite(file.get(), line.data(), line.size(), 0) != static_cast<ssize_t>(line.size())) {

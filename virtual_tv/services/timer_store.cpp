@@ -184,9 +184,7 @@ Result<void> TimerStore::exportTo(const fs::path& directory) const {
 Result<void> TimerStore::importFrom(const fs::path& directory) {
     const fs::path file = directory / kTimerFile;
     const Result<Json> document = readBackupFile(file, kTimerService.name, kTimersVersion);
-    if (!document) {
-        return tl::make_unexpected(document.error());
-    }
+    VX_RETURN_IF_FAILED(document);
     std::vector<Timer> timers;
     try {
         timers = timersIn(*document, "timers");

@@ -40,15 +40,11 @@ Result<void> runSession(const std::filesystem::path& television, const std::stri
     SessionWish wish;
     wish.television = television;
     auto session = Session::open(wish);
-    if (!session) {
-        return tl::make_unexpected(session.error());
-    }
+    VX_RETURN_IF_FAILED(session);
     const auto outcome =
         session->run({shippedProgram(kApplicationHost).string(), absoluteFolder(television).string(), id,
                       std::to_string(kReport), nameOf(HostWay::Attached)});
-    if (!outcome) {
-        return tl::make_unexpected(outcome.error());
-    }
+    VX_RETURN_IF_FAILED(outcome);
     return outcome->complaint.empty() ? Result<void>() : failure(ErrorCode::CannotRun, outcome->complaint);
 }
 

@@ -131,7 +131,7 @@ Result<void> waitUntilReady(const MessageChannel& channel) {
 
 Result<StartedService> startHome(const HomePlan& plan, ServiceStart start) {
     const auto door = HomeDoor::open();
-    if (!door) return tl::make_unexpected(door.error());
+    VX_RETURN_IF_FAILED(door);
     auto [outside, inside] = MessageChannel::makePair();
     const pid_t keeper = outside ? fork() : -1;
     if (keeper < 0) return homeNotStarted(reason());

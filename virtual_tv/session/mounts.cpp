@@ -131,9 +131,9 @@ Result<std::vector<std::filesystem::path>> visibleNeeds(const Folder& folder,
     std::vector<std::filesystem::path> paths;
     for (const auto& need : needs) {
         const auto onStick = isOnStick(sticks, need);
-        if (!onStick) return tl::make_unexpected(onStick.error());
+        VX_RETURN_IF_FAILED(onStick);
         const auto hidden = isHidden(folder, need, record);
-        if (!hidden) return tl::make_unexpected(hidden.error());
+        VX_RETURN_IF_FAILED(hidden);
         if (!*onStick && !*hidden) paths.push_back(need.path);
     }
     return paths;
@@ -186,7 +186,7 @@ Result<std::vector<Descriptor>> openSources(const std::vector<Bind>& binds) {
 Result<std::vector<Bind>> prepareBinds(const Folder& folder, const std::vector<Stick>& sticks,
                                        const std::vector<Need>& needs, const EntryRecord& record) {
     const auto visible = visibleNeeds(folder, sticks, needs, record);
-    if (!visible) return tl::make_unexpected(visible.error());
+    VX_RETURN_IF_FAILED(visible);
     std::vector<Bind> binds;
     for (const auto& directory : {folder.opt(), folder.tmp(), folder.media()}) {
         binds.push_back({directory, "/" / directory.filename()});
@@ -198,11 +198,11 @@ Result<std::vector<Bind>> prepareBinds(const Folder& folder, const std::vector<S
     };
     for (const auto& stick : sticks) {
         const auto made = mountOn(stick.hostFolder, kSticksSeenAt / stick.name, stick.readOnly);
-        if (!made) return tl::make_unexpected(made.error());
+        VX_RETURN_IF_FAILED(made);
     }
     for (const auto& path : pathsToExpose(*visible, coveredPaths())) {
         const auto made = mountOn(path, path, false);
-        if (!made) return tl::make_unexpected(made.error());
+        VX_RETURN_IF_FAILED(made);
     }
     return binds;
 }
@@ -214,7 +214,7 @@ Result<void> doBinds(const std::vector<Bind>& binds) {
 Result<void> doBindsOverMemory(const std::vector<std::filesystem::path>& memoryRoots,
                                const std::vector<Bind>& binds) {
     const auto sources = openSources(binds);
-    if (!sources) return tl::make_unexpected(sources.error());
+    VX_RETURN_IF_FAILED(sources);
     for (const auto& root : memoryRoots) {
         if (mount("tmpfs", root.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, "mode=1777") != 0) {
             return failure(ErrorCode::NoIsolation,

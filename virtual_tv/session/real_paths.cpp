@@ -55,7 +55,7 @@ Result<RealPaths> RealPaths::take(const Folder& folder, const std::vector<Stick>
                            .and_then(linkSticks)
                            .and_then([&] { return paths.linkAll(folder.opt(), opt); })
                            .and_then([&] { return paths.linkAll(folder.media(), media); });
-    if (!taken) return tl::make_unexpected(taken.error());
+    VX_RETURN_IF_FAILED(taken);
     return paths;
 }
 

@@ -81,18 +81,18 @@ Session::~Session() {
 
 Result<Session> Session::open(const SessionWish& wish) {
     auto folder = findTelevision(wish.television);
-    if (!folder) return tl::make_unexpected(folder.error());
+    VX_RETURN_IF_FAILED(folder);
     auto sticks = parseSticks(wish.sticks);
-    if (!sticks) return tl::make_unexpected(sticks.error());
+    VX_RETURN_IF_FAILED(sticks);
     const auto isolation = chooseIsolation(wish.isolation);
-    if (!isolation) return tl::make_unexpected(isolation.error());
+    VX_RETURN_IF_FAILED(isolation);
     auto lock = SessionLock::acquire(*folder, [&] {
         // That of a killed session is just being ended.
         waitForEndOfLiveFile(folder->homeAddress());
         removeStaleMarks(*folder);
         EntryRecord(*folder).removeAll();
     });
-    if (!lock) return tl::make_unexpected(lock.error());
+    VX_RETURN_IF_FAILED(lock);
     Session session(std::move(*folder), std::move(*sticks), *isolation, wish, std::move(*lock));
     const auto mark = placeOf(session.folder_, kSecureStorageReady);
     std::error_code ignored;
@@ -140,7 +140,7 @@ Result<Outcome> Session::run(const std::vector<std::string>& command) const {
         return runOnRealPaths(std::move(job));
     }
     const auto binds = prepareBinds(folder_, sticks_, needsOf(command.front()), record_);
-    if (!binds) return tl::make_unexpected(binds.error());
+    VX_RETURN_IF_FAILED(binds);
     std::error_code deleted;
     job.prepare = [this, &binds, directory = fs::current_path(deleted)]() -> Result<void> {
         auto done = doBinds(*binds);
@@ -156,7 +156,7 @@ Result<Outcome> Session::run(const std::vector<std::string>& command) const {
 
 Result<Outcome> Session::runOnRealPaths(Job job) const {
     const auto paths = RealPaths::take(folder_, sticks_, record_);
-    if (!paths) return tl::make_unexpected(paths.error());
+    VX_RETURN_IF_FAILED(paths);
     // Here programs look for the mark in the machine's /tmp.
     markStorage(kSecureStorageReady);
     job.prepare = [this] {

@@ -66,7 +66,7 @@ Result<std::vector<Stick>> parseSticks(const std::vector<std::string>& texts) {
     std::vector<Stick> sticks;
     for (const auto& text : texts) {
         auto stick = parseStick(text);
-        if (!stick) return tl::make_unexpected(stick.error());
+        VX_RETURN_IF_FAILED(stick);
         const auto sameName = [&](const Stick& other) { return other.name == stick->name; };
         if (std::any_of(sticks.begin(), sticks.end(), sameName)) {
             return failure(

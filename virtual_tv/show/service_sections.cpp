@@ -65,9 +65,7 @@ Result<std::vector<Section>> valueSections(const Television& television) {
                                     return section;
                                 })
                                 .or_else([&section](const Error& error) { return absentOr(error, section); });
-        if (!filled) {
-            return tl::make_unexpected(filled.error());
-        }
+        VX_RETURN_IF_FAILED(filled);
         sections.push_back(*filled);
     }
     return sections;

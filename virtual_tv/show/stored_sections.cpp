@@ -62,9 +62,7 @@ Card applicationCard(const Television& television, const std::string& id, const 
 Result<Section> applicationsSection(const Television& television, PictureReader& pictures) {
     const auto ids = Applications(television.folder()).ids();
     const auto texts = ids ? applicationTexts(television.folder()) : tl::make_unexpected(ids.error());
-    if (!texts) {
-        return tl::make_unexpected(texts.error());
-    }
+    VX_RETURN_IF_FAILED(texts);
     Section section{"applications", "Applications", ids->empty() ? "It has no application." : ""};
     for (const std::string& id : *ids) {
         section.cards.push_back(applicationCard(television, id, texts->value_or(Texts()), pictures));

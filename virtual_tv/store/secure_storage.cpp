@@ -137,9 +137,7 @@ Result<Descriptor> SecureStorage::lock() const {
 
 Result<std::string> SecureStorage::read(const std::string& name, const Credential& credential) const {
     const Result<SealingKey> key = deviceKey();
-    if (!key) {
-        return tl::make_unexpected(key.error());
-    }
+    VX_RETURN_IF_FAILED(key);
     if (!isEntryName(name)) {
         return unknownEntry(name);
     }

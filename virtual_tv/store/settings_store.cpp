@@ -80,9 +80,7 @@ tl::unexpected<Error> wrongType(const Setting& setting, SettingType wanted) {
 
 template <class Value>
 Result<Value> as(const Result<Setting>& setting, SettingType type) {
-    if (!setting) {
-        return tl::make_unexpected(setting.error());
-    }
+    VX_RETURN_IF_FAILED(setting);
     if (const auto* value = std::get_if<Value>(&setting->value)) {
         return *value;
     }
@@ -136,9 +134,7 @@ Result<std::vector<Setting>> SettingsStore::list() const {
         SQLite::Statement row(connection, "SELECT key, type, value, is_status FROM settings ORDER BY key");
         while (row.executeStep()) {
             Result<Setting> setting = settingIn(row);
-            if (!setting) {
-                return tl::make_unexpected(setting.error());
-            }
+            VX_RETURN_IF_FAILED(setting);
             settings.push_back(std::move(*setting));
         }
         return settings;
@@ -153,9 +149,7 @@ Result<void> SettingsStore::set(const std::string& key, const SettingValue& valu
     }
     return database_.write([&key, &value](SQLite::Database& connection) -> Result<void> {
         const Result<Setting> present = find(connection, key);
-        if (!present) {
-            return tl::make_unexpected(present.error());
-        }
+        VX_RETURN_IF_FAILED(present);
         if (typeOf(present->value) != typeOf(value)) {
             return wrongType(*present, typeOf(value));
         }

@@ -32,9 +32,7 @@ Result<CloneKey> openKeyFile(const Folder& folder, const fs::path& file) {
 
 Result<Installed> installInto(const SecureStorage& storage, const CloneKey& key) {
     const Result<Descriptor> lock = storage.lock();
-    if (!lock) {
-        return tl::make_unexpected(lock.error());
-    }
+    VX_RETURN_IF_FAILED(lock);
     if (storage.read(kCloneKeyEntry, key.credential) && storage.read(kCloneIvEntry, key.credential)) {
         return Installed::Before;
     }
@@ -59,9 +57,7 @@ Result<Installed> installKeyFile(const Folder& folder, const std::string& path) 
 }
 
 Result<void> placeKeyFile(const Folder& folder, const fs::path& file, bool replace) {
-    if (const auto opened = openKeyFile(folder, file); !opened) {
-        return tl::make_unexpected(opened.error());
-    }
+    VX_RETURN_IF_FAILED(openKeyFile(folder, file));
     const fs::path place = placeOf(folder, kCloneKeyFile);
     std::error_code error;
     fs::create_directories(place.parent_path(), error);

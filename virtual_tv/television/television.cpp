@@ -30,9 +30,7 @@ Result<Television> Television::open(const fs::path& path) {
     Folder folder(absoluteFolder(path));
     Result<std::unique_ptr<Database>> database =
         checkOwnFolders(folder).and_then([&folder] { return Database::open(folder.database()); });
-    if (!database) {
-        return tl::make_unexpected(database.error());
-    }
+    VX_RETURN_IF_FAILED(database);
     return Television(std::move(folder), std::move(*database));
 }
 

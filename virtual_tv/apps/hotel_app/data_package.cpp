@@ -43,9 +43,7 @@ Result<void> addPictures(const fs::path& from, const fs::path& to, std::vector<I
     for (const fs::directory_entry& picture : fs::directory_iterator(from)) {
         const std::string name = picture.path().filename().string();
         const auto bytes = bytesOf(picture.path(), kLargestFile);
-        if (!bytes) {
-            return tl::make_unexpected(bytes.error());
-        }
+        VX_RETURN_IF_FAILED(bytes);
         if (const auto written = writeFlushed(to / name, *bytes); !written) {
             return written;
         }
@@ -107,9 +105,7 @@ Result<void> stage(const DataFolder& data, const fs::path& package, const std::v
     for (std::size_t done = 0; done < files.size(); ++done) {
         const IndexEntry& file = files[done];
         const auto bytes = bytesOf(package / file.name, file.size);
-        if (!bytes) {
-            return tl::make_unexpected(bytes.error());
-        }
+        VX_RETURN_IF_FAILED(bytes);
         if (!fits(file, *bytes)) {
             return damaged(package / file.name, "is not as it was written");
         }
@@ -176,9 +172,7 @@ Result<void> writePackage(const DataFolder& data, const fs::path& where, const s
 Result<void> loadPackage(const DataFolder& data, const fs::path& where, const std::string& application,
                          const Halfway& halfway) {
     const Result<fs::path> package = packageIn(where, application);
-    if (!package) {
-        return tl::make_unexpected(package.error());
-    }
+    VX_RETURN_IF_FAILED(package);
     const Result<void> loaded = guarded([&] {
         return readIndex(*package / kIndexName, application)
             .and_then([&](const std::vector<IndexEntry>& files) {
