@@ -11,7 +11,7 @@
 
 #include "cloning_app/package/manifest.h"
 #include "cloning_app/package/settings_file.h"
-#include "cloning_app/run/run_record.h"
+#include "cloning_app/record/run_record.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/commands/app.h"
-#include "cloning_app/commands/stop_signals.h"
-#include "cloning_app/run/json_lines.h"
+#include "cloning_app/report/json_lines.h"
+#include "cloning_app/verbs/app.h"
+#include "cloning_app/verbs/stop_signals.h"
 #include "common/command_line.h"
 #include "common/plain_reason.h"
 #include "common/process_start.h"

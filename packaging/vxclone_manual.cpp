@@ -1,10 +1,10 @@
 #include "packaging/vxclone_manual.h"
 
-#include "cloning_app/commands/app.h"
-#include "cloning_app/error_catalogue.h"
-#include "cloning_app/run/category.h"
-#include "cloning_app/run/setting_kinds.h"
-#include "cloning_app/version.h"
+#include "cloning_app/base/error_catalogue.h"
+#include "cloning_app/base/version.h"
+#include "cloning_app/television/category.h"
+#include "cloning_app/television/setting_kinds.h"
+#include "cloning_app/verbs/app.h"
 
 namespace vxpages {
 

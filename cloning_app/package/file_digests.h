@@ -7,8 +7,8 @@
 #include <thread>
 #include <vector>
 
-#include "cloning_app/package/descriptor.h"
-#include "cloning_app/run/stop_flag.h"
+#include "cloning_app/base/descriptor.h"
+#include "cloning_app/base/stop_flag.h"
 
 namespace vxclone {
 

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "cloning_app/package/tree_walk.h"
+#include "cloning_app/base/tree_walk.h"
 
 namespace vxclone {
 

@@ -31,9 +31,6 @@ inline constexpr std::array<std::string_view, 9> kKnownEntries = {
 /// Whether an entry of this name makes a folder a clone package.
 bool isKnownEntry(std::string_view name);
 
-/// Whether it is a file that a desktop system leaves on every stick: it is never part of a package.
-bool isSidecar(std::string_view name);
-
 /// The names, beside the package's folder, of a package that is being written and of one that is being
 /// replaced.
 std::string newSiblingOf(std::string_view folderName);

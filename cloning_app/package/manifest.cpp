@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "cloning_app/package/escaped_text.h"
 #include "cloning_app/package/manifest_reading.h"
 #include "common/strict_json.h"
 #include "common/terminal_table.h"

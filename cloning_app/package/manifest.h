@@ -6,9 +6,9 @@
 #include <tl/expected.hpp>
 #include <vector>
 
+#include "cloning_app/base/stop_flag.h"
 #include "cloning_app/package/identity.h"
 #include "cloning_app/package/package_contents.h"
-#include "cloning_app/run/stop_flag.h"
 
 namespace vxclone {
 

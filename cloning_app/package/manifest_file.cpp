@@ -5,9 +5,9 @@
 #include <charconv>
 #include <string_view>
 
+#include "cloning_app/base/small_file.h"
 #include "cloning_app/package/digest.h"
 #include "cloning_app/package/layout.h"
-#include "cloning_app/package/small_file.h"
 #include "common/strict_json.h"
 #include "common/terminal_table.h"
 

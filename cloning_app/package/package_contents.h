@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/package/tree_copy.h"
-#include "cloning_app/package/tree_walk.h"
-#include "cloning_app/run/stop_flag.h"
+#include "cloning_app/base/stop_flag.h"
+#include "cloning_app/base/tree_copy.h"
+#include "cloning_app/base/tree_walk.h"
 
 namespace vxclone {
 

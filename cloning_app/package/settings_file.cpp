@@ -10,8 +10,8 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 
+#include "cloning_app/base/small_file.h"
 #include "cloning_app/package/layout.h"
-#include "cloning_app/package/small_file.h"
 #include "common/strict_json.h"
 #include "common/terminal_table.h"
 

@@ -5,8 +5,8 @@
 #include <variant>
 #include <vector>
 
-#include "cloning_app/package/tree_walk.h"
-#include "cloning_app/run/stop_flag.h"
+#include "cloning_app/base/stop_flag.h"
+#include "cloning_app/base/tree_walk.h"
 
 namespace vxclone {
 

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "cloning_app/run/settings_store.h"
+#include "cloning_app/television/settings_store.h"
 
 namespace vxclone {
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <vector>
 
-#include "cloning_app/run/result_table.h"
+#include "cloning_app/report/result_table.h"
 
 namespace vxclone {
 

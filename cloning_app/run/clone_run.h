@@ -5,11 +5,12 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/package/disk_calls.h"
-#include "cloning_app/package/mounts.h"
-#include "cloning_app/run/clone_engine.h"
-#include "cloning_app/run/progress_view.h"
-#include "cloning_app/run/stop_flag.h"
+#include "cloning_app/base/disk_calls.h"
+#include "cloning_app/base/stop_flag.h"
+#include "cloning_app/check/completeness.h"
+#include "cloning_app/report/progress_view.h"
+#include "cloning_app/storage/mounts.h"
+#include "cloning_app/television/clone_engine.h"
 
 namespace vxclone {
 
@@ -30,12 +31,6 @@ struct BackupOptions {
     bool onThisDisk = false;               ///< the folder may lie on the television itself
 };
 
-/// Saves the television into `folder`. Result: the report, the package being sealed and flushed in `folder`;
-/// its exit status says whether a category failed or something is lacking. Errors: `folder` is as it was,
-/// such as where it lies on the television itself (`StickMissing`).
-Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder,
-                         const BackupOptions& options = {});
-
 /// What of a package is restored, and how.
 struct RestoreOptions {
     std::vector<VXClone> list;
@@ -49,24 +44,5 @@ struct RestoreOptions {
     Declared without = {};      ///< what this television does not have
     bool quick = false;         ///< of a dry run: compare settings and pictures alone
 };
-
-/// Loads the categories of the package in `folder` into the television, if it fits and is unaltered. What the
-/// package lacks is left as it is. Result: the report; its exit status says whether a category failed,
-/// differs or is lacking. Errors: nothing of the television was touched before the run began, and the clone
-/// folder is empty unless it was not yet touched either.
-Result<Report> runRestore(const CloneContext& context, const std::filesystem::path& folder,
-                          const RestoreOptions& options);
-
-/// Loads the safety backup of the last restore, in the same way; it stays what it is. Errors: those of
-/// `runRestore`; `NoSafetyBackup`.
-Result<Report> runUndo(const CloneContext& context, bool readBack);
-
-/// Finds out whether the package in `folder` fits the television and is unaltered, on a copy of it in the
-/// clone folder, which is emptied at the end. Result: the report with every finding; its exit status is that
-/// of the gravest, in the order of `problemOf`. Errors: there is no package to examine, or that failed.
-Result<Report> runVerify(const CloneContext& context, const std::filesystem::path& folder);
-
-/// Shows the result as the run's end. Result: the exit status.
-int conclude(const Result<Report>& result, ProgressView& view);
 
 }  // namespace vxclone

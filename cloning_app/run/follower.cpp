@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "cloning_app/run/settings_store.h"
+#include "cloning_app/television/settings_store.h"
 
 namespace vxclone {
 

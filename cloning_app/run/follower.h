@@ -7,9 +7,9 @@
 #include <thread>
 #include <vector>
 
-#include "cloning_app/run/progress_view.h"
-#include "cloning_app/run/result_list.h"
-#include "cloning_app/run/stop_flag.h"
+#include "cloning_app/base/stop_flag.h"
+#include "cloning_app/report/progress_view.h"
+#include "cloning_app/television/result_list.h"
 
 namespace vxclone {
 

@@ -4,17 +4,15 @@
 
 #include <algorithm>
 
-#include "cloning_app/package/disk_space.h"
+#include "cloning_app/base/disk_space.h"
+#include "cloning_app/check/compared_state.h"
 #include "cloning_app/package/layout.h"
-#include "cloning_app/run/added_files.h"
 #include "cloning_app/run/applications.h"
-#include "cloning_app/run/compared_state.h"
 #include "cloning_app/run/logos.h"
-#include "cloning_app/run/own_settings.h"
-#include "cloning_app/run/restore_room.h"
 #include "cloning_app/run/run_parts.h"
-#include "cloning_app/run/safe_television.h"
-#include "cloning_app/run/settings_store.h"
+#include "cloning_app/run/staged_package.h"
+#include "cloning_app/television/settings_store.h"
+#include "cloning_app/television/television_folders.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {

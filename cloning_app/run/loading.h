@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/run/integrity.h"
-#include "cloning_app/run/plan.h"
+#include "cloning_app/check/integrity.h"
+#include "cloning_app/check/plan.h"
+#include "cloning_app/record/run_record.h"
 #include "cloning_app/run/read_back.h"
-#include "cloning_app/run/run_record.h"
 #include "cloning_app/run/staged_package.h"
 
 namespace vxclone {

@@ -6,8 +6,8 @@
 
 #include <cerrno>
 
-#include "cloning_app/package/disk_space.h"
-#include "cloning_app/run/television_folder.h"
+#include "cloning_app/base/disk_space.h"
+#include "cloning_app/television/television_folders.h"
 #include "platform/vx_paths.h"
 
 namespace vxclone {

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "cloning_app/package/tree_copy.h"
-#include "cloning_app/run/result_table.h"
+#include "cloning_app/base/tree_copy.h"
+#include "cloning_app/report/result_table.h"
 
 namespace vxclone {
 

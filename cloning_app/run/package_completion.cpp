@@ -9,17 +9,16 @@
 #include <cerrno>
 #include <iterator>
 
-#include "cloning_app/package/disk_space.h"
+#include "cloning_app/base/disk_space.h"
+#include "cloning_app/check/compared_state.h"
+#include "cloning_app/check/sealing.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/settings_file.h"
 #include "cloning_app/run/applications.h"
-#include "cloning_app/run/compared_state.h"
-#include "cloning_app/run/foreign_text.h"
 #include "cloning_app/run/logos.h"
-#include "cloning_app/run/package_origin.h"
 #include "cloning_app/run/run_parts.h"
-#include "cloning_app/run/safe_television.h"
-#include "cloning_app/run/sealing.h"
+#include "cloning_app/television/foreign_text.h"
+#include "cloning_app/television/television_folders.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {

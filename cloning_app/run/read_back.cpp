@@ -4,9 +4,9 @@
 
 #include <algorithm>
 
-#include "cloning_app/package/disk_space.h"
+#include "cloning_app/base/disk_space.h"
+#include "cloning_app/report/progress_view.h"
 #include "cloning_app/run/applications.h"
-#include "cloning_app/run/quiet_view.h"
 #include "cloning_app/run/television_look.h"
 #include "common/terminal_table.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/run/comparison.h"
+#include "cloning_app/report/comparison.h"
 #include "cloning_app/run/staged_package.h"
 
 namespace vxclone {

@@ -5,12 +5,12 @@
 #include <cctype>
 #include <system_error>
 
-#include "cloning_app/package/clone_root.h"
-#include "cloning_app/package/safety_store.h"
+#include "cloning_app/record/run_remains.h"
+#include "cloning_app/record/status.h"
 #include "cloning_app/run/run_progress.h"
-#include "cloning_app/run/run_remains.h"
-#include "cloning_app/run/status.h"
 #include "cloning_app/run/visit.h"
+#include "cloning_app/storage/clone_root.h"
+#include "cloning_app/storage/safety_store.h"
 
 namespace vxclone {
 

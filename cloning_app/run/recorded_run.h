@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <functional>
 
+#include "cloning_app/record/run_record.h"
+#include "cloning_app/report/output.h"
+#include "cloning_app/report/shown_phase.h"
 #include "cloning_app/run/clone_run.h"
-#include "cloning_app/run/output.h"
-#include "cloning_app/run/run_record.h"
-#include "cloning_app/run/shown_phase.h"
 
 namespace vxclone {
 

@@ -5,15 +5,15 @@
 #include <algorithm>
 #include <system_error>
 
-#include "cloning_app/package/descriptor.h"
-#include "cloning_app/package/own_folders.h"
-#include "cloning_app/package/tree_walk.h"
+#include "cloning_app/base/descriptor.h"
+#include "cloning_app/base/tree_walk.h"
+#include "cloning_app/check/integrity.h"
+#include "cloning_app/record/run_record.h"
+#include "cloning_app/report/finding.h"
 #include "cloning_app/run/applications.h"
-#include "cloning_app/run/check.h"
-#include "cloning_app/run/integrity.h"
-#include "cloning_app/run/run_record.h"
-#include "cloning_app/run/safe_television.h"
 #include "cloning_app/run/staged_package.h"
+#include "cloning_app/storage/own_folders.h"
+#include "cloning_app/television/television_folders.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -147,43 +147,6 @@ Result<ResultList> saveTelevision(const CloneContext& context) {
         return results;
     }
     return saveOnce(context);
-}
-
-std::string failedNames(const std::vector<Row>& rows) {
-    std::vector<std::string_view> names;
-    for (const Row& row : rows) {
-        const std::string_view name = categoryOf(row.category).name;
-        if (isFailure(row.verdict) && (names.empty() || names.back() != name)) {
-            names.push_back(name);
-        }
-    }
-    std::string text;
-    for (const std::string_view name : names) {
-        text += (text.empty() ? "" : ", ") + std::string(name);
-    }
-    return text;
-}
-
-int exitStatusFor(const std::vector<Row>& rows, const ResultList& results) {
-    const bool failed = anyFailed(rows) || !results.unknownLines().empty();
-    return failed ? exitStatusOf(ErrorCode::CategoryFailed) : kExitOk;
-}
-
-std::vector<std::string> unknownLineSentences(const ResultList& results) {
-    std::vector<std::string> sentences;
-    for (const std::string& line : results.unknownLines()) {
-        sentences.push_back("The library reported something unknown: " + vxcommon::printable(line));
-    }
-    return sentences;
-}
-
-int conclude(const Result<Report>& result, ProgressView& view) {
-    if (!result) {
-        view.failed(result.error());
-        return exitStatusOf(result.error().code);
-    }
-    view.done(*result);
-    return result->exitStatus;
 }
 
 }  // namespace vxclone

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/package/stick_target.h"
 #include "cloning_app/run/clone_run.h"
 #include "cloning_app/run/follower.h"
+#include "cloning_app/storage/stick_target.h"
 
 namespace vxclone {
 
@@ -26,14 +26,5 @@ Result<ResultList> runAndFollow(const CloneContext& context, Direction direction
 /// it did not report. Result and errors: those of `runAndFollow`; a stop before it began; the settings store
 /// refused (`SettingsRefused`).
 Result<ResultList> saveTelevision(const CloneContext& context);
-
-/// The names of the failed categories, each once: "channels, apps".
-std::string failedNames(const std::vector<Row>& rows);
-
-/// The report's exit status for these rows and lines.
-int exitStatusFor(const std::vector<Row>& rows, const ResultList& results);
-
-/// A sentence for each line of the result list that vxclone does not know.
-std::vector<std::string> unknownLineSentences(const ResultList& results);
 
 }  // namespace vxclone

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <thread>
 
-#include "cloning_app/run/progress_view.h"
+#include "cloning_app/report/progress_view.h"
 
 namespace vxclone {
 

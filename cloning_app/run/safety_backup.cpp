@@ -5,13 +5,12 @@
 #include <algorithm>
 #include <array>
 
-#include "cloning_app/package/safety_store.h"
-#include "cloning_app/run/added_files.h"
-#include "cloning_app/run/compared_state.h"
+#include "cloning_app/check/compared_state.h"
+#include "cloning_app/report/progress_view.h"
 #include "cloning_app/run/package_completion.h"
-#include "cloning_app/run/quiet_view.h"
 #include "cloning_app/run/run_parts.h"
-#include "cloning_app/run/television_folder.h"
+#include "cloning_app/storage/safety_store.h"
+#include "cloning_app/television/television_folders.h"
 #include "common/terminal_table.h"
 #include "platform/vx_paths.h"
 

@@ -2,9 +2,9 @@
 
 #include <optional>
 
-#include "cloning_app/run/comparison.h"
+#include "cloning_app/record/run_record.h"
+#include "cloning_app/report/comparison.h"
 #include "cloning_app/run/loading.h"
-#include "cloning_app/run/run_record.h"
 #include "cloning_app/run/staged_package.h"
 
 namespace vxclone {

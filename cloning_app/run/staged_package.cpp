@@ -1,11 +1,15 @@
 #include "cloning_app/run/staged_package.h"
 
+#include <fmt/format.h>
+#include <sys/statvfs.h>
+
 #include <utility>
 
+#include "cloning_app/base/small_file.h"
+#include "cloning_app/check/integrity.h"
 #include "cloning_app/package/layout.h"
-#include "cloning_app/package/small_file.h"
-#include "cloning_app/run/restore_room.h"
 #include "cloning_app/run/run_parts.h"
+#include "common/terminal_table.h"
 
 namespace vxclone {
 
@@ -16,6 +20,48 @@ constexpr std::size_t kMostSealBytes = std::size_t{64} << 10U;
 
 /// The rest of the phase is for the checks of the copy.
 constexpr double kPartOfTheCopy = 0.5;
+
+/// Less than this is what is left once somebody was refused room.
+constexpr std::uint64_t kLeastRoom = std::uint64_t{64} << 10U;
+constexpr std::uint64_t kLeastFiles = 2;
+
+std::string overrideWarning(const Check& model) {
+    return fmt::format(
+        "WARNING: the package is from another model: this television is a {}, the package is from a {}. "
+        "It is restored all the same, because of --force-model; what the models do not share may not work.",
+        vxcommon::printable(model.television), vxcommon::printable(model.package));
+}
+
+/// Lets only the package in that the user has inspected. `expected` is the beginning of its digest, or empty.
+Result<void> expectDigest(const Examination& found, const std::string& expected, const std::string& path) {
+    if (expected.empty() || (found.digest && found.digest->substr(0, expected.size()) == expected)) {
+        return {};
+    }
+    const std::string whatItIs =
+        found.digest ? "has the digest " + *found.digest : std::string("has no manifest, and so no digest");
+    return failure(ErrorCode::Altered,
+                   fmt::format("{} is not the expected package: it {}, not {}; take the package that was "
+                               "inspected",
+                               vxcommon::printable(path), whatItIs, expected));
+}
+
+/// What of a good examination is shown with the result of a restore.
+std::vector<Check> shownOf(const std::vector<Check>& checks, bool overridden) {
+    std::vector<Check> shown;
+    if (!overridden) {
+        shown.push_back({Subject::Identity, Finding::Verified});
+    }
+    for (const Check& check : checks) {
+        const bool ofIdentity = check.subject == Subject::Model || check.subject == Subject::ProductTag ||
+                                check.subject == Subject::Tuner;
+        if (check.subject == Subject::Seal || check.finding == Finding::Unaltered) {
+            shown.push_back({check.subject, Finding::Verified});
+        } else if (overridden || !ofIdentity) {
+            shown.push_back(check);
+        }
+    }
+    return shown;
+}
 
 }  // namespace
 
@@ -100,6 +146,44 @@ Result<StagedPackage> StagedPackage::sealOf(const CloneContext& context, const T
         }
     }
     return staged;
+}
+
+TreeSize loadReserve(const Tree& package) {
+    return together(measureTree(package, TreeLimits{}).value_or(TreeSize{}), kRoomOfARun);
+}
+
+TreeSize together(const TreeSize& one, const TreeSize& other) {
+    return {one.entries + other.entries, one.files + other.files, one.bytes + other.bytes};
+}
+
+bool isFull(const Tree& folder) {
+    struct statvfs facts {};
+    if (fstatvfs(folder.descriptor, &facts) != 0) {
+        return false;
+    }
+    const bool noBytes = facts.f_blocks != 0 && std::uint64_t{facts.f_bavail} * facts.f_frsize < kLeastRoom;
+    return noBytes || (facts.f_files != 0 && facts.f_favail < kLeastFiles);
+}
+
+Result<Examination> admit(const CloneContext& context, const StagedPackage& package,
+                          const RestoreOptions& options) {
+    auto found = examinePackage(context.engine, package.tree(), package.tree(), context.stop);
+    if (!found) {
+        return found;
+    }
+    const bool overridden = options.forceModel && overrideModel(found->checks);
+    if (const auto problem = problemOf(found->checks)) {
+        return failure(
+            *problem,
+            fmt::format("{}", fmt::join(problemSentences(found->checks, package.origin()), "; also: ")));
+    }
+    if (const auto right = expectDigest(*found, options.expect, package.origin()); !right) {
+        return tl::make_unexpected(right.error());
+    }
+    if (overridden) {
+        context.view.notice(overrideWarning(found->checks.front()));
+    }
+    return Examination{shownOf(found->checks, overridden), found->digest, std::move(found->lacks)};
 }
 
 }  // namespace vxclone

@@ -5,8 +5,10 @@
 #include <memory>
 #include <string>
 
-#include "cloning_app/package/clone_root.h"
+#include "cloning_app/base/tree_copy.h"
+#include "cloning_app/check/integrity.h"
 #include "cloning_app/run/clone_run.h"
+#include "cloning_app/storage/clone_root.h"
 
 namespace vxclone {
 
@@ -56,5 +58,26 @@ class StagedPackage {
     bool linked_ = false;
     bool kept_ = false;
 };
+
+/// What a restore writes on the television's disk beside the files of the package. The settings store keeps a
+/// journal, which it writes back once that has 4 MiB; the rest is for the log, the services' databases and
+/// the record of the run. A store that has no room in the middle leaves the television half restored.
+inline constexpr TreeSize kRoomOfARun = {64, 0, std::uint64_t{6} << 20U};
+
+/// How much room a load of the package needs beside the package in the clone folder: its files once more,
+/// which services and folders take over before they give up what they had, and `kRoomOfARun`.
+TreeSize loadReserve(const Tree& package);
+
+/// Both together.
+TreeSize together(const TreeSize& one, const TreeSize& other);
+
+/// Whether the disk of this folder has next to no room left, in bytes or in files. False where nobody can
+/// tell.
+bool isFull(const Tree& folder);
+
+/// Lets a staged package in that fits, is unaltered and is the one that the user expects. Result: what was
+/// examined, for the table. Errors: those of `examinePackage`; the gravest of what was found.
+Result<Examination> admit(const CloneContext& context, const StagedPackage& package,
+                          const RestoreOptions& options);
 
 }  // namespace vxclone

@@ -5,13 +5,12 @@
 #include <algorithm>
 #include <utility>
 
-#include "cloning_app/package/disk_space.h"
+#include "cloning_app/base/disk_space.h"
+#include "cloning_app/check/compared_state.h"
+#include "cloning_app/record/run_record.h"
 #include "cloning_app/run/applications.h"
-#include "cloning_app/run/compared_state.h"
-#include "cloning_app/run/kept_run_keys.h"
-#include "cloning_app/run/run_record.h"
-#include "cloning_app/run/setting_value.h"
-#include "cloning_app/run/settings_store.h"
+#include "cloning_app/television/kept_run_keys.h"
+#include "cloning_app/television/settings_store.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -50,9 +49,9 @@ nlohmann::ordered_json lineOf(const PackagePart& part, std::string_view result) 
     return members;
 }
 
-class Comparer {
+class TelevisionComparer {
  public:
-    explicit Comparer(const TelevisionLook* look) : look_(look) {
+    explicit TelevisionComparer(const TelevisionLook* look) : look_(look) {
         if (look != nullptr) {
             saved_ = partsOf(look->state);
             outcomeLost_ =
@@ -172,7 +171,7 @@ bool TelevisionComparison::complete() const {
 }
 
 TelevisionComparison compareWithTelevision(const ComparedState& package, const TelevisionLook* look) {
-    return Comparer(look).compare(package);
+    return TelevisionComparer(look).compare(package);
 }
 
 Result<TelevisionLook> lookForComparison(const CloneContext& context, const Tree& root,

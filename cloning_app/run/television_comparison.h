@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/package/tree_copy.h"
-#include "cloning_app/run/package_parts.h"
+#include "cloning_app/base/tree_copy.h"
+#include "cloning_app/check/package_parts.h"
 #include "cloning_app/run/television_look.h"
 
 namespace vxclone {

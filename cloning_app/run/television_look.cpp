@@ -4,11 +4,11 @@
 #include <string>
 #include <utility>
 
+#include "cloning_app/check/compared_state.h"
 #include "cloning_app/run/applications.h"
-#include "cloning_app/run/compared_state.h"
 #include "cloning_app/run/logos.h"
 #include "cloning_app/run/run_parts.h"
-#include "cloning_app/run/settings_store.h"
+#include "cloning_app/television/settings_store.h"
 
 namespace vxclone {
 

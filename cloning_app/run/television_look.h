@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "cloning_app/report/comparison.h"
 #include "cloning_app/run/clone_run.h"
-#include "cloning_app/run/comparison.h"
 
 namespace vxclone {
 

@@ -3,9 +3,9 @@
 #include <system_error>
 #include <utility>
 
-#include "cloning_app/package/clone_root.h"
-#include "cloning_app/package/kept_content.h"
-#include "cloning_app/run/kept_run_keys.h"
+#include "cloning_app/storage/clone_root.h"
+#include "cloning_app/storage/kept_content.h"
+#include "cloning_app/television/kept_run_keys.h"
 
 namespace vxclone {
 

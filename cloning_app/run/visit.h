@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
+#include "cloning_app/record/run_record.h"
 #include "cloning_app/run/clone_run.h"
-#include "cloning_app/run/run_record.h"
 
 namespace vxclone {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/errors.h"
+#include "cloning_app/base/errors.h"
 
 namespace vxclone {
 

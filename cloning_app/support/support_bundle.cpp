@@ -8,12 +8,12 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "cloning_app/package/descriptor.h"
+#include "cloning_app/base/descriptor.h"
+#include "cloning_app/base/version.h"
 #include "cloning_app/package/identity.h"
-#include "cloning_app/run/run_record.h"
-#include "cloning_app/run/settings_store.h"
-#include "cloning_app/run/status.h"
-#include "cloning_app/version.h"
+#include "cloning_app/record/run_record.h"
+#include "cloning_app/record/status.h"
+#include "cloning_app/television/settings_store.h"
 
 namespace vxclone {
 

@@ -1,8 +1,7 @@
 // The names and texts of a manifest, with marks of two hexadecimal digits for what is no plain text.
 
-#include "cloning_app/package/escaped_text.h"
-
 #include "cloning_app/package/digest.h"
+#include "cloning_app/package/manifest_reading.h"
 #include "fuzz/target.h"
 
 namespace vxfuzz {

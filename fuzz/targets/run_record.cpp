@@ -1,6 +1,6 @@
 // The record of the last run, which vxclone finds on the television.
 
-#include "cloning_app/run/run_record.h"
+#include "cloning_app/record/run_record.h"
 
 #include "fuzz/target.h"
 

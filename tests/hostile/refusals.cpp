@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iostream>
 
-#include "cloning_app/error_catalogue.h"
+#include "cloning_app/base/error_catalogue.h"
 
 namespace vxtest {
 

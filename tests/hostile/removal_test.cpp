@@ -11,8 +11,8 @@
 #include <utility>
 
 #include "cloning_app/package/layout.h"
-#include "cloning_app/run/clone_run.h"
-#include "cloning_app/run/library_engine.h"
+#include "cloning_app/television/library_engine.h"
+#include "cloning_app/verbs/verbs.h"
 #include "common/tree_removal.h"
 #include "tests/hostile/stage.h"
 #include "tests/unit/cloning_app/own_mounts.h"

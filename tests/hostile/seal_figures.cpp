@@ -6,7 +6,7 @@
 #include <functional>
 #include <random>
 
-#include "cloning_app/run/library_engine.h"
+#include "cloning_app/television/library_engine.h"
 #include "src/VXCloneUtil.h"
 #include "tests/hostile/compensation.h"
 #include "tests/hostile/stage.h"

@@ -4,12 +4,11 @@
 
 #include <stdexcept>
 
+#include "cloning_app/check/sealing.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/package_contents.h"
 #include "cloning_app/package/package_key.h"
-#include "cloning_app/run/library_engine.h"
-#include "cloning_app/run/package_origin.h"
-#include "cloning_app/run/sealing.h"
+#include "cloning_app/television/library_engine.h"
 #include "tests/support/machine/file_tree.h"
 
 namespace vxtest {

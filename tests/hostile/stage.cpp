@@ -8,9 +8,9 @@
 #include <stdexcept>
 
 #include "cloning_app/package/layout.h"
-#include "cloning_app/run/category.h"
-#include "cloning_app/run/clone_run.h"
-#include "cloning_app/run/library_engine.h"
+#include "cloning_app/television/category.h"
+#include "cloning_app/television/library_engine.h"
+#include "cloning_app/verbs/verbs.h"
 #include "tests/support/machine/tool_paths.h"
 #include "tests/unit/cloning_app/recording_view.h"
 

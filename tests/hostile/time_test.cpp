@@ -10,7 +10,7 @@
 
 #include "cloning_app/package/manifest.h"
 #include "cloning_app/package/settings_file.h"
-#include "cloning_app/run/run_record.h"
+#include "cloning_app/record/run_record.h"
 #include "common/strict_json.h"
 #include "tests/hostile/stage.h"
 #include "tests/support/machine/temporary_directory.h"

@@ -4,7 +4,7 @@
 #include <random>
 #include <set>
 
-#include "cloning_app/package/stick_target.h"
+#include "cloning_app/storage/stick_target.h"
 #include "tests/sweeps/storage/journal.h"
 #include "tests/sweeps/storage/small_disk.h"
 #include "tests/sweeps/storage/storage_test.h"

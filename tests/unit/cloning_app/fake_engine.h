@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/run/clone_engine.h"
-#include "cloning_app/run/settings_store.h"
+#include "cloning_app/television/clone_engine.h"
+#include "cloning_app/television/settings_store.h"
 
 /// A library of these tests: does what it is told to and reports as the real one does.
 struct FakeEngine final : vxclone::CloneEngine {

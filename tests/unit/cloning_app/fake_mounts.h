@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "cloning_app/package/mounts.h"
+#include "cloning_app/storage/mounts.h"
 
 /// A kernel that takes every folder in or below `stick` for one on a stick, plugged in at /media/usb, and
 /// every other one for the television's own.

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/run/progress_view.h"
+#include "cloning_app/report/progress_view.h"
 
 /// Keeps everything that a run shows.
 struct RecordingView : vxclone::ProgressView {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "cloning_app/run/clone_run.h"
+#include "cloning_app/verbs/verbs.h"
 #include "tests/unit/cloning_app/fake_engine.h"
 #include "tests/unit/cloning_app/fake_mounts.h"
 #include "tests/unit/cloning_app/fake_paths.h"

@@ -3,8 +3,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
-#include "cloning_app/run/package_origin.h"
-#include "cloning_app/run/sealing.h"
+#include "cloning_app/check/sealing.h"
 #include "tests/unit/cloning_app/fake_engine.h"
 
 /// What a package of this television says of where it comes from.

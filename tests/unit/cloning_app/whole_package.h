@@ -5,8 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "cloning_app/run/setting_kinds.h"
-#include "cloning_app/run/settings_store.h"
+#include "cloning_app/television/setting_kinds.h"
+#include "cloning_app/television/settings_store.h"
 #include "tests/unit/cloning_app/test_folder.h"
 
 /// Every outcome that the library reports when all goes well.

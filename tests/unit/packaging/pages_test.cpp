@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "cloning_app/error_catalogue.h"
+#include "cloning_app/base/error_catalogue.h"
 #include "packaging/vxclone_manual.h"
 #include "packaging/vxtv_manual.h"
 #include "tests/support/machine/file_tree.h"

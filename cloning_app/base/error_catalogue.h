@@ -1,0 +1,34 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "cloning_app/base/errors.h"
+
+namespace vxclone {
+
+/// What an exit status stands for.
+struct StatusFact {
+    int status;
+    std::string_view meaning;
+};
+
+/// One error of the catalogue.
+struct ErrorFact {
+    ErrorCode code;
+    int exitStatus;
+    std::string_view name;      ///< in the lines of `--json`
+    std::string_view cause;     ///< what happened, for people
+    std::string_view nextStep;  ///< what to do about it
+};
+
+/// Every exit status, in rising order: what the help, the manual and the documents tell.
+std::span<const StatusFact> exitStatuses();
+
+/// Every error, in the order of `ErrorCode`.
+std::span<const ErrorFact> errorCatalogue();
+
+/// The catalogue's entry of the error.
+const ErrorFact& factOf(ErrorCode code);
+
+}  // namespace vxclone

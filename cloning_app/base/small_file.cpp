@@ -1,0 +1,81 @@
+#include "cloning_app/base/small_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdint>
+
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr mode_t kSmallFileMode = 0664;
+
+/// Result: 0, or the system's reason (errno).
+int writeAll(int file, const std::string& content) {
+    for (std::size_t done = 0; done < content.size();) {
+        const ssize_t written = write(file, content.data() + done, content.size() - done);
+        if (written < 0 && errno != EINTR) {
+            return errno;
+        }
+        done += written < 0 ? 0 : static_cast<std::size_t>(written);
+    }
+    return fsync(file) == 0 ? 0 : errno;
+}
+
+}  // namespace
+
+Result<std::optional<std::string>> readSmallFile(const Tree& folder, const std::string& name,
+                                                 std::size_t most) {
+    const std::string path = folder.path + "/" + name;
+    const Descriptor file(
+        openat(folder.descriptor, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file.valid() && errno == ENOENT) {
+        return std::optional<std::string>();
+    }
+    struct stat facts {};
+    if (!file.valid() || fstat(file.get(), &facts) != 0) {
+        return tl::make_unexpected(readError(folder.place, path, errno));
+    }
+    if (!S_ISREG(facts.st_mode)) {
+        return failure(
+            ErrorCode::UnsafeEntry,
+            vxcommon::printable(path) + " is not a file; make the package again with vxclone backup");
+    }
+    const auto wanted = static_cast<std::uintmax_t>(facts.st_size) + 1;
+    std::string text(static_cast<std::size_t>(std::min<std::uintmax_t>(most, wanted)), '\0');
+    std::size_t size = 0;
+    while (size < text.size()) {
+        const ssize_t got = read(file.get(), text.data() + size, text.size() - size);
+        if (got < 0 && errno != EINTR) {
+            return tl::make_unexpected(readError(folder.place, path, errno));
+        }
+        if (got == 0) {
+            break;
+        }
+        size += got < 0 ? 0 : static_cast<std::size_t>(got);
+    }
+    text.resize(size);
+    return std::optional(std::move(text));
+}
+
+Result<void> writeSmallFile(const Tree& folder, const std::string& name, const std::string& content) {
+    int reason = removeTree(folder.descriptor, name);
+    if (reason == 0) {
+        const Descriptor file(openat(folder.descriptor, name.c_str(),
+                                     O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kSmallFileMode));
+        reason = file.valid() ? writeAll(file.get(), content) : errno;
+    }
+    if (reason != 0) {
+        removeTree(folder.descriptor, name);
+        return tl::make_unexpected(writeError(folder.place, folder.path + "/" + name, reason));
+    }
+    return {};
+}
+
+}  // namespace vxclone

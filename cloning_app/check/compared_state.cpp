@@ -1,0 +1,200 @@
+#include "cloning_app/check/compared_state.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include "cloning_app/package/layout.h"
+#include "cloning_app/television/category.h"
+#include "cloning_app/television/television_folders.h"
+#include "platform/vx_paths.h"
+
+namespace vxclone {
+
+namespace {
+
+/// A folder of the television that travels file by file.
+struct LiveFolder {
+    VXClone category;
+    std::string_view entry;  ///< its name in a package
+    std::string (*path)();
+};
+
+constexpr std::array kLiveFolders = {
+    LiveFolder{VXCLONE_HOSPITALITY_LOGO, "logo", vx_get_bootlogo_path},
+    LiveFolder{VXCLONE_VXHOTEL_HOMEAPP_DATA, "VXHotel", vx_get_homemenu_path},
+    LiveFolder{VXCLONE_VXHOTEL_MBR_LOGO, "VXMBRLogo", vx_get_mbrlogo_path},
+};
+
+const LiveFolder* liveFolderOf(VXClone category) {
+    const auto* const found =
+        std::find_if(kLiveFolders.begin(), kLiveFolders.end(),
+                     [category](const LiveFolder& folder) { return folder.category == category; });
+    return found == kLiveFolders.end() ? nullptr : found;
+}
+
+/// The files directly in the folder, by their names.
+Result<std::vector<PackageEntry>> filesIn(const Tree& folder) {
+    auto contents = readContents(folder);
+    if (!contents) {
+        return tl::make_unexpected(contents.error());
+    }
+    std::vector<PackageEntry> files = std::move(contents->entries);
+    files.erase(std::remove_if(files.begin(), files.end(),
+                               [](const PackageEntry& entry) {
+                                   return entry.folder || entry.path.find('/') != std::string::npos;
+                               }),
+                files.end());
+    return files;
+}
+
+std::string prefix() {
+    return std::string(categoryOf(VXCLONE_VXHOTEL_HOMEAPP_DATA).entry) + "/";
+}
+
+/// Whether the entry of a package is a file that the library copies into the home menu.
+bool goesToHomeMenu(const PackageEntry& entry) {
+    const std::string folder = prefix();
+    return !entry.folder && entry.path.rfind(folder, 0) == 0 &&
+           entry.path.find('/', folder.size()) == std::string::npos;
+}
+
+}  // namespace
+
+Result<ComparedState> stateOfPackage(const Tree& package) {
+    auto settings = readSettings(package);
+    if (!settings) {
+        return tl::make_unexpected(settings.error());
+    }
+    auto files = filesOf(package);
+    if (!files) {
+        return tl::make_unexpected(files.error());
+    }
+    return ComparedState{settings->value_or(std::vector<Setting>{}), std::move(*files)};
+}
+
+Result<std::vector<PackageEntry>> filesOf(const Tree& package) {
+    auto contents = readContents(package);
+    if (!contents) {
+        return tl::make_unexpected(contents.error());
+    }
+    std::vector<PackageEntry>& files = contents->entries;
+    files.erase(
+        std::remove_if(files.begin(), files.end(),
+                       [](const PackageEntry& entry) { return entry.folder || entry.path == kSettingsFile; }),
+        files.end());
+    return std::move(files);
+}
+
+bool isFolderOfTelevision(VXClone category) {
+    return liveFolderOf(category) != nullptr;
+}
+
+Result<std::vector<PackageEntry>> filesOfTelevision(VXClone category) {
+    const LiveFolder& folder = *liveFolderOf(category);
+    const std::string path = folder.path();
+    const auto opened = openTelevisionFolder(path);
+    if (!opened) {
+        return tl::make_unexpected(opened.error());
+    }
+    if (!opened->valid()) {
+        return std::vector<PackageEntry>();
+    }
+    auto contents = readContents({opened->get(), path, Place::Television});
+    if (!contents) {
+        return tl::make_unexpected(contents.error());
+    }
+    std::vector<PackageEntry> files;
+    for (PackageEntry& entry : contents->entries) {
+        if (!entry.folder && entry.path.find('/') == std::string::npos) {
+            files.push_back(std::move(entry));
+            files.back().path.insert(0, std::string(folder.entry) + "/");
+        }
+    }
+    return files;
+}
+
+Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root) {
+    const auto held = filesOf(root);
+    if (!held) {
+        return tl::make_unexpected(held.error());
+    }
+    const auto live = filesOfTelevision(VXCLONE_VXHOTEL_HOMEAPP_DATA);
+    if (!live) {
+        return tl::make_unexpected(live.error());
+    }
+    std::vector<std::string> missing;
+    for (const PackageEntry& file : *live) {
+        const auto same = std::lower_bound(
+            held->begin(), held->end(), file.path,
+            [](const PackageEntry& each, const std::string& wanted) { return each.path < wanted; });
+        if (same == held->end() || same->path != file.path || same->digest != file.digest) {
+            missing.push_back(file.path);
+        }
+    }
+    return missing;
+}
+
+Result<std::vector<PackageEntry>> filesAddedBy(const Tree& package) {
+    const std::string path = vx_get_homemenu_path();
+    const auto folder = openTelevisionFolder(path);
+    if (!folder) {
+        return tl::make_unexpected(folder.error());
+    }
+    auto contents = readContents(package);
+    if (!contents) {
+        return tl::make_unexpected(contents.error());
+    }
+    std::vector<PackageEntry> added;
+    for (PackageEntry& entry : contents->entries) {
+        if (!folder->valid() || !goesToHomeMenu(entry)) {
+            continue;
+        }
+        const auto there =
+            hasEntry({folder->get(), path, Place::Television}, entry.path.substr(prefix().size()));
+        if (!there) {
+            return tl::make_unexpected(there.error());
+        }
+        if (!*there) {
+            added.push_back(std::move(entry));
+        }
+    }
+    return added;
+}
+
+Result<std::size_t> removeAdded(const std::vector<PackageEntry>& added) {
+    if (added.empty()) {
+        return std::size_t{0};
+    }
+    const std::string path = vx_get_homemenu_path();
+    const auto folder = openTelevisionFolder(path);
+    if (!folder) {
+        return tl::make_unexpected(folder.error());
+    }
+    if (!folder->valid()) {
+        return std::size_t{0};
+    }
+    const auto files = filesIn({folder->get(), path, Place::Television});
+    if (!files) {
+        return tl::make_unexpected(files.error());
+    }
+    std::size_t removed = 0;
+    for (const PackageEntry& file : *files) {
+        const bool isAdded = std::any_of(added.begin(), added.end(), [&file](const PackageEntry& each) {
+            return goesToHomeMenu(each) && each.path == prefix() + file.path && each.digest == file.digest;
+        });
+        if (!isAdded) {
+            continue;
+        }
+        if (unlinkat(folder->get(), file.path.c_str(), 0) != 0) {
+            return tl::make_unexpected(writeError(Place::Television, path + "/" + file.path, errno));
+        }
+        ++removed;
+    }
+    return removed;
+}
+
+}  // namespace vxclone

@@ -1,0 +1,166 @@
+#include "cloning_app/check/sealing.h"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <utility>
+
+#include "cloning_app/base/small_file.h"
+#include "cloning_app/base/utc_time.h"
+#include "cloning_app/base/version.h"
+#include "cloning_app/package/layout.h"
+#include "cloning_app/package/manifest_file.h"
+#include "cloning_app/television/shortage.h"
+
+namespace vxclone {
+
+namespace {
+
+/// Where the library puts a new seal: it removes a file with the seal's own name from the clone folder.
+constexpr const char* kNewSealFile = "validate.vxclone-new";
+
+// What the library's check of the identity answers.
+constexpr int kSealFits = 0;
+
+std::string in(const Tree& package, std::string_view name) {
+    return package.path + "/" + std::string(name);
+}
+
+tl::unexpected<Error> noKey(std::string_view which) {
+    const auto none =
+        failure(ErrorCode::NoKey,
+                fmt::format("this television has no {}, so a backup cannot be sealed; restart the "
+                            "television and try again, and have its keys installed if that does not help",
+                            which));
+    return tl::make_unexpected(orShortage(none.value(), std::string(kCloneRoot)));
+}
+
+tl::unexpected<Error> notSealed(const std::string& why) {
+    return failure(ErrorCode::NotSealed, "the backup cannot be sealed: " + why +
+                                             "; free some space on the television's disk and back up again");
+}
+
+/// What the library said while it sealed; a call that broke off is a backup that is not sealed.
+Result<void> sealedOr(const Result<bool>& answer, const std::string& whyNot) {
+    if (!answer) {
+        const bool full = answer.error().code == ErrorCode::TelevisionFull;
+        return failure(ErrorCode::NotSealed,
+                       "the backup cannot be sealed: " + answer.error().sentence +
+                           (full ? "" : ", or free some space on the television's disk first"));
+    }
+    return *answer ? Result<void>() : notSealed(whyNot);
+}
+
+Result<void> recordIdentity(CloneEngine& engine, const Tree& package, const Identity& identity) {
+    const auto text = identityText(identity);
+    if (!text) {
+        return tl::make_unexpected(text.error());
+    }
+    if (const auto written = writeSmallFile(package, kIdentityFile, *text); !written) {
+        return written;
+    }
+    const auto readBack = engine.checkIdentity(package.path);
+    if (!readBack) {
+        return tl::make_unexpected(readBack.error());
+    }
+    if (*readBack != kSealFits) {
+        return notSealed(fmt::format("the clone library does not accept the {} of this television (code {})",
+                                     kIdentityFile, *readBack));
+    }
+    return {};
+}
+
+/// Seals the files, and sees whether the library takes its own seal.
+Result<void> makeSeal(CloneEngine& engine, const Tree& package, const std::vector<std::string>& files) {
+    const auto made =
+        sealedOr(engine.seal(files, in(package, kNewSealFile)), "the clone library could not write the seal");
+    if (!made) {
+        return made;
+    }
+    if (renameat(package.descriptor, kNewSealFile, package.descriptor, kSealFile) != 0) {
+        return tl::make_unexpected(writeError(package.place, in(package, kSealFile), errno));
+    }
+    return sealedOr(engine.checkSeal(files, in(package, kSealFile)),
+                    "the seal does not match what was sealed");
+}
+
+Result<std::string> recordAndSeal(CloneEngine& engine, const Tree& package, const PackageOrigin& origin,
+                                  const PackageKey& key) {
+    if (const auto recorded = recordIdentity(engine, package, origin.source); !recorded) {
+        return tl::make_unexpected(recorded.error());
+    }
+    // The seal covers the manifest as well: it must be there when the files are listed.
+    if (const auto room = writeSmallFile(package, kManifestFile, ""); !room) {
+        return tl::make_unexpected(room.error());
+    }
+    auto contents = readContents(package);
+    if (!contents) {
+        return tl::make_unexpected(contents.error());
+    }
+    auto digest = writeManifest(package, {origin, std::move(contents->entries)}, key);
+    if (!digest) {
+        return digest;
+    }
+    if (const auto made = makeSeal(engine, package, contents->files); !made) {
+        return tl::make_unexpected(made.error());
+    }
+    return digest;
+}
+
+void removeSealing(const Tree& package) {
+    for (const char* const name : {kNewSealFile, kSealFile, kSealWorkingFile}) {
+        removeTree(package.descriptor, name);
+    }
+}
+
+}  // namespace
+
+Result<PackageKey> requireKeys(CloneEngine& engine) {
+    const auto key = engine.hasKey();
+    if (!key) {
+        return tl::make_unexpected(key.error());
+    }
+    if (!*key) {
+        return noKey("clone key");
+    }
+    auto packageKey = PackageKey::ofTelevision();
+    return packageKey ? Result<PackageKey>(std::move(*packageKey)) : noKey("package key");
+}
+
+Result<SealedPackage> sealPackage(CloneEngine& engine, const Tree& package, const PackageOrigin& origin,
+                                  const PackageKey& key) {
+    removeSealing(package);
+    auto digest = recordAndSeal(engine, package, origin, key);
+    if (!digest) {
+        removeSealing(package);
+        return tl::make_unexpected(digest.error());
+    }
+    return SealedPackage{{Check{Subject::Identity, Finding::Recorded},
+                          Check{Subject::Manifest, Finding::Recorded}, Check{Subject::Seal, Finding::Sealed}},
+                         std::move(*digest)};
+}
+
+Result<PackageOrigin> originOfBackup(const std::string& name) {
+    if (name.empty() || name.size() > kLongestPackageName) {
+        return failure(ErrorCode::BadArguments,
+                       fmt::format("the package's name must have 1 to {} bytes; choose another with --name",
+                                   kLongestPackageName));
+    }
+    const Identity identity = televisionIdentity();
+    if (const auto text = identityText(identity); !text) {
+        return tl::make_unexpected(text.error());
+    }
+    return PackageOrigin{name, timeText(secondsNow()), fmt::format("vxclone {}", version()), identity};
+}
+
+std::vector<ManifestResult> resultsOf(const std::vector<Row>& rows) {
+    std::vector<ManifestResult> results;
+    for (const Row& row : rows) {
+        results.push_back({std::string(categoryOf(row.category).name), std::string(nameOf(row.verdict)),
+                           row.detail, row.subject});
+    }
+    return results;
+}
+
+}  // namespace vxclone

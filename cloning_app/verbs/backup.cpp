@@ -1,0 +1,169 @@
+#include <fmt/format.h>
+
+#include "cloning_app/base/disk_space.h"
+#include "cloning_app/package/manifest_file.h"
+#include "cloning_app/package/package_contents.h"
+#include "cloning_app/run/package_completion.h"
+#include "cloning_app/run/recorded_run.h"
+#include "cloning_app/run/run_parts.h"
+#include "cloning_app/storage/clone_root.h"
+#include "cloning_app/television/television_folders.h"
+#include "cloning_app/verbs/verbs.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+/// Whether what lies on the stick is what its manifest lists: whoever still wrote into the clone folder after
+/// the library's run had ended, an application that answered too late, would have spoilt the package. Result:
+/// its size.
+Result<TreeSize> checkCopy(const CloneContext& context, const Tree& stick) {
+    const auto listed = readManifest(stick, PackageKey::ofTelevision(), &context.stop);
+    if (!listed) {
+        return tl::make_unexpected(listed.error());
+    }
+    const auto held =
+        ContentsReading::begin(stick, Digests::OfFiles, &context.stop).and_then([](ContentsReading reading) {
+            return reading.finish();
+        });
+    if (!held) {
+        return tl::make_unexpected(held.error());
+    }
+    const auto differences =
+        differencesOf(*listed ? (*listed)->manifest.entries : std::vector<PackageEntry>(), held->entries);
+    if (differences.empty()) {
+        return sizeOf(*held);
+    }
+    return failure(ErrorCode::NotSealed,
+                   fmt::format("the backup is not whole: {} changed while it was saved, perhaps by an "
+                               "application that was still at work; back up again",
+                               vxcommon::printable(differences.front().path)));
+}
+
+/// Copies the finished backup beside the target and lets it take the target's place.
+Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Replacement& replacement) {
+    const Tree stick = replacement.tree();
+    TreeJudge judge(rulesAt(stick.descriptor));
+    const auto rule = [&judge](const TreeEntry& entry) { return judge.problemWith(entry); };
+    const auto needed = measureTree(root, TreeLimits{}, rule);
+    if (!needed) {
+        return needed;
+    }
+    if (const auto space = checkSpace(stick, *needed); !space) {
+        return tl::make_unexpected(space.error());
+    }
+    const DiskCalls calls = countingWrites(context.disk, needed->bytes, [&context](double part) {
+        context.view.progress({ShownPhase::Writing, part});
+    });
+    const auto copied = copyTree(root, stick, TreeLimits{}, Flush::Yes, calls, context.stop);
+    if (!copied) {
+        return copied;
+    }
+    context.view.progress({ShownPhase::Closing});
+    auto size = checkCopy(context, stick);
+    if (!size) {
+        return size;
+    }
+    if (const auto committed = replacement.commit(); !committed) {
+        return tl::make_unexpected(committed.error());
+    }
+    return size;
+}
+
+void sayTheEnd(Report& report, const TreeSize& size, const std::string& path, bool onAStick) {
+    report.closing.push_back(fmt::format("Backup in {}: {}.", vxcommon::printable(path), sizeText(size)));
+    report.closing.push_back(fmt::format("Digest {}", report.digest));
+    for (std::string& sentence : lackSentences(report.lacks, "The backup")) {
+        report.closing.push_back(std::move(sentence));
+    }
+    if (report.exitStatus != kExitOk) {
+        report.closing.push_back(fmt::format("The backup is incomplete (failed: {}); the rest is {}.",
+                                             failedNames(report.rows),
+                                             onAStick ? "on the stick, which may be removed" : "there"));
+    } else if (onAStick) {
+        report.closing.emplace_back("Safe to remove the stick.");
+    }
+}
+
+Result<Report> backUpTo(const CloneContext& context, StickTarget& target, bool onAStick, const Means& means,
+                        RunRecorder& recorder) {
+    auto replacement = Replacement::begin(target);
+    if (!replacement) {
+        return tl::make_unexpected(replacement.error());
+    }
+    const auto root = CloneRoot::open(context.cloneRoot);
+    if (!root) {
+        return tl::make_unexpected(root.error());
+    }
+    const auto results = saveTelevision(context);
+    if (!results) {
+        return tl::make_unexpected(results.error());
+    }
+    if (context.stop.raised()) {
+        return tl::make_unexpected(stopError(context.stop.signal()));
+    }
+    auto report = completePackage(context, root->tree(), *results, means);
+    if (!report) {
+        return report;
+    }
+    recorder.setDigest(report->digest);
+    if (const auto entered = recorder.enter(RunPhase::Writing); !entered) {
+        return tl::make_unexpected(entered.error());
+    }
+    context.view.notice("Writing the package to " + vxcommon::printable(target.path()) + ".");
+    const auto carried =
+        target.checkInPlace()
+            .and_then([&] { return carryToStick(context, root->tree(), *replacement); })
+            .and_then([&](const TreeSize& size) { return target.checkInPlace().map([&] { return size; }); });
+    if (!carried) {
+        return tl::make_unexpected(carried.error());
+    }
+    sayTheEnd(*report, *carried, target.path(), onAStick);
+    return report;
+}
+
+Result<Report> backUp(const CloneContext& context, const std::filesystem::path& folder,
+                      const BackupOptions& options, RunRecorder& recorder) {
+    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
+        return tl::make_unexpected(safe.error());
+    }
+    auto target = openTarget(context, folder);
+    if (!target) {
+        return tl::make_unexpected(target.error());
+    }
+    const auto onAStick = goesOntoAStick({target->parent(), target->path(), options.onThisDisk},
+                                         context.cloneRoot, context.mounts);
+    if (!onAStick) {
+        return tl::make_unexpected(onAStick.error());
+    }
+    if (const auto replaceable = target->checkReplaceable(); !replaceable) {
+        return tl::make_unexpected(replaceable.error());
+    }
+    // Asked before anything is made, on the television or on the stick.
+    auto means = readyToSeal(context.engine, options.name.value_or(target->name()));
+    if (!means) {
+        return tl::make_unexpected(means.error());
+    }
+    recorder.setName(means->origin.name);
+    means->mayLack = [&options](const Lack& lack) { return options.without.holds(lack); };
+    auto report = backUpTo(context, *target, *onAStick, *means, recorder);
+    if (report) {
+        if (const auto unneeded = options.without.sentenceAboutUnneeded(report->lacks); !unneeded.empty()) {
+            context.view.notice(unneeded);
+        }
+    }
+    return report;
+}
+
+}  // namespace
+
+Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder,
+                         const BackupOptions& options) {
+    return recordedRun(context, {RunKind::Backup, folder, phasesOfBackup()},
+                       [&](const CloneContext& shown, RunRecorder& recorder) {
+                           return backUp(shown, folder, options, recorder);
+                       });
+}
+
+}  // namespace vxclone

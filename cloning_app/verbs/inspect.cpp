@@ -1,0 +1,153 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "cloning_app/base/disk_space.h"
+#include "cloning_app/check/package_look.h"
+#include "cloning_app/package/settings_file.h"
+#include "cloning_app/television/setting_kinds.h"
+#include "cloning_app/television/settings_store.h"
+#include "cloning_app/verbs/verbs.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using vxcommon::Colour;
+using vxcommon::TerminalTable;
+
+constexpr const char* kFileKind = "file";
+
+/// A package that can be understood so far is inspected as far as it can be.
+OutputLine packageLine(const std::string& path, const PackageLook& look, const PackageContents& contents) {
+    const TreeSize size = sizeOf(contents);
+    Json members = factsOf(path, look);
+    members["files"] = size.files;
+    members["bytes"] = size.bytes;
+    const PackageOrigin origin = look.manifest ? look.manifest->manifest.origin : PackageOrigin{};
+    const Identity identity = look.identity.value_or(Identity{});
+    TerminalTable table({"package", path});
+    const std::optional<std::string> tuner =
+        identity.tuner ? std::optional(std::to_string(*identity.tuner)) : std::nullopt;
+    for (const auto& [name, value] :
+         {std::pair("name", orDash(origin.name)), std::pair("made", orDash(origin.madeAt)),
+          std::pair("by", orDash(origin.madeBy)), std::pair("model", orDash(identity.model)),
+          std::pair("product tag", orDash(identity.productTag)), std::pair("tuner type", orDash(tuner)),
+          std::pair("size", sizeText(size)),
+          std::pair("digest", look.manifest ? look.manifest->digest : "-")}) {
+        table.addRow({{name, Colour::Plain}, {value, Colour::Plain}});
+    }
+    return {Event::Result, std::move(members), {}, std::move(table)};
+}
+
+void addChecks(Output& output, const std::vector<Check>& checks) {
+    TerminalTable table({"check", "", "result"});
+    for (const Check& check : checks) {
+        output.lines.push_back(lineOf(check));
+        table.addRow({{std::string(nameOf(check.subject)), Colour::Plain},
+                      {std::string(wordsOf(check.subject)), Colour::Dim},
+                      {textOf(check), colourOf(check)}});
+    }
+    output.lines.push_back(lineOf(std::move(table)));
+}
+
+/// What a later vxclone calls its results is shown as it stands.
+std::string wordsOfResult(const ManifestResult& result) {
+    const auto verdict = verdictNamed(result.result);
+    return (verdict ? std::string(wordsOf(*verdict)) : result.result) +
+           (result.detail.empty() ? "" : ": " + result.detail);
+}
+
+void addCategories(Output& output, const PackageLook& look) {
+    if (!look.manifest) {
+        return;
+    }
+    TerminalTable table({"category", "", "result when it was made"});
+    for (const ManifestResult& result : look.manifest->manifest.origin.results) {
+        Json members = {{"kind", "category"}, {"category", result.category}, {"result", result.result}};
+        for (const auto& [name, text] :
+             {std::pair("application", &result.application), std::pair("detail", &result.detail)}) {
+            if (!text->empty()) {
+                members[name] = *text;
+            }
+        }
+        output.lines.push_back({Event::Result, std::move(members)});
+        table.addRow({{result.category, Colour::Plain},
+                      {result.application, Colour::Plain},
+                      {wordsOfResult(result), Colour::Plain}});
+    }
+    output.lines.push_back(lineOf(std::move(table)));
+}
+
+void addFiles(Output& output, const PackageContents& contents, bool everyFile) {
+    TerminalTable table({"file", "size"});
+    std::vector<PackageEntry> files = contents.entries;
+    files.insert(files.end(), contents.own.begin(), contents.own.end());
+    std::sort(files.begin(), files.end(),
+              [](const PackageEntry& one, const PackageEntry& other) { return one.path < other.path; });
+    for (const PackageEntry& entry : files) {
+        if (!entry.folder) {
+            output.lines.push_back(
+                {Event::Result, {{"kind", kFileKind}, {"path", entry.path}, {"bytes", entry.bytes}}});
+            table.addRow({{entry.path, Colour::Plain}, {sizeText(entry.bytes), Colour::Plain}});
+        }
+    }
+    if (everyFile) {
+        output.lines.push_back(lineOf(std::move(table)));
+    }
+}
+
+void addSettings(Output& output, const std::vector<Setting>& settings) {
+    TerminalTable table({"setting", "", "value"});
+    for (const Setting& setting : settings) {
+        const SettingKind kind = kindOf(setting.key);
+        const std::string kindName(nameOf(kind));
+        output.lines.push_back({Event::Result,
+                                {{"kind", "setting"},
+                                 {"setting", setting.key},
+                                 {"value", jsonValue(setting)},
+                                 {"settingKind", kindName}}});
+        table.addRow({{setting.key, Colour::Plain},
+                      {kind == SettingKind::Ordinary ? "" : kindName, Colour::Plain},
+                      {shownValue(setting), Colour::Plain}});
+    }
+    output.lines.push_back(lineOf(std::move(table)));
+}
+
+}  // namespace
+
+Result<Output> inspectPackage(const std::filesystem::path& folder, bool everyFile) {
+    const auto package = OpenPackage::open(folder);
+    if (!package) {
+        return tl::make_unexpected(package.error());
+    }
+    const Tree tree = package->tree();
+    const auto look = lookAt(tree);
+    if (!look) {
+        return tl::make_unexpected(look.error());
+    }
+    const auto contents = readContents(tree, Digests::None);
+    if (!contents) {
+        return tl::make_unexpected(contents.error());
+    }
+    Output output{{packageLine(tree.path, *look, *contents)}, statusOfLook(*look)};
+    addChecks(output, look->checks);
+    addCategories(output, *look);
+    addLacks(output, look->lacks);
+    addFiles(output, *contents, everyFile);
+    if (const auto settings = readSettings(tree); !settings) {
+        output.closing.push_back(settings.error().sentence);
+        output.exitStatus =
+            output.exitStatus == kExitOk ? exitStatusOf(settings.error().code) : output.exitStatus;
+    } else if (*settings) {
+        addSettings(output, **settings);
+    }
+    output.closing.emplace_back("Not checked: the files and the seal; vxclone verify does that.");
+    return output;
+}
+
+}  // namespace vxclone

@@ -1,0 +1,139 @@
+#include <fmt/format.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "cloning_app/run/loading.h"
+#include "cloning_app/run/logos.h"
+#include "cloning_app/run/recorded_run.h"
+#include "cloning_app/run/staged_package.h"
+#include "cloning_app/storage/safety_store.h"
+#include "cloning_app/television/television_folders.h"
+#include "cloning_app/verbs/verbs.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+constexpr mode_t kFolderMode = 0755;
+
+/// When and before what the safety backup was made.
+std::string describeSafety(const Tree& safety) {
+    const auto manifest = readManifest(safety, PackageKey::ofTelevision());
+    if (!manifest || !*manifest) {
+        return "the safety backup";
+    }
+    const PackageOrigin& origin = (*manifest)->manifest.origin;
+    return fmt::format("the safety backup of {} (\"{}\")", origin.madeAt, vxcommon::printable(origin.name));
+}
+
+/// A package to go back to, and the logos that this television did not have.
+struct WayBack {
+    ReadyPackage ready;
+    std::vector<VXClone> removedLogos;
+};
+
+/// Lets the load take away a logo that came with the restore. The library removes the boot logo for a package
+/// that holds none, and the other one's files for a package that holds an empty folder.
+Result<void> takeLogoAway(WayBack& back, Row& row) {
+    const std::string entry(categoryOf(row.category).entry);
+    const Tree package = back.ready.package.tree();
+    if (row.category == VXCLONE_VXHOTEL_MBR_LOGO &&
+        mkdirat(package.descriptor, entry.c_str(), kFolderMode) != 0) {
+        return tl::make_unexpected(writeError(package.place, package.path + "/" + entry, errno));
+    }
+    back.ready.plan.list.push_back(row.category);
+    back.removedLogos.push_back(row.category);
+    return {};
+}
+
+/// Only what a person would see: a logo that could not be saved is left alone.
+Result<void> takeLogosAway(WayBack& back) {
+    std::vector<Row>& leftOut = back.ready.plan.leftOut;
+    for (Row& row : leftOut) {
+        const bool hadNone =
+            categoryOf(row.category).holding == Holding::FolderIfThere && row.verdict == Verdict::NotThere;
+        if (hadNone && !hasLogo(row.category)) {
+            row.detail = "there was none, and there is none";
+        } else if (hadNone) {
+            if (const auto taken = takeLogoAway(back, row); !taken) {
+                return taken;
+            }
+        }
+    }
+    const auto isTaken = [&back](const Row& row) { return back.ready.plan.holds(row.category); };
+    leftOut.erase(std::remove_if(leftOut.begin(), leftOut.end(), isTaken), leftOut.end());
+    std::sort(back.ready.plan.list.begin(), back.ready.plan.list.end());
+    return {};
+}
+
+Result<WayBack> getReady(const CloneContext& context, const Tree& safety) {
+    auto package = StagedPackage::ofSafety(context, safety);
+    if (!package) {
+        return tl::make_unexpected(package.error());
+    }
+    auto examined = admit(context, *package, {});
+    if (!examined) {
+        return tl::make_unexpected(examined.error());
+    }
+    auto ready = makeReady(context, std::move(*package), std::move(*examined), {allCategories(), {}, true});
+    if (!ready) {
+        return tl::make_unexpected(ready.error());
+    }
+    WayBack back{std::move(*ready), {}};
+    if (const auto taken = takeLogosAway(back); !taken) {
+        return tl::make_unexpected(taken.error());
+    }
+    return back;
+}
+
+Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& recorder) {
+    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
+        return tl::make_unexpected(safe.error());
+    }
+    const auto store = SafetyStore::open(recordFolderOf(context.cloneRoot));
+    const auto opened = store ? store->openSafety() : tl::make_unexpected(store.error());
+    if (!opened) {
+        return tl::make_unexpected(opened.error());
+    }
+    if (!opened->valid()) {
+        return failure(ErrorCode::NoSafetyBackup,
+                       "there is no safety backup to go back to: nothing was restored here, or with "
+                       "--no-safety; restore a package from a stick");
+    }
+    const Tree safety{opened->get(), safetyPathIn(store->path()), Place::Television};
+    const std::string which = describeSafety(safety);
+    auto back = getReady(context, safety);
+    if (!back) {
+        return tl::make_unexpected(back.error());
+    }
+    const auto manifest = readManifest(back->ready.package.tree(), PackageKey::ofTelevision(), &context.stop);
+    if (!manifest) {
+        return tl::make_unexpected(manifest.error());
+    }
+    recorder.setName(back->ready.examined.name);
+    recorder.setDigest(back->ready.examined.digest.value_or(""));
+    recorder.setWayBack();
+    LoadOptions options{readBack};
+    options.removedLogos = back->removedLogos;
+    if (*manifest) {
+        options.added = (*manifest)->manifest.origin.added;
+    }
+    auto report = load(context, back->ready, options, recorder);
+    if (report) {
+        report->closing.push_back(endSentence(*report, "Gone back to " + which));
+    }
+    return report;
+}
+
+}  // namespace
+
+Result<Report> runUndo(const CloneContext& context, bool readBack) {
+    return recordedRun(
+        context, {RunKind::Undo, {}, phasesOfLoad(false, readBack)},
+        [&](const CloneContext& shown, RunRecorder& recorder) { return undo(shown, readBack, recorder); });
+}
+
+}  // namespace vxclone

@@ -1,0 +1,76 @@
+#include <fmt/format.h>
+
+#include "cloning_app/check/integrity.h"
+#include "cloning_app/run/recorded_run.h"
+#include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/staged_package.h"
+#include "cloning_app/verbs/verbs.h"
+#include "common/terminal_table.h"
+
+namespace vxclone {
+
+namespace {
+
+/// Most of the package stays where it is: what is examined here is not loaded.
+Result<Examination> examine(const CloneContext& context, const StickTarget& target) {
+    const auto opened = target.openPackage();
+    if (!opened) {
+        return tl::make_unexpected(opened.error());
+    }
+    const Tree package{opened->get(), target.path(), Place::Stick};
+    if (const auto safe = measureTree(package, TreeLimits{}); !safe) {
+        return tl::make_unexpected(safe.error());
+    }
+    const auto seal = StagedPackage::sealOf(context, package);
+    if (!seal) {
+        return tl::make_unexpected(seal.error());
+    }
+    context.view.notice("Checking the package.");
+    return examinePackage(context.engine, package, seal->tree(), context.stop);
+}
+
+Result<Report> verify(const CloneContext& context, const std::filesystem::path& folder) {
+    const auto target = openSource(context, folder);
+    if (!target) {
+        return tl::make_unexpected(target.error());
+    }
+    const auto found = examine(context, *target);
+    if (!found) {
+        return tl::make_unexpected(found.error());
+    }
+    if (context.stop.raised()) {
+        return tl::make_unexpected(stopError(context.stop.signal()));
+    }
+    Report report{{},
+                  kExitOk,
+                  problemSentences(found->checks, target->path()),
+                  found->checks,
+                  found->digest.value_or("")};
+    const bool incomplete = isIncomplete(found->lacks);
+    if (const auto problem = problemOf(found->checks)) {
+        report.exitStatus = exitStatusOf(*problem);
+    } else {
+        report.closing.push_back(fmt::format("{} fits this television and is unaltered{}.",
+                                             vxcommon::printable(target->path()),
+                                             incomplete ? ", but is not complete" : ""));
+        report.exitStatus = incomplete ? exitStatusOf(ErrorCode::CategoryFailed) : kExitOk;
+    }
+    for (std::string& sentence : lackSentences(found->lacks, "The package")) {
+        report.closing.push_back(std::move(sentence));
+    }
+    report.lacks = found->lacks;
+    if (found->digest) {
+        report.closing.push_back("Digest " + *found->digest);
+    }
+    return report;
+}
+
+}  // namespace
+
+Result<Report> runVerify(const CloneContext& context, const std::filesystem::path& folder) {
+    return unrecordedRun(context, {},
+                         std::function<Result<Report>(const CloneContext&)>(
+                             [&](const CloneContext& shown) { return verify(shown, folder); }));
+}
+
+}  // namespace vxclone
