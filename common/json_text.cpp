@@ -10,10 +10,10 @@ namespace vxcommon {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
+using OrderedJson = nlohmann::ordered_json;
 
-constexpr std::string_view kHexadecimalDigits = "0123456789abcdef";
-constexpr unsigned kBitsOfADigit = 4;
+constexpr std::string_view kDigitsOfAnEscape = "0123456789abcdef";
+constexpr unsigned kBitsOfAnEscapeDigit = 4;
 constexpr char32_t kFirstOfTwoUnits = 0x10000;
 constexpr unsigned kBitsOfAUnit = 10;
 constexpr char32_t kHighUnit = 0xD800;
@@ -21,8 +21,8 @@ constexpr char32_t kLowUnit = 0xDC00;
 
 void appendUnit(std::string& text, char32_t unit) {
     text += "\\u";
-    for (unsigned bits = 4 * kBitsOfADigit; bits != 0; bits -= kBitsOfADigit) {
-        text += kHexadecimalDigits[(unit >> (bits - kBitsOfADigit)) & 0x0FU];
+    for (unsigned bits = 4 * kBitsOfAnEscapeDigit; bits != 0; bits -= kBitsOfAnEscapeDigit) {
+        text += kDigitsOfAnEscape[(unit >> (bits - kBitsOfAnEscapeDigit)) & 0x0FU];
     }
 }
 
@@ -65,11 +65,11 @@ std::string asUtf8(std::string_view text) {
     return result;
 }
 
-Json asUtf8(const Json& value) {
+OrderedJson asUtf8(const OrderedJson& value) {
     if (value.is_string()) {
         return asUtf8(std::string_view(value.get_ref<const std::string&>()));
     }
-    Json result = value;
+    OrderedJson result = value;
     if (value.is_object()) {
         result.clear();
         for (const auto& [name, member] : value.items()) {
@@ -77,23 +77,24 @@ Json asUtf8(const Json& value) {
         }
     }
     if (value.is_array()) {
-        for (Json& element : result) {
+        for (OrderedJson& element : result) {
             element = asUtf8(element);
         }
     }
     return result;
 }
 
-std::string dumped(const Json& document, int indent) {
+std::string dumped(const OrderedJson& document, int indent) {
     try {
         return document.dump(indent);
-    } catch (const Json::type_error&) {
+    } catch (const OrderedJson::type_error&) {
         return asUtf8(document).dump(indent);
     }
 }
 
 }  // namespace
 
-JsonText::JsonText(const Json& document, int indent) : text_(withoutDeceptive(dumped(document, indent))) {}
+JsonText::JsonText(const OrderedJson& document, int indent)
+    : text_(withoutDeceptive(dumped(document, indent))) {}
 
 }  // namespace vxcommon
