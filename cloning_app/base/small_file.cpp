@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdint>
 
+#include "common/file_writing.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -15,18 +16,6 @@ namespace vxclone {
 namespace {
 
 constexpr mode_t kSmallFileMode = 0664;
-
-/// Result: 0, or the system's reason (errno).
-int writeAll(int file, const std::string& content) {
-    for (std::size_t done = 0; done < content.size();) {
-        const ssize_t written = write(file, content.data() + done, content.size() - done);
-        if (written < 0 && errno != EINTR) {
-            return errno;
-        }
-        done += written < 0 ? 0 : static_cast<std::size_t>(written);
-    }
-    return fsync(file) == 0 ? 0 : errno;
-}
 
 }  // namespace
 
@@ -69,7 +58,7 @@ Result<void> writeSmallFile(const Tree& folder, const std::string& name, const s
     if (reason == 0) {
         const Descriptor file(openat(folder.descriptor, name.c_str(),
                                      O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kSmallFileMode));
-        reason = file.valid() ? writeAll(file.get(), content) : errno;
+        reason = file.valid() ? vxcommon::writeAndFlush(file.get(), content) : errno;
     }
     if (reason != 0) {
         removeTree(folder.descriptor, name);

@@ -13,6 +13,7 @@
 
 #include "cloning_app/base/descriptor.h"
 #include "cloning_app/base/disk_calls.h"
+#include "common/file_writing.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -51,19 +52,8 @@ bool add(archive* tar, const ArchiveEntry& file, std::int64_t seconds) {
                static_cast<la_ssize_t>(file.content.size());
 }
 
-/// Result: 0, or the system's reason (errno).
-int writeAndFlush(int file, const std::string& content) {
-    for (std::size_t done = 0; done < content.size();) {
-        const ssize_t written = write(file, content.data() + done, content.size() - done);
-        if (written < 0 && errno != EINTR) {
-            return errno;
-        }
-        done += written < 0 ? 0 : static_cast<std::size_t>(written);
-    }
-    return fsync(file) == 0 ? 0 : errno;
-}
-
-/// Until then a new file may be lost although its content is on the disk. Result: as above.
+/// Until then a new file may be lost although its content is on the disk. Result: 0, or the
+/// system's reason (errno).
 int flushFolderOf(const std::filesystem::path& file) {
     const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
     const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -102,7 +92,7 @@ Result<void> writeNewFile(const std::string& path, const std::string& content) {
         return failure(ErrorCode::StickMissing, "there is no folder for " + vxcommon::printable(path) +
                                                     "; put the stick in and see where it is mounted");
     }
-    int reason = file.valid() ? writeAndFlush(file.get(), content) : refused;
+    int reason = file.valid() ? vxcommon::writeAndFlush(file.get(), content) : refused;
     reason = reason == 0 ? flushFolderOf(path) : reason;
     if (reason == 0) {
         return {};

@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include "common/file_writing.h"
 #include "virtual_tv/base/descriptor.h"
 
 namespace vxtv {
@@ -59,15 +60,9 @@ class FileBeside {
     FileBeside(const FileBeside&) = delete;
     FileBeside& operator=(const FileBeside&) = delete;
 
-    bool write(std::string_view bytes) const {
-        while (file_ && !bytes.empty()) {
-            const ssize_t written = ::write(file_.get(), bytes.data(), bytes.size());
-            if (written < 0 && errno != EINTR) {
-                return false;
-            }
-            bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-        }
-        return file_ && fsync(file_.get()) == 0;
+    /// Result: 0, or the system's reason (errno).
+    int write(std::string_view bytes) const {
+        return file_ ? vxcommon::writeAndFlush(file_.get(), bytes) : errno;
     }
 
     bool putInPlace(Existing existing) {
@@ -122,8 +117,8 @@ tl::expected<std::string, ReadTrouble> readPlainFile(const fs::path& file, std::
 
 Result<void> writePrivateFile(const fs::path& file, std::string_view bytes, Existing existing) {
     FileBeside beside(file);
-    if (!beside.write(bytes)) {
-        return cannotWrite(file, errno);
+    if (const int refused = beside.write(bytes); refused != 0) {
+        return cannotWrite(file, refused);
     }
     if (!beside.putInPlace(existing)) {
         if (errno == EEXIST) {

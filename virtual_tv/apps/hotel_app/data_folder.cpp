@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <system_error>
 
+#include "common/file_writing.h"
 #include "common/tree_removal.h"
 #include "virtual_tv/applications/hotel_database.h"
 #include "virtual_tv/base/descriptor.h"
@@ -25,17 +26,6 @@ tl::unexpected<Error> cannotWrite(const fs::path& path, int error) {
     return failure(full ? ErrorCode::NoSpace : ErrorCode::Io,
                    fmt::format("{} cannot be written: {}; {}", path.string(), reason(error),
                                full ? "make room on the disk and try again" : "check who may write there"));
-}
-
-bool writeAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = write(file, bytes.data(), bytes.size());
-        if (written < 0 && errno != EINTR) {
-            return false;
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-    }
-    return true;
 }
 
 }  // namespace
@@ -98,10 +88,8 @@ Result<void> putInPlace(const fs::path& made, const fs::path& target) {
 Result<void> writeFlushed(const fs::path& file, std::string_view bytes) {
     constexpr mode_t kMode = 0644;
     const Descriptor target(open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, kMode));
-    if (!target || !writeAll(target.get(), bytes) || fsync(target.get()) != 0) {
-        return cannotWrite(file, errno);
-    }
-    return {};
+    const int refused = target ? vxcommon::writeAndFlush(target.get(), bytes) : errno;
+    return refused == 0 ? Result<void>() : cannotWrite(file, refused);
 }
 
 Result<void> flushFile(const fs::path& file) {
