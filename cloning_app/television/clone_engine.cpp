@@ -1,10 +1,10 @@
 #include "cloning_app/television/clone_engine.h"
 
-#include <cerrno>
 #include <exception>
 #include <string>
 #include <system_error>
 
+#include "common/file_writing.h"
 #include "common/plain_reason.h"
 
 namespace vxclone {
@@ -18,7 +18,7 @@ tl::unexpected<Error> brokeOff(const std::string& why) {
 
 tl::unexpected<Error> brokeOff(const std::exception& error) {
     const auto reason = vxcommon::systemReason(error);
-    if (reason == ENOSPC || reason == EDQUOT) {
+    if (reason && vxcommon::meansNoRoom(*reason)) {
         return failure(ErrorCode::TelevisionFull,
                        "the clone library broke off: " + vxcommon::plainReason(error) +
                            "; free some space on the television's disk and try again");

@@ -12,6 +12,7 @@
 #include <system_error>
 #include <utility>
 
+#include "common/file_writing.h"
 #include "virtual_tv/base/private_file.h"
 
 namespace vxtv {
@@ -73,7 +74,7 @@ bool isFresh(const Descriptor& file, const fs::path& path) {
 }
 
 tl::unexpected<Error> cannotMark(const fs::path& file, int error) {
-    return failure(error == ENOSPC ? ErrorCode::NoSpace : ErrorCode::Io,
+    return failure(vxcommon::meansNoRoom(error) ? ErrorCode::NoSpace : ErrorCode::Io,
                    fmt::format("cannot write {}: {}; check that the television's folder may be written",
                                file.string(), reason(error)));
 }

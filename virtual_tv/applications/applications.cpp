@@ -10,6 +10,7 @@
 #include <functional>
 #include <system_error>
 
+#include "common/file_writing.h"
 #include "common/tree_removal.h"
 #include "virtual_tv/base/own_file.h"
 #include "virtual_tv/base/private_file.h"
@@ -23,7 +24,7 @@ namespace fs = std::filesystem;
 namespace {
 
 tl::unexpected<Error> notMade(const std::string& id, const std::error_code& error) {
-    const bool full = error == std::errc::no_space_on_device;
+    const bool full = vxcommon::meansNoRoom(error.value());
     return failure(full ? ErrorCode::NoSpace : ErrorCode::Io,
                    fmt::format("the application {} cannot be installed: {}; {}", id, error.message(),
                                full ? "make room on the disk and try again"

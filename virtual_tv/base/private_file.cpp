@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 namespace {
 
 tl::unexpected<Error> cannotWrite(const fs::path& file, int error) {
-    const bool full = error == ENOSPC || error == EDQUOT;
+    const bool full = vxcommon::meansNoRoom(error);
     const char* const advice = full             ? "make room on the disk and try again"
                                : error == EFBIG ? kRaiseFileSizeLimit
                                                 : "check that its folder is there and may be written";

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "common/file_writing.h"
 #include "common/strict_json.h"
 #include "virtual_tv/base/backup_file.h"
 #include "virtual_tv/base/descriptor.h"
@@ -105,7 +106,7 @@ class TargetFolder {
         if (error_ == 0) {
             return path_;
         }
-        return failure(error_ == ENOSPC ? ErrorCode::NoSpace : ErrorCode::Io,
+        return failure(vxcommon::meansNoRoom(error_) ? ErrorCode::NoSpace : ErrorCode::Io,
                        fmt::format("the folder {} cannot be used: {}; make it, or choose another",
                                    path_.string(), reason(error_)));
     }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <system_error>
 
+#include "common/file_writing.h"
 #include "virtual_tv/applications/applications.h"
 #include "virtual_tv/base/json_reading.h"
 
@@ -118,7 +119,7 @@ Result<void> createApplications(const Folder& folder, const std::vector<ProfileA
                 return made;
             }
         } catch (const fs::filesystem_error& error) {
-            const bool full = error.code() == std::errc::no_space_on_device;
+            const bool full = vxcommon::meansNoRoom(error.code().value());
             return failure(
                 full ? ErrorCode::NoSpace : ErrorCode::Io,
                 fmt::format("the data of {} cannot be written: {}; {}", application.manifest.id,

@@ -10,6 +10,7 @@
 #include <string>
 #include <system_error>
 
+#include "common/file_writing.h"
 #include "common/tree_removal.h"
 #include "virtual_tv/base/private_file.h"
 #include "virtual_tv/factory/application_profile.h"
@@ -25,7 +26,7 @@ namespace fs = std::filesystem;
 namespace {
 
 tl::unexpected<Error> cannotMake(const fs::path& path, const std::error_code& error) {
-    const bool full = error == std::errc::no_space_on_device || error.value() == EDQUOT;
+    const bool full = vxcommon::meansNoRoom(error.value());
     const char* const advice = full ? "make room on the disk and try again"
                                : error == std::errc::file_too_large
                                    ? kRaiseFileSizeLimit

@@ -5,7 +5,6 @@
 #include <stdio.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -22,7 +21,7 @@ namespace fs = std::filesystem;
 namespace {
 
 tl::unexpected<Error> cannotWrite(const fs::path& path, int error) {
-    const bool full = error == ENOSPC || error == EDQUOT;
+    const bool full = vxcommon::meansNoRoom(error);
     return failure(full ? ErrorCode::NoSpace : ErrorCode::Io,
                    fmt::format("{} cannot be written: {}; {}", path.string(), reason(error),
                                full ? "make room on the disk and try again" : "check who may write there"));
