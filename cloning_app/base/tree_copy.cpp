@@ -226,21 +226,15 @@ class Link final : public TreeVisitor {
 
 Result<TreeSize> measureTree(const Tree& tree, const TreeLimits& limits, const EntryRule& rule) {
     Measure measure(rule);
-    if (auto walked = walkTree(tree, limits, measure); !walked) {
-        return tl::make_unexpected(walked.error());
-    }
+    VX_RETURN_IF_FAILED(walkTree(tree, limits, measure));
     return measure.size();
 }
 
 Result<TreeSize> copyTree(const Tree& from, const Tree& to, const TreeLimits& limits, Flush flush,
                           const DiskCalls& calls, const StopFlag& stop) {
     Copy copy(from, to, limits, flush, calls, stop);
-    if (auto walked = walkTree(from, limits, copy); !walked) {
-        return tl::make_unexpected(walked.error());
-    }
-    if (auto arrived = copy.arrive(); !arrived) {
-        return tl::make_unexpected(arrived.error());
-    }
+    VX_RETURN_IF_FAILED(walkTree(from, limits, copy));
+    VX_RETURN_IF_FAILED(copy.arrive());
     return copy.size();
 }
 

@@ -80,9 +80,7 @@ class Walk {
 
     Result<void> folder(int directory, const std::string& path, std::size_t depth) {
         const auto names = namesIn({directory, path, place_}, limits_.entries);
-        if (!names) {
-            return tl::make_unexpected(names.error());
-        }
+        VX_RETURN_IF_FAILED(names);
         for (const std::string& name : *names) {
             if (place_ == Place::Stick && isSidecar(name)) {
                 continue;

@@ -39,9 +39,7 @@ const LiveFolder* liveFolderOf(VXClone category) {
 /// The files directly in the folder, by their names.
 Result<std::vector<PackageEntry>> filesIn(const Tree& folder) {
     auto contents = readContents(folder);
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
-    }
+    VX_RETURN_IF_FAILED(contents);
     std::vector<PackageEntry> files = std::move(contents->entries);
     files.erase(std::remove_if(files.begin(), files.end(),
                                [](const PackageEntry& entry) {
@@ -66,21 +64,15 @@ bool goesToHomeMenu(const PackageEntry& entry) {
 
 Result<ComparedState> stateOfPackage(const Tree& package) {
     auto settings = readSettings(package);
-    if (!settings) {
-        return tl::make_unexpected(settings.error());
-    }
+    VX_RETURN_IF_FAILED(settings);
     auto files = filesOf(package);
-    if (!files) {
-        return tl::make_unexpected(files.error());
-    }
+    VX_RETURN_IF_FAILED(files);
     return ComparedState{settings->value_or(std::vector<Setting>{}), std::move(*files)};
 }
 
 Result<std::vector<PackageEntry>> filesOf(const Tree& package) {
     auto contents = readContents(package);
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
-    }
+    VX_RETURN_IF_FAILED(contents);
     std::vector<PackageEntry>& files = contents->entries;
     files.erase(
         std::remove_if(files.begin(), files.end(),
@@ -97,16 +89,12 @@ Result<std::vector<PackageEntry>> filesOfTelevision(VXClone category) {
     const LiveFolder& folder = *liveFolderOf(category);
     const std::string path = folder.path();
     const auto opened = openTelevisionFolder(path);
-    if (!opened) {
-        return tl::make_unexpected(opened.error());
-    }
+    VX_RETURN_IF_FAILED(opened);
     if (!opened->valid()) {
         return std::vector<PackageEntry>();
     }
     auto contents = readContents({opened->get(), path, Place::Television});
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
-    }
+    VX_RETURN_IF_FAILED(contents);
     std::vector<PackageEntry> files;
     for (PackageEntry& entry : contents->entries) {
         if (!entry.folder && entry.path.find('/') == std::string::npos) {
@@ -119,13 +107,9 @@ Result<std::vector<PackageEntry>> filesOfTelevision(VXClone category) {
 
 Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root) {
     const auto held = filesOf(root);
-    if (!held) {
-        return tl::make_unexpected(held.error());
-    }
+    VX_RETURN_IF_FAILED(held);
     const auto live = filesOfTelevision(VXCLONE_VXHOTEL_HOMEAPP_DATA);
-    if (!live) {
-        return tl::make_unexpected(live.error());
-    }
+    VX_RETURN_IF_FAILED(live);
     std::vector<std::string> missing;
     for (const PackageEntry& file : *live) {
         const auto same = std::lower_bound(
@@ -141,13 +125,9 @@ Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root) {
 Result<std::vector<PackageEntry>> filesAddedBy(const Tree& package) {
     const std::string path = vx_get_homemenu_path();
     const auto folder = openTelevisionFolder(path);
-    if (!folder) {
-        return tl::make_unexpected(folder.error());
-    }
+    VX_RETURN_IF_FAILED(folder);
     auto contents = readContents(package);
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
-    }
+    VX_RETURN_IF_FAILED(contents);
     std::vector<PackageEntry> added;
     for (PackageEntry& entry : contents->entries) {
         if (!folder->valid() || !goesToHomeMenu(entry)) {
@@ -155,9 +135,7 @@ Result<std::vector<PackageEntry>> filesAddedBy(const Tree& package) {
         }
         const auto there =
             hasEntry({folder->get(), path, Place::Television}, entry.path.substr(prefix().size()));
-        if (!there) {
-            return tl::make_unexpected(there.error());
-        }
+        VX_RETURN_IF_FAILED(there);
         if (!*there) {
             added.push_back(std::move(entry));
         }
@@ -171,16 +149,12 @@ Result<std::size_t> removeAdded(const std::vector<PackageEntry>& added) {
     }
     const std::string path = vx_get_homemenu_path();
     const auto folder = openTelevisionFolder(path);
-    if (!folder) {
-        return tl::make_unexpected(folder.error());
-    }
+    VX_RETURN_IF_FAILED(folder);
     if (!folder->valid()) {
         return std::size_t{0};
     }
     const auto files = filesIn({folder->get(), path, Place::Television});
-    if (!files) {
-        return tl::make_unexpected(files.error());
-    }
+    VX_RETURN_IF_FAILED(files);
     std::size_t removed = 0;
     for (const PackageEntry& file : *files) {
         const bool isAdded = std::any_of(added.begin(), added.end(), [&file](const PackageEntry& each) {

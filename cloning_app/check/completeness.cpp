@@ -196,9 +196,7 @@ std::string Declared::sentenceAboutUnneeded(const std::vector<Lack>& lacks) cons
 
 Result<Holdings> Holdings::of(const Tree& package) {
     auto contents = readContents(package, Digests::None);
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
-    }
+    VX_RETURN_IF_FAILED(contents);
     auto settings = readSettings(package);
     if (!settings && settings.error().code != ErrorCode::SettingsDamaged) {
         return tl::make_unexpected(settings.error());

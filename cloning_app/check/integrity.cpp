@@ -46,17 +46,13 @@ bool isExplained(int answer, const std::vector<Check>& checks) {
 
 Result<std::vector<Check>> examineIdentity(CloneEngine& engine, const Tree& package) {
     const auto identity = readIdentity(package);
-    if (!identity) {
-        return tl::make_unexpected(identity.error());
-    }
+    VX_RETURN_IF_FAILED(identity);
     if (!*identity) {
         return std::vector{missingIdentity()};
     }
     std::vector<Check> checks = compareIdentities(televisionIdentity(), **identity);
     const auto answer = engine.checkIdentity(package.path);
-    if (!answer) {
-        return tl::make_unexpected(answer.error());
-    }
+    VX_RETURN_IF_FAILED(answer);
     if (!isExplained(*answer, checks)) {
         checks.push_back({Subject::Identity, Finding::Refused, "", "", fmt::format("code {}", *answer)});
     }
@@ -95,18 +91,14 @@ Result<Holdings> holdingsOf(const Tree& package, const PackageContents& contents
 Result<void> examineManifest(const Tree& package, const PackageContents& contents, const StopFlag& stop,
                              Examination& result) {
     const auto holdings = holdingsOf(package, contents, stop);
-    if (!holdings) {
-        return tl::make_unexpected(holdings.error());
-    }
+    VX_RETURN_IF_FAILED(holdings);
     const auto manifest = readManifest(package, PackageKey::ofTelevision(), &stop);
     if (!manifest && manifest.error().code == ErrorCode::Altered) {
         result.checks.push_back({Subject::Manifest, Finding::Altered, "", "", kManifestFile});
         judgeCompleteness({}, *holdings, result.checks, result.lacks);
         return {};
     }
-    if (!manifest) {
-        return tl::make_unexpected(manifest.error());
-    }
+    VX_RETURN_IF_FAILED(manifest);
     result.checks.push_back(checkOf(*manifest));
     judgeCompleteness(*manifest, *holdings, result.checks, result.lacks);
     if (*manifest) {
@@ -124,21 +116,15 @@ Result<Check> examineSeal(CloneEngine& engine, const Tree& package, const Tree& 
                           const std::vector<std::string>& files) {
     // A package's own file of this name would be altered by the library, and no sealed package has one.
     const auto taken = hasEntry(package, kSealWorkingFile);
-    if (!taken) {
-        return tl::make_unexpected(taken.error());
-    }
+    VX_RETURN_IF_FAILED(taken);
     if (*taken) {
         return Check{Subject::Seal, Finding::Altered, "", "", kSealWorkingFile};
     }
     // The library cannot tell a full disk from a wrong seal.
-    if (const auto room = writeSmallFile(root, kSealWorkingFile, std::string(kSealBytes, '0')); !room) {
-        return tl::make_unexpected(room.error());
-    }
+    VX_RETURN_IF_FAILED(writeSmallFile(root, kSealWorkingFile, std::string(kSealBytes, '0')));
     const auto good = engine.checkSeal(files, root.path + "/" + kSealFile);
     removeTree(root.descriptor, kSealWorkingFile);
-    if (!good) {
-        return tl::make_unexpected(good.error());
-    }
+    VX_RETURN_IF_FAILED(good);
     return Check{Subject::Seal, *good ? Finding::Unaltered : Finding::Altered};
 }
 
@@ -146,9 +132,7 @@ Result<Check> examineSeal(CloneEngine& engine, const Tree& package, const Tree& 
 Result<std::vector<Check>> examineSealIfAny(CloneEngine& engine, const Tree& package, const Tree& root,
                                             const std::vector<std::string>& files, bool key) {
     const auto sealed = hasEntry(root, kSealFile);
-    if (!sealed) {
-        return tl::make_unexpected(sealed.error());
-    }
+    VX_RETURN_IF_FAILED(sealed);
     if (!*sealed) {
         return std::vector{Check{Subject::Seal, Finding::Missing, "", "", kSealFile}};
     }
@@ -204,33 +188,21 @@ Check checkOf(const std::optional<ReadManifest>& manifest) {
 Result<Examination> examinePackage(CloneEngine& engine, const Tree& package, const Tree& root,
                                    const StopFlag& stop) {
     auto reading = ContentsReading::begin(package, Digests::OfFiles, &stop);
-    if (!reading) {
-        return tl::make_unexpected(reading.error());
-    }
+    VX_RETURN_IF_FAILED(reading);
     auto identity = examineIdentity(engine, root);
-    if (!identity) {
-        return tl::make_unexpected(identity.error());
-    }
+    VX_RETURN_IF_FAILED(identity);
     Examination result{std::move(*identity)};
     const auto key = engine.hasKey();
-    if (!key) {
-        return tl::make_unexpected(key.error());
-    }
+    VX_RETURN_IF_FAILED(key);
     if (!*key) {
         result.checks.push_back({Subject::Key, Finding::None});
     }
     // The library reads the files while they are being digested.
     const auto seal = examineSealIfAny(engine, package, root, reading->files(), *key);
-    if (!seal) {
-        return tl::make_unexpected(seal.error());
-    }
+    VX_RETURN_IF_FAILED(seal);
     const auto contents = reading->finish();
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
-    }
-    if (const auto listed = examineManifest(package, *contents, stop, result); !listed) {
-        return tl::make_unexpected(listed.error());
-    }
+    VX_RETURN_IF_FAILED(contents);
+    VX_RETURN_IF_FAILED(examineManifest(package, *contents, stop, result));
     result.checks.insert(result.checks.end(), seal->begin(), seal->end());
     if (lacksAKey(result.checks)) {
         if (auto shortage = shortageAt(root.path)) {
@@ -248,9 +220,7 @@ std::vector<Check> compareIdentities(const Identity& television, const Identity&
 
 Result<std::optional<Identity>> readIdentity(const Tree& package) {
     const auto text = readSmallFile(package, kIdentityFile, kMostIdentityBytes);
-    if (!text) {
-        return tl::make_unexpected(text.error());
-    }
+    VX_RETURN_IF_FAILED(text);
     return *text ? std::optional(parseIdentity(**text)) : std::nullopt;
 }
 

@@ -11,25 +11,17 @@ namespace vxclone {
 
 Result<OpenPackage> OpenPackage::open(const std::filesystem::path& folder) {
     auto target = StickTarget::open(folder);
-    if (!target) {
-        return tl::make_unexpected(target.error());
-    }
-    if (const auto meant = target->meanWhatWasSetAside(); !meant) {
-        return tl::make_unexpected(meant.error());
-    }
+    VX_RETURN_IF_FAILED(target);
+    VX_RETURN_IF_FAILED(target->meanWhatWasSetAside());
     auto opened = target->openPackage();
-    if (!opened) {
-        return tl::make_unexpected(opened.error());
-    }
+    VX_RETURN_IF_FAILED(opened);
     return OpenPackage(std::move(*opened), target->path());
 }
 
 Result<PackageLook> lookAt(const Tree& package) {
     PackageLook look;
     auto identity = readIdentity(package);
-    if (!identity) {
-        return tl::make_unexpected(identity.error());
-    }
+    VX_RETURN_IF_FAILED(identity);
     look.identity = std::move(*identity);
     look.checks = look.identity ? compareIdentities(televisionIdentity(), *look.identity)
                                 : std::vector{missingIdentity()};
@@ -43,14 +35,10 @@ Result<PackageLook> lookAt(const Tree& package) {
         return tl::make_unexpected(manifest.error());
     }
     const auto holdings = Holdings::of(package);
-    if (!holdings) {
-        return tl::make_unexpected(holdings.error());
-    }
+    VX_RETURN_IF_FAILED(holdings);
     judgeCompleteness(look.manifest, *holdings, look.checks, look.lacks);
     const auto sealed = hasEntry(package, kSealFile);
-    if (!sealed) {
-        return tl::make_unexpected(sealed.error());
-    }
+    VX_RETURN_IF_FAILED(sealed);
     if (!*sealed) {
         look.checks.push_back({Subject::Seal, Finding::Missing, "", "", kSealFile});
     }

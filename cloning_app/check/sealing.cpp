@@ -54,16 +54,12 @@ Result<void> sealedOr(const Result<bool>& answer, const std::string& whyNot) {
 
 Result<void> recordIdentity(CloneEngine& engine, const Tree& package, const Identity& identity) {
     const auto text = identityText(identity);
-    if (!text) {
-        return tl::make_unexpected(text.error());
-    }
+    VX_RETURN_IF_FAILED(text);
     if (const auto written = writeSmallFile(package, kIdentityFile, *text); !written) {
         return written;
     }
     const auto readBack = engine.checkIdentity(package.path);
-    if (!readBack) {
-        return tl::make_unexpected(readBack.error());
-    }
+    VX_RETURN_IF_FAILED(readBack);
     if (*readBack != kSealFits) {
         return notSealed(fmt::format("the clone library does not accept the {} of this television (code {})",
                                      kIdentityFile, *readBack));
@@ -87,24 +83,16 @@ Result<void> makeSeal(CloneEngine& engine, const Tree& package, const std::vecto
 
 Result<std::string> recordAndSeal(CloneEngine& engine, const Tree& package, const PackageOrigin& origin,
                                   const PackageKey& key) {
-    if (const auto recorded = recordIdentity(engine, package, origin.source); !recorded) {
-        return tl::make_unexpected(recorded.error());
-    }
+    VX_RETURN_IF_FAILED(recordIdentity(engine, package, origin.source));
     // The seal covers the manifest as well: it must be there when the files are listed.
-    if (const auto room = writeSmallFile(package, kManifestFile, ""); !room) {
-        return tl::make_unexpected(room.error());
-    }
+    VX_RETURN_IF_FAILED(writeSmallFile(package, kManifestFile, ""));
     auto contents = readContents(package);
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
-    }
+    VX_RETURN_IF_FAILED(contents);
     auto digest = writeManifest(package, {origin, std::move(contents->entries)}, key);
     if (!digest) {
         return digest;
     }
-    if (const auto made = makeSeal(engine, package, contents->files); !made) {
-        return tl::make_unexpected(made.error());
-    }
+    VX_RETURN_IF_FAILED(makeSeal(engine, package, contents->files));
     return digest;
 }
 
@@ -118,9 +106,7 @@ void removeSealing(const Tree& package) {
 
 Result<PackageKey> requireKeys(CloneEngine& engine) {
     const auto key = engine.hasKey();
-    if (!key) {
-        return tl::make_unexpected(key.error());
-    }
+    VX_RETURN_IF_FAILED(key);
     if (!*key) {
         return noKey("clone key");
     }
@@ -148,9 +134,7 @@ Result<PackageOrigin> originOfBackup(const std::string& name) {
                                    kLongestPackageName));
     }
     const Identity identity = televisionIdentity();
-    if (const auto text = identityText(identity); !text) {
-        return tl::make_unexpected(text.error());
-    }
+    VX_RETURN_IF_FAILED(identityText(identity));
     return PackageOrigin{name, timeText(secondsNow()), fmt::format("vxclone {}", version()), identity};
 }
 

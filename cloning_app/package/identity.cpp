@@ -77,12 +77,8 @@ Identity televisionIdentity() {
 }
 
 Result<std::string> identityText(const Identity& identity) {
-    if (const auto model = checkText("model", identity.model, kLongestModel); !model) {
-        return tl::make_unexpected(model.error());
-    }
-    if (const auto tag = checkText("product tag", identity.productTag, kLongestProductTag); !tag) {
-        return tl::make_unexpected(tag.error());
-    }
+    VX_RETURN_IF_FAILED(checkText("model", identity.model, kLongestModel));
+    VX_RETURN_IF_FAILED(checkText("product tag", identity.productTag, kLongestProductTag));
     if (!identity.tuner) {
         return unusable("tuner type", "cannot be read");
     }

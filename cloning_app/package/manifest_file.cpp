@@ -106,18 +106,14 @@ Result<std::string> writeManifest(const Tree& package, const Manifest& manifest,
                        "the backup cannot be sealed: its files' names are longer than any package holds; "
                        "remove some files from the television");
     }
-    if (const auto written = writeSmallFile(package, kManifestFile, text); !written) {
-        return tl::make_unexpected(written.error());
-    }
+    VX_RETURN_IF_FAILED(writeSmallFile(package, kManifestFile, text));
     return digestOf(authenticated);
 }
 
 Result<std::optional<ReadManifest>> readManifest(const Tree& package, const std::optional<PackageKey>& key,
                                                  const StopFlag* stop) {
     const auto text = readSmallFile(package, kManifestFile, kMostManifestBytes + 1);
-    if (!text) {
-        return tl::make_unexpected(text.error());
-    }
+    VX_RETURN_IF_FAILED(text);
     if (!*text) {
         return std::optional<ReadManifest>();
     }
@@ -133,9 +129,7 @@ Result<std::optional<ReadManifest>> readManifest(const Tree& package, const std:
         return manifestDamaged(package, "is no manifest");
     }
     auto manifest = bodyIn(package, parts->body, stop);
-    if (!manifest) {
-        return tl::make_unexpected(manifest.error());
-    }
+    VX_RETURN_IF_FAILED(manifest);
     const std::string authenticated = canonical(parts->version, parts->body);
     return std::optional(
         ReadManifest{std::move(*manifest), digestOf(authenticated), judge(key, authenticated, parts->code)});

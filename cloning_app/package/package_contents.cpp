@@ -53,9 +53,7 @@ class ContentsReading::Reader final : public TreeVisitor {
     const std::vector<std::string>& files() const { return contents_.files; }
 
     Result<PackageContents> finish() {
-        if (const auto digested = enterDigests(); !digested) {
-            return tl::make_unexpected(digested.error());
-        }
+        VX_RETURN_IF_FAILED(enterDigests());
         std::sort(contents_.entries.begin(), contents_.entries.end(),
                   [](const PackageEntry& one, const PackageEntry& other) { return one.path < other.path; });
         return std::move(contents_);

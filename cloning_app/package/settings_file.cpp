@@ -135,20 +135,14 @@ Result<Json> parsed(const Tree& package, const std::string& text, const StopFlag
 /// The document of the package's settings file; none where there is no such file.
 Result<std::optional<Json>> readDocument(const Tree& package, const StopFlag* stop) {
     const auto file = openSettings(package);
-    if (!file) {
-        return tl::make_unexpected(file.error());
-    }
+    VX_RETURN_IF_FAILED(file);
     if (!file->valid()) {
         return std::optional<Json>();
     }
     const auto text = readWhole(package, file->get());
-    if (!text) {
-        return tl::make_unexpected(text.error());
-    }
+    VX_RETURN_IF_FAILED(text);
     auto document = parsed(package, *text, stop);
-    if (!document) {
-        return tl::make_unexpected(document.error());
-    }
+    VX_RETURN_IF_FAILED(document);
     return std::optional(*std::move(document));
 }
 
@@ -175,9 +169,7 @@ std::string textOfLibrary(const Json& document) {
 
 Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package, const StopFlag* stop) {
     const auto document = readDocument(package, stop);
-    if (!document) {
-        return tl::make_unexpected(document.error());
-    }
+    VX_RETURN_IF_FAILED(document);
     if (!*document) {
         return std::optional<std::vector<Setting>>();
     }
@@ -190,9 +182,7 @@ Result<std::optional<std::vector<Setting>>> readSettings(const Tree& package, co
 
 Result<void> takeOutSettings(const Tree& package, const std::vector<std::string>& keys) {
     auto document = readDocument(package, nullptr);
-    if (!document) {
-        return tl::make_unexpected(document.error());
-    }
+    VX_RETURN_IF_FAILED(document);
     if (!*document) {
         return tl::make_unexpected(readError(package.place, settingsPath(package), ENOENT));
     }

@@ -92,9 +92,7 @@ Result<std::optional<Descriptor>> tryLock(int folder, const std::string& path, o
 Result<Descriptor> takeLock(int folder, const std::string& path, off_t length) {
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         auto file = tryLock(folder, path, length);
-        if (!file) {
-            return tl::make_unexpected(file.error());
-        }
+        VX_RETURN_IF_FAILED(file);
         if (!*file) {
             break;
         }
@@ -285,13 +283,9 @@ RunRecorder::RunRecorder(Descriptor folder, Descriptor lock, std::string path, R
 
 Result<RunRecorder> RunRecorder::begin(const std::filesystem::path& folder, RunRecord record) {
     auto opened = makeAndOpen(folder);
-    if (!opened) {
-        return tl::make_unexpected(opened.error());
-    }
+    VX_RETURN_IF_FAILED(opened);
     auto lock = takeLock(opened->get(), folder.string(), kLengthOfRun);
-    if (!lock) {
-        return tl::make_unexpected(lock.error());
-    }
+    VX_RETURN_IF_FAILED(lock);
     RunRecorder recorder(*std::move(opened), *std::move(lock), folder.string(), std::move(record));
     recorder.previous_ = recordIn(recorder.tree());
     if (auto before = unfinishedLoadIn(recorder.tree())) {
@@ -304,9 +298,7 @@ Result<RunRecorder> RunRecorder::begin(const std::filesystem::path& folder, RunR
         recorder.record_.allLoaded = recorder.previous_ && recorder.previous_->allLoaded;
         recorder.record_.wayBack = recorder.before_.wayBack;
     }
-    if (const auto written = recorder.write(recorder.record_); !written) {
-        return tl::make_unexpected(written.error());
-    }
+    VX_RETURN_IF_FAILED(recorder.write(recorder.record_));
     return recorder;
 }
 
@@ -399,14 +391,10 @@ LookHold::~LookHold() {
 
 Result<LookHold> LookHold::begin(const std::filesystem::path& folder) {
     auto opened = makeAndOpen(folder);
-    if (!opened) {
-        return tl::make_unexpected(opened.error());
-    }
+    VX_RETURN_IF_FAILED(opened);
     const auto before = hasEntry({opened->get(), folder.string(), Place::Television}, kLockFile);
     auto lock = takeLock(opened->get(), folder.string(), kLengthOfLook);
-    if (!lock) {
-        return tl::make_unexpected(lock.error());
-    }
+    VX_RETURN_IF_FAILED(lock);
     return LookHold(*std::move(opened), *std::move(lock), before && !*before);
 }
 
@@ -431,16 +419,12 @@ Result<std::optional<LastRun>> readLastRun(const std::filesystem::path& folder) 
     const auto position = firstHeld(lock, kPositions, 0);
     const Tree tree{opened.get(), folder.string(), Place::Television};
     const auto text = readSmallFile(tree, kRecordFile, kMostRecordBytes);
-    if (!text) {
-        return tl::make_unexpected(text.error());
-    }
+    VX_RETURN_IF_FAILED(text);
     if (!*text) {
         return std::optional<LastRun>();
     }
     auto record = parseRecord(**text, tree.path + "/" + kRecordFile);
-    if (!record) {
-        return tl::make_unexpected(record.error());
-    }
+    VX_RETURN_IF_FAILED(record);
     return std::optional(
         LastRun{*std::move(record), goingOn, position ? progressAt(*position) : std::nullopt});
 }

@@ -134,9 +134,7 @@ Progress progressOf(const ToldProgress& told) {
 
 Result<Status> readStatus(const std::filesystem::path& folder) {
     auto last = readLastRun(folder);
-    if (!last) {
-        return tl::make_unexpected(last.error());
-    }
+    VX_RETURN_IF_FAILED(last);
     const RunKeys keys = keysOfLastRun(folder);
     const auto loaded = *last && (*last)->goingOn ? std::nullopt : keys.percent;
     Status status{loaded, {}, {}, *std::move(last), isLookGoingOn(folder)};

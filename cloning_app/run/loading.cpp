@@ -132,9 +132,7 @@ void sayRemoved(const Result<std::size_t>& removed, std::vector<Row>& rows) {
 /// What the package holds of what is loaded.
 Result<ComparedState> expectedOf(const Tree& package, const std::optional<std::vector<Setting>>& settings) {
     auto contents = readContents(package);
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
-    }
+    VX_RETURN_IF_FAILED(contents);
     ComparedState state{settings.value_or(std::vector<Setting>{}), {}};
     for (PackageEntry& entry : contents->entries) {
         if (!entry.folder && entry.path != kSettingsFile) {
@@ -183,34 +181,24 @@ Result<Kept> keptOf(const ReadyPackage& ready, const LoadOptions& options) {
 Result<Preparation> prepare(const CloneContext& context, ReadyPackage& ready, const LoadOptions& options,
                             RunRecorder& recorder) {
     auto kept = keptOf(ready, options);
-    if (!kept) {
-        return tl::make_unexpected(kept.error());
-    }
+    VX_RETURN_IF_FAILED(kept);
     std::optional<std::vector<Setting>> settings = ready.settings;
     if (settings) {
         settings = withoutKept(*settings, kept->all());
     }
     auto expected = expectedOf(ready.package.tree(), settings);
-    if (!expected) {
-        return tl::make_unexpected(expected.error());
-    }
+    VX_RETURN_IF_FAILED(expected);
     Preparation made{
         std::move(*kept), std::move(settings), {std::move(*expected), options.before, ready.plan.everything}};
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
-        return tl::make_unexpected(safe.error());
-    }
-    if (const auto reset = resetRunKeys(Direction::Restore); !reset) {
-        return tl::make_unexpected(reset.error());
-    }
+    VX_RETURN_IF_FAILED(checkSafe(context.cloneRoot));
+    VX_RETURN_IF_FAILED(resetRunKeys(Direction::Restore));
     if (!ready.plan.everything) {
         recorder.setLoaded(ready.plan.list);
     }
-    if (const auto entered = recorder.enter(RunPhase::Restoring); !entered) {
-        return tl::make_unexpected(entered.error());
-    }
+    VX_RETURN_IF_FAILED(recorder.enter(RunPhase::Restoring));
     return made;
 }
 
@@ -253,15 +241,11 @@ bool compareWithPackage(const CloneContext& context, ReadyPackage& ready, const 
 Result<ReadyPackage> makeReady(const CloneContext& context, StagedPackage package, Examination examined,
                                Plan plan) {
     auto holdings = Holdings::of(package.tree());
-    if (!holdings) {
-        return tl::make_unexpected(holdings.error());
-    }
+    VX_RETURN_IF_FAILED(holdings);
     auto settings = plan.holds(VXCLONE_VCONF_DATA)
                         ? readSettings(package.tree(), &context.stop)
                         : Result<std::optional<std::vector<Setting>>>(std::nullopt);
-    if (!settings) {
-        return tl::make_unexpected(settings.error());
-    }
+    VX_RETURN_IF_FAILED(settings);
     leaveOutLacking(plan, examined.lacks, *holdings);
     if (std::none_of(plan.list.begin(), plan.list.end(),
                      [](VXClone category) { return isLoaded(categoryOf(category)); })) {
@@ -284,9 +268,7 @@ Result<ReadyPackage> makeReady(const CloneContext& context, StagedPackage packag
 Result<Report> load(const CloneContext& context, ReadyPackage& ready, const LoadOptions& options,
                     RunRecorder& recorder) {
     auto made = prepare(context, ready, options, recorder);
-    if (!made) {
-        return tl::make_unexpected(made.error());
-    }
+    VX_RETURN_IF_FAILED(made);
     const auto removed = removeAdded(options.added);
     ready.package.keep();
     const auto results = runAndFollow(context, Direction::Restore, ready.plan.list,

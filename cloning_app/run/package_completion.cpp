@@ -191,9 +191,7 @@ struct Judgement {
 Result<Judgement> judgeBackup(const CloneContext& context, const Tree& root, const ResultList& results,
                               const Means& means) {
     auto settings = judgeSettingsFile(root);
-    if (!settings) {
-        return tl::make_unexpected(settings.error());
-    }
+    VX_RETURN_IF_FAILED(settings);
     std::vector<Row> own = saveLogos(root, context.stop);
     own.push_back({VXCLONE_VCONF_DATA, Verdict::Done, "saved, " + countText(settings->count, "setting")});
     Judgement made{tableRows(Direction::Backup, allCategories(), results.outcomes(), own),
@@ -202,9 +200,7 @@ Result<Judgement> judgeBackup(const CloneContext& context, const Tree& root, con
     nameApplications(made.rows);
     judgeApplications(root, made.rows);
     const auto holdings = Holdings::of(root);
-    if (!holdings) {
-        return tl::make_unexpected(holdings.error());
-    }
+    VX_RETURN_IF_FAILED(holdings);
     made.lacks = lacksOf(*holdings, applicationsOf(made.rows));
     judgeHomeMenu(root, made.rows, made.lacks);
     sayLeftOut(made.rows);
@@ -226,13 +222,9 @@ Result<Judgement> judgeBackup(const CloneContext& context, const Tree& root, con
 
 Result<Means> readyToSeal(CloneEngine& engine, const std::string& name) {
     auto key = requireKeys(engine);
-    if (!key) {
-        return tl::make_unexpected(key.error());
-    }
+    VX_RETURN_IF_FAILED(key);
     auto origin = originOfBackup(name);
-    if (!origin) {
-        return tl::make_unexpected(origin.error());
-    }
+    VX_RETURN_IF_FAILED(origin);
     Means means{std::move(*key), std::move(*origin)};
     return means;
 }
@@ -241,16 +233,12 @@ Result<Report> completePackage(const CloneContext& context, const Tree& root, co
                                const Means& means) {
     context.view.progress({ShownPhase::Sealing});
     const auto made = judgeBackup(context, root, results, means);
-    if (!made) {
-        return tl::make_unexpected(made.error());
-    }
+    VX_RETURN_IF_FAILED(made);
     PackageOrigin origin = means.origin;
     origin.results = resultsOf(made->rows);
     origin.lacks = manifestLacksOf(made->lacks);
     const auto sealed = sealPackage(context.engine, root, origin, means.key);
-    if (!sealed) {
-        return tl::make_unexpected(sealed.error());
-    }
+    VX_RETURN_IF_FAILED(sealed);
     Report report{made->rows, exitStatusFor(made->rows, results), unknownLineSentences(results),
                   sealed->checks};
     report.digest = sealed->digest;

@@ -57,9 +57,7 @@ Result<StickTarget> openForeign(const CloneContext& context, const std::filesyst
 
 Result<StickTarget> withNotice(const CloneContext& context, StickTarget target,
                                const Result<std::optional<std::string>>& said) {
-    if (!said) {
-        return tl::make_unexpected(said.error());
-    }
+    VX_RETURN_IF_FAILED(said);
     if (*said) {
         context.view.notice(**said);
     }
@@ -95,9 +93,7 @@ bool lostAnyOutcome(const Tree& root, const ResultList& results) {
 }
 
 Result<ResultList> saveOnce(const CloneContext& context) {
-    if (const auto reset = resetRunKeys(Direction::Backup); !reset) {
-        return tl::make_unexpected(reset.error());
-    }
+    VX_RETURN_IF_FAILED(resetRunKeys(Direction::Backup));
     return runAndFollow(context, Direction::Backup, allCategories(), [&] { return context.engine.backUp(); });
 }
 
@@ -126,9 +122,7 @@ Result<ResultList> runAndFollow(const CloneContext& context, Direction direction
     Follower follower(direction, list, context.view, context.stop);
     const auto ended = run();
     ResultList results = follower.finish();
-    if (!ended) {
-        return tl::make_unexpected(ended.error());
-    }
+    VX_RETURN_IF_FAILED(ended);
     return results;
 }
 
@@ -136,9 +130,7 @@ Result<ResultList> saveTelevision(const CloneContext& context) {
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
-        return tl::make_unexpected(safe.error());
-    }
+    VX_RETURN_IF_FAILED(checkSafe(context.cloneRoot));
     auto results = saveOnce(context);
     // The caller holds the folder's lock.
     const Descriptor root(open(context.cloneRoot.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));

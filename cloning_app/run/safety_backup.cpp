@@ -81,16 +81,12 @@ struct MadeSafety {
 Result<MadeSafety> backUpIntoRoot(const CloneContext& context, const Tree& root, const ReadyPackage& ready,
                                   const Means& means) {
     const auto results = saveTelevision(context);
-    if (!results) {
-        return tl::make_unexpected(results.error());
-    }
+    VX_RETURN_IF_FAILED(results);
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
     const auto report = completePackage(context, root, *results, means);
-    if (!report) {
-        return tl::make_unexpected(report.error());
-    }
+    VX_RETURN_IF_FAILED(report);
     if (const auto lost = textsThatWouldBeLost(*report); !lost.empty()) {
         return failure(ErrorCode::SafetyIncomplete,
                        fmt::format("it cannot hold {0}, which is not UTF-8 text on this television, so undo "
@@ -128,37 +124,23 @@ Result<ComparedState> makeSafety(const CloneContext& context, const ReadyPackage
     const auto folder = recordFolderOf(context.cloneRoot);
     const Leftovers leftovers(folder);
     const auto store = SafetyStore::open(folder);
-    if (!store) {
-        return tl::make_unexpected(store.error());
-    }
+    VX_RETURN_IF_FAILED(store);
     auto means = readyToSeal(context.engine, ("before " + package.origin()).substr(0, kLongestPackageName));
-    if (!means) {
-        return tl::make_unexpected(means.error());
-    }
+    VX_RETURN_IF_FAILED(means);
     if (ready.plan.holds(VXCLONE_VXHOTEL_HOMEAPP_DATA)) {
         auto added = filesAddedBy(package.tree());
-        if (!added) {
-            return tl::make_unexpected(added.error());
-        }
+        VX_RETURN_IF_FAILED(added);
         means->origin.added = std::move(*added);
     }
-    if (const auto aside = store->setAside(package.tree()); !aside) {
-        return tl::make_unexpected(aside.error());
-    }
+    VX_RETURN_IF_FAILED(store->setAside(package.tree()));
     means->mayLack = [&](const Lack& lack) { return !mayChange(ready, lack) || without.holds(lack); };
     auto made = backUpOnceOrTwice(context, package.tree(), ready, *means);
-    if (!made) {
-        return tl::make_unexpected(made.error());
-    }
+    VX_RETURN_IF_FAILED(made);
     if (const std::string unneeded = without.sentenceAboutUnneeded(made->lacks); !unneeded.empty()) {
         context.view.notice(unneeded);
     }
-    if (const auto kept = store->keep(package.tree()); !kept) {
-        return tl::make_unexpected(kept.error());
-    }
-    if (const auto back = store->bringBack(package.tree()); !back) {
-        return tl::make_unexpected(back.error());
-    }
+    VX_RETURN_IF_FAILED(store->keep(package.tree()));
+    VX_RETURN_IF_FAILED(store->bringBack(package.tree()));
     return std::move(made->state);
 }
 

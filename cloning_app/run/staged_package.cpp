@@ -77,13 +77,9 @@ StagedPackage::~StagedPackage() {
 Result<StagedPackage> StagedPackage::bring(const CloneContext& context, const std::filesystem::path& folder,
                                            const Reserve& reserve) {
     const auto target = openSource(context, folder);
-    if (!target) {
-        return tl::make_unexpected(target.error());
-    }
+    VX_RETURN_IF_FAILED(target);
     const auto opened = target->openPackage();
-    if (!opened) {
-        return tl::make_unexpected(opened.error());
-    }
+    VX_RETURN_IF_FAILED(opened);
     context.view.notice("Copying the package from the stick, and checking it.");
     return copyOf(context, {opened->get(), target->path(), Place::Stick}, reserve);
 }
@@ -91,9 +87,7 @@ Result<StagedPackage> StagedPackage::bring(const CloneContext& context, const st
 Result<StagedPackage> StagedPackage::copyOf(const CloneContext& context, const Tree& package,
                                             const Reserve& reserve) {
     auto root = CloneRoot::open(context.cloneRoot);
-    if (!root) {
-        return tl::make_unexpected(root.error());
-    }
+    VX_RETURN_IF_FAILED(root);
     context.view.progress({ShownPhase::Staging});
     const TreeSize kept = reserve ? reserve(package) : TreeSize{};
     const auto tell = [&context](double part) {
@@ -112,9 +106,7 @@ Result<StagedPackage> StagedPackage::ofSafety(const CloneContext& context, const
         return copied;
     }
     auto root = CloneRoot::open(context.cloneRoot);
-    if (!root) {
-        return tl::make_unexpected(root.error());
-    }
+    VX_RETURN_IF_FAILED(root);
     if (!root->fillWithLinksTo(safety, TreeLimits{})) {
         // A file system without links.
         return copyOf(context, safety);
@@ -126,24 +118,16 @@ Result<StagedPackage> StagedPackage::ofSafety(const CloneContext& context, const
 
 Result<StagedPackage> StagedPackage::sealOf(const CloneContext& context, const Tree& package) {
     auto root = CloneRoot::open(context.cloneRoot);
-    if (!root) {
-        return tl::make_unexpected(root.error());
-    }
+    VX_RETURN_IF_FAILED(root);
     StagedPackage staged(std::move(*root), package.path);
-    if (const auto emptied = staged.root_->empty(); !emptied) {
-        return tl::make_unexpected(emptied.error());
-    }
+    VX_RETURN_IF_FAILED(staged.root_->empty());
     for (const char* const name : {kIdentityFile, kSealFile}) {
         const auto content = readSmallFile(package, name, kMostSealBytes);
-        if (!content) {
-            return tl::make_unexpected(content.error());
-        }
+        VX_RETURN_IF_FAILED(content);
         if (!*content) {
             continue;
         }
-        if (const auto written = writeSmallFile(staged.tree(), name, **content); !written) {
-            return tl::make_unexpected(written.error());
-        }
+        VX_RETURN_IF_FAILED(writeSmallFile(staged.tree(), name, **content));
     }
     return staged;
 }
@@ -177,9 +161,7 @@ Result<Examination> admit(const CloneContext& context, const StagedPackage& pack
             *problem,
             fmt::format("{}", fmt::join(problemSentences(found->checks, package.origin()), "; also: ")));
     }
-    if (const auto right = expectDigest(*found, options.expect, package.origin()); !right) {
-        return tl::make_unexpected(right.error());
-    }
+    VX_RETURN_IF_FAILED(expectDigest(*found, options.expect, package.origin()));
     if (overridden) {
         context.view.notice(overrideWarning(found->checks.front()));
     }

@@ -185,9 +185,7 @@ Result<TelevisionLook> lookForComparison(const CloneContext& context, const Tree
             ", or compare less with --quick";
         return tl::make_unexpected(space.error());
     }
-    if (const auto kept = keepRunKeys(recordFolderOf(context.cloneRoot)); !kept) {
-        return tl::make_unexpected(kept.error());
-    }
+    VX_RETURN_IF_FAILED(keepRunKeys(recordFolderOf(context.cloneRoot)));
     context.view.notice("Saving the television, to compare it with the package.");
     auto look = lookAtTelevision(context, root);
     if (look && context.stop.raised()) {

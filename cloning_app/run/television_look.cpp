@@ -50,9 +50,7 @@ void nameTheUnsaved(TelevisionLook& look) {
 Result<TelevisionLook> lookAtTelevision(const CloneContext& context, const Tree& root) {
     const KeptResults kept;
     const auto results = saveTelevision(context);
-    if (!results) {
-        return tl::make_unexpected(results.error());
-    }
+    VX_RETURN_IF_FAILED(results);
     TelevisionLook look;
     look.rows =
         tableRows(Direction::Backup, allCategories(), results->outcomes(), saveLogos(root, context.stop));
@@ -72,9 +70,7 @@ Result<TelevisionLook> lookAtTelevision(const CloneContext& context, const Tree&
         look.unread.push_back(VXCLONE_VCONF_DATA);
     }
     auto files = filesOf(root);
-    if (!files) {
-        return tl::make_unexpected(files.error());
-    }
+    VX_RETURN_IF_FAILED(files);
     look.state.entries = std::move(*files);
     return look;
 }

@@ -37,9 +37,7 @@ std::optional<std::filesystem::perms> modeOf(const std::filesystem::path& folder
 
 Result<void> endDeadVisit(const CloneContext& context) {
     const auto put = putCloneFolderBack(context.cloneRoot);
-    if (!put) {
-        return tl::make_unexpected(put.error());
-    }
+    VX_RETURN_IF_FAILED(put);
     if (*put) {
         context.view.notice(kPutRight);
     }
@@ -55,19 +53,13 @@ Visit::~Visit() {
 
 Result<Visit> Visit::begin(const CloneContext& context) {
     auto hold = LookHold::begin(recordFolderOf(context.cloneRoot));
-    if (!hold) {
-        return tl::make_unexpected(hold.error());
-    }
-    if (const auto ended = endDeadVisit(context); !ended) {
-        return tl::make_unexpected(ended.error());
-    }
+    VX_RETURN_IF_FAILED(hold);
+    VX_RETURN_IF_FAILED(endDeadVisit(context));
     const auto mode = modeOf(context.cloneRoot);
     const auto aside = CloneRoot::open(context.cloneRoot).and_then([&](const CloneRoot& root) {
         return setContentAside(recordFolderOf(context.cloneRoot), root.tree());
     });
-    if (!aside) {
-        return tl::make_unexpected(aside.error());
-    }
+    VX_RETURN_IF_FAILED(aside);
     return Visit(std::move(*hold), context.cloneRoot, mode);
 }
 

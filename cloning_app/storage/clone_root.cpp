@@ -81,12 +81,8 @@ Result<TreeSize> CloneRoot::fillFrom(const Tree& from, const TreeLimits& limits,
         return needed;
     }
     const TreeSize held = measureTree(tree(), limits).value_or(TreeSize{});
-    if (const auto space = checkSpace(tree(), *needed, held, reserve); !space) {
-        return tl::make_unexpected(space.error());
-    }
-    if (const auto emptied = empty(); !emptied) {
-        return tl::make_unexpected(emptied.error());
-    }
+    VX_RETURN_IF_FAILED(checkSpace(tree(), *needed, held, reserve));
+    VX_RETURN_IF_FAILED(empty());
     const DiskCalls calls = tell ? countingWrites(realDiskCalls(), needed->bytes, tell) : realDiskCalls();
     auto copied = copyTree(from, tree(), limits, Flush::No, calls, stop);
     if (!copied) {

@@ -71,9 +71,7 @@ bool isInTheWay(int reason) {
 /// Moves every entry; one of the same name gives way.
 Result<void> moveAll(const Tree& from, const Tree& to) {
     const auto names = namesIn(from, kAnyNumber);
-    if (!names) {
-        return tl::make_unexpected(names.error());
-    }
+    VX_RETURN_IF_FAILED(names);
     for (const std::string& name : *names) {
         int reason = moveEntry(from, to, name);
         if (isInTheWay(reason)) {
@@ -89,9 +87,7 @@ Result<void> moveAll(const Tree& from, const Tree& to) {
 
 Result<void> putPartBack(const Data& data, const Tree& root) {
     const auto part = data.openFolder(kPart);
-    if (!part) {
-        return tl::make_unexpected(part.error());
-    }
+    VX_RETURN_IF_FAILED(part);
     const auto moved = moveAll({part->get(), data.pathOf(kPart), Place::Television}, root);
     if (!moved) {
         return moved;
@@ -104,9 +100,7 @@ Result<void> setAside(const Data& data, const Tree& root) {
         return data.cannotWrite(kPart);
     }
     const auto part = data.openFolder(kPart);
-    if (!part) {
-        return tl::make_unexpected(part.error());
-    }
+    VX_RETURN_IF_FAILED(part);
     const auto moved = moveAll(root, {part->get(), data.pathOf(kPart), Place::Television});
     return moved ? data.rename(kPart, kWhole) : moved;
 }
@@ -117,15 +111,11 @@ Result<bool> putBack(const Data& data, const Tree& root) {
         return whole;
     }
     if (*whole) {
-        if (const auto removable = checkContentsRemovable(root); !removable) {
-            return tl::make_unexpected(removable.error());
-        }
+        VX_RETURN_IF_FAILED(checkContentsRemovable(root));
         if (const int reason = removeContents(root.descriptor); reason != 0) {
             return tl::make_unexpected(writeError(root.place, root.path, reason));
         }
-        if (const auto renamed = data.rename(kWhole, kPart); !renamed) {
-            return tl::make_unexpected(renamed.error());
-        }
+        VX_RETURN_IF_FAILED(data.rename(kWhole, kPart));
     }
     const auto part = hasEntry(data.tree(), kPart);
     if (!part || !*part) {
@@ -138,12 +128,8 @@ Result<bool> putBack(const Data& data, const Tree& root) {
 
 Result<void> setContentAside(const std::filesystem::path& dataFolder, const Tree& root) {
     const auto data = Data::open(dataFolder);
-    if (!data) {
-        return tl::make_unexpected(data.error());
-    }
-    if (const auto before = putBack(*data, root); !before) {
-        return tl::make_unexpected(before.error());
-    }
+    VX_RETURN_IF_FAILED(data);
+    VX_RETURN_IF_FAILED(putBack(*data, root));
     auto aside = setAside(*data, root);
     if (!aside) {
         static_cast<void>(putBack(*data, root));
@@ -158,9 +144,7 @@ Result<bool> putContentBack(const std::filesystem::path& dataFolder, const Tree&
 
 Result<bool> isContentAside(const std::filesystem::path& dataFolder) {
     const auto data = Data::open(dataFolder);
-    if (!data) {
-        return tl::make_unexpected(data.error());
-    }
+    VX_RETURN_IF_FAILED(data);
     const auto whole = hasEntry(data->tree(), kWhole);
     return !whole || *whole ? whole : hasEntry(data->tree(), kPart);
 }

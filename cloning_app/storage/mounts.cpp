@@ -189,9 +189,7 @@ Result<bool> goesOntoAStick(const WrittenPlace& place, const std::filesystem::pa
         return tl::make_unexpected(readError(place.folder.place, place.folder.path, errno));
     }
     const auto own = placeOfCloneFolder(cloneRoot, questions);
-    if (!own) {
-        return tl::make_unexpected(own.error());
-    }
+    VX_RETURN_IF_FAILED(own);
     const auto text = questions.mounts();
     if (!text) {
         return tl::make_unexpected(readError(Place::Television, kMountList, errno));

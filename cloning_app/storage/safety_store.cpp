@@ -23,9 +23,7 @@ tl::unexpected<Error> cannotWrite(const std::string& path, int reason) {
 
 Result<void> moveContents(const Tree& from, int to, const std::string& toPath) {
     const auto names = namesIn(from, TreeLimits{}.entries);
-    if (!names) {
-        return tl::make_unexpected(names.error());
-    }
+    VX_RETURN_IF_FAILED(names);
     for (const std::string& name : *names) {
         if (renameat(from.descriptor, name.c_str(), to, name.c_str()) != 0) {
             return cannotWrite(toPath + "/" + name, errno);
@@ -70,9 +68,7 @@ Result<Descriptor> SafetyStore::openSafety() const {
 
 Result<void> SafetyStore::setAside(const Tree& root) const {
     const auto aside = makeFolder(folder_.get(), path_, kAside);
-    if (!aside) {
-        return tl::make_unexpected(aside.error());
-    }
+    VX_RETURN_IF_FAILED(aside);
     return moveContents(root, aside->get(), path_ + "/" + kAside);
 }
 
@@ -97,9 +93,7 @@ Result<void> SafetyStore::bringBack(const Tree& root) const {
 
 Result<void> SafetyStore::keep(const Tree& root) const {
     const auto made = makeFolder(folder_.get(), path_, kNewSafety);
-    if (!made) {
-        return tl::make_unexpected(made.error());
-    }
+    VX_RETURN_IF_FAILED(made);
     auto kept = moveContents(root, made->get(), path_ + "/" + kNewSafety);
     if (kept && syncfs(made->get()) != 0) {
         kept = cannotWrite(path_ + "/" + kNewSafety, errno);

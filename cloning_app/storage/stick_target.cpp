@@ -183,14 +183,10 @@ Result<std::optional<std::string>> StickTarget::recover(const Judge& isWhole) {
     // In doubt nothing is touched: what looks like a leftover may be the only package.
     const auto setAside = isFolder(oldName_);
     const auto vacant = setAside ? isVacant() : setAside;
-    if (!vacant) {
-        return tl::make_unexpected(vacant.error());
-    }
+    VX_RETURN_IF_FAILED(vacant);
     if (*setAside && *vacant) {
         const auto back = putBack();
-        if (!back) {
-            return tl::make_unexpected(back.error());
-        }
+        VX_RETURN_IF_FAILED(back);
         if (!*back) {
             return twoPackages();
         }
@@ -215,9 +211,7 @@ Result<std::optional<std::string>> StickTarget::recover(const Judge& isWhole) {
 Result<std::optional<std::string>> StickTarget::meanWhatWasSetAside() {
     const auto setAside = isFolder(oldName_);
     const auto vacant = setAside && *setAside ? isVacant() : setAside;
-    if (!vacant) {
-        return tl::make_unexpected(vacant.error());
-    }
+    VX_RETURN_IF_FAILED(vacant);
     if (!*vacant) {
         return std::optional<std::string>();
     }
@@ -248,9 +242,7 @@ Result<Descriptor> StickTarget::openFolder() const {
 
 Result<bool> StickTarget::holdsKnownEntry(int directory, bool& empty) const {
     auto names = namesIn({directory, path_, Place::Stick}, TreeLimits{}.entries);
-    if (!names) {
-        return tl::make_unexpected(names.error());
-    }
+    VX_RETURN_IF_FAILED(names);
     names->erase(
         std::remove_if(names->begin(), names->end(), [](const std::string& name) { return isSidecar(name); }),
         names->end());
@@ -261,21 +253,15 @@ Result<bool> StickTarget::holdsKnownEntry(int directory, bool& empty) const {
 
 Result<void> StickTarget::checkReplaceable() const {
     const auto there = hasEntry(parent(), name_);
-    if (!there) {
-        return tl::make_unexpected(there.error());
-    }
+    VX_RETURN_IF_FAILED(there);
     if (!*there) {
         return {};
     }
     const auto folder = openFolder();
-    if (!folder) {
-        return tl::make_unexpected(folder.error());
-    }
+    VX_RETURN_IF_FAILED(folder);
     bool empty = false;
     const auto known = holdsKnownEntry(folder->get(), empty);
-    if (!known) {
-        return tl::make_unexpected(known.error());
-    }
+    VX_RETURN_IF_FAILED(known);
     if (!*known && !empty) {
         return notAPackage(path_, "holds files and is not a clone package");
     }
@@ -302,9 +288,7 @@ Result<Descriptor> StickTarget::openPackage() const {
     }
     bool empty = false;
     const auto known = holdsKnownEntry(folder->get(), empty);
-    if (!known) {
-        return tl::make_unexpected(known.error());
-    }
+    VX_RETURN_IF_FAILED(known);
     if (!*known) {
         return notAPackage(path_, empty ? "is empty, not a clone package" : "is not a clone package");
     }
@@ -333,9 +317,7 @@ Result<Replacement> Replacement::begin(StickTarget& target) {
         return anotherBackup(target.path_);
     }
     if (reason == EEXIST) {
-        if (const auto removable = checkRemovable(target.parent(), target.newName_); !removable) {
-            return tl::make_unexpected(removable.error());
-        }
+        VX_RETURN_IF_FAILED(checkRemovable(target.parent(), target.newName_));
         const int left = removeTree(parent, target.newName_);
         reason = left != 0 ? left : makeFolder();
     }
@@ -421,9 +403,7 @@ Result<void> Replacement::commit() {
     const std::string& name = target_->name_;
     const std::string& newName = target_->newName_;
     const auto replaces = hasEntry(target_->parent(), name);
-    if (!replaces) {
-        return tl::make_unexpected(replaces.error());
-    }
+    VX_RETURN_IF_FAILED(replaces);
     if (auto removable = checkRemovable(target_->parent(), name); !removable) {
         return removable;
     }

@@ -76,9 +76,7 @@ Result<std::vector<ArchiveEntry>> bundleFiles(const BundleSources& sources, cons
                                        {"last-run.txt", runText(sources.recordFolder)}};
     if (!sources.log.empty()) {
         auto log = logText(sources.log);
-        if (!log) {
-            return tl::make_unexpected(log.error());
-        }
+        VX_RETURN_IF_FAILED(log);
         files.push_back({"log.txt", *std::move(log)});
     }
     for (ArchiveEntry& file : files) {

@@ -50,9 +50,7 @@ Result<void> callLibrary(const std::function<int()>& call, bool endsByThrowing) 
             throw;
         }
     });
-    if (!answer) {
-        return tl::make_unexpected(answer.error());
-    }
+    VX_RETURN_IF_FAILED(answer);
     if (*answer == 0) {
         return brokeOff("it could not start");
     }

@@ -55,9 +55,7 @@ RunKeys keysIn(const std::string& note) {
 
 Result<std::optional<RunKeys>> readNotes(const Tree& data) {
     const auto notes = readSmallFile(data, kNotes, kMostNoteBytes);
-    if (!notes) {
-        return tl::make_unexpected(notes.error());
-    }
+    VX_RETURN_IF_FAILED(notes);
     return *notes ? std::optional(keysIn(**notes)) : std::nullopt;
 }
 
@@ -85,9 +83,7 @@ bool holdsOrTakes(const Value& wanted, const std::function<std::optional<Value>(
 
 Result<void> keepRunKeys(const std::filesystem::path& dataFolder) {
     const auto folder = openFolder(dataFolder);
-    if (!folder) {
-        return tl::make_unexpected(folder.error());
-    }
+    VX_RETURN_IF_FAILED(folder);
     const auto results = readResults();
     if (!results) {
         return cannotKeep(kResultKey);
@@ -102,9 +98,7 @@ Result<void> keepRunKeys(const std::filesystem::path& dataFolder) {
 
 Result<void> putRunKeysBack(const std::filesystem::path& dataFolder) {
     const auto folder = openFolder(dataFolder);
-    if (!folder) {
-        return tl::make_unexpected(folder.error());
-    }
+    VX_RETURN_IF_FAILED(folder);
     removeTree(folder->get(), kNewNotes);
     const auto noted = readNotes({folder->get(), dataFolder.string(), Place::Television});
     if (!noted || !*noted) {

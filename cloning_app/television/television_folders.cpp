@@ -62,15 +62,11 @@ Result<HomeMenu> openHomeMenu() {
     // The name that people are told ends without a slash.
     menu.path.erase(menu.path.find_last_not_of('/') + 1);
     auto folder = openTelevisionFolder(menu.path);
-    if (!folder) {
-        return tl::make_unexpected(folder.error());
-    }
+    VX_RETURN_IF_FAILED(folder);
     menu.folder = std::move(*folder);
     if (menu.folder.valid()) {
         auto names = namesIn(menu.tree(), TreeLimits{}.entries);
-        if (!names) {
-            return tl::make_unexpected(names.error());
-        }
+        VX_RETURN_IF_FAILED(names);
         menu.names = std::move(*names);
     }
     return menu;
@@ -124,9 +120,7 @@ Result<void> checkSafe(const std::filesystem::path& cloneRoot) {
 
 Result<std::vector<std::string>> homeMenuFoldersLeftOut() {
     const auto menu = openHomeMenu();
-    if (!menu) {
-        return tl::make_unexpected(menu.error());
-    }
+    VX_RETURN_IF_FAILED(menu);
     std::vector<std::string> folders;
     for (const std::string& name : menu->names) {
         struct stat facts {};

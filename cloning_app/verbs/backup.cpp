@@ -20,16 +20,12 @@ namespace {
 /// its size.
 Result<TreeSize> checkCopy(const CloneContext& context, const Tree& stick) {
     const auto listed = readManifest(stick, PackageKey::ofTelevision(), &context.stop);
-    if (!listed) {
-        return tl::make_unexpected(listed.error());
-    }
+    VX_RETURN_IF_FAILED(listed);
     const auto held =
         ContentsReading::begin(stick, Digests::OfFiles, &context.stop).and_then([](ContentsReading reading) {
             return reading.finish();
         });
-    if (!held) {
-        return tl::make_unexpected(held.error());
-    }
+    VX_RETURN_IF_FAILED(held);
     const auto differences =
         differencesOf(*listed ? (*listed)->manifest.entries : std::vector<PackageEntry>(), held->entries);
     if (differences.empty()) {
@@ -50,9 +46,7 @@ Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Rep
     if (!needed) {
         return needed;
     }
-    if (const auto space = checkSpace(stick, *needed); !space) {
-        return tl::make_unexpected(space.error());
-    }
+    VX_RETURN_IF_FAILED(checkSpace(stick, *needed));
     const DiskCalls calls = countingWrites(context.disk, needed->bytes, [&context](double part) {
         context.view.progress({ShownPhase::Writing, part});
     });
@@ -65,9 +59,7 @@ Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Rep
     if (!size) {
         return size;
     }
-    if (const auto committed = replacement.commit(); !committed) {
-        return tl::make_unexpected(committed.error());
-    }
+    VX_RETURN_IF_FAILED(replacement.commit());
     return size;
 }
 
@@ -89,17 +81,11 @@ void sayTheEnd(Report& report, const TreeSize& size, const std::string& path, bo
 Result<Report> backUpTo(const CloneContext& context, StickTarget& target, bool onAStick, const Means& means,
                         RunRecorder& recorder) {
     auto replacement = Replacement::begin(target);
-    if (!replacement) {
-        return tl::make_unexpected(replacement.error());
-    }
+    VX_RETURN_IF_FAILED(replacement);
     const auto root = CloneRoot::open(context.cloneRoot);
-    if (!root) {
-        return tl::make_unexpected(root.error());
-    }
+    VX_RETURN_IF_FAILED(root);
     const auto results = saveTelevision(context);
-    if (!results) {
-        return tl::make_unexpected(results.error());
-    }
+    VX_RETURN_IF_FAILED(results);
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
@@ -108,43 +94,29 @@ Result<Report> backUpTo(const CloneContext& context, StickTarget& target, bool o
         return report;
     }
     recorder.setDigest(report->digest);
-    if (const auto entered = recorder.enter(RunPhase::Writing); !entered) {
-        return tl::make_unexpected(entered.error());
-    }
+    VX_RETURN_IF_FAILED(recorder.enter(RunPhase::Writing));
     context.view.notice("Writing the package to " + vxcommon::printable(target.path()) + ".");
     const auto carried =
         target.checkInPlace()
             .and_then([&] { return carryToStick(context, root->tree(), *replacement); })
             .and_then([&](const TreeSize& size) { return target.checkInPlace().map([&] { return size; }); });
-    if (!carried) {
-        return tl::make_unexpected(carried.error());
-    }
+    VX_RETURN_IF_FAILED(carried);
     sayTheEnd(*report, *carried, target.path(), onAStick);
     return report;
 }
 
 Result<Report> backUp(const CloneContext& context, const std::filesystem::path& folder,
                       const BackupOptions& options, RunRecorder& recorder) {
-    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
-        return tl::make_unexpected(safe.error());
-    }
+    VX_RETURN_IF_FAILED(checkSafe(context.cloneRoot));
     auto target = openTarget(context, folder);
-    if (!target) {
-        return tl::make_unexpected(target.error());
-    }
+    VX_RETURN_IF_FAILED(target);
     const auto onAStick = goesOntoAStick({target->parent(), target->path(), options.onThisDisk},
                                          context.cloneRoot, context.mounts);
-    if (!onAStick) {
-        return tl::make_unexpected(onAStick.error());
-    }
-    if (const auto replaceable = target->checkReplaceable(); !replaceable) {
-        return tl::make_unexpected(replaceable.error());
-    }
+    VX_RETURN_IF_FAILED(onAStick);
+    VX_RETURN_IF_FAILED(target->checkReplaceable());
     // Asked before anything is made, on the television or on the stick.
     auto means = readyToSeal(context.engine, options.name.value_or(target->name()));
-    if (!means) {
-        return tl::make_unexpected(means.error());
-    }
+    VX_RETURN_IF_FAILED(means);
     recorder.setName(means->origin.name);
     means->mayLack = [&options](const Lack& lack) { return options.without.holds(lack); };
     auto report = backUpTo(context, *target, *onAStick, *means, recorder);

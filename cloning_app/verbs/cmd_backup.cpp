@@ -21,9 +21,7 @@ struct BackupArguments {
 
 Result<Report> backUpAsTold(const CloneContext& context, const BackupArguments& arguments) {
     auto without = Declared::parse(arguments.without);
-    if (!without) {
-        return tl::make_unexpected(without.error());
-    }
+    VX_RETURN_IF_FAILED(without);
     const auto called = arguments.named ? std::optional(arguments.name) : std::nullopt;
     return runBackup(context, arguments.folder, {called, std::move(*without), arguments.onThisDisk});
 }

@@ -65,13 +65,9 @@ Result<std::vector<VXClone>> listOf(const RestoreArguments& arguments) {
 
 Result<Report> restoreAsTold(const CloneContext& context, const RestoreArguments& arguments) {
     const auto list = listOf(arguments);
-    if (!list) {
-        return tl::make_unexpected(list.error());
-    }
+    VX_RETURN_IF_FAILED(list);
     auto without = Declared::parse(arguments.without);
-    if (!without) {
-        return tl::make_unexpected(without.error());
-    }
+    VX_RETURN_IF_FAILED(without);
     RestoreOptions options{*list, arguments.forceModel, arguments.all, arguments.expect};
     options.safety = !arguments.noSafety;
     options.readBack = !arguments.noReadBack;

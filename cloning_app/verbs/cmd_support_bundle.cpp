@@ -40,9 +40,7 @@ Result<bool> bundleGoesOntoAStick(const std::filesystem::path& file, bool onThis
 
 Result<Output> makeBundle(const SupportBundleArguments& arguments) {
     const auto onAStick = bundleGoesOntoAStick(arguments.file, arguments.onThisDisk);
-    if (!onAStick) {
-        return tl::make_unexpected(onAStick.error());
-    }
+    VX_RETURN_IF_FAILED(onAStick);
     return bundleFiles({recordFolderOf(kCloneRoot), arguments.log}, redactorOfTelevision())
         .and_then([](const std::vector<ArchiveEntry>& files) { return tarOf(files, secondsNow()); })
         .and_then([&](const std::string& tar) { return writeNewFile(arguments.file, tar); })

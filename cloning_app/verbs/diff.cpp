@@ -112,29 +112,19 @@ Output outputOf(const TelevisionComparison& comparison, const NamedState& packag
 
 Result<NamedState> stateIn(const std::filesystem::path& folder) {
     auto package = OpenPackage::open(folder);
-    if (!package) {
-        return tl::make_unexpected(package.error());
-    }
+    VX_RETURN_IF_FAILED(package);
     auto state = stateOfPackage(package->tree());
-    if (!state) {
-        return tl::make_unexpected(state.error());
-    }
+    VX_RETURN_IF_FAILED(state);
     auto look = lookAt(package->tree());
-    if (!look) {
-        return tl::make_unexpected(look.error());
-    }
+    VX_RETURN_IF_FAILED(look);
     return NamedState{std::move(*package), std::move(*state), std::move(look->lacks)};
 }
 
 Result<Output> compareWhole(const CloneContext& context, const NamedState& named) {
     const auto root = CloneRoot::open(context.cloneRoot);
-    if (!root) {
-        return tl::make_unexpected(root.error());
-    }
+    VX_RETURN_IF_FAILED(root);
     const auto look = lookForComparison(context, root->tree(), safetyReserve(named.package.tree()));
-    if (!look) {
-        return tl::make_unexpected(look.error());
-    }
+    VX_RETURN_IF_FAILED(look);
     return outputOf(compareWithTelevision(named.state, &*look), named);
 }
 
@@ -143,9 +133,7 @@ Result<Output> compareWhole(const CloneContext& context, const NamedState& named
 Result<Output> diffWithTelevision(const CloneContext& context, const std::filesystem::path& folder,
                                   bool quick) {
     const auto named = stateIn(folder);
-    if (!named) {
-        return tl::make_unexpected(named.error());
-    }
+    VX_RETURN_IF_FAILED(named);
     if (quick) {
         return outputOf(compareWithTelevision(named->state, nullptr), *named);
     }
@@ -156,13 +144,9 @@ Result<Output> diffWithTelevision(const CloneContext& context, const std::filesy
 
 Result<Output> diffPackages(const std::filesystem::path& folder, const std::filesystem::path& other) {
     const auto first = stateIn(folder);
-    if (!first) {
-        return tl::make_unexpected(first.error());
-    }
+    VX_RETURN_IF_FAILED(first);
     const auto second = stateIn(other);
-    if (!second) {
-        return tl::make_unexpected(second.error());
-    }
+    VX_RETURN_IF_FAILED(second);
     std::vector<Difference> differences = differencesOf(first->state, second->state);
     nameParts(differences);
     Output output = outputOf(differences, first->path(), second->path());

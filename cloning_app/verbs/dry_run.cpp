@@ -19,9 +19,7 @@ namespace {
 /// category is loaded with all the others.
 Result<ComparedState> stateToLoad(const ReadyPackage& ready, bool keepIdentity) {
     auto files = filesOf(ready.package.tree());
-    if (!files) {
-        return tl::make_unexpected(files.error());
-    }
+    VX_RETURN_IF_FAILED(files);
     ComparedState state;
     if (ready.settings) {
         state.settings =
@@ -119,13 +117,9 @@ Result<TelevisionComparison> compare(const CloneContext& context, const ReadyPac
 Result<Report> tellWhatWouldBeDone(const CloneContext& context, const ReadyPackage& ready,
                                    const RestoreOptions& options, const TreeSize& needed) {
     const auto package = stateToLoad(ready, options.keepIdentity);
-    if (!package) {
-        return tl::make_unexpected(package.error());
-    }
+    VX_RETURN_IF_FAILED(package);
     auto comparison = compare(context, ready, *package, options.quick, needed);
-    if (!comparison) {
-        return tl::make_unexpected(comparison.error());
-    }
+    VX_RETURN_IF_FAILED(comparison);
     removeWhatStays(comparison->differences);
     comparison->notHeld.clear();
     Report report{rowsOf(ready.plan, *comparison),

@@ -122,18 +122,12 @@ void addSettings(Output& output, const std::vector<Setting>& settings) {
 
 Result<Output> inspectPackage(const std::filesystem::path& folder, bool everyFile) {
     const auto package = OpenPackage::open(folder);
-    if (!package) {
-        return tl::make_unexpected(package.error());
-    }
+    VX_RETURN_IF_FAILED(package);
     const Tree tree = package->tree();
     const auto look = lookAt(tree);
-    if (!look) {
-        return tl::make_unexpected(look.error());
-    }
+    VX_RETURN_IF_FAILED(look);
     const auto contents = readContents(tree, Digests::None);
-    if (!contents) {
-        return tl::make_unexpected(contents.error());
-    }
+    VX_RETURN_IF_FAILED(contents);
     Output output{{packageLine(tree.path, *look, *contents)}, statusOfLook(*look)};
     addChecks(output, look->checks);
     addCategories(output, *look);

@@ -59,9 +59,7 @@ class Search {
 
     Result<void> folder(const Tree& tree, std::size_t level) {
         const auto names = namesIn(tree, TreeLimits{}.entries);
-        if (!names) {
-            return tl::make_unexpected(names.error());
-        }
+        VX_RETURN_IF_FAILED(names);
         if (std::any_of(names->begin(), names->end(),
                         [](const std::string& name) { return isKnownEntry(name); })) {
             add(tree);

@@ -53,9 +53,7 @@ Result<ReadyPackage> getReady(const CloneContext& context, const std::filesystem
         return tl::make_unexpected(withTheWayOn(package.error(), options));
     }
     auto examined = admit(context, *package, options);
-    if (!examined) {
-        return tl::make_unexpected(examined.error());
-    }
+    VX_RETURN_IF_FAILED(examined);
     Plan plan{options.list, {}, options.everything};
     sayWhatIsNeeded(context.view, plan);
     return makeReady(context, std::move(*package), std::move(*examined), std::move(plan));
@@ -82,27 +80,19 @@ Result<Report> dryRun(const CloneContext& context, const std::filesystem::path& 
 
 Result<Report> restore(const CloneContext& context, const std::filesystem::path& folder,
                        const RestoreOptions& options, RunRecorder& recorder) {
-    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
-        return tl::make_unexpected(safe.error());
-    }
+    VX_RETURN_IF_FAILED(checkSafe(context.cloneRoot));
     const auto reserve = [&options](const Tree& package) {
         return together(loadReserve(package), options.safety ? safetyReserve(package) : TreeSize());
     };
     auto ready = getReady(context, folder, options, reserve);
-    if (!ready) {
-        return tl::make_unexpected(ready.error());
-    }
+    VX_RETURN_IF_FAILED(ready);
     LoadOptions loading{options.readBack, options.keepIdentity, options.without};
     recorder.setName(ready->examined.name);
     recorder.setDigest(ready->examined.digest.value_or(""));
     if (options.safety) {
-        if (const auto entered = recorder.enter(RunPhase::Safety); !entered) {
-            return tl::make_unexpected(entered.error());
-        }
+        VX_RETURN_IF_FAILED(recorder.enter(RunPhase::Safety));
         auto before = keepSafety(context, *ready, options.without, recorder.record());
-        if (!before) {
-            return tl::make_unexpected(before.error());
-        }
+        VX_RETURN_IF_FAILED(before);
         loading.before = std::move(*before);
         recorder.setWayBack();
     }

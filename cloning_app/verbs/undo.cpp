@@ -71,33 +71,21 @@ Result<void> takeLogosAway(WayBack& back) {
 
 Result<WayBack> getReady(const CloneContext& context, const Tree& safety) {
     auto package = StagedPackage::ofSafety(context, safety);
-    if (!package) {
-        return tl::make_unexpected(package.error());
-    }
+    VX_RETURN_IF_FAILED(package);
     auto examined = admit(context, *package, {});
-    if (!examined) {
-        return tl::make_unexpected(examined.error());
-    }
+    VX_RETURN_IF_FAILED(examined);
     auto ready = makeReady(context, std::move(*package), std::move(*examined), {allCategories(), {}, true});
-    if (!ready) {
-        return tl::make_unexpected(ready.error());
-    }
+    VX_RETURN_IF_FAILED(ready);
     WayBack back{std::move(*ready), {}};
-    if (const auto taken = takeLogosAway(back); !taken) {
-        return tl::make_unexpected(taken.error());
-    }
+    VX_RETURN_IF_FAILED(takeLogosAway(back));
     return back;
 }
 
 Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& recorder) {
-    if (const auto safe = checkSafe(context.cloneRoot); !safe) {
-        return tl::make_unexpected(safe.error());
-    }
+    VX_RETURN_IF_FAILED(checkSafe(context.cloneRoot));
     const auto store = SafetyStore::open(recordFolderOf(context.cloneRoot));
     const auto opened = store ? store->openSafety() : tl::make_unexpected(store.error());
-    if (!opened) {
-        return tl::make_unexpected(opened.error());
-    }
+    VX_RETURN_IF_FAILED(opened);
     if (!opened->valid()) {
         return failure(ErrorCode::NoSafetyBackup,
                        "there is no safety backup to go back to: nothing was restored here, or with "
@@ -106,13 +94,9 @@ Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& rec
     const Tree safety{opened->get(), safetyPathIn(store->path()), Place::Television};
     const std::string which = describeSafety(safety);
     auto back = getReady(context, safety);
-    if (!back) {
-        return tl::make_unexpected(back.error());
-    }
+    VX_RETURN_IF_FAILED(back);
     const auto manifest = readManifest(back->ready.package.tree(), PackageKey::ofTelevision(), &context.stop);
-    if (!manifest) {
-        return tl::make_unexpected(manifest.error());
-    }
+    VX_RETURN_IF_FAILED(manifest);
     recorder.setName(back->ready.examined.name);
     recorder.setDigest(back->ready.examined.digest.value_or(""));
     recorder.setWayBack();

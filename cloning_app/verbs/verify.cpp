@@ -14,30 +14,22 @@ namespace {
 /// Most of the package stays where it is: what is examined here is not loaded.
 Result<Examination> examine(const CloneContext& context, const StickTarget& target) {
     const auto opened = target.openPackage();
-    if (!opened) {
-        return tl::make_unexpected(opened.error());
-    }
+    VX_RETURN_IF_FAILED(opened);
     const Tree package{opened->get(), target.path(), Place::Stick};
     if (const auto safe = measureTree(package, TreeLimits{}); !safe) {
         return tl::make_unexpected(safe.error());
     }
     const auto seal = StagedPackage::sealOf(context, package);
-    if (!seal) {
-        return tl::make_unexpected(seal.error());
-    }
+    VX_RETURN_IF_FAILED(seal);
     context.view.notice("Checking the package.");
     return examinePackage(context.engine, package, seal->tree(), context.stop);
 }
 
 Result<Report> verify(const CloneContext& context, const std::filesystem::path& folder) {
     const auto target = openSource(context, folder);
-    if (!target) {
-        return tl::make_unexpected(target.error());
-    }
+    VX_RETURN_IF_FAILED(target);
     const auto found = examine(context, *target);
-    if (!found) {
-        return tl::make_unexpected(found.error());
-    }
+    VX_RETURN_IF_FAILED(found);
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
