@@ -26,7 +26,7 @@ class StandardOutput final : private std::streambuf {
     int sync() override;
     void write(const char* text, std::size_t size);
 
-    std::array<char, kHeld> held_;
+    std::array<char, kHeld> held_{};
     std::streambuf* before_;
     int reason_ = 0;
 };

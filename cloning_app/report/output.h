@@ -39,7 +39,7 @@ OutputLine lineOf(vxcommon::TerminalTable table);
 
 /// Where a command writes, and what is behind it.
 struct Outlet {
-    vxcommon::Writer writer;
+    vxcommon::Writer writer = vxcommon::standardOutput();
     vxcommon::Screen screen = {};
 };
 
