@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <cstdio>
 
 #include "common/file_writing.h"
 #include "common/terminal_table.h"
@@ -63,6 +64,21 @@ Result<void> writeSmallFile(const Tree& folder, const std::string& name, const s
     if (reason != 0) {
         removeTree(folder.descriptor, name);
         return tl::make_unexpected(writeError(folder.place, folder.path + "/" + name, reason));
+    }
+    return {};
+}
+
+std::string newFileOf(const std::string& name) {
+    return name + ".new";
+}
+
+Result<void> replaceSmallFile(const Tree& folder, const std::string& name, const std::string& content,
+                              Flushed flushed) {
+    const std::string newName = newFileOf(name);
+    VX_RETURN_IF_FAILED(writeSmallFile(folder, newName, content));
+    if (renameat(folder.descriptor, newName.c_str(), folder.descriptor, name.c_str()) != 0 ||
+        (flushed == Flushed::ContentAndName && fsync(folder.descriptor) != 0)) {
+        return tl::make_unexpected(writeError(folder.place, folder.path + "/" + name, errno));
     }
     return {};
 }

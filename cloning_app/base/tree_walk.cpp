@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <filesystem>
 #include <memory>
 #include <string_view>
 
@@ -187,6 +186,14 @@ Result<std::vector<std::string>> namesIn(const Tree& folder, std::size_t most) {
                                                 std::to_string(most) + " entries" + adviceOn(folder.place));
     }
     return tl::make_unexpected(readError(folder.place, folder.path, names.error()));
+}
+
+Result<Descriptor> openOnTelevision(const std::filesystem::path& folder) {
+    Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened.valid()) {
+        return tl::make_unexpected(readError(Place::Television, folder.string(), errno));
+    }
+    return opened;
 }
 
 bool isSidecar(std::string_view name) {

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,9 @@ struct Tree {
     std::string path;  ///< for sentences
     Place place;
 };
+
+/// Opens a folder of vxclone's own on the television. Errors: it cannot be opened.
+Result<Descriptor> openOnTelevision(const std::filesystem::path& folder);
 
 /// An entry that the walk has come to.
 struct TreeEntry {

@@ -18,7 +18,6 @@ namespace vxclone {
 namespace {
 
 constexpr const char* kRecordFile = "run.json";
-constexpr const char* kNewRecordFile = "run.json.new";
 /// Held by the process whose run goes on. It stays when the run has ended: it is the hold that counts.
 constexpr const char* kLockFile = "run.lock";
 constexpr mode_t kLockMode = 0644;
@@ -58,14 +57,6 @@ std::optional<ToldProgress> progressAt(off_t position) {
         return std::nullopt;
     }
     return ToldProgress{static_cast<ShownPhase>(phase), static_cast<int>(percent)};
-}
-
-Result<Descriptor> openFolder(const std::filesystem::path& folder) {
-    Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!opened.valid()) {
-        return tl::make_unexpected(readError(Place::Television, folder.string(), errno));
-    }
-    return opened;
 }
 
 /// Whether the open file is still the one of that name: who holds it last may take the name away.
@@ -118,7 +109,7 @@ Result<Descriptor> makeAndOpen(const std::filesystem::path& folder) {
     if (reason) {
         return tl::make_unexpected(writeError(Place::Television, folder.string(), reason.value()));
     }
-    return openFolder(folder);
+    return openOnTelevision(folder);
 }
 
 /// The record in the folder; none where there is none that can be understood.
@@ -369,13 +360,7 @@ void RunRecorder::setWayBack() {
 }
 
 Result<void> RunRecorder::write(const RunRecord& record) {
-    if (const auto written = writeSmallFile(tree(), kNewRecordFile, recordText(record)); !written) {
-        return written;
-    }
-    if (renameat(folder_.get(), kNewRecordFile, folder_.get(), kRecordFile) != 0 ||
-        fsync(folder_.get()) != 0) {
-        return tl::make_unexpected(writeError(Place::Television, path_ + "/" + kRecordFile, errno));
-    }
+    VX_RETURN_IF_FAILED(replaceSmallFile(tree(), kRecordFile, recordText(record), Flushed::ContentAndName));
     record_ = record;
     return {};
 }

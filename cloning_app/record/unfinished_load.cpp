@@ -13,7 +13,6 @@ namespace vxclone {
 namespace {
 
 constexpr const char* kMarkFile = "Safety.needed";
-constexpr const char* kNewMarkFile = "Safety.needed.new";
 constexpr std::size_t kMostMarkBytes = 4096;
 constexpr std::string_view kWayBackLine = "way-back";
 constexpr std::string_view kNoWayBackLine = "no-way-back";
@@ -48,10 +47,6 @@ std::optional<UnfinishedLoad> parseMark(const std::string& text) {
     return load.categories.empty() ? std::nullopt : std::optional(std::move(load));
 }
 
-tl::unexpected<Error> cannotChangeMark(const Tree& folder) {
-    return tl::make_unexpected(writeError(folder.place, folder.path + "/" + kMarkFile, errno));
-}
-
 }  // namespace
 
 UnfinishedLoad UnfinishedLoad::without(const std::vector<VXClone>& loaded) const {
@@ -80,16 +75,11 @@ std::optional<UnfinishedLoad> unfinishedLoadIn(const Tree& folder) {
 Result<void> keepUnfinishedLoad(const Tree& folder, const UnfinishedLoad& load) {
     if (load.categories.empty()) {
         const bool gone = unlinkat(folder.descriptor, kMarkFile, 0) == 0 || errno == ENOENT;
-        return gone && fsync(folder.descriptor) == 0 ? Result<void>() : cannotChangeMark(folder);
+        return gone && fsync(folder.descriptor) == 0
+                   ? Result<void>()
+                   : tl::make_unexpected(writeError(folder.place, folder.path + "/" + kMarkFile, errno));
     }
-    if (const auto written = writeSmallFile(folder, kNewMarkFile, markText(load)); !written) {
-        return written;
-    }
-    if (renameat(folder.descriptor, kNewMarkFile, folder.descriptor, kMarkFile) != 0 ||
-        fsync(folder.descriptor) != 0) {
-        return cannotChangeMark(folder);
-    }
-    return {};
+    return replaceSmallFile(folder, kMarkFile, markText(load), Flushed::ContentAndName);
 }
 
 }  // namespace vxclone

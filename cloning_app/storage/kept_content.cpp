@@ -26,11 +26,9 @@ constexpr std::size_t kAnyNumber = std::numeric_limits<std::size_t>::max();
 class Data {
  public:
     static Result<Data> open(const std::filesystem::path& path) {
-        Descriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (!folder.valid()) {
-            return tl::make_unexpected(readError(Place::Television, path.string(), errno));
-        }
-        return Data(std::move(folder), path.string());
+        auto folder = openOnTelevision(path);
+        VX_RETURN_IF_FAILED(folder);
+        return Data(std::move(*folder), path.string());
     }
 
     int descriptor() const { return folder_.get(); }

@@ -51,11 +51,9 @@ Result<Descriptor> makeFolder(int parent, const std::string& parentPath, const c
 }  // namespace
 
 Result<SafetyStore> SafetyStore::open(const std::filesystem::path& dataFolder) {
-    Descriptor folder(::open(dataFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.valid()) {
-        return tl::make_unexpected(readError(Place::Television, dataFolder.string(), errno));
-    }
-    return SafetyStore(std::move(folder), dataFolder.string());
+    auto folder = openOnTelevision(dataFolder);
+    VX_RETURN_IF_FAILED(folder);
+    return SafetyStore(std::move(*folder), dataFolder.string());
 }
 
 Result<Descriptor> SafetyStore::openSafety() const {

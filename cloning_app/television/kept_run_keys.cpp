@@ -1,7 +1,5 @@
 #include "cloning_app/television/kept_run_keys.h"
 
-#include <fcntl.h>
-
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
@@ -18,7 +16,6 @@ namespace vxclone {
 namespace {
 
 constexpr const char* kNotes = "run.keys";
-constexpr const char* kNewNotes = "run.keys.new";
 /// Far more than any result list.
 constexpr std::size_t kMostNoteBytes = std::size_t{1} << 20U;
 /// A setting that is refused once is tried again.
@@ -28,14 +25,6 @@ tl::unexpected<Error> cannotKeep(const char* key) {
     return failure(ErrorCode::SettingsRefused,
                    std::string("the television's settings store refuses ") + key +
                        ", which has to be afterwards as it was; restart the television and try again");
-}
-
-Result<Descriptor> openFolder(const std::filesystem::path& path) {
-    Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.valid()) {
-        return tl::make_unexpected(readError(Place::Television, path.string(), errno));
-    }
-    return folder;
 }
 
 /// The percentage, where there is one, on the first line; below it the result list as it is.
@@ -82,24 +71,21 @@ bool holdsOrTakes(const Value& wanted, const std::function<std::optional<Value>(
 }  // namespace
 
 Result<void> keepRunKeys(const std::filesystem::path& dataFolder) {
-    const auto folder = openFolder(dataFolder);
+    const auto folder = openOnTelevision(dataFolder);
     VX_RETURN_IF_FAILED(folder);
     const auto results = readResults();
     if (!results) {
         return cannotKeep(kResultKey);
     }
     const Tree data{folder->get(), dataFolder.string(), Place::Television};
-    const auto written = writeSmallFile(data, kNewNotes, noteText({store::readInt(kProgressKey), *results}));
-    if (written && renameat(folder->get(), kNewNotes, folder->get(), kNotes) != 0) {
-        return tl::make_unexpected(writeError(Place::Television, data.path + "/" + kNotes, errno));
-    }
-    return written;
+    return replaceSmallFile(data, kNotes, noteText({store::readInt(kProgressKey), *results}),
+                            Flushed::Content);
 }
 
 Result<void> putRunKeysBack(const std::filesystem::path& dataFolder) {
-    const auto folder = openFolder(dataFolder);
+    const auto folder = openOnTelevision(dataFolder);
     VX_RETURN_IF_FAILED(folder);
-    removeTree(folder->get(), kNewNotes);
+    removeTree(folder->get(), newFileOf(kNotes));
     const auto noted = readNotes({folder->get(), dataFolder.string(), Place::Television});
     if (!noted || !*noted) {
         return noted ? Result<void>() : tl::make_unexpected(noted.error());
@@ -122,7 +108,7 @@ Result<void> putRunKeysBack(const std::filesystem::path& dataFolder) {
 }
 
 std::optional<RunKeys> notedRunKeys(const std::filesystem::path& dataFolder) {
-    const auto folder = openFolder(dataFolder);
+    const auto folder = openOnTelevision(dataFolder);
     const auto noted = folder ? readNotes({folder->get(), dataFolder.string(), Place::Television})
                               : Result<std::optional<RunKeys>>(std::nullopt);
     return noted.value_or(std::nullopt);

@@ -1,9 +1,6 @@
 #include "virtual_tv/applications/applications.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <stdio.h>
-#include <stdlib.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -11,7 +8,6 @@
 #include <system_error>
 
 #include "common/file_writing.h"
-#include "common/tree_removal.h"
 #include "virtual_tv/base/own_file.h"
 #include "virtual_tv/base/private_file.h"
 #include "virtual_tv/base/shipped_files.h"
@@ -60,21 +56,18 @@ Result<void> makeWhole(const fs::path& target, const std::function<Result<void>(
     const std::string id = target.filename().string();
     try {
         fs::create_directories(target.parent_path());
-        std::string beside = (target.parent_path() / ("." + id + ".XXXXXX")).string();
-        if (mkdtemp(beside.data()) == nullptr) {
-            return notMade(id, {errno, std::generic_category()});
+        auto beside = vxcommon::Beside::folder(target);
+        if (beside.refused() != 0) {
+            return notMade(id, {beside.refused(), std::generic_category()});
         }
-        Result<void> made = fill(beside);
-        if (made && renameat2(AT_FDCWD, beside.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) != 0) {
-            made = errno == EEXIST
-                       ? Result<void>(failure(
-                             ErrorCode::AlreadyExists,
-                             fmt::format("the television has the application {} already; remove {} first", id,
-                                         target.string())))
-                       : notMade(id, {errno, std::generic_category()});
+        VX_RETURN_IF_FAILED(fill(beside.path()));
+        const int refused = beside.putInPlace({});
+        if (refused == EEXIST) {
+            return failure(ErrorCode::AlreadyExists,
+                           fmt::format("the television has the application {} already; remove {} first", id,
+                                       target.string()));
         }
-        static_cast<void>(vxcommon::removeTree(fs::path(beside)));
-        return made;
+        return refused == 0 ? Result<void>() : notMade(id, {refused, std::generic_category()});
     } catch (const fs::filesystem_error& error) {
         return notMade(id, error.code());
     }

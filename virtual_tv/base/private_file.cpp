@@ -2,8 +2,6 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <stdio.h>
-#include <stdlib.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,7 +10,6 @@
 #include <cerrno>
 #include <system_error>
 
-#include "common/file_writing.h"
 #include "virtual_tv/base/descriptor.h"
 
 namespace vxtv {
@@ -45,49 +42,6 @@ ReadTrouble troubleOf(int error) {
                    : ReadTrouble{ReadTrouble::Kind::CannotBeRead, reason(error)};
 }
 
-/// A new file beside `target`, gone unless it was put in the place of it.
-class FileBeside {
- public:
-    explicit FileBeside(const fs::path& target)
-        : target_(target),
-          path_((folderOf(target) / ("." + target.filename().string() + ".XXXXXX")).string()),
-          file_(mkostemp(path_.data(), O_CLOEXEC)) {}
-    ~FileBeside() {
-        if (file_) {
-            unlink(path_.c_str());
-        }
-    }
-    FileBeside(const FileBeside&) = delete;
-    FileBeside& operator=(const FileBeside&) = delete;
-
-    /// Result: 0, or the system's reason (errno).
-    int write(std::string_view bytes) const {
-        return file_ ? vxcommon::writeAndFlush(file_.get(), bytes) : errno;
-    }
-
-    bool putInPlace(Existing existing) {
-        const bool done =
-            existing == Existing::Replace ? rename(path_.c_str(), target_.c_str()) == 0 : renameToNew();
-        if (done) {
-            file_.close();
-        }
-        return done;
-    }
-
- private:
-    bool renameToNew() const {
-        if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target_.c_str(), RENAME_NOREPLACE) == 0) {
-            return true;
-        }
-        // Some file systems know no such rename; they know links instead.
-        return errno == EINVAL && link(path_.c_str(), target_.c_str()) == 0 && unlink(path_.c_str()) == 0;
-    }
-
-    fs::path target_;
-    std::string path_;
-    Descriptor file_;
-};
-
 }  // namespace
 
 tl::expected<std::string, ReadTrouble> readPlainFile(const fs::path& file, std::size_t limit) {
@@ -116,19 +70,17 @@ tl::expected<std::string, ReadTrouble> readPlainFile(const fs::path& file, std::
 }
 
 Result<void> writePrivateFile(const fs::path& file, std::string_view bytes, Existing existing) {
-    FileBeside beside(file);
+    auto beside = vxcommon::Beside::file(file);
     if (const int refused = beside.write(bytes); refused != 0) {
         return cannotWrite(file, refused);
     }
-    if (!beside.putInPlace(existing)) {
-        if (errno == EEXIST) {
-            return failure(
-                ErrorCode::AlreadyExists,
-                fmt::format("{} already exists; choose another name, or remove it first", file.string()));
-        }
-        return cannotWrite(file, errno);
+    const int refused = beside.putInPlace({existing, vxcommon::WithoutRefusal::Link});
+    if (refused == EEXIST) {
+        return failure(
+            ErrorCode::AlreadyExists,
+            fmt::format("{} already exists; choose another name, or remove it first", file.string()));
     }
-    return flushFolder(folderOf(file));
+    return refused == 0 ? flushFolder(folderOf(file)) : cannotWrite(file, refused);
 }
 
 Result<void> flushFolder(const fs::path& folder) {

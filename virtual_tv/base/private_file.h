@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "common/error.h"
+#include "common/file_writing.h"
 #include "virtual_tv/base/error.h"
 
 namespace vxtv {
@@ -26,8 +27,7 @@ struct ReadTrouble {
 /// path's end and waits for no other process, whatever lies there.
 tl::expected<std::string, ReadTrouble> readPlainFile(const std::filesystem::path& file, std::size_t limit);
 
-/// What becomes of a file that is there already.
-enum class Existing { Refuse, Replace };
+using vxcommon::Existing;
 
 /// Writes a file that its owner alone may read: beside first, flushed, then put in its place, so that it is
 /// there whole or not at all, also after a crash. Only the death of this process on the way leaves something,

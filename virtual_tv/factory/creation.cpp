@@ -1,17 +1,12 @@
 #include "virtual_tv/factory/creation.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <stdio.h>
-#include <stdlib.h>
 
 #include <cerrno>
-#include <cstring>
 #include <string>
 #include <system_error>
 
 #include "common/file_writing.h"
-#include "common/tree_removal.h"
 #include "virtual_tv/base/private_file.h"
 #include "virtual_tv/factory/application_profile.h"
 #include "virtual_tv/services/data_services.h"
@@ -50,47 +45,6 @@ tl::unexpected<Error> alreadyExists(const fs::path& path) {
         ErrorCode::AlreadyExists,
         fmt::format("{} already exists; choose another folder, or remove it first", path.string()));
 }
-
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
-
-/// A folder that goes when nobody keeps it.
-class ScratchFolder {
- public:
-    explicit ScratchFolder(const fs::path& target)
-        : path_((target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string()) {
-        made_ = mkdtemp(path_.data()) != nullptr;
-    }
-    ~ScratchFolder() {
-        if (made_) {
-            static_cast<void>(vxcommon::removeTree(fs::path(path_)));
-        }
-    }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-    bool made() const { return made_; }
-    fs::path path() const { return path_; }
-
-    /// Gives the folder its final name, which nothing else may have. Result: whether it did; errno says why.
-    bool keepAs(const fs::path& target) {
-        made_ = !renameToNew(target);
-        return !made_;
-    }
-
- private:
-    bool renameToNew(const fs::path& target) const {
-        if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) {
-            return true;
-        }
-        // Some file systems cannot promise it; there a plain rename may replace an empty folder, at worst.
-        return errno == EINVAL && rename(path_.c_str(), target.c_str()) == 0;
-    }
-
-    std::string path_;
-    bool made_ = false;
-};
 
 void makeFolders(const Folder& folder) {
     for (const fs::path& path :
@@ -184,16 +138,18 @@ Result<Television> createTelevision(const fs::path& path, const Profile& profile
     if (const Result<void> place = checkPlace(target); !place) {
         return tl::make_unexpected(place.error());
     }
-    ScratchFolder scratch(target);
-    if (!scratch.made()) {
-        return cannotMake(target, lastError());
+    auto scratch = vxcommon::Beside::folder(target);
+    if (scratch.refused() != 0) {
+        return cannotMake(target, {scratch.refused(), std::generic_category()});
     }
     if (const Result<void> filled = fill(target, Folder(scratch.path()), profile); !filled) {
         return tl::make_unexpected(filled.error());
     }
-    if (!scratch.keepAs(target)) {
-        return errno == EEXIST || errno == ENOTEMPTY ? alreadyExists(target)
-                                                     : cannotMake(target, lastError());
+    const int refused = scratch.putInPlace({Existing::Refuse, vxcommon::WithoutRefusal::Rename});
+    if (refused != 0) {
+        return refused == EEXIST || refused == ENOTEMPTY
+                   ? alreadyExists(target)
+                   : cannotMake(target, {refused, std::generic_category()});
     }
     return Television::open(target);
 }

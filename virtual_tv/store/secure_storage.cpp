@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <stdio.h>
 #include <sys/file.h>
 
 #include <algorithm>
@@ -11,6 +10,7 @@
 #include <system_error>
 #include <thread>
 
+#include "common/file_writing.h"
 #include "common/tree_removal.h"
 #include "virtual_tv/base/private_file.h"
 #include "virtual_tv/base/sealing.h"
@@ -252,10 +252,10 @@ Result<void> SecureStorage::swapIn() const {
     std::error_code error;
     // In one step: whoever reads meanwhile, or after a kill, finds all entries of before or all new ones.
     // An answer that fails counts as "none": then the rename fails, and nothing is lost.
-    const unsigned int how = fs::exists(entries, error) ? RENAME_EXCHANGE : RENAME_NOREPLACE;
-    const bool swapped = renameat2(AT_FDCWD, beside.c_str(), AT_FDCWD, entries.c_str(), how) == 0;
-    const Result<void> done =
-        swapped ? flushFolder(folder_.secure()) : cannotChange(entries, lastEntryError());
+    const Existing existing = fs::exists(entries, error) ? Existing::Exchange : Existing::Refuse;
+    const int refused = vxcommon::putInPlace(beside, entries, {existing});
+    const Result<void> done = refused == 0 ? flushFolder(folder_.secure())
+                                           : cannotChange(entries, {refused, std::generic_category()});
     // Not before the exchange is on the disk: until then a power cut may bring the old ones back.
     static_cast<void>(vxcommon::removeTree(beside));
     return done;

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <fmt/format.h>
-#include <stdio.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -73,9 +72,10 @@ void DataFolder::dropStaged() const {
 Result<void> putInPlace(const fs::path& made, const fs::path& target) {
     std::error_code absent;
     const bool isReplaced = fs::exists(fs::symlink_status(target, absent));
-    const unsigned int how = isReplaced ? RENAME_EXCHANGE : RENAME_NOREPLACE;
-    if (renameat2(AT_FDCWD, made.c_str(), AT_FDCWD, target.c_str(), how) != 0) {
-        return cannotWrite(target, errno);
+    const int refused =
+        vxcommon::putInPlace(made, target, {isReplaced ? Existing::Exchange : Existing::Refuse});
+    if (refused != 0) {
+        return cannotWrite(target, refused);
     }
     const Result<void> flushed = flushFolder(target.parent_path());
     if (isReplaced) {
