@@ -13,6 +13,7 @@
 #include "cloning_app/package/digest.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/manifest.h"
+#include "common/json_reading.h"
 
 namespace vxclone {
 
@@ -104,8 +105,8 @@ std::size_t plainBytesAt(std::string_view text) {
 }  // namespace
 
 const Json& memberOf(const Json& json, const char* name, Type type) {
-    const auto member = json.is_object() ? json.find(name) : json.end();
-    if (!json.is_object() || member == json.end() || member->type() != type) {
+    const Json* const member = vxcommon::memberIfThere(json, name);
+    if (member == nullptr || member->type() != type) {
         throw WrongManifest{fmt::format("has no member \"{}\" of the right kind", name)};
     }
     return *member;
@@ -143,16 +144,14 @@ std::string timeIn(const Json& json, const char* name) {
 }
 
 int tunerIn(const Json& json) {
-    // Written without a sign where there is none: such a number has another type.
-    const Json& tuner = json.value("tuner", Json());
-    const auto most = std::int64_t{std::numeric_limits<int>::max()};
-    const bool good = tuner.is_number_integer() &&
-                      (tuner.is_number_unsigned() ? tuner.get<std::uint64_t>() <= std::uint64_t(most)
-                                                  : tuner.get<std::int64_t>() >= -most - 1);
-    if (!good) {
+    using Limits = std::numeric_limits<int>;
+    const Json* const tuner = vxcommon::memberIfThere(json, "tuner");
+    const auto number =
+        tuner == nullptr ? std::nullopt : vxcommon::wholeNumber(*tuner, Limits::min(), Limits::max());
+    if (!number) {
         throw WrongManifest{"has no member \"tuner\" of the right kind"};
     }
-    return tuner.get<int>();
+    return static_cast<int>(*number);
 }
 
 PackageEntry entryIn(const Json& json) {

@@ -10,7 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cloning_app/base/small_file.h"
-#include "common/strict_json.h"
+#include "common/json_reading.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -137,25 +137,20 @@ constexpr std::array<std::string_view, 7> kPhases = {"staging",   "safety",     
 
 /// The text of a member, or none.
 std::optional<std::string> text(const Json& object, const char* name) {
-    const auto found = object.find(name);
-    return found != object.end() && found->is_string() ? std::optional(found->get<std::string>())
-                                                       : std::nullopt;
+    const Json* const found = vxcommon::memberIfThere(object, name);
+    return found != nullptr && found->is_string() ? std::optional(found->get<std::string>()) : std::nullopt;
 }
 
 /// The number of a member, or none where it is not one from 0 to `most`.
 std::optional<std::int64_t> number(const Json& object, const char* name, std::int64_t most) {
-    const auto found = object.find(name);
-    if (found == object.end() || !found->is_number_integer()) {
-        return std::nullopt;
-    }
-    const auto value = found->get<std::int64_t>();
-    return value >= 0 && value <= most ? std::optional(value) : std::nullopt;
+    const Json* const found = vxcommon::memberIfThere(object, name);
+    return found == nullptr ? std::nullopt : vxcommon::wholeNumber(*found, 0, most);
 }
 
 /// A time that is only shown: one that no clock of ours gives stands for the nearest that it gives.
 std::optional<std::int64_t> shownTime(const Json& object, const char* name) {
-    const auto found = object.find(name);
-    if (found == object.end() || !found->is_number_integer()) {
+    const Json* const found = vxcommon::memberIfThere(object, name);
+    if (found == nullptr || !found->is_number_integer()) {
         return std::nullopt;
     }
     const bool late =
@@ -164,8 +159,8 @@ std::optional<std::int64_t> shownTime(const Json& object, const char* name) {
 }
 
 bool isTrue(const Json& object, const char* name) {
-    const auto found = object.find(name);
-    return found != object.end() && *found == true;
+    const Json* const found = vxcommon::memberIfThere(object, name);
+    return found != nullptr && *found == true;
 }
 
 /// The value whose name the member holds.
@@ -190,9 +185,6 @@ nlohmann::ordered_json jsonOfRow(const Row& row) {
 }
 
 std::optional<Row> rowOf(const Json& object) {
-    if (!object.is_object()) {
-        return std::nullopt;
-    }
     const auto category = categoryNamed(text(object, "category").value_or(""));
     const auto verdict = verdictNamed(text(object, "result").value_or(""));
     const auto detail = text(object, "detail");
@@ -205,8 +197,8 @@ std::optional<Row> rowOf(const Json& object) {
 }
 
 std::optional<std::vector<Row>> rowsOf(const Json& object) {
-    const auto found = object.find("rows");
-    if (found == object.end() || !found->is_array() || found->size() > kMostRows) {
+    const Json* const found = vxcommon::memberIfThere(object, "rows");
+    if (found == nullptr || !found->is_array() || found->size() > kMostRows) {
         return std::nullopt;
     }
     std::vector<Row> rows;
@@ -221,7 +213,7 @@ std::optional<std::vector<Row>> rowsOf(const Json& object) {
 }
 
 std::optional<RunRecord> recordOf(const Json& object) {
-    if (!object.is_object() || number(object, "version", kFormatVersion) != kFormatVersion) {
+    if (number(object, "version", kFormatVersion) != kFormatVersion) {
         return std::nullopt;
     }
     const auto kind = named<RunKind>(object, "kind", kRunKinds);

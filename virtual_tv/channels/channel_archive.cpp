@@ -16,7 +16,6 @@
 #include "virtual_tv/base/json_reading.h"
 #include "virtual_tv/base/private_file.h"
 #include "virtual_tv/channels/channel_json.h"
-#include "virtual_tv/channels/channel_reading.h"
 #include "virtual_tv/channels/zip_archive.h"
 
 namespace vxtv {
@@ -157,8 +156,8 @@ auto reading(const fs::path& file, Read read) -> Result<decltype(read())> {
 }
 
 Result<void> checkVersion(const Json& index, const fs::path& file) {
-    const auto version = index.is_object() ? index.find("version") : index.end();
-    if (!index.is_object() || version == index.end() || !version->is_number_integer()) {
+    const Json* const version = memberIfThere(index, "version");
+    if (version == nullptr || !version->is_number_integer()) {
         return cannotTake(file, "its index tells no version");
     }
     if (*version != kArchiveVersion) {

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "virtual_tv/base/json_reading.h"
-#include "virtual_tv/channels/channel_reading.h"
 
 namespace vxtv {
 

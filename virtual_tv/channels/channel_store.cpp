@@ -7,7 +7,6 @@
 #include "virtual_tv/base/json_reading.h"
 #include "virtual_tv/base/private_file.h"
 #include "virtual_tv/channels/channel_json.h"
-#include "virtual_tv/channels/channel_reading.h"
 #include "virtual_tv/channels/navigation_lists.h"
 #include "virtual_tv/store/data_service.h"
 

@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "virtual_tv/base/json_reading.h"
-#include "virtual_tv/channels/channel_reading.h"
 #include "virtual_tv/channels/channel_store.h"
 #include "virtual_tv/store/data_service.h"
 

@@ -9,7 +9,6 @@
 #include "virtual_tv/base/backup_file.h"
 #include "virtual_tv/base/json_reading.h"
 #include "virtual_tv/channels/channel_map.h"
-#include "virtual_tv/channels/channel_reading.h"
 #include "virtual_tv/store/data_service.h"
 
 namespace vxtv {

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
+#include "virtual_tv/base/json_reading.h"
 #include "virtual_tv/base/private_file.h"
 #include "virtual_tv/base/sealing.h"
 
@@ -153,10 +154,10 @@ using Json = nlohmann::json;
 
 constexpr std::size_t kLargestClient = 4096;
 
-std::optional<std::int32_t> intIn(const Json& value) {
+std::optional<std::int64_t> memberOfClient(const Json& document, const char* name) {
     using Limits = std::numeric_limits<std::int32_t>;
-    const bool fits = value.is_number_integer() && value >= Limits::min() && value <= Limits::max();
-    return fits ? std::optional<std::int32_t>(value.get<std::int32_t>()) : std::nullopt;
+    const Json* const value = memberIfThere(document, name);
+    return value == nullptr ? std::nullopt : wholeNumber(*value, Limits::min(), Limits::max());
 }
 
 tl::unexpected<Error> badClient(const std::filesystem::path& file, const std::string& why) {
@@ -183,15 +184,15 @@ Result<Credential> readClient(const std::filesystem::path& file) {
         identifier.get_ref<const std::string&>().size() != credential.identifier.size()) {
         return badClient(file, "\"identifier\" is no string of 20 bytes");
     }
-    const std::optional<std::int32_t> owner = intIn(document.value("owner", Json()));
-    const std::optional<std::int32_t> group = intIn(document.value("group", Json()));
+    const auto owner = memberOfClient(document, "owner");
+    const auto group = memberOfClient(document, "group");
     if (!owner || !group) {
         return badClient(file, "\"owner\" and \"group\" are no ints");
     }
     const auto& bytes = identifier.get_ref<const std::string&>();
     std::copy(bytes.begin(), bytes.end(), credential.identifier.begin());
-    credential.owner = *owner;
-    credential.group = *group;
+    credential.owner = static_cast<std::int32_t>(*owner);
+    credential.group = static_cast<std::int32_t>(*group);
     return credential;
 }
 

@@ -135,7 +135,9 @@ TEST_F(KeyFileOnDisk, clientIsReadStrictly) {
                              R"({"identifier": "12345678901234567890", "owner": 1})",
                              R"({"identifier": "12345678901234567890", "owner": "1", "group": 0})",
                              R"({"identifier": "12345678901234567890", "owner": 1.5, "group": 0})",
-                             R"({"identifier": "12345678901234567890", "owner": 2147483648, "group": 0})"}) {
+                             R"({"identifier": "12345678901234567890", "owner": 2147483648, "group": 0})",
+                             R"({"identifier": "12345678901234567890", "owner": 18446744073709551615,)"
+                             R"( "group": 0})"}) {
         EXPECT_EQ(clientRefusal(text), ErrorCode::BadArgument);
     }
 }
