@@ -200,7 +200,7 @@ TEST_F(MessagePortTest, bundleThatCannotBeMadeIsAFailureAndNoCrash) {
     EXPECT_EQ(tv.bundlesHeld(), 0);
 }
 
-TEST_F(MessagePortTest, silenceEndsTheWaitAfterFourSeconds) {
+TEST_F(MessagePortTest, waitEndsAfterFourSecondsWithoutReply) {
     clock.letWaitsExpire();
     EXPECT_FALSE(VxMessagePortAPI::Backup(kApp));
     auto expected = exchangeUpToTheWait("request_clone_backup");
