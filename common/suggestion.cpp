@@ -18,7 +18,8 @@ std::size_t mostChanges(std::size_t length) {
 
 /// How far the name is from what was typed, or more than any name may be.
 std::size_t distanceOf(std::string_view typed, const std::string& name) {
-    const auto [shorter, longer] = std::minmax(typed.size(), name.size());
+    const std::size_t shorter = std::min(typed.size(), name.size());
+    const std::size_t longer = std::max(typed.size(), name.size());
     const std::size_t most = mostChanges(longer);
     // What is much longer or shorter is not compared: a word on a command line may be huge.
     const std::size_t distance = longer - shorter > most ? most + 1 : editDistance(typed, name);

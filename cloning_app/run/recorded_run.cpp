@@ -80,10 +80,14 @@ Result<void> recordTheEnd(RunRecorder& recorder, const Result<Report>& report) {
                              : recorder.end(report->exitStatus, report->rows);
 }
 
-/// A restore that broke off on a full disk left its package there, and the way back needs a little room.
-void emptyCloneFolder(const CloneContext& context) {
+/// A restore that broke off on a full disk left its package in the clone folder, and took room for this
+/// moment.
+void makeRoomForAnUndo(const CloneContext& context) {
     if (auto root = CloneRoot::open(context.cloneRoot)) {
         static_cast<void>(root->empty());
+    }
+    if (const auto store = SafetyStore::open(recordFolderOf(context.cloneRoot))) {
+        store->giveRoomBack();
     }
 }
 
@@ -126,7 +130,7 @@ Result<Report> recordedRun(
     const RunRecord record{plan.kind, first, absolutePath(plan.package), "", secondsNow()};
     auto recorder = RunRecorder::begin(folder, record);
     if (!recorder && recorder.error().code == ErrorCode::TelevisionFull && plan.kind == RunKind::Undo) {
-        emptyCloneFolder(context);
+        makeRoomForAnUndo(context);
         recorder = RunRecorder::begin(folder, record);
     }
     if (!recorder) {

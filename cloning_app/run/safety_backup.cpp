@@ -139,6 +139,7 @@ Result<ComparedState> makeSafety(const CloneContext& context, const ReadyPackage
     if (const std::string unneeded = without.sentenceAboutUnneeded(made->lacks); !unneeded.empty()) {
         context.view.notice(unneeded);
     }
+    VX_RETURN_IF_FAILED(store->takeRoom());
     VX_RETURN_IF_FAILED(store->keep(package.tree()));
     VX_RETURN_IF_FAILED(store->bringBack(package.tree()));
     return std::move(made->state);
@@ -170,7 +171,7 @@ bool isThere(const CloneContext& context) {
 }  // namespace
 
 TreeSize safetyReserve(const Tree& package) {
-    TreeSize reserve = restOf(package);
+    TreeSize reserve = together(restOf(package), {1, 1, kRoomForAnUndo});
     for (const auto folder : {vx_get_homemenu_path, vx_get_bootlogo_path, vx_get_mbrlogo_path}) {
         const std::string path = folder();
         const auto opened = openTelevisionFolder(path);

@@ -8,7 +8,9 @@
 #include "cloning_app/base/small_file.h"
 #include "cloning_app/check/integrity.h"
 #include "cloning_app/package/layout.h"
+#include "cloning_app/record/run_record.h"
 #include "cloning_app/run/run_parts.h"
+#include "cloning_app/storage/safety_store.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -104,6 +106,10 @@ Result<StagedPackage> StagedPackage::ofSafety(const CloneContext& context, const
     auto copied = copyOf(context, safety, room);
     if (copied || copied.error().code != ErrorCode::TelevisionFull) {
         return copied;
+    }
+    // It was taken for this moment.
+    if (const auto store = SafetyStore::open(recordFolderOf(context.cloneRoot))) {
+        store->giveRoomBack();
     }
     auto root = CloneRoot::open(context.cloneRoot);
     VX_RETURN_IF_FAILED(root);

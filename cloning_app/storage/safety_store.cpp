@@ -14,6 +14,7 @@ constexpr const char* kSafety = "Safety";
 constexpr const char* kNewSafety = "Safety.new";
 constexpr const char* kOldSafety = "Safety.old";
 constexpr const char* kAside = "Clone.aside";
+constexpr const char* kRoom = "Safety.room";
 /// What is in it opens the television: only the application's user looks into it.
 constexpr mode_t kSafetyFolderMode = 0700;
 
@@ -122,6 +123,23 @@ Result<void> SafetyStore::replace() const {
     }
     removeTree(folder, kOldSafety);
     return {};
+}
+
+Result<void> SafetyStore::takeRoom() const {
+    const Descriptor room(openat(
+        folder_.get(), kRoom, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!room.valid()) {
+        return cannotWrite(path_ + "/" + kRoom, errno);
+    }
+    if (const int reason = posix_fallocate(room.get(), 0, off_t{kRoomForAnUndo}); reason != 0) {
+        giveRoomBack();
+        return cannotWrite(path_ + "/" + kRoom, reason);
+    }
+    return {};
+}
+
+void SafetyStore::giveRoomBack() const {
+    unlinkat(folder_.get(), kRoom, 0);
 }
 
 std::string safetyPathIn(const std::filesystem::path& dataFolder) {

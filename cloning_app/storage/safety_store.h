@@ -1,11 +1,16 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
 #include "cloning_app/base/tree_walk.h"
 
 namespace vxclone {
+
+/// What the services of a television write on its disk while they load a safety backup: journals, mostly.
+/// That of a settings store takes 1.3 MB.
+inline constexpr std::uint64_t kRoomForAnUndo = std::uint64_t{2} << 20U;
 
 /// The application's data folder, beside the clone folder: where the safety backup lies, and where a package
 /// waits that was staged while the library backs up into the clone folder. All on one file system, so that
@@ -28,6 +33,12 @@ class SafetyStore {
     /// Makes the package in the clone folder `root` the safety backup, in place of the one before: the
     /// package is flushed and moved as a whole. On failure, also after a power cut, the one before is there.
     Result<void> keep(const Tree& root) const;
+
+    /// Takes `kRoomForAnUndo` of the disk, so that an undo has it where the disk is full by then. Has no
+    /// effect where it is taken already. Errors: the disk has not that much room.
+    Result<void> takeRoom() const;
+    /// Gives back what `takeRoom` took.
+    void giveRoomBack() const;
 
  private:
     SafetyStore(Descriptor folder, std::string path) : folder_(std::move(folder)), path_(std::move(path)) {}

@@ -31,11 +31,11 @@ struct Measure {
     int leastForASession;  ///< the television itself does not start with less
     int enoughForARestore;
     std::array<int, 3> hard;  ///< rooms for a restore in which something that comes late may find none
-    int roomForAnUndo;        ///< for the settings store's journal; much less than a restore asks for
+    int roomForAnUndo;        ///< what the session and the names of files need
 
     friend void PrintTo(const Measure& measure, std::ostream* out) { *out << measure.name; }
 };
-constexpr Measure kBytes = {"bytes", "size=", kPageBytes, 64, 64, 2048, {115, 146, 1536}, 320};
+constexpr Measure kBytes = {"bytes", "size=", kPageBytes, 64, 64, 2560, {115, 146, 1536}, 64};
 constexpr Measure kFiles = {"files", "nr_inodes=", 1, 44, 24, 240, {60, 100, 130}, 80};
 
 std::string sizeOption(const Measure& measure, int units) {

@@ -28,6 +28,12 @@ class FewDescriptors {
 
 const Error kNoKey{ErrorCode::NoKey, "no key"};
 
+/// What is said where so many more files may be opened.
+Error orShortageWith(rlim_t descriptors) {
+    const FewDescriptors few(descriptors);
+    return orShortage(kNoKey, "/dev");
+}
+
 TEST(Shortage, whereNothingIsShortTheKeyIsMissing) {
     EXPECT_FALSE(shortageAt("/dev"));
     EXPECT_EQ(orShortage(kNoKey, "/no/such/folder").code, ErrorCode::NoKey);
@@ -35,8 +41,7 @@ TEST(Shortage, whereNothingIsShortTheKeyIsMissing) {
 
 TEST(Shortage, descriptorsThatAreMissingAreSaidInsteadOfAKey) {
     for (const rlim_t more : {0U, 1U, 5U}) {
-        const FewDescriptors few(more);
-        const Error error = orShortage(kNoKey, "/dev");
+        const Error error = orShortageWith(more);
         EXPECT_EQ(error.code, ErrorCode::TelevisionIo);
         EXPECT_THAT(error.sentence, testing::StartsWith("cannot read /dev: Too many open files; "));
     }

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <fstream>
 #include <functional>
 #include <ostream>
 
@@ -13,6 +14,7 @@
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/safety_backup.h"
 #include "cloning_app/run/staged_package.h"
+#include "cloning_app/storage/safety_store.h"
 #include "cloning_app/television/setting_kinds.h"
 #include "cloning_app/television/settings_store.h"
 #include "tests/unit/cloning_app/own_mounts.h"
@@ -314,7 +316,7 @@ class FullTelevisionTest : public RestoringTest {
     }
 };
 
-constexpr std::uint64_t kPlenty = std::uint64_t{2} << 20U;
+constexpr std::uint64_t kPlenty = (std::uint64_t{2} << 20U) + kRoomForAnUndo;
 
 TEST_F(FullTelevisionTest, roomForTheRunItselfIsAskedAlsoWithoutASafetyBackup) {
     onADisk(kPlenty, [this] {
@@ -377,6 +379,39 @@ TEST_F(FullTelevisionTest, undoNeedsNoRoomAndLeavesTheSafetyBackupAsItIs) {
         const auto readBack = runUndo(context(), true);
         ASSERT_TRUE(readBack) << readBack.error().sentence;
         EXPECT_EQ(contentOf(data() / "Safety"), safety);
+    });
+}
+
+TEST_F(FullTelevisionTest, undoOfATelevisionThatIsFullByThenHasTheRoomThatTheRestoreTook) {
+    onADisk(kPlenty, [this] {
+        ASSERT_TRUE(restore());
+        EXPECT_EQ(std::filesystem::file_size(data() / "Safety.room"), kRoomForAnUndo);
+        ASSERT_NO_FATAL_FAILURE(fill(0));
+        bool written = false;
+        const auto work = engine_.work;
+        engine_.work = [&] {
+            std::ofstream journal(data() / "journal");
+            written =
+                bool(journal << std::string(kRoomForAnUndo - (std::uint64_t{256} << 10U), 'j') << std::flush);
+            work();
+        };
+        const auto undone = runUndo(context(), true);
+        ASSERT_TRUE(undone) << undone.error().sentence;
+        EXPECT_EQ(undone->exitStatus, 0);
+        EXPECT_TRUE(written);
+        EXPECT_EQ(volume(), 20);
+        std::filesystem::remove(data() / "filling");
+        std::filesystem::remove(data() / "journal");
+        ASSERT_TRUE(restore());
+        EXPECT_EQ(std::filesystem::file_size(data() / "Safety.room"), kRoomForAnUndo);
+    });
+}
+
+TEST_F(FullTelevisionTest, undoWithRoomEnoughKeepsWhatTheRestoreTook) {
+    onADisk(kPlenty, [this] {
+        ASSERT_TRUE(restore());
+        ASSERT_TRUE(runUndo(context(), true));
+        EXPECT_EQ(std::filesystem::file_size(data() / "Safety.room"), kRoomForAnUndo);
     });
 }
 
@@ -461,7 +496,7 @@ TEST_F(RunsTest, safetyReserveIsWhatTheTelevisionHasAndThePackageOfTheRest) {
     writeFile(folder_ / "other/tvs-chms/tvs-chms.zip", std::string(300, 'c'));
     const auto path = (folder_ / "other").string();
     const Descriptor package(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    EXPECT_EQ(safetyReserve({package.get(), path, Place::Stick}).bytes, 5300U);
+    EXPECT_EQ(safetyReserve({package.get(), path, Place::Stick}).bytes, kRoomForAnUndo + 5300U);
 }
 
 TEST_F(RunsTest, stopDuringTheSafetyBackupEndsBeforeTheTelevisionIsTouched) {
