@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cloning_app/report/json_lines.h"
+#include "cloning_app/television/library_engine.h"
 #include "cloning_app/verbs/app.h"
 #include "cloning_app/verbs/stop_signals.h"
 #include "common/command_line.h"
@@ -36,7 +37,8 @@ int run(const Words& words) {
     if (!*parsed) {
         return vxclone::kExitOk;
     }
-    return chosen ? chosen()
+    vxclone::LibraryEngine engine;
+    return chosen ? chosen(engine)
                   : refuseLine(
                         "nothing to do; name a command, such as backup, restore or verify (see vxclone "
                         "--help)",

@@ -24,13 +24,6 @@ struct CloneContext {
     MountQuestions mounts = realMountQuestions();
 };
 
-/// How a backup is made.
-struct BackupOptions {
-    std::optional<std::string> name = {};  ///< what people call the package; none: as the folder is called
-    Declared without = {};                 ///< what this television does not have
-    bool onThisDisk = false;               ///< the folder may lie on the television itself
-};
-
 /// What of a package is restored, and how.
 struct RestoreOptions {
     std::vector<VXClone> list;

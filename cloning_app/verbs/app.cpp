@@ -6,6 +6,15 @@
 #include "cloning_app/base/error_catalogue.h"
 #include "cloning_app/base/version.h"
 #include "cloning_app/television/category.h"
+#include "cloning_app/verbs/backup.h"
+#include "cloning_app/verbs/diff.h"
+#include "cloning_app/verbs/inspect.h"
+#include "cloning_app/verbs/list.h"
+#include "cloning_app/verbs/restore.h"
+#include "cloning_app/verbs/status.h"
+#include "cloning_app/verbs/support_bundle.h"
+#include "cloning_app/verbs/undo.h"
+#include "cloning_app/verbs/verify.h"
 #include "common/command_line.h"
 
 namespace vxclone {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "cloning_app/verbs/command.h"

@@ -1,4 +1,12 @@
+#include "cloning_app/verbs/backup.h"
+
 #include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 
 #include "cloning_app/base/disk_space.h"
 #include "cloning_app/package/manifest_file.h"
@@ -8,7 +16,6 @@
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/storage/clone_root.h"
 #include "cloning_app/television/television_folders.h"
-#include "cloning_app/verbs/verbs.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -128,6 +135,22 @@ Result<Report> backUp(const CloneContext& context, const std::filesystem::path& 
     return report;
 }
 
+struct BackupArguments {
+    std::string folder;
+    std::string name;
+    std::string without;
+    bool named = false;
+    bool onThisDisk = false;
+    bool json = false;
+};
+
+Result<Report> backUpAsTold(const CloneContext& context, const BackupArguments& arguments) {
+    auto without = Declared::parse(arguments.without);
+    VX_RETURN_IF_FAILED(without);
+    const auto called = arguments.named ? std::optional(arguments.name) : std::nullopt;
+    return runBackup(context, arguments.folder, {called, std::move(*without), arguments.onThisDisk});
+}
+
 }  // namespace
 
 Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder,
@@ -136,6 +159,27 @@ Result<Report> runBackup(const CloneContext& context, const std::filesystem::pat
                        [&](const CloneContext& shown, RunRecorder& recorder) {
                            return backUp(shown, folder, options, recorder);
                        });
+}
+
+void addBackupCommand(CLI::App& app, Action& chosen) {
+    const auto arguments = std::make_shared<BackupArguments>();
+    CLI::App* const verb = app.add_subcommand("backup", "Save this television into a folder on a stick");
+    verb->add_option("DIR", arguments->folder, "The folder, such as /media/usb/clone")->required();
+    const CLI::Option* const name =
+        verb->add_option("--name", arguments->name, "What people call the package; else its folder's name");
+    verb->add_option("--without", arguments->without,
+                     "What this television does not have: that is no failure")
+        ->join(',')
+        ->type_name(kDeclaredNames);
+    verb->add_flag("--on-this-disk", arguments->onThisDisk, "Allow a place on the television itself");
+    verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
+    verb->callback([&chosen, arguments, name] {
+        arguments->named = name->count() != 0;
+        chosen = [arguments](CloneEngine& engine) {
+            return runCommand(engine, "backup", viewKindOfRun(arguments->json),
+                              [&](const CloneContext& context) { return backUpAsTold(context, *arguments); });
+        };
+    });
 }
 
 }  // namespace vxclone

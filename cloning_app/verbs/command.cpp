@@ -9,7 +9,6 @@
 
 #include "cloning_app/package/layout.h"
 #include "cloning_app/record/status.h"
-#include "cloning_app/television/library_engine.h"
 #include "cloning_app/verbs/stop_signals.h"
 
 namespace vxclone {
@@ -80,12 +79,12 @@ int lookAlone(bool json, const std::function<Result<Output>()>& look) {
     return say(found, json);
 }
 
-int runLook(std::string run, bool json, const std::function<Result<Output>(const CloneContext&)>& look) {
+int runLook(CloneEngine& engine, std::string run, bool json,
+            const std::function<Result<Output>(const CloneContext&)>& look) {
     const StopFlag& stop = heedStopSignals();
     const ViewKind kind = viewKindOfRun(json);
     const auto view = makeView(kind, std::move(run));
     NoticesOnly notices(*view);
-    LibraryEngine engine;
     // Steps, a line each, would stand in the way of what was found.
     ProgressView& shown = kind == ViewKind::Plain ? static_cast<ProgressView&>(notices) : *view;
     auto found = look({engine, shown, stop, kCloneRoot});
@@ -93,11 +92,10 @@ int runLook(std::string run, bool json, const std::function<Result<Output>(const
     return say(namingUnfinishedRun(std::move(found)), json);
 }
 
-int runCommand(std::string run, ViewKind kind,
+int runCommand(CloneEngine& engine, std::string run, ViewKind kind,
                const std::function<Result<Report>(const CloneContext&)>& work) {
     const StopFlag& stop = heedStopSignals();
     const auto view = makeView(kind, std::move(run));
-    LibraryEngine engine;
     const CloneContext context{engine, *view, stop, kCloneRoot};
     return conclude(work(context), *view);
 }

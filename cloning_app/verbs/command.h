@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <memory>
 #include <string>
@@ -8,24 +7,17 @@
 #include "cloning_app/report/output.h"
 #include "cloning_app/run/clone_run.h"
 
+namespace CLI {
+class App;
+}
+
 namespace vxclone {
 
-/// What the parsed command line asks for; the result is the exit status.
-using Action = std::function<int()>;
+/// What the parsed command line asks for, with this television's library; the result is the exit status.
+using Action = std::function<int(CloneEngine& engine)>;
 
 /// What `--without` takes: categories, keys of settings and applications.
 inline constexpr const char* kDeclaredNames = "NAME,...";
-
-/// Each adds its verb to the application; parsing the verb sets `chosen`, which main then runs.
-void addBackupCommand(CLI::App& app, Action& chosen);
-void addRestoreCommand(CLI::App& app, Action& chosen);
-void addUndoCommand(CLI::App& app, Action& chosen);
-void addVerifyCommand(CLI::App& app, Action& chosen);
-void addInspectCommand(CLI::App& app, Action& chosen);
-void addDiffCommand(CLI::App& app, Action& chosen);
-void addListCommand(CLI::App& app, Action& chosen);
-void addStatusCommand(CLI::App& app, Action& chosen);
-void addSupportBundleCommand(CLI::App& app, Action& chosen);
 
 /// How a long run is shown on this standard output.
 ViewKind viewKindOfRun(bool json);
@@ -41,12 +33,14 @@ int say(const Result<Output>& found, bool json);
 int lookAlone(bool json, const std::function<Result<Output>()>& look);
 
 /// Looks with the television for itself meanwhile and writes what was found in the same way, with its
-/// library, storage and standard streams, and stop signals heeded; `run` is what the command is called.
-int runLook(std::string run, bool json, const std::function<Result<Output>(const CloneContext&)>& look);
+/// library `engine`, storage and standard streams, and stop signals heeded; `run` is what the command is
+/// called.
+int runLook(CloneEngine& engine, std::string run, bool json,
+            const std::function<Result<Output>(const CloneContext&)>& look);
 
-/// Clones, or looks at a clone, with this television's library, storage and standard streams, and stop
-/// signals heeded; `run` is what the command is called. Result: the exit status.
-int runCommand(std::string run, ViewKind kind,
+/// Clones, or looks at a clone, with this television's library `engine`, storage and standard streams, and
+/// stop signals heeded; `run` is what the command is called. Result: the exit status.
+int runCommand(CloneEngine& engine, std::string run, ViewKind kind,
                const std::function<Result<Report>(const CloneContext&)>& work);
 
 }  // namespace vxclone

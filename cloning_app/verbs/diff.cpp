@@ -1,7 +1,12 @@
+#include "cloning_app/verbs/diff.h"
+
 #include <fmt/format.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <iterator>
+#include <memory>
+#include <string>
 #include <utility>
 
 #include "cloning_app/base/disk_space.h"
@@ -15,7 +20,6 @@
 #include "cloning_app/run/television_comparison.h"
 #include "cloning_app/storage/clone_root.h"
 #include "cloning_app/television/category.h"
-#include "cloning_app/verbs/verbs.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -128,6 +132,24 @@ Result<Output> compareWhole(const CloneContext& context, const NamedState& named
     return outputOf(compareWithTelevision(named.state, &*look), named);
 }
 
+struct DiffArguments {
+    std::string folder;
+    std::string other;
+    bool compared = false;
+    bool quick = false;
+    bool json = false;
+};
+
+int tellDifferences(CloneEngine& engine, const DiffArguments& arguments) {
+    if (arguments.compared) {
+        return lookAlone(arguments.json,
+                         [&arguments] { return diffPackages(arguments.folder, arguments.other); });
+    }
+    return runLook(engine, "diff", arguments.json, [&](const CloneContext& context) {
+        return diffWithTelevision(context, arguments.folder, arguments.quick);
+    });
+}
+
 }  // namespace
 
 Result<Output> diffWithTelevision(const CloneContext& context, const std::filesystem::path& folder,
@@ -155,6 +177,22 @@ Result<Output> diffPackages(const std::filesystem::path& folder, const std::file
     addLacks(output, second->lacks, second->path());
     output.closing.emplace_back(kNotChecked);
     return output;
+}
+
+void addDiffCommand(CLI::App& app, Action& chosen) {
+    const auto arguments = std::make_shared<DiffArguments>();
+    CLI::App* const verb =
+        app.add_subcommand("diff", "Show what a restore changes, or how two packages differ");
+    verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
+    const CLI::Option* const other =
+        verb->add_option("DIR2", arguments->other, "Another package, to compare the first one with");
+    verb->add_flag("--quick", arguments->quick, "Compare settings and pictures alone, at once")
+        ->excludes("DIR2");
+    verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
+    verb->callback([&chosen, arguments, other] {
+        arguments->compared = other->count() != 0;
+        chosen = [arguments](CloneEngine& engine) { return tellDifferences(engine, *arguments); };
+    });
 }
 
 }  // namespace vxclone

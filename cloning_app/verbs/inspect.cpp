@@ -1,7 +1,12 @@
+#include "cloning_app/verbs/inspect.h"
+
 #include <fmt/format.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <string>
 #include <utility>
 
 #include "cloning_app/base/disk_space.h"
@@ -9,7 +14,6 @@
 #include "cloning_app/package/settings_file.h"
 #include "cloning_app/television/setting_kinds.h"
 #include "cloning_app/television/settings_store.h"
-#include "cloning_app/verbs/verbs.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -118,6 +122,12 @@ void addSettings(Output& output, const std::vector<Setting>& settings) {
     output.lines.push_back(lineOf(std::move(table)));
 }
 
+struct InspectArguments {
+    std::string folder;
+    bool files = false;
+    bool json = false;
+};
+
 }  // namespace
 
 Result<Output> inspectPackage(const std::filesystem::path& folder, bool everyFile) {
@@ -142,6 +152,20 @@ Result<Output> inspectPackage(const std::filesystem::path& folder, bool everyFil
     }
     output.closing.emplace_back("Not checked: the files and the seal; vxclone verify does that.");
     return output;
+}
+
+void addInspectCommand(CLI::App& app, Action& chosen) {
+    const auto arguments = std::make_shared<InspectArguments>();
+    CLI::App* const verb = app.add_subcommand("inspect", "Show what is in a package, without loading it");
+    verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
+    verb->add_flag("--files", arguments->files, "Name every file");
+    verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
+    verb->callback([&chosen, arguments] {
+        chosen = [arguments](CloneEngine& /*engine*/) {
+            return lookAlone(arguments->json,
+                             [&] { return inspectPackage(arguments->folder, arguments->files); });
+        };
+    });
 }
 
 }  // namespace vxclone

@@ -1,14 +1,19 @@
+#include "cloning_app/verbs/list.h"
+
 #include <fcntl.h>
 #include <fmt/format.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <memory>
+#include <string>
 #include <utility>
 
 #include "cloning_app/base/descriptor.h"
 #include "cloning_app/check/package_look.h"
 #include "cloning_app/package/layout.h"
-#include "cloning_app/verbs/verbs.h"
+#include "cloning_app/storage/mounts.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -147,6 +152,11 @@ class Search {
     std::vector<std::string> unseenSentences_;
 };
 
+struct ListArguments {
+    std::string folder{kSticks};
+    bool json = false;
+};
+
 }  // namespace
 
 Result<Output> listPackages(const std::filesystem::path& folder) {
@@ -170,6 +180,18 @@ Result<Output> listPackages(const std::filesystem::path& folder) {
         return tl::make_unexpected(searched.error());
     }
     return std::move(search).output(folder.string());
+}
+
+void addListCommand(CLI::App& app, Action& chosen) {
+    const auto arguments = std::make_shared<ListArguments>();
+    CLI::App* const verb = app.add_subcommand("list", "Find the packages on the sticks, and say which fit");
+    verb->add_option("DIR", arguments->folder, "Look here, and two levels below; else in /media");
+    verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
+    verb->callback([&chosen, arguments] {
+        chosen = [arguments](CloneEngine& /*engine*/) {
+            return lookAlone(arguments->json, [&] { return listPackages(arguments->folder); });
+        };
+    });
 }
 
 }  // namespace vxclone

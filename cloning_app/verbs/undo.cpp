@@ -1,8 +1,12 @@
+#include "cloning_app/verbs/undo.h"
+
 #include <fmt/format.h>
 #include <sys/stat.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
+#include <memory>
 
 #include "cloning_app/run/loading.h"
 #include "cloning_app/run/logos.h"
@@ -10,7 +14,6 @@
 #include "cloning_app/run/staged_package.h"
 #include "cloning_app/storage/safety_store.h"
 #include "cloning_app/television/television_folders.h"
-#include "cloning_app/verbs/verbs.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -112,12 +115,32 @@ Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& rec
     return report;
 }
 
+struct UndoArguments {
+    bool noReadBack = false;
+    bool json = false;
+};
+
 }  // namespace
 
 Result<Report> runUndo(const CloneContext& context, bool readBack) {
     return recordedRun(
         context, {RunKind::Undo, {}, phasesOfLoad(false, readBack)},
         [&](const CloneContext& shown, RunRecorder& recorder) { return undo(shown, readBack, recorder); });
+}
+
+void addUndoCommand(CLI::App& app, Action& chosen) {
+    const auto arguments = std::make_shared<UndoArguments>();
+    CLI::App* const verb = app.add_subcommand("undo", "Go back to how it was before the last restore");
+    verb->add_flag("--no-read-back", arguments->noReadBack,
+                   "No comparison afterwards, unless a result is missing");
+    verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
+    verb->callback([&chosen, arguments] {
+        chosen = [arguments](CloneEngine& engine) {
+            return runCommand(
+                engine, "undo", viewKindOfRun(arguments->json),
+                [&](const CloneContext& context) { return runUndo(context, !arguments->noReadBack); });
+        };
+    });
 }
 
 }  // namespace vxclone

@@ -1,10 +1,15 @@
+#include "cloning_app/verbs/verify.h"
+
 #include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
 
 #include "cloning_app/check/integrity.h"
 #include "cloning_app/run/recorded_run.h"
 #include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/staged_package.h"
-#include "cloning_app/verbs/verbs.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -57,12 +62,32 @@ Result<Report> verify(const CloneContext& context, const std::filesystem::path& 
     return report;
 }
 
+struct VerifyArguments {
+    std::string folder;
+    bool json = false;
+};
+
 }  // namespace
 
 Result<Report> runVerify(const CloneContext& context, const std::filesystem::path& folder) {
     return unrecordedRun(context, {},
                          std::function<Result<Report>(const CloneContext&)>(
                              [&](const CloneContext& shown) { return verify(shown, folder); }));
+}
+
+void addVerifyCommand(CLI::App& app, Action& chosen) {
+    const auto arguments = std::make_shared<VerifyArguments>();
+    CLI::App* const verb = app.add_subcommand("verify", "Say whether a package fits here and is unaltered");
+    verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
+    verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
+    verb->callback([&chosen, arguments] {
+        chosen = [arguments](CloneEngine& engine) {
+            const ViewKind kind = arguments->json ? ViewKind::Json : ViewKind::Plain;
+            return runCommand(engine, "verify", kind, [&](const CloneContext& context) {
+                return runVerify(context, arguments->folder);
+            });
+        };
+    });
 }
 
 }  // namespace vxclone

@@ -12,7 +12,7 @@
 
 #include "cloning_app/package/layout.h"
 #include "cloning_app/television/library_engine.h"
-#include "cloning_app/verbs/verbs.h"
+#include "cloning_app/verbs/backup.h"
 #include "common/tree_removal.h"
 #include "tests/hostile/stage.h"
 #include "tests/unit/cloning_app/own_mounts.h"

@@ -10,7 +10,7 @@
 #include "cloning_app/package/layout.h"
 #include "cloning_app/television/category.h"
 #include "cloning_app/television/library_engine.h"
-#include "cloning_app/verbs/verbs.h"
+#include "cloning_app/verbs/restore.h"
 #include "tests/support/machine/tool_paths.h"
 #include "tests/unit/cloning_app/recording_view.h"
 

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "cloning_app/verbs/verbs.h"
+#include "cloning_app/verbs/backup.h"
+#include "cloning_app/verbs/restore.h"
+#include "cloning_app/verbs/undo.h"
+#include "cloning_app/verbs/verify.h"
 #include "tests/unit/cloning_app/fake_engine.h"
 #include "tests/unit/cloning_app/fake_mounts.h"
 #include "tests/unit/cloning_app/fake_paths.h"

@@ -5,7 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/verbs/verbs.h"
+#include "cloning_app/verbs/diff.h"
+#include "cloning_app/verbs/inspect.h"
+#include "cloning_app/verbs/list.h"
 #include "tests/unit/cloning_app/run_test.h"
 #include "tests/unit/cloning_app/sealed_package.h"
 

@@ -1,9 +1,11 @@
+#include "cloning_app/verbs/status.h"
+
+#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
 #include "cloning_app/package/layout.h"
 #include "cloning_app/record/status.h"
-#include "cloning_app/verbs/command.h"
 #include "cloning_app/verbs/stop_signals.h"
 
 namespace vxclone {
@@ -40,7 +42,9 @@ void addStatusCommand(CLI::App& app, Action& chosen) {
         app.add_subcommand("status", "Say what became of the last run, or how this one goes");
     verb->add_flag("--follow", arguments->follow, "Watch the run that is going on until its end");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
-    verb->callback([&chosen, arguments] { chosen = [arguments] { return tellStatus(*arguments); }; });
+    verb->callback([&chosen, arguments] {
+        chosen = [arguments](CloneEngine& /*engine*/) { return tellStatus(*arguments); };
+    });
 }
 
 }  // namespace vxclone

@@ -1,5 +1,8 @@
+#include "cloning_app/verbs/support_bundle.h"
+
 #include <fcntl.h>
 
+#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <filesystem>
 #include <memory>
@@ -10,7 +13,6 @@
 #include "cloning_app/report/output.h"
 #include "cloning_app/storage/mounts.h"
 #include "cloning_app/support/support_bundle.h"
-#include "cloning_app/verbs/command.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {
@@ -64,7 +66,9 @@ void addSupportBundleCommand(CLI::App& app, Action& chosen) {
     verb->add_flag("--on-this-disk", arguments->onThisDisk, "Allow a place on the television itself");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments] {
-        chosen = [arguments] { return say(makeBundle(*arguments), arguments->json); };
+        chosen = [arguments](CloneEngine& /*engine*/) {
+            return say(makeBundle(*arguments), arguments->json);
+        };
     });
 }
 
