@@ -6,7 +6,7 @@
 
 #include "tests/integration/session_test.h"
 #include "virtual_tv/base/descriptor.h"
-#include "virtual_tv/television/bus_address.h"
+#include "virtual_tv/television/announcement.h"
 
 namespace vxtest {
 namespace {

@@ -6,6 +6,7 @@
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
 #include "virtual_tv/factory/creation.h"
+#include "virtual_tv/factory/destruction.h"
 #include "virtual_tv/factory/profile_shelf.h"
 
 namespace vxtv {
@@ -32,6 +33,15 @@ int create(const CreateOptions& options) {
     return finishOutput();
 }
 
+int destroy(const std::string& folder) {
+    const Result<void> destroyed = destroyTelevision(folder);
+    if (!destroyed) {
+        return complain(destroyed.error());
+    }
+    say("removed the television " + folder);
+    return finishOutput();
+}
+
 }  // namespace
 
 void addCreateCommand(CLI::App& app, Action& chosen) {
@@ -43,6 +53,14 @@ void addCreateCommand(CLI::App& app, Action& chosen) {
         ->required();
     verb->footer(fmt::format("Shipped profiles: {}", fmt::join(ProfileShelf::ofThisProgram().names(), ", ")));
     verb->callback([options, &chosen] { chosen = [options] { return create(*options); }; });
+}
+
+void addDestroyCommand(CLI::App& app, Action& chosen) {
+    auto* const verb = app.add_subcommand("destroy", "Remove a television with all it holds");
+    const auto folder = std::make_shared<std::string>();
+    verb->add_option("DIR", *folder, "The television")->required();
+    verb->footer("Refused while a command runs in the television. There is no way back.");
+    verb->callback([folder, &chosen] { chosen = [folder] { return destroy(*folder); }; });
 }
 
 }  // namespace vxtv

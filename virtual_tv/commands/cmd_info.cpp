@@ -6,7 +6,7 @@
 #include "common/terminal_table.h"
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
-#include "virtual_tv/television/bus_address.h"
+#include "virtual_tv/television/announcement.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {

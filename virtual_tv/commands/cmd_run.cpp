@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <memory>
 
 #include "common/command_line.h"
@@ -24,6 +25,11 @@ Result<std::vector<std::string>> commandOf(const CLI::App& verb, const std::stri
     return command;
 }
 
+std::string userShell() {
+    const char* const shell = std::getenv("SHELL");
+    return shell == nullptr || *shell == '\0' ? "/bin/sh" : shell;
+}
+
 }  // namespace
 
 void addRunCommand(CLI::App& app, Action& chosen) {
@@ -40,6 +46,18 @@ void addRunCommand(CLI::App& app, Action& chosen) {
         chosen = [verb, options, program] {
             const auto command = commandOf(*verb, *program);
             return command ? runSession(*options, *command, complain) : complain(command.error());
+        };
+    });
+}
+
+void addShellCommand(CLI::App& app, Action& chosen) {
+    auto* const verb = app.add_subcommand("shell", "Open a shell in the television");
+    verb->footer("Starts $SHELL, or /bin/sh. All that was started in the shell ends with it.");
+    const auto options = addSessionOptions(*verb);
+    verb->callback([options, &chosen] {
+        chosen = [options] {
+            options->wish.interactive = true;
+            return runSession(*options, {userShell()}, complain);
         };
     });
 }

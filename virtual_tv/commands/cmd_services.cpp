@@ -5,6 +5,8 @@
 #include "virtual_tv/commands/command.h"
 #include "virtual_tv/commands/output.h"
 #include "virtual_tv/services/data_services.h"
+#include "virtual_tv/services/source_list.h"
+#include "virtual_tv/services/timer_store.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {
@@ -102,6 +104,97 @@ int show(const ServicesOptions& options) {
     return options.name.empty() ? listServices(*television, options.json) : showService(*television, options);
 }
 
+struct SourcesOptions {
+    std::string folder;
+    bool json = false;
+};
+
+nlohmann::ordered_json iconsToJson(const std::optional<SourceIcons>& icons) {
+    if (!icons) {
+        return nullptr;
+    }
+    return {{"icon", icons->icon},
+            {"firstAppIcon", icons->firstAppIcon},
+            {"secondAppIcon", icons->secondAppIcon},
+            {"iconType", icons->iconType}};
+}
+
+void printAsJson(const std::vector<Source>& sources) {
+    auto document = nlohmann::ordered_json::array();
+    for (const Source& source : sources) {
+        document.push_back({{"key", source.key},
+                            {"id", source.id},
+                            {"name", source.name},
+                            {"iconType", source.iconType},
+                            {"icons", iconsToJson(source.icons)}});
+    }
+    printJson(document);
+}
+
+void printTable(const std::vector<Source>& sources) {
+    vxcommon::TerminalTable table({"KEY", "ID", "NAME", "ICON TYPE", "ICON", "APP ICONS"});
+    for (const Source& source : sources) {
+        std::string appIcons;
+        if (source.icons) {
+            const SourceIcons& icons = *source.icons;
+            appIcons = icons.firstAppIcon;
+            appIcons += icons.secondAppIcon != icons.firstAppIcon ? " " + icons.secondAppIcon : "";
+        }
+        table.addRow({{std::to_string(source.key)},
+                      {std::to_string(source.id)},
+                      {source.name},
+                      {std::to_string(source.iconType)},
+                      {source.icons ? source.icons->icon : "-"},
+                      {source.icons ? appIcons : "-"}});
+    }
+    print(table.render(outputScreen()));
+}
+
+int list(const SourcesOptions& options) {
+    const auto sources = Television::open(options.folder).and_then([](const Television& television) {
+        return SourceList(television.database()).list();
+    });
+    if (!sources) {
+        return complain(sources.error());
+    }
+    options.json ? printAsJson(*sources) : printTable(*sources);
+    return finishOutput();
+}
+
+struct TimersOptions {
+    std::string folder;
+    bool json = false;
+};
+
+void printTable(const std::vector<Timer>& timers) {
+    vxcommon::TerminalTable table({"ID", "KIND", "START", "MINUTES", "REPEAT", "CHANNEL", "TITLE"});
+    for (const Timer& timer : timers) {
+        table.addRow({{std::to_string(timer.id)},
+                      {timer.kind},
+                      {timer.start},
+                      {std::to_string(timer.minutes)},
+                      {timer.repeat},
+                      {timer.channel != 0 ? std::to_string(timer.channel) : "last"},
+                      {timer.title}});
+    }
+    print(table.render(outputScreen()));
+}
+
+int list(const TimersOptions& options) {
+    const auto timers = Television::open(options.folder).and_then([](const Television& television) {
+        return TimerStore(television.database()).list();
+    });
+    if (!timers) {
+        return complain(timers.error());
+    }
+    if (options.json) {
+        printJson(timersToJson(*timers));
+    } else {
+        printTable(*timers);
+    }
+    return finishOutput();
+}
+
 }  // namespace
 
 void addServicesCommand(CLI::App& app, Action& chosen) {
@@ -114,6 +207,22 @@ void addServicesCommand(CLI::App& app, Action& chosen) {
         "For programs: the names, and how many values a clone carries and how many stay; with NAME "
         "the values");
     verb->callback([options, &chosen] { chosen = [options] { return show(*options); }; });
+}
+
+void addSourcesCommand(CLI::App& app, Action& chosen) {
+    auto* const verb = app.add_subcommand("sources", "List the sources and the icons that were set for them");
+    const auto options = std::make_shared<SourcesOptions>();
+    verb->add_option("DIR", options->folder, "The television")->required();
+    verb->add_flag("--json", options->json, "For programs");
+    verb->callback([options, &chosen] { chosen = [options] { return list(*options); }; });
+}
+
+void addTimersCommand(CLI::App& app, Action& chosen) {
+    auto* const verb = app.add_subcommand("timers", "List recordings and wake-ups");
+    const auto options = std::make_shared<TimersOptions>();
+    verb->add_option("DIR", options->folder, "The television")->required();
+    verb->add_flag("--json", options->json, "For programs: the timers as their backup file holds them");
+    verb->callback([options, &chosen] { chosen = [options] { return list(*options); }; });
 }
 
 }  // namespace vxtv

@@ -12,7 +12,7 @@
 #include "virtual_tv/services/data_services.h"
 #include "virtual_tv/store/folder.h"
 #include "virtual_tv/store/secure_storage.h"
-#include "virtual_tv/television/package_key.h"
+#include "virtual_tv/television/key_installation.h"
 
 namespace vxtv {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "virtual_tv/ports/port.h"
-#include "virtual_tv/television/bus_address.h"
+#include "virtual_tv/television/announcement.h"
 
 namespace vxtv {
 

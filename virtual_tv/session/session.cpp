@@ -18,7 +18,7 @@
 #include "virtual_tv/store/database.h"
 #include "virtual_tv/store/folder.h"
 #include "virtual_tv/store/secure_storage.h"
-#include "virtual_tv/television/ready_mark.h"
+#include "virtual_tv/television/announcement.h"
 #include "virtual_tv/television/television.h"
 
 namespace vxtv {

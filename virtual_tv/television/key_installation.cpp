@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <string_view>
 #include <system_error>
 
 #include "virtual_tv/base/private_file.h"
@@ -47,6 +49,10 @@ Result<void> forgetInstalledKey(const SecureStorage& storage) {
     });
 }
 
+constexpr std::size_t kPackageKeySize = 32;
+constexpr std::string_view kApplication = "VXCLONE-PACKAGE-KEY1";
+constexpr std::int32_t kOwner = 1;
+
 }  // namespace
 
 Result<Installed> installKeyFile(const Folder& folder, const std::string& path) {
@@ -74,6 +80,25 @@ Result<void> placeKeyFile(const Folder& folder, const fs::path& file, bool repla
         .and_then([&folder, replace] {
             return replace ? forgetInstalledKey(SecureStorage(folder)) : Result<void>();
         });
+}
+
+Credential packageKeyCredential() {
+    Credential credential;
+    static_assert(kApplication.size() == std::tuple_size_v<decltype(credential.identifier)>);
+    std::copy(kApplication.begin(), kApplication.end(), credential.identifier.begin());
+    credential.owner = kOwner;
+    return credential;
+}
+
+Result<std::string> readPackageKey(const std::filesystem::path& file) {
+    const auto bytes = readPlainFile(file, kPackageKeySize + 1);
+    if (bytes && bytes->size() == kPackageKeySize) {
+        return *bytes;
+    }
+    return failure(
+        ErrorCode::NoFleetSecret,
+        fmt::format("{} is no package key: {}; give a plain file of {} random bytes", file.string(),
+                    bytes ? "it has another length" : bytes.error().reason, kPackageKeySize));
 }
 
 }  // namespace vxtv

@@ -9,7 +9,7 @@
 #include <cstring>
 
 #include "tests/unit/virtual_tv/test_television.h"
-#include "virtual_tv/television/ready_mark.h"
+#include "virtual_tv/television/announcement.h"
 
 namespace vxtv {
 namespace {

@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "tests/unit/virtual_tv/test_television.h"
-#include "virtual_tv/television/package_key.h"
+#include "virtual_tv/television/key_installation.h"
 
 namespace vxtv {
 namespace {

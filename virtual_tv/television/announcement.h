@@ -1,8 +1,11 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
+#include <string>
 
 #include "virtual_tv/base/error.h"
+#include "virtual_tv/store/folder.h"
 
 namespace vxtv {
 
@@ -14,5 +17,9 @@ Result<void> raiseReadyMark(const std::filesystem::path& mark);
 
 /// Removes the mark if vxtv made it.
 void lowerReadyMark(const std::filesystem::path& mark);
+
+/// The address of the television's message bus, as any D-Bus program takes it, or nothing when no bus is up.
+/// Threads: any.
+std::optional<std::string> busAddress(const Folder& folder);
 
 }  // namespace vxtv

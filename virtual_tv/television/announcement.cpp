@@ -1,4 +1,4 @@
-#include "virtual_tv/television/ready_mark.h"
+#include "virtual_tv/television/announcement.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "virtual_tv/base/descriptor.h"
+#include "virtual_tv/base/live_file.h"
 #include "virtual_tv/base/private_file.h"
 
 namespace vxtv {
@@ -49,6 +50,10 @@ void lowerReadyMark(const std::filesystem::path& mark) {
     if (isOurs(mark)) {
         unlink(mark.c_str());
     }
+}
+
+std::optional<std::string> busAddress(const Folder& folder) {
+    return lineOfLiveFile(folder.busAddress());
 }
 
 }  // namespace vxtv
