@@ -1,7 +1,7 @@
 #include "packaging/vxclone_manual.h"
 
 #include "cloning_app/base/error_catalogue.h"
-#include "cloning_app/base/version.h"
+#include "cloning_app/base/stamp.h"
 #include "cloning_app/television/category.h"
 #include "cloning_app/television/setting_kinds.h"
 #include "cloning_app/verbs/app.h"

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <cstddef>
@@ -9,10 +10,15 @@
 #include <string_view>
 #include <vector>
 
-#include "cloning_app/base/descriptor.h"
 #include "cloning_app/base/errors.h"
+#include "common/descriptor.h"
 
 namespace vxclone {
+
+using vxcommon::Descriptor;
+
+/// How a folder is opened that somebody may exchange for a link.
+inline constexpr int kOpenFolder = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 /// What no package exceeds. A folder that does is refused: it is not a package or was made to harm.
 struct TreeLimits {

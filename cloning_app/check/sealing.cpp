@@ -7,8 +7,7 @@
 #include <utility>
 
 #include "cloning_app/base/small_file.h"
-#include "cloning_app/base/utc_time.h"
-#include "cloning_app/base/version.h"
+#include "cloning_app/base/stamp.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/package/manifest_file.h"
 #include "cloning_app/television/shortage.h"

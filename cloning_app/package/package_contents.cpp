@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "cloning_app/package/file_digests.h"
+#include "cloning_app/package/digest.h"
 #include "cloning_app/package/layout.h"
 
 namespace vxclone {

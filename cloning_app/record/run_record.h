@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "cloning_app/base/descriptor.h"
-#include "cloning_app/base/utc_time.h"
+#include "cloning_app/base/stamp.h"
+#include "cloning_app/base/tree_walk.h"
 #include "cloning_app/record/unfinished_load.h"
 #include "cloning_app/report/result_table.h"
 #include "cloning_app/report/shown_phase.h"

@@ -6,7 +6,7 @@
 
 #include "cloning_app/base/disk_space.h"
 #include "cloning_app/report/progress_view.h"
-#include "cloning_app/run/applications.h"
+#include "cloning_app/run/library_run.h"
 #include "cloning_app/run/television_look.h"
 #include "common/terminal_table.h"
 

@@ -7,8 +7,8 @@
 
 #include "cloning_app/check/compared_state.h"
 #include "cloning_app/report/progress_view.h"
+#include "cloning_app/run/library_run.h"
 #include "cloning_app/run/package_completion.h"
-#include "cloning_app/run/run_parts.h"
 #include "cloning_app/storage/safety_store.h"
 #include "cloning_app/television/television_folders.h"
 #include "common/terminal_table.h"

@@ -3,13 +3,15 @@
 #include <fmt/format.h>
 #include <sys/statvfs.h>
 
+#include <algorithm>
+#include <system_error>
 #include <utility>
 
 #include "cloning_app/base/small_file.h"
 #include "cloning_app/check/integrity.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/record/run_record.h"
-#include "cloning_app/run/run_parts.h"
+#include "cloning_app/storage/own_folders.h"
 #include "cloning_app/storage/safety_store.h"
 #include "common/terminal_table.h"
 
@@ -65,7 +67,79 @@ std::vector<Check> shownOf(const std::vector<Check>& checks, bool overridden) {
     return shown;
 }
 
+/// Whether one of the two lies in the other, or they are the same.
+bool overlap(const std::filesystem::path& one, const std::filesystem::path& other) {
+    const auto [oneEnd, otherEnd] = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
+    return oneEnd == one.end() || otherEnd == other.end();
+}
+
+std::filesystem::path canonicalFolder(const std::filesystem::path& path) {
+    std::error_code unresolved;
+    std::filesystem::path result = std::filesystem::weakly_canonical(path, unresolved);
+    if (unresolved) {
+        result = path.lexically_normal();
+    }
+    return result.filename().empty() ? result.parent_path() : result;
+}
+
+/// The folder, if it is none of the television's own.
+Result<StickTarget> openForeign(const CloneContext& context, const std::filesystem::path& folder) {
+    auto target = StickTarget::open(folder, context.disk);
+    if (!target) {
+        return target;
+    }
+    const std::string path = vxcommon::printable(target->path());
+    if (overlap(canonicalFolder(target->path()), canonicalFolder(context.cloneRoot))) {
+        return failure(ErrorCode::BadArguments,
+                       path + " is the television's own clone folder; name a folder on the stick");
+    }
+    if (isOwnFolder(target->parent(), target->name(), recordFolderOf(context.cloneRoot))) {
+        return failure(ErrorCode::BadArguments,
+                       path +
+                           " lies where vxclone keeps its own data on this television; "
+                           "name a folder on the stick, or go back with vxclone undo");
+    }
+    return target;
+}
+
+Result<StickTarget> withNotice(const CloneContext& context, StickTarget target,
+                               const Result<std::optional<std::string>>& said) {
+    VX_RETURN_IF_FAILED(said);
+    if (*said) {
+        context.view.notice(**said);
+    }
+    return target;
+}
+
+/// Whether the package is unaltered. One of another kind of television may be whole.
+bool isWhole(const CloneContext& context, const Tree& package) {
+    const auto seal = StagedPackage::sealOf(context, package);
+    const auto found = seal ? examinePackage(context.engine, package, seal->tree(), context.stop)
+                            : tl::make_unexpected(seal.error());
+    return found && std::all_of(found->checks.begin(), found->checks.end(), [](const Check& check) {
+               return problemOf(check).value_or(ErrorCode::DoesNotFit) == ErrorCode::DoesNotFit;
+           });
+}
+
 }  // namespace
+
+Result<StickTarget> openSource(const CloneContext& context, const std::filesystem::path& folder) {
+    auto target = openForeign(context, folder);
+    if (!target) {
+        return target;
+    }
+    const auto said = target->meanWhatWasSetAside();
+    return withNotice(context, *std::move(target), said);
+}
+
+Result<StickTarget> openTarget(const CloneContext& context, const std::filesystem::path& folder) {
+    auto target = openForeign(context, folder);
+    if (!target) {
+        return target;
+    }
+    const auto said = target->recover([&context](const Tree& package) { return isWhole(context, package); });
+    return withNotice(context, *std::move(target), said);
+}
 
 StagedPackage::StagedPackage(CloneRoot root, std::string origin)
     : root_(std::make_unique<CloneRoot>(std::move(root))), origin_(std::move(origin)) {}

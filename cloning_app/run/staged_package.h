@@ -9,8 +9,16 @@
 #include "cloning_app/check/integrity.h"
 #include "cloning_app/run/clone_run.h"
 #include "cloning_app/storage/clone_root.h"
+#include "cloning_app/storage/stick_target.h"
 
 namespace vxclone {
+
+/// Finds the folder that the user named to read from; nothing there is changed. Errors: those of
+/// `StickTarget`, or the folder is the television's own (`BadArguments`).
+Result<StickTarget> openSource(const CloneContext& context, const std::filesystem::path& folder);
+
+/// The same to back up to: puts right what an interrupted backup left there.
+Result<StickTarget> openTarget(const CloneContext& context, const std::filesystem::path& folder);
 
 /// A package from a stick in the television's clone folder, where nobody can change it any more: what was
 /// examined there is what is loaded. Unless it is kept, its end empties the folder.

@@ -8,7 +8,7 @@
 #include "cloning_app/base/disk_space.h"
 #include "cloning_app/check/compared_state.h"
 #include "cloning_app/record/run_record.h"
-#include "cloning_app/run/applications.h"
+#include "cloning_app/run/library_run.h"
 #include "cloning_app/television/kept_run_keys.h"
 #include "cloning_app/television/settings_store.h"
 #include "common/terminal_table.h"

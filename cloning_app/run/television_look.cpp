@@ -5,9 +5,8 @@
 #include <utility>
 
 #include "cloning_app/check/compared_state.h"
-#include "cloning_app/run/applications.h"
+#include "cloning_app/run/library_run.h"
 #include "cloning_app/run/logos.h"
-#include "cloning_app/run/run_parts.h"
 #include "cloning_app/television/settings_store.h"
 
 namespace vxclone {

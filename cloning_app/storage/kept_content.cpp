@@ -9,7 +9,7 @@
 #include <limits>
 #include <utility>
 
-#include "cloning_app/base/descriptor.h"
+#include "cloning_app/base/tree_walk.h"
 
 namespace vxclone {
 

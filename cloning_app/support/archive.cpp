@@ -11,8 +11,8 @@
 #include <filesystem>
 #include <memory>
 
-#include "cloning_app/base/descriptor.h"
 #include "cloning_app/base/disk_calls.h"
+#include "cloning_app/base/tree_walk.h"
 #include "common/file_writing.h"
 #include "common/terminal_table.h"
 

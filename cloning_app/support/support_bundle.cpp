@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "cloning_app/base/descriptor.h"
-#include "cloning_app/base/version.h"
+#include "cloning_app/base/stamp.h"
+#include "cloning_app/base/tree_walk.h"
 #include "cloning_app/package/identity.h"
 #include "cloning_app/record/run_record.h"
 #include "cloning_app/record/status.h"

@@ -7,8 +7,8 @@
 #include <optional>
 #include <string>
 
-#include "cloning_app/base/descriptor.h"
 #include "cloning_app/base/small_file.h"
+#include "cloning_app/base/tree_walk.h"
 #include "cloning_app/television/settings_store.h"
 
 namespace vxclone {

@@ -8,7 +8,7 @@
 #include <memory>
 #include <new>
 
-#include "cloning_app/base/descriptor.h"
+#include "cloning_app/base/tree_walk.h"
 
 namespace vxclone {
 

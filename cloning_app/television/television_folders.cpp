@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "cloning_app/base/descriptor.h"
+#include "cloning_app/base/tree_walk.h"
 #include "common/terminal_table.h"
 #include "common/tree_removal.h"
 #include "platform/vx_paths.h"

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "cloning_app/base/descriptor.h"
 #include "cloning_app/base/errors.h"
 #include "cloning_app/base/tree_walk.h"
 

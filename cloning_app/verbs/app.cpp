@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "cloning_app/base/error_catalogue.h"
-#include "cloning_app/base/version.h"
+#include "cloning_app/base/stamp.h"
 #include "cloning_app/television/category.h"
 #include "cloning_app/verbs/backup.h"
 #include "cloning_app/verbs/diff.h"

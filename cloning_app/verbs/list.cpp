@@ -10,7 +10,7 @@
 #include <string>
 #include <utility>
 
-#include "cloning_app/base/descriptor.h"
+#include "cloning_app/base/tree_walk.h"
 #include "cloning_app/check/package_look.h"
 #include "cloning_app/package/layout.h"
 #include "cloning_app/storage/mounts.h"

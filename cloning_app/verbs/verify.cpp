@@ -7,8 +7,8 @@
 #include <string>
 
 #include "cloning_app/check/integrity.h"
+#include "cloning_app/run/library_run.h"
 #include "cloning_app/run/recorded_run.h"
-#include "cloning_app/run/run_parts.h"
 #include "cloning_app/run/staged_package.h"
 #include "common/terminal_table.h"
 

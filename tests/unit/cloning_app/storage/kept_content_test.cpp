@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "cloning_app/base/descriptor.h"
+#include "cloning_app/base/tree_walk.h"
 #include "tests/unit/cloning_app/test_folder.h"
 
 namespace vxclone {

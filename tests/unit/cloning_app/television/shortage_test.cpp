@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <sys/resource.h>
 
-#include "cloning_app/base/descriptor.h"
+#include "cloning_app/base/tree_walk.h"
 
 namespace vxclone {
 namespace {

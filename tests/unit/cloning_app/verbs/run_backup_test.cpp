@@ -7,7 +7,7 @@
 #include <csignal>
 
 #include "cloning_app/package/manifest_file.h"
-#include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/library_run.h"
 #include "tests/unit/cloning_app/own_mounts.h"
 #include "tests/unit/cloning_app/run_test.h"
 #include "tests/unit/cloning_app/sealed_package.h"

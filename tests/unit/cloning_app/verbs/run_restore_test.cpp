@@ -5,7 +5,7 @@
 #include <csignal>
 
 #include "cloning_app/record/run_record.h"
-#include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/library_run.h"
 #include "tests/unit/cloning_app/run_test.h"
 #include "tests/unit/cloning_app/sealed_package.h"
 

@@ -11,7 +11,7 @@
 #include <ostream>
 
 #include "cloning_app/record/run_record.h"
-#include "cloning_app/run/run_parts.h"
+#include "cloning_app/run/library_run.h"
 #include "cloning_app/run/safety_backup.h"
 #include "cloning_app/run/staged_package.h"
 #include "cloning_app/storage/safety_store.h"

@@ -1,7 +1,6 @@
-#include "cloning_app/run/applications.h"
-
 #include <gmock/gmock.h>
 
+#include "cloning_app/run/library_run.h"
 #include "cloning_app/television/settings_store.h"
 #include "tests/unit/cloning_app/fake_settings_store.h"
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -9,6 +10,8 @@
 
 #include "cloning_app/base/stop_flag.h"
 #include "cloning_app/report/progress_view.h"
+#include "cloning_app/report/result_table.h"
+#include "cloning_app/run/clone_run.h"
 #include "cloning_app/television/result_list.h"
 
 namespace vxclone {
@@ -51,5 +54,31 @@ class Follower {
     bool end_ = false;
     std::thread thread_;
 };
+
+/// Says in the rows of the application category whose each one is. The library reports one outcome for each
+/// application that it asked, without a name: first the orvel application, if that runs or could be started,
+/// then the one that the settings name as the first screen, if they do.
+void nameApplications(std::vector<Row>& rows);
+
+/// Whether an application that was not reported is known to have run, by `hasRun`, which gets its row: then
+/// the library's list lost an outcome, and does not tell whose those are that it holds.
+bool lostAnOutcome(const std::vector<Row>& rows, const std::function<bool(const Row&)>& hasRun);
+
+/// Says of the row of an application that was not reported, and of which there is data all the same, that it
+/// runs. Other rows stay as they are.
+void sayThatItRuns(Row& row);
+
+/// Takes back what the row of an application says was done, and says that the outcome may not be its own.
+void doubt(Row& row);
+
+/// Lets the engine work on the categories of `list` and follows it; a stop does not keep it from beginning.
+/// Result: what it reported. Errors: the engine's own.
+Result<ResultList> runAndFollow(const CloneContext& context, Direction direction,
+                                const std::vector<VXClone>& list, const std::function<Result<void>()>& run);
+
+/// Lets the library save the television into the clone folder, and follows it; once more where it saved what
+/// it did not report. Result and errors: those of `runAndFollow`; a stop before it began; the settings store
+/// refused (`SettingsRefused`).
+Result<ResultList> saveTelevision(const CloneContext& context);
 
 }  // namespace vxclone

@@ -1,4 +1,4 @@
-#include "cloning_app/run/visit.h"
+#include "cloning_app/run/recorded_run.h"
 
 #include <gmock/gmock.h>
 

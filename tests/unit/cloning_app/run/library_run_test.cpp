@@ -1,4 +1,4 @@
-#include "cloning_app/run/follower.h"
+#include "cloning_app/run/library_run.h"
 
 #include <gmock/gmock.h>
 

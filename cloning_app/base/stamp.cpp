@@ -1,4 +1,4 @@
-#include "cloning_app/base/utc_time.h"
+#include "cloning_app/base/stamp.h"
 
 #include <algorithm>
 #include <ctime>
@@ -16,6 +16,10 @@ std::string timeText(std::int64_t seconds) {
 
 std::int64_t secondsNow() {
     return std::clamp<std::int64_t>(std::time(nullptr), kEarliestTime, kLatestTime);
+}
+
+std::string_view version() {
+    return VXCLONE_VERSION;
 }
 
 }  // namespace vxclone

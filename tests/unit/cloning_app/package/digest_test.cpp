@@ -1,4 +1,5 @@
-#include "cloning_app/package/file_digests.h"
+
+#include "cloning_app/package/digest.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -6,7 +7,6 @@
 
 #include <cerrno>
 
-#include "cloning_app/package/digest.h"
 #include "tests/unit/cloning_app/test_folder.h"
 
 namespace vxclone {

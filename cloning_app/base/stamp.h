@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace vxclone {
 
@@ -14,5 +15,8 @@ std::string timeText(std::int64_t seconds);
 /// What the clock says, or the nearest of the times above. A clock may be wrong, and may jump back: a time is
 /// shown, and nothing is decided by it.
 std::int64_t secondsNow();
+
+/// This vxclone's version, as in "1.0.0".
+std::string_view version();
 
 }  // namespace vxclone
