@@ -68,9 +68,10 @@ std::optional<EntryFacts> factsOf(int directory, const char* name) {
         return std::nullopt;
     }
     const bool toldMount = (found.stx_mask & STATX_MNT_ID) != 0;
-    return EntryFacts{S_ISDIR(found.stx_mode),
-                      std::uint64_t{found.stx_dev_major} << kDeviceBits | found.stx_dev_minor, found.stx_ino,
-                      toldMount ? found.stx_mnt_id : 0};
+    return EntryFacts{.folder = S_ISDIR(found.stx_mode),
+                      .device = std::uint64_t{found.stx_dev_major} << kDeviceBits | found.stx_dev_minor,
+                      .inode = found.stx_ino,
+                      .mount = toldMount ? found.stx_mnt_id : 0};
 }
 
 /// The names in the folder, or the system's reason (errno).

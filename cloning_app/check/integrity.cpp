@@ -191,7 +191,7 @@ Result<Examination> examinePackage(CloneEngine& engine, const Tree& package, con
     VX_RETURN_IF_FAILED(reading);
     auto identity = examineIdentity(engine, root);
     VX_RETURN_IF_FAILED(identity);
-    Examination result{std::move(*identity)};
+    Examination result{.checks = std::move(*identity)};
     const auto key = engine.hasKey();
     VX_RETURN_IF_FAILED(key);
     if (!*key) {

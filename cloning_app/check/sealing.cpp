@@ -134,7 +134,10 @@ Result<PackageOrigin> originOfBackup(const std::string& name) {
     }
     const Identity identity = televisionIdentity();
     VX_RETURN_IF_FAILED(identityText(identity));
-    return PackageOrigin{name, timeText(secondsNow()), fmt::format("vxclone {}", version()), identity};
+    return PackageOrigin{.name = name,
+                         .madeAt = timeText(secondsNow()),
+                         .madeBy = fmt::format("vxclone {}", version()),
+                         .source = identity};
 }
 
 std::vector<ManifestResult> resultsOf(const std::vector<Row>& rows) {

@@ -61,8 +61,10 @@ ManifestLack lackIn(const Json& json) {
 }
 
 ManifestResult resultIn(const Json& json) {
-    return {textIn(json, "category"), textIn(json, "result"), textOrNothingIn(json, "detail"),
-            textOrNothingIn(json, "application")};
+    return {.category = textIn(json, "category"),
+            .result = textIn(json, "result"),
+            .detail = textOrNothingIn(json, "detail"),
+            .application = textOrNothingIn(json, "application")};
 }
 
 Identity sourceIn(const Json& json) {
@@ -71,13 +73,10 @@ Identity sourceIn(const Json& json) {
 
 Manifest manifestFrom(const Json& json) {
     Manifest manifest;
-    manifest.origin = {nameIn(json),
-                       timeIn(json, "madeAt"),
-                       textIn(json, "madeBy"),
-                       sourceIn(memberOf(json, "source", Json::value_t::object)),
-                       {},
-                       {},
-                       {}};
+    manifest.origin = {.name = nameIn(json),
+                       .madeAt = timeIn(json, "madeAt"),
+                       .madeBy = textIn(json, "madeBy"),
+                       .source = sourceIn(memberOf(json, "source", Json::value_t::object))};
     for (const Json& result : listIn(json, "categories", kMostResults)) {
         manifest.origin.results.push_back(resultIn(result));
     }

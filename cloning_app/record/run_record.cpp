@@ -132,8 +132,10 @@ constexpr std::int64_t kMostExitStatus = 255;
 constexpr vxcommon::JsonLimits kRecordLimits{4, kMostRows * 20 + 100};
 
 constexpr std::array<std::string_view, 3> kRunKinds = {"backup", "restore", "undo"};
+static_assert(kRunKinds.size() == static_cast<std::size_t>(RunKind::Undo) + 1);
 constexpr std::array<std::string_view, 7> kPhases = {"staging",   "safety",       "saving", "writing",
                                                      "restoring", "reading-back", "done"};
+static_assert(kPhases.size() == static_cast<std::size_t>(RunPhase::Done) + 1);
 
 /// The text of a member, or none.
 std::optional<std::string> text(const Json& object, const char* name) {
@@ -225,8 +227,13 @@ std::optional<RunRecord> recordOf(const Json& object) {
     if (!kind || !phase || !package || !digest || !begun || !rows) {
         return std::nullopt;
     }
-    RunRecord record{*kind, *phase, *package, *digest, *begun, {}, {}, *rows};
-    record.ended = shownTime(object, "ended");
+    RunRecord record{.kind = *kind,
+                     .phase = *phase,
+                     .package = *package,
+                     .digest = *digest,
+                     .begun = *begun,
+                     .ended = shownTime(object, "ended"),
+                     .rows = *rows};
     if (const auto status = number(object, "exit", kMostExitStatus)) {
         record.exitStatus = static_cast<int>(*status);
     }

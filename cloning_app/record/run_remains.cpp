@@ -34,7 +34,7 @@ constexpr std::array kRemains = {
                 "restore again to have it compared, or go back with vxclone undo",
                 "restore again to have it compared", "run vxclone undo again to have it compared"},
 };
-static_assert(kRemains.back().remains == static_cast<Remains>(kRemains.size() - 1));
+static_assert(kRemains.size() == static_cast<std::size_t>(Remains::NotReadBack) + 1);
 
 const RemainsFact& remainsFactOf(Remains remains) {
     return kRemains.at(static_cast<std::size_t>(remains));

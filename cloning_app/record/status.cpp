@@ -137,7 +137,11 @@ Result<Status> readStatus(const std::filesystem::path& folder) {
     VX_RETURN_IF_FAILED(last);
     const RunKeys keys = keysOfLastRun(folder);
     const auto loaded = *last && (*last)->goingOn ? std::nullopt : keys.percent;
-    Status status{loaded, {}, {}, *std::move(last), isLookGoingOn(folder)};
+    Status status{.percent = loaded,
+                  .reported = {},
+                  .unknown = {},
+                  .last = *std::move(last),
+                  .looking = isLookGoingOn(folder)};
     ResultList results;
     for (const Outcome& outcome : results.update(keys.results)) {
         status.reported.push_back(rowOf(outcome, directionOf(status.last)));

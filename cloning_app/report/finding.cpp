@@ -31,6 +31,7 @@ constexpr std::array kSubjects = {
     SubjectFacts{"file", "in the package"},
     SubjectFacts{"seal", "whole package"},
 };
+static_assert(kSubjects.size() == static_cast<std::size_t>(Subject::Seal) + 1);
 
 struct FindingFacts {
     std::string_view name;
@@ -57,6 +58,7 @@ constexpr std::array kFindings = {
     FindingFacts{"unknown", "not told by this television", Colour::Bad, ErrorCode::DoesNotFit},
     FindingFacts{"refused", "refused by the clone library", Colour::Bad, ErrorCode::DoesNotFit},
 };
+static_assert(kFindings.size() == static_cast<std::size_t>(Finding::Refused) + 1);
 
 /// The problems, the gravest first.
 constexpr std::array kByGravity = {ErrorCode::NotComplete, ErrorCode::NoKey, ErrorCode::Altered,

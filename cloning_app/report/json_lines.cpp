@@ -10,6 +10,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::array<std::string_view, 5> kEventNames = {"progress", "result", "finding", "summary", "error"};
+static_assert(kEventNames.size() == static_cast<std::size_t>(Event::Failure) + 1);
 
 void addText(Json& members, const char* name, const std::string& text) {
     if (!text.empty()) {

@@ -48,6 +48,7 @@ constexpr std::array kReadBacks = {
     ReadBackFacts{"differs", "read back: differs"},
     ReadBackFacts{"unknown", "cannot be read back"},
 };
+static_assert(kReadBacks.size() == static_cast<std::size_t>(ReadBack::Unknown) + 1);
 
 const VerdictFacts& factsOf(Verdict verdict) {
     return kVerdicts.at(static_cast<std::size_t>(verdict));

@@ -260,8 +260,11 @@ Result<ReadyPackage> makeReady(const CloneContext& context, StagedPackage packag
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    return ReadyPackage{std::move(package), std::move(examined), std::move(*holdings), std::move(plan),
-                        std::move(*settings)};
+    return ReadyPackage{.package = std::move(package),
+                        .examined = std::move(examined),
+                        .holdings = std::move(*holdings),
+                        .plan = std::move(plan),
+                        .settings = std::move(*settings)};
 }
 
 Result<Report> load(const CloneContext& context, ReadyPackage& ready, const LoadOptions& options,
@@ -278,8 +281,11 @@ Result<Report> load(const CloneContext& context, ReadyPackage& ready, const Load
     }
     const bool full = isFull(ready.package.tree());
     context.view.progress({ShownPhase::LookingUp});
-    Report report{judge(context, ready, *made, *results), kExitOk, unknownLineSentences(*results),
-                  ready.examined.checks, ready.examined.digest.value_or("")};
+    Report report{.rows = judge(context, ready, *made, *results),
+                  .exitStatus = kExitOk,
+                  .closing = unknownLineSentences(*results),
+                  .checks = ready.examined.checks,
+                  .digest = ready.examined.digest.value_or("")};
     sayRemoved(removed, report.rows);
     judgeRemovedLogos(options.removedLogos, report.rows);
     enterReadBack(context, recorder, report.rows);

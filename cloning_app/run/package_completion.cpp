@@ -238,12 +238,13 @@ Result<Report> completePackage(const CloneContext& context, const Tree& root, co
     origin.lacks = manifestLacksOf(made->lacks);
     const auto sealed = sealPackage(context.engine, root, origin, means.key);
     VX_RETURN_IF_FAILED(sealed);
-    Report report{made->rows, exitStatusFor(made->rows, results), unknownLineSentences(results),
-                  sealed->checks};
-    report.digest = sealed->digest;
-    report.lacks = made->lacks;
-    report.foreignTexts = made->foreignTexts;
-    return report;
+    return Report{.rows = made->rows,
+                  .exitStatus = exitStatusFor(made->rows, results),
+                  .closing = unknownLineSentences(results),
+                  .checks = sealed->checks,
+                  .digest = sealed->digest,
+                  .lacks = made->lacks,
+                  .foreignTexts = made->foreignTexts};
 }
 
 }  // namespace vxclone

@@ -238,7 +238,11 @@ Comparison readBack(const CloneContext& context, const StagedPackage& package, c
                     std::vector<Row>& rows) {
     context.view.notice("Reading the television back.");
     QuietView quiet(context.view, ShownPhase::ReadBack);
-    const CloneContext inner{context.engine, quiet, context.stop, context.cloneRoot, context.disk};
+    const CloneContext inner{.engine = context.engine,
+                             .view = quiet,
+                             .stop = context.stop,
+                             .cloneRoot = context.cloneRoot,
+                             .disk = context.disk};
     const auto look = lookAtTelevision(inner, package.tree());
     if (!look && isStop(look.error().code)) {
         return {{}, {}, false, true};

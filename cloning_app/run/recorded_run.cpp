@@ -116,7 +116,12 @@ void makeRoomForAnUndo(const CloneContext& context) {
 }
 
 CloneContext withView(const CloneContext& context, ProgressView& view) {
-    return {context.engine, view, context.stop, context.cloneRoot, context.disk, context.mounts};
+    return {.engine = context.engine,
+            .view = view,
+            .stop = context.stop,
+            .cloneRoot = context.cloneRoot,
+            .disk = context.disk,
+            .mounts = context.mounts};
 }
 
 template <class Found>
@@ -195,7 +200,11 @@ Result<Report> recordedRun(
     const std::function<Result<Report>(const CloneContext& shown, RunRecorder& recorder)>& run) {
     const auto folder = recordFolderOf(context.cloneRoot);
     const RunPhase first = plan.kind == RunKind::Backup ? RunPhase::Saving : RunPhase::Staging;
-    const RunRecord record{plan.kind, first, absolutePath(plan.package), "", secondsNow()};
+    const RunRecord record{.kind = plan.kind,
+                           .phase = first,
+                           .package = absolutePath(plan.package),
+                           .digest = {},
+                           .begun = secondsNow()};
     auto recorder = RunRecorder::begin(folder, record);
     if (!recorder && recorder.error().code == ErrorCode::TelevisionFull && plan.kind == RunKind::Undo) {
         makeRoomForAnUndo(context);

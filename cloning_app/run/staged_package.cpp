@@ -245,7 +245,9 @@ Result<Examination> admit(const CloneContext& context, const StagedPackage& pack
     if (overridden) {
         context.view.notice(overrideWarning(found->checks.front()));
     }
-    return Examination{shownOf(found->checks, overridden), found->digest, std::move(found->lacks)};
+    return Examination{.checks = shownOf(found->checks, overridden),
+                       .digest = found->digest,
+                       .lacks = std::move(found->lacks)};
 }
 
 }  // namespace vxclone

@@ -87,7 +87,7 @@ int runLook(CloneEngine& engine, std::string run, bool json,
     NoticesOnly notices(*view);
     // Steps, a line each, would stand in the way of what was found.
     ProgressView& shown = kind == ViewKind::Plain ? static_cast<ProgressView&>(notices) : *view;
-    auto found = look({engine, shown, stop, kCloneRoot});
+    auto found = look({.engine = engine, .view = shown, .stop = stop, .cloneRoot = kCloneRoot});
     view->clear();
     return say(namingUnfinishedRun(std::move(found)), json);
 }
@@ -96,7 +96,7 @@ int runCommand(CloneEngine& engine, std::string run, ViewKind kind,
                const std::function<Result<Report>(const CloneContext&)>& work) {
     const StopFlag& stop = heedStopSignals();
     const auto view = makeView(kind, std::move(run));
-    const CloneContext context{engine, *view, stop, kCloneRoot};
+    const CloneContext context{.engine = engine, .view = *view, .stop = stop, .cloneRoot = kCloneRoot};
     return conclude(work(context), *view);
 }
 

@@ -106,7 +106,11 @@ Result<TelevisionComparison> compare(const CloneContext& context, const ReadyPac
         return compareWithTelevision(package, nullptr);
     }
     QuietView view(context.view, ShownPhase::Saving);
-    const CloneContext inner{context.engine, view, context.stop, context.cloneRoot, context.disk};
+    const CloneContext inner{.engine = context.engine,
+                             .view = view,
+                             .stop = context.stop,
+                             .cloneRoot = context.cloneRoot,
+                             .disk = context.disk};
     return lookForComparison(inner, ready.package.tree(), needed).map([&package](const TelevisionLook& look) {
         return compareWithTelevision(package, &look);
     });
@@ -122,10 +126,12 @@ Result<Report> tellWhatWouldBeDone(const CloneContext& context, const ReadyPacka
     VX_RETURN_IF_FAILED(comparison);
     removeWhatStays(comparison->differences);
     comparison->notHeld.clear();
-    Report report{rowsOf(ready.plan, *comparison),
-                  comparison->complete() ? kExitOk : exitStatusOf(ErrorCode::CategoryFailed),
-                  sentencesOf(*comparison), ready.examined.checks, ready.examined.digest.value_or("")};
-    report.lacks = ready.examined.lacks;
+    Report report{.rows = rowsOf(ready.plan, *comparison),
+                  .exitStatus = comparison->complete() ? kExitOk : exitStatusOf(ErrorCode::CategoryFailed),
+                  .closing = sentencesOf(*comparison),
+                  .checks = ready.examined.checks,
+                  .digest = ready.examined.digest.value_or(""),
+                  .lacks = ready.examined.lacks};
     for (std::string& sentence : lackSentences(report.lacks, "The package")) {
         report.closing.push_back(std::move(sentence));
     }

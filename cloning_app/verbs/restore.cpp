@@ -92,7 +92,8 @@ Result<Report> restore(const CloneContext& context, const std::filesystem::path&
     };
     auto ready = getReady(context, folder, options, reserve);
     VX_RETURN_IF_FAILED(ready);
-    LoadOptions loading{options.readBack, options.keepIdentity, options.without};
+    LoadOptions loading{
+        .readBack = options.readBack, .keepIdentity = options.keepIdentity, .without = options.without};
     recorder.setName(ready->examined.name);
     recorder.setDigest(ready->examined.digest.value_or(""));
     if (options.safety) {
@@ -170,14 +171,17 @@ Result<Report> restoreAsTold(const CloneContext& context, const RestoreArguments
     VX_RETURN_IF_FAILED(list);
     auto without = Declared::parse(arguments.without);
     VX_RETURN_IF_FAILED(without);
-    RestoreOptions options{*list, arguments.forceModel, arguments.all, arguments.expect};
-    options.safety = !arguments.noSafety;
-    options.readBack = !arguments.noReadBack;
-    options.keepIdentity = arguments.keepIdentity;
-    options.dryRun = arguments.dryRun;
-    options.without = std::move(*without);
-    options.quick = arguments.quick;
-    return runRestore(context, arguments.folder, options);
+    return runRestore(context, arguments.folder,
+                      {.list = *list,
+                       .forceModel = arguments.forceModel,
+                       .everything = arguments.all,
+                       .expect = arguments.expect,
+                       .safety = !arguments.noSafety,
+                       .readBack = !arguments.noReadBack,
+                       .keepIdentity = arguments.keepIdentity,
+                       .dryRun = arguments.dryRun,
+                       .without = std::move(*without),
+                       .quick = arguments.quick});
 }
 
 }  // namespace

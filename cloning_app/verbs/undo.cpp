@@ -103,8 +103,7 @@ Result<Report> undo(const CloneContext& context, bool readBack, RunRecorder& rec
     recorder.setName(back->ready.examined.name);
     recorder.setDigest(back->ready.examined.digest.value_or(""));
     recorder.setWayBack();
-    LoadOptions options{readBack};
-    options.removedLogos = back->removedLogos;
+    LoadOptions options{.readBack = readBack, .removedLogos = back->removedLogos};
     if (*manifest) {
         options.added = (*manifest)->manifest.origin.added;
     }

@@ -38,11 +38,11 @@ Result<Report> verify(const CloneContext& context, const std::filesystem::path& 
     if (context.stop.raised()) {
         return tl::make_unexpected(stopError(context.stop.signal()));
     }
-    Report report{{},
-                  kExitOk,
-                  problemSentences(found->checks, target->path()),
-                  found->checks,
-                  found->digest.value_or("")};
+    Report report{.rows = {},
+                  .exitStatus = kExitOk,
+                  .closing = problemSentences(found->checks, target->path()),
+                  .checks = found->checks,
+                  .digest = found->digest.value_or("")};
     const bool incomplete = isIncomplete(found->lacks);
     if (const auto problem = problemOf(found->checks)) {
         report.exitStatus = exitStatusOf(*problem);

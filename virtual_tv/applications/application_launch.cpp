@@ -110,7 +110,8 @@ Result<Descriptor> startHostHere(const Folder& folder, const std::string& id, co
         return cannotStart(id, reason());
     }
     Descriptor report(pipe[0]);
-    HomeRequest request{id, bundle, ownEnvironment(), Descriptor(pipe[1])};
+    HomeRequest request{
+        .application = id, .bundle = bundle, .environment = ownEnvironment(), .report = Descriptor(pipe[1])};
     return startHost(folder, request).map([&report] { return std::move(report); });
 }
 

@@ -51,7 +51,8 @@ Result<Compared> compare(const CompareOptions& options) {
     if (!options.everything) {
         std::erase_if(*areas, [](const AreaComparison& area) { return area.fate == Fate::Kept; });
     }
-    return Compared{*mine, *theirs, std::move(*areas), options.everything};
+    return Compared{
+        .first = *mine, .second = *theirs, .areas = std::move(*areas), .everything = options.everything};
 }
 
 Json identityJson(const Identity& identity) {

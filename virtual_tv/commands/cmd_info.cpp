@@ -30,7 +30,10 @@ Result<Info> infoOf(const Television& television) {
     const auto features =
         identity ? television.systemInformation().features() : tl::make_unexpected(identity.error());
     VX_RETURN_IF_FAILED(features);
-    return Info{television.folder().root().string(), *identity, *features, busAddress(television.folder())};
+    return Info{.folder = television.folder().root().string(),
+                .identity = *identity,
+                .features = *features,
+                .bus = busAddress(television.folder())};
 }
 
 void printInfoJson(const Info& info) {

@@ -31,6 +31,7 @@ constexpr std::array kWays = {
     Way{Isolation::User, kMountsAndProcesses | CLONE_NEWUSER, "isolated by a user namespace"},
     Way{Isolation::RealPaths, 0, "not isolated: /opt and /media of this machine lead into the television"},
 };
+static_assert(kWays.size() == static_cast<std::size_t>(Isolation::RealPaths) + 1);
 
 const Way& wayOf(Isolation isolation) {
     return kWays[static_cast<std::size_t>(isolation)];

@@ -135,7 +135,11 @@ bool Session::markStorage(const fs::path& mark) const {
 }
 
 Result<Outcome> Session::run(const std::vector<std::string>& command) const {
-    Job job{command, {{kTelevisionVariable, folder_.root().string()}}, isolation_, {}, interactive_};
+    Job job{.command = command,
+            .environment = {{kTelevisionVariable, folder_.root().string()}},
+            .isolation = isolation_,
+            .prepare = {},
+            .interactive = interactive_};
     if (isolation_ == Isolation::RealPaths) {
         return runOnRealPaths(std::move(job));
     }

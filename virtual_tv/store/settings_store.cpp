@@ -12,6 +12,7 @@ namespace vxtv {
 namespace {
 
 constexpr std::array kTypeNames = {"int", "bool", "string"};
+static_assert(kTypeNames.size() == static_cast<std::size_t>(SettingType::String) + 1);
 
 std::optional<SettingType> typeNamed(std::string_view name) {
     for (std::size_t i = 0; i < kTypeNames.size(); ++i) {

@@ -155,7 +155,10 @@ Result<Start> prepare(const Folder& folder, const std::string& id) {
     const Applications applications(folder);
     return applications.find(id).and_then([&](const ApplicationManifest& manifest) {
         return programOf(manifest, applications.folderOf(id)).map([&](const std::filesystem::path& program) {
-            return Start{id, program.string(), applications.folderOf(id), manifest.arguments};
+            return Start{.id = id,
+                         .program = program.string(),
+                         .folder = applications.folderOf(id),
+                         .arguments = manifest.arguments};
         });
     });
 }

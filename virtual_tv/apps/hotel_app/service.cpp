@@ -90,8 +90,11 @@ int Service::run() {
 void Service::receive(int localPort, const char* application, const char* port, bool /*trusted*/,
                       bundle* message, void* service) {
     auto& self = *static_cast<Service*>(service);
-    Request request{localPort, orEmpty(application), orEmpty(port), entryOf(message, kRequestKey),
-                    entryOf(message, kPathKey)};
+    Request request{.localPort = localPort,
+                    .application = orEmpty(application),
+                    .port = orEmpty(port),
+                    .wanted = entryOf(message, kRequestKey),
+                    .path = entryOf(message, kPathKey)};
     {
         const std::lock_guard lock(self.mutex_);
         self.requests_.push_back(std::move(request));
