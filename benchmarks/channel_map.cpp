@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 constexpr int kTransponders = 100;
 constexpr int kServices = 10;
 
-/// A television with 1,000 channels, gone at the end of the object's life.
+/// A television with 1,000 channels; the destructor removes it.
 class Subject {
  public:
     Subject() {

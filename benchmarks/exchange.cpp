@@ -30,11 +30,11 @@ using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr const char* kLateApplication = "org.benchmark.late";
-// Neither a multiple of the library's pause between two checks, nor the worst case by chance alone.
+// Not a multiple of the library's pause between two checks, and not always the worst case.
 constexpr std::chrono::milliseconds kAppearsAfter(1110);
 
 int exchangesWith(const char* application, int rounds) {
-    // Made by who calls the library.
+    // The caller of the library must create it.
     std::filesystem::create_directories(kCloneDirectory);
     std::vector<double> times;
     for (int round = 0; round < rounds; ++round) {
@@ -85,7 +85,7 @@ int beAnswering() {
     }
 }
 
-/// A program of its own, because a process has one application id.
+/// A separate program, because a process has only one application id.
 pid_t startApplication(const char* self, const char* mode) {
     const pid_t application = fork();
     if (application == 0) {

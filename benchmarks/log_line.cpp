@@ -1,4 +1,4 @@
-// What one log line costs before the logger gets it: time, and allocations, of which there should be none.
+// The cost of one log line without the logger: time, and allocations, of which there should be none.
 
 #include <benchmark/benchmark.h>
 
@@ -12,7 +12,7 @@ namespace {
 std::atomic<long> allocations{0};
 }  // namespace
 
-// The C library's own entries, so that counting adds nothing but the count. `new` ends here as well.
+// Replaces the C library's functions, so that only the count is added. `new` calls them as well.
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
@@ -34,7 +34,7 @@ void* realloc(void* old, std::size_t size) {
 
 namespace {
 
-// A thread's first line may allocate; the thousand that are counted come after the measured ones.
+// A thread's first line may allocate. The counted lines come after the measured ones.
 template <class Line>
 void measure(benchmark::State& state, Line line) {
     for (auto _ : state) {
@@ -57,7 +57,7 @@ void lineWithArgument(benchmark::State& state) {
 }
 BENCHMARK(lineWithArgument);
 
-// Shows that the counter counts: a thousand.
+// A check of the counter: the result must be a thousand.
 void countedAllocation(benchmark::State& state) {
     measure(state, [] { benchmark::DoNotOptimize(std::make_unique<long>(1)); });
 }

@@ -1,5 +1,4 @@
-// A television that is always there, always succeeds and does nothing: what is measured over it is the
-// library's own cost.
+// A television that always succeeds and does nothing, so that only the library's own cost is measured.
 
 #include <cstdarg>
 #include <cstdlib>
@@ -114,7 +113,7 @@ int message_port_check_remote_port(const char*, const char*, bool* exist) {
     *exist = true;
     return 0;
 }
-// Without an answer the library would wait for one; it has to come on another thread.
+// Without an answer the library would wait. The answer must come on another thread.
 int message_port_send_message_with_local_port(const char* application, const char* port, bundle*, int id) {
     static std::jthread answering;
     answering = std::jthread([=] { replyTo(id, application, port, true, &theBundle, nullptr); });

@@ -1,5 +1,5 @@
-// What vxclone reads of a package and of its own record, at sizes from one to sixteen: the time has to grow
-// as the size does.
+// The time to read the files of a package and vxclone's own record, at sizes from one to sixteen. It must
+// grow linearly with the size.
 
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t kTimes = 16;
-// Sixteen times as many are still within the limits of what is read.
+// Sixteen times as many are still within the limits of the readers.
 constexpr std::int64_t kSettings = 600;
 constexpr std::int64_t kEntries = 600;
 constexpr std::int64_t kRows = 6;

@@ -15,8 +15,8 @@ struct Range {
 // From version 14 of the Unicode Character Database, in ascending order. Code points that are not assigned
 // count as their neighbours do.
 
-/// What is drawn upon the character before it, or not at all: categories Mn, Me and Cf, and the vowels and
-/// finals of Korean syllables.
+/// Characters without a column of their own: they are combined with the character before, or are invisible.
+/// Categories Mn, Me and Cf, and the vowels and finals of Korean syllables.
 constexpr Range kNoColumn[] = {
     {0x300, 0x36f},     {0x483, 0x489},     {0x591, 0x5bd},     {0x5bf, 0x5bf},     {0x5c1, 0x5c2},
     {0x5c4, 0x5c5},     {0x5c7, 0x5c7},     {0x600, 0x605},     {0x610, 0x61a},     {0x61c, 0x61c},
@@ -82,7 +82,7 @@ constexpr Range kNoColumn[] = {
     {0x1da84, 0x1da84}, {0x1da9b, 0x1daaf}, {0x1e000, 0x1e02a}, {0x1e130, 0x1e136}, {0x1e2ae, 0x1e2ae},
     {0x1e2ec, 0x1e2ef}, {0x1e8d0, 0x1e8d6}, {0x1e944, 0x1e94a}, {0xe0001, 0xe01ef}};
 
-/// What takes two columns: East Asian width W and F.
+/// Characters of two columns: East Asian width W and F.
 constexpr Range kTwoColumns[] = {
     {0x1100, 0x115f},   {0x231a, 0x231b},   {0x2329, 0x232a},   {0x23e9, 0x23ec},   {0x23f0, 0x23f0},
     {0x23f3, 0x23f3},   {0x25fd, 0x25fe},   {0x2614, 0x2615},   {0x2648, 0x2653},   {0x267f, 0x267f},
@@ -120,7 +120,7 @@ std::size_t columnsOf(char32_t character) {
     return isIn(kTwoColumns, character) ? 2 : 1;
 }
 
-/// How a sequence of so many bytes begins, and the smallest character that needs it.
+/// The first byte of a sequence of a given length, and the smallest character that needs this length.
 struct Lead {
     unsigned char mask;
     unsigned char bits;

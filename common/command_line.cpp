@@ -36,13 +36,13 @@ std::string nameOf(const CLI::Option& option) {
     return option.get_name(option.get_positional(), false);
 }
 
-/// An option with what follows it: "--profile NAME|FILE".
+/// An option with its value as the usage line shows it: "--profile NAME|FILE".
 std::string withValue(const CLI::Option& option) {
     const std::string& text = option.get_option_text();
     return nameOf(option) + " " + (text.empty() ? option.get_type_name() : text);
 }
 
-/// The command as it is typed, with the arguments of the commands above it: "vxtv fault DIR add".
+/// The command as one types it, with the arguments of the commands above it: "vxtv fault DIR add".
 std::string pathOf(const CLI::App& command) {
     const CLI::App* const above = command.get_parent();
     if (above == nullptr) {
@@ -55,7 +55,7 @@ std::string pathOf(const CLI::App& command) {
     return path + " " + command.get_name();
 }
 
-/// The command as it is spoken of: "fault add". Empty for the program itself.
+/// The command as messages name it: "fault add". Empty for the program itself.
 std::string spoken(const CLI::App& command) {
     const CLI::App* const above = command.get_parent();
     if (above == nullptr) {
@@ -65,7 +65,8 @@ std::string spoken(const CLI::App& command) {
     return before + (before.empty() ? "" : " ") + command.get_name();
 }
 
-/// Says of whom something is lacking: "fault has", or "there is" for the program.
+/// The beginning of a sentence about something that does not exist: "fault has", or "there is" for the
+/// program.
 std::string whoHas(const CLI::App& command) {
     return command.get_parent() == nullptr ? "there is" : spoken(command) + " has";
 }
@@ -74,7 +75,7 @@ std::string helpOf(const CLI::App& command) {
     return "; see " + pathOf(command) + " --help";
 }
 
-/// The program, and the commands of it that were typed, each below the one before.
+/// The program and the typed commands, each one below the previous one.
 std::vector<const CLI::App*> typedCommands(const CLI::App& program) {
     std::vector<const CLI::App*> typed = {&program};
     while (!typed.back()->get_subcommands().empty()) {
@@ -106,7 +107,7 @@ std::string unknownOption(const CLI::App& command, const std::string& word) {
            orHelp(didYouMean(name, optionNames(command)), command);
 }
 
-/// The first word where a command should stand and none does. What asks for help gets help.
+/// The first word that stands in the place of a command and is none. Empty if the command line asks for help.
 std::optional<std::string> unknownFirstWord(const CLI::App& program, const Words& words) {
     const Words known = namesOf(commandsOf(program));
     for (const std::string& word : words) {
@@ -121,14 +122,14 @@ std::optional<std::string> unknownFirstWord(const CLI::App& program, const Words
     return std::nullopt;
 }
 
-/// A word that the parser could not place, and the command that it was typed behind.
+/// A word that the parser could not assign, and the command before it.
 struct LeftOver {
     const CLI::App* command = nullptr;
     std::size_t place = 0;
     std::string word;
 };
 
-/// All of them, in the order of the command line.
+/// All unassigned words, in the order of the command line.
 std::vector<LeftOver> leftOversOf(const CLI::App& program, const Words& words) {
     std::vector<LeftOver> all;
     for (const CLI::App* const command : typedCommands(program)) {
@@ -144,7 +145,7 @@ std::vector<LeftOver> leftOversOf(const CLI::App& program, const Words& words) {
     return all;
 }
 
-/// Leaves those out that belong to another command, which this one runs: they stand behind a "--".
+/// Leaves out words that belong to another command which this one runs: they stand behind a "--".
 std::vector<LeftOver> withoutOtherCommand(std::vector<LeftOver> leftOvers, const Words& words) {
     const auto end =
         static_cast<std::size_t>(std::find(words.begin(), words.end(), kEndOfOptions) - words.begin());
@@ -174,7 +175,7 @@ std::string unexpected(const CLI::App& program, const std::vector<LeftOver>& lef
            text + helpOf(last);
 }
 
-/// Whether the name of a command was taken for an argument that is missing before it: `vxtv fault list`.
+/// Recognises a command name that stands in the place of a missing argument: `vxtv fault list`.
 std::optional<std::string> argumentLeftOutBefore(const CLI::App& program) {
     const CLI::App& last = *typedCommands(program).back();
     const Words below = namesOf(commandsOf(last));
@@ -187,7 +188,7 @@ std::optional<std::string> argumentLeftOutBefore(const CLI::App& program) {
     return std::nullopt;
 }
 
-/// The first one that is missing, in the order of the command line.
+/// The first missing argument, in the order of the command line.
 std::optional<std::string> missingArgument(const CLI::App& program) {
     const auto isMissing = [](const CLI::Option* option) {
         return option->get_required() && option->count() == 0;
@@ -220,8 +221,8 @@ bool begins(const std::string& text, const std::string& with) {
     return text.rfind(with, 0) == 0;
 }
 
-/// What is wrong with the option's value, as the parser's sentence tells; nothing when it tells of another
-/// one.
+/// The part of the parser's message that describes the option's value; empty if the message is about another
+/// option.
 std::optional<std::string> badValueOf(const CLI::Option& option, const std::string& what) {
     const std::string name = nameOf(option);
     const std::string conversion = "Could not convert: " + name + " = ";
@@ -237,7 +238,7 @@ std::optional<std::string> badValueOf(const CLI::Option& option, const std::stri
     return begins(what, name + ": At Most") ? std::optional(name + " is given more than once") : std::nullopt;
 }
 
-/// An option whose value is missing, is given twice or does not fit.
+/// The message about an option whose value is missing, given twice or invalid.
 std::optional<std::string> badValue(const CLI::App& program, const std::string& what) {
     const std::vector<const CLI::App*> typed = typedCommands(program);
     for (auto command = typed.rbegin(); command != typed.rend(); ++command) {
@@ -280,7 +281,7 @@ bool knowsJson(const CLI::App& command) {
            std::any_of(below.begin(), below.end(), [](const CLI::App* each) { return knowsJson(*each); });
 }
 
-/// Hands the command the flag that stood before it as if it stood behind it.
+/// Gives the command a flag that stood before it, as if it stood after it.
 void takeJsonFrom(CLI::App& command, const Options& above) {
     CLI::Option* const own = command.get_option_no_throw(kJsonOption);
     if (own != nullptr) {
@@ -312,7 +313,7 @@ void nameGroups(CLI::App& command) {
     }
 }
 
-/// The sentence for a flag that stood before a command that has no such flag.
+/// The message about a flag before a command that does not have this flag.
 std::optional<std::string> jsonWithoutUse(const CLI::App& program) {
     const std::vector<const CLI::App*> typed = typedCommands(program);
     const bool asked = std::any_of(typed.begin(), typed.end(), [](const CLI::App* command) {
@@ -323,7 +324,7 @@ std::optional<std::string> jsonWithoutUse(const CLI::App& program) {
                : std::nullopt;
 }
 
-/// What stands in the usage line behind the command: its arguments, options and commands.
+/// The part of the usage line after the command: its arguments, options and commands.
 std::string argumentsOf(const CLI::App& command) {
     std::string text;
     std::string another;
@@ -332,7 +333,7 @@ std::string argumentsOf(const CLI::App& command) {
         text += operand->get_required() ? " " + name : " [" + name + "]";
     }
     if (command.get_prefix_command()) {
-        // The last one is the command that is run, and whatever follows is that one's.
+        // The last one is the command that `vxtv` runs. All words after it belong to that command.
         const std::size_t last = text.rfind(' ');
         another = " --" + text.substr(last) + " ...";
         text.erase(last);

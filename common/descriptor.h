@@ -6,8 +6,8 @@
 
 namespace vxcommon {
 
-/// Owns one file descriptor and closes it. Empty when made from a negative number, so the result of open(2)
-/// can be put in as it is and asked with `if`.
+/// Owns one file descriptor and closes it. A negative number makes it empty, so it can take the result of
+/// open(2) and be tested with `if`.
 class Descriptor {
  public:
     Descriptor() = default;

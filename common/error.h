@@ -14,7 +14,7 @@ struct Error {
     std::string sentence;
 };
 
-/// A value, or the error that stood in its way.
+/// A value, or the error because of which there is none.
 template <class Value, class Code>
 using Result = tl::expected<Value, Error<Code>>;
 
@@ -26,8 +26,8 @@ tl::unexpected<Error<Code>> failure(Code code, std::string sentence) {
 
 }  // namespace vxcommon
 
-/// Hands the error of a failed `Result` on to the caller, and goes on otherwise. What is given is evaluated
-/// once: a variable, or a call whose value nobody needs.
+/// Returns the error of a failed `Result` to the caller, and continues otherwise. The argument is evaluated
+/// once: a variable, or a call whose value is not needed.
 #define VX_RETURN_IF_FAILED(...)                            \
     do {                                                    \
         if (auto&& vxOutcome = (__VA_ARGS__); !vxOutcome) { \

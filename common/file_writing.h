@@ -8,40 +8,40 @@
 
 namespace vxcommon {
 
-/// Writes all the bytes, however many calls that takes, and waits until the disk has them. Result: 0, or the
+/// Writes all bytes, with as many calls as necessary, and waits until they are on the disk. Result: 0, or the
 /// system's reason (errno).
 int writeAndFlush(int file, std::string_view bytes);
 
-/// Whether the reason (errno) for which nothing could be written says that there is no room: the disk is
-/// full, or the user's share of it.
+/// Whether a write failed with this reason (errno) because there is no room: the disk or the user's quota is
+/// full.
 bool meansNoRoom(int reason);
 
-/// What becomes of a file or folder that has the final name already.
+/// What happens to a file or folder that already has the final name.
 enum class Existing {
-    Refuse,   ///< it stays, and the reason is EEXIST
-    Replace,  ///< it is gone afterwards
-    Exchange  ///< it has to be there, and gets the other name
+    Refuse,   ///< the existing one stays, and the reason is EEXIST
+    Replace,  ///< the existing one is removed
+    Exchange  ///< it must exist, and gets the other name
 };
 
-/// What `Existing::Refuse` does on a file system whose rename may replace in any case (EINVAL).
+/// The fallback for `Existing::Refuse` on a file system whose rename always replaces (EINVAL).
 enum class WithoutRefusal {
     Fail,   ///< the reason is EINVAL
-    Link,   ///< links the file under its final name, which refuses as well; folders cannot be linked
-    Rename  ///< renames all the same: of a folder that replaces an empty folder, at worst
+    Link,   ///< creates a hard link with the final name, which also refuses; not for folders
+    Rename  ///< renames anyway; a folder can replace at most an empty folder
 };
 
-/// How something is given its final name.
+/// How a file or folder gets its final name.
 struct Placing {
     Existing existing = Existing::Refuse;
     WithoutRefusal without = WithoutRefusal::Fail;
 };
 
-/// Gives the file or folder `made` the name `target` on the same file system in one step: whoever looks finds
-/// it whole or not at all. Flushes nothing. Result: 0, or the system's reason (errno).
+/// Renames the file or folder `made` to `target` on the same file system in one step: other processes see it
+/// completely or not at all. Flushes nothing. Result: 0, or the system's reason (errno).
 int putInPlace(const std::filesystem::path& made, const std::filesystem::path& target, const Placing& how);
 
-/// A new file or folder under a hidden name beside its target, for its owner alone. It is removed with this
-/// object unless it was put in its place; only the death of the process leaves it behind.
+/// A new file or folder under a hidden name beside its target, accessible only for its owner. The destructor
+/// removes it unless it was put in place. It stays only if the process dies.
 class Beside {
  public:
     static Beside file(const std::filesystem::path& target);
@@ -50,10 +50,10 @@ class Beside {
     Beside& operator=(const Beside&) = delete;
     ~Beside();
 
-    /// Why it could not be made (errno); 0 if it was made.
+    /// The reason why it could not be made (errno), or 0.
     int refused() const { return refused_; }
     const std::filesystem::path& path() const { return path_; }
-    /// Of a file: writes and flushes all the bytes. Result: 0, or the system's reason (errno).
+    /// For a file: writes and flushes all bytes. Result: 0, or the system's reason (errno).
     int write(std::string_view bytes) const;
     /// Result: 0, or the system's reason (errno).
     int putInPlace(const Placing& how);

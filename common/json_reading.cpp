@@ -27,7 +27,7 @@ const Json* memberIfThere(const Json& value, const std::string& name) {
 
 std::optional<std::int64_t> wholeNumber(const Json& value, std::int64_t lowest, std::int64_t highest) {
     constexpr auto kMost = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-    // A number without a sign has a type of its own, of which the upper half does not fit.
+    // An integer without a sign has its own type, and the upper half of its range does not fit.
     if (!value.is_number_integer() || (value.is_number_unsigned() && value.get<std::uint64_t>() > kMost)) {
         return std::nullopt;
     }

@@ -36,8 +36,8 @@ void appendEscaped(std::string& text, char32_t character) {
     appendUnit(text, kLowUnit + (rest & ((1U << kBitsOfAUnit) - 1)));
 }
 
-/// The JSON, which is UTF-8, with its deceptive characters escaped: they stand in texts alone, but for the
-/// line feeds between values.
+/// The JSON text with its deceptive characters escaped. Outside of strings JSON has none, except the line
+/// feeds between values.
 std::string withoutDeceptive(std::string_view json) {
     std::string result;
     result.reserve(json.size());
@@ -53,7 +53,7 @@ std::string withoutDeceptive(std::string_view json) {
     return result;
 }
 
-/// The text with the bytes that are no UTF-8 as \xNN.
+/// The text as UTF-8. Bytes that are not UTF-8 become \xNN.
 std::string asUtf8(std::string_view text) {
     std::string result;
     for (std::size_t at = 0; at < text.size();) {

@@ -5,13 +5,13 @@
 
 namespace vxcommon {
 
-/// A JSON document as text that shows what it holds: deceptive characters are written as \uNNNN, which means
-/// the same. JSON is UTF-8, which a name on a stick need not be: bytes of a text that are not are written in
-/// it as \xNN, as a terminal shows them.
+/// A JSON document as text that can be shown safely. Deceptive characters are written as \uNNNN, which means
+/// the same. Names on a stick need not be UTF-8, but JSON must be: bytes that are not UTF-8 are written as
+/// \xNN, as on a terminal.
 class JsonText {
  public:
-    /// One line, or, where `indent` says how many blanks a layer has, a line for each value; without a line
-    /// feed at the end.
+    /// One line, or one line for each value if `indent` gives the number of blanks for each level. There is
+    /// no line feed at the end.
     explicit JsonText(const nlohmann::ordered_json& document, int indent = -1);
 
     const std::string& text() const { return text_; }

@@ -10,7 +10,7 @@ namespace vxcommon {
 
 namespace {
 
-/// How libraries write a reason of the system into their texts.
+/// The mark with which libraries put a reason of the system into their messages.
 constexpr std::string_view kSystemMark = "[system:";
 
 }  // namespace

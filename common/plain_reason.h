@@ -7,11 +7,11 @@
 
 namespace vxcommon {
 
-/// The system's reason (errno) that the exception tells of, by its type or in its text; none where it tells
-/// of no such reason.
+/// The system's reason (errno) in the exception, from its type or its text; empty if it has none.
 std::optional<int> systemReason(const std::exception& error);
 
-/// Why it was thrown, in words for people: never a library's own text with names of functions in it.
+/// The cause of the exception in words for people, never the library's own text, which contains names of
+/// functions.
 Printable plainReason(const std::exception& error);
 
 }  // namespace vxcommon

@@ -12,20 +12,20 @@
 
 namespace vxcommon {
 
-/// Whether a reader does not see the character for what it is: it steers a terminal, ends a line, turns the
-/// direction of writing, or takes no place at all.
+/// Whether the character can mislead a reader: it controls a terminal, ends a line, changes the direction of
+/// writing, or is invisible.
 bool isDeceptive(char32_t character);
 
 class Printable;
 class PrintableView;
 
-/// What a format may show: a printable text, or a number.
+/// An argument of a format: a printable text or a number.
 template <class Part>
 concept PrintablePart = std::same_as<Part, Printable> || std::same_as<Part, PrintableView> ||
     (std::is_arithmetic_v<Part> && !std::same_as<Part, char>);
 
-/// Looks at a text that may be shown: one of a `Printable`, which must outlive it, or a literal. Only
-/// literals of our own source convert: what they hold, such as line feeds and colours, is meant.
+/// A view of a text that may be shown: a `Printable`, which must outlive the view, or a literal. Only
+/// literals of our own sources convert, so their line feeds and colours are intended.
 class PrintableView {
  public:
     template <std::size_t size>
@@ -39,9 +39,9 @@ class PrintableView {
     std::string_view text_;
 };
 
-/// Text that may be shown as it is, on a terminal or in a line of a log. It is made of literals, of what
-/// `printable` made of other texts, and of numbers: no other text becomes one. It is a std::string for
-/// whoever reads it; joined with a std::string it is one, and no longer a `Printable`.
+/// Text that may be shown as it is, on a terminal or in a log. It can be made only of literals, of results of
+/// `printable`, and of numbers. It converts to std::string. The concatenation with a std::string is a
+/// std::string and not a `Printable`.
 class Printable {
  public:
     Printable() = default;
@@ -79,7 +79,7 @@ inline PrintableView::PrintableView(const Printable& text) : text_(text.text()) 
 template <class Text>
 concept PlainString = std::same_as<Text, std::string>;
 
-/// A printable text joined with one that need not be is one that need not be.
+/// A printable text joined with an unchecked one is an unchecked one.
 template <PlainString Text>
 std::string operator+(const Text& first, const Printable& second) {
     return first + second.text();
@@ -89,14 +89,14 @@ std::string operator+(const Printable& first, const Text& second) {
     return first.text() + second;
 }
 
-/// Text for a terminal or a line of a log, whoever wrote it: deceptive characters, line feeds among them, and
-/// bytes that are no UTF-8 are written as \xNN, a byte each. A second pass changes nothing.
+/// Makes any text fit for a terminal or a line of a log. Deceptive characters, including line feeds, and
+/// bytes that are not UTF-8 are written as \xNN for each byte. A second pass changes nothing.
 Printable printable(std::string_view text);
 
-/// The same of a text whose lines are ours, such as a help: line feeds stay.
+/// The same, but line feeds stay. For texts whose lines are our own, such as a help text.
 Printable printableLines(std::string_view text);
 
-/// The parts in the places of the format, which is a literal. Parts are printable texts and numbers.
+/// Formats the parts, which are printable texts and numbers. The format is a literal.
 template <PrintablePart... Parts>
 Printable printableFormat(fmt::format_string<const Parts&...> format, const Parts&... parts) {
     Printable text;

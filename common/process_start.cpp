@@ -8,7 +8,7 @@
 namespace vxcommon {
 
 void startProcess() {
-    // The lowest free number is taken each time.
+    // open(2) returns the lowest free number, so the closed descriptors are filled in order.
     int opened = -1;
     do {
         opened = open("/dev/null", O_RDONLY);
@@ -16,7 +16,7 @@ void startProcess() {
     if (opened > STDERR_FILENO) {
         close(opened);
     }
-    // Ignoring it would be inherited by every program that is started.
+    // Programs that we start would inherit SIG_IGN, but not a handler.
     struct sigaction harmless {};
     harmless.sa_handler = [](int /*signal*/) {};
     harmless.sa_flags = SA_RESTART;

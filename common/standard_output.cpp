@@ -10,12 +10,12 @@ namespace vxcommon {
 
 namespace {
 
-/// Whether the call may be made again after it failed for this reason.
+/// Whether the call may be repeated after this failure.
 bool mayGoOn(int reason) {
     if (reason != EAGAIN) {
         return reason == EINTR;
     }
-    // Another program, such as the terminal's, has set its end to not wait.
+    // Another program, such as the one on the terminal, has made the shared descriptor non-blocking.
     pollfd output = {STDOUT_FILENO, POLLOUT, 0};
     return poll(&output, 1, -1) >= 0 || errno == EINTR;
 }

@@ -5,18 +5,18 @@
 
 namespace vxcommon {
 
-/// Takes what is written on std::cout to the standard output of the process, and remembers why that failed.
-/// For one thread at a time; there is one object in a process.
+/// Writes everything from std::cout to the standard output of the process, and remembers the reason of a
+/// failure. Threads: one at a time. There is at most one object in a process.
 class StandardOutput final : private std::streambuf {
  public:
     StandardOutput();
     StandardOutput(const StandardOutput&) = delete;
     StandardOutput& operator=(const StandardOutput&) = delete;
-    /// From here on std::cout is what it was before.
+    /// Gives std::cout its previous buffer again.
     ~StandardOutput() override;
 
-    /// Writes out what is still held. Result: 0 where all that was ever written on std::cout is out, else the
-    /// system's reason (errno) of the first failure. What came after that failure was dropped.
+    /// Writes out what is still buffered. Result: 0 if everything ever written to std::cout was written out;
+    /// otherwise the system's reason (errno) of the first failure. Output after that failure was dropped.
     int finish();
 
  private:

@@ -10,11 +10,11 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr const char* kTheWhole = "the whole";
-/// So many values are read before somebody is asked whether to stop.
+/// The number of values that are read between two checks for a stop.
 constexpr std::size_t kValuesBetweenQuestions = 256;
 
-/// Builds the document, and looks at each value once: the time grows as the text does. What it finds leaves
-/// the parsing as an exception, which has no other way out.
+/// Builds the document and checks each value once, so the time grows linearly with the text. It reports a
+/// finding by an exception, because the parser has no other way to stop.
 class Builder final : public nlohmann::json_sax<Json> {
  public:
     Builder(const JsonLimits& limits, const std::function<bool()>& stopped)
@@ -46,7 +46,7 @@ class Builder final : public nlohmann::json_sax<Json> {
 
     bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
                      const nlohmann::detail::exception& error) override {
-        // It tells of a number without a place in another way than of the rest.
+        // The parser reports a number out of range in a different way from other errors.
         if (const auto* const wrong = dynamic_cast<const Json::parse_error*>(&error)) {
             throw Json::parse_error(*wrong);
         }
@@ -66,7 +66,7 @@ class Builder final : public nlohmann::json_sax<Json> {
         }
     }
 
-    /// Result: where the value stands now.
+    /// Puts the value into the document. Result: its address there.
     Json* place(Json value) {
         count();
         if (open_.empty()) {
@@ -99,14 +99,14 @@ class Builder final : public nlohmann::json_sax<Json> {
     const std::function<bool()>& stopped_;
     std::size_t values_ = 0;
     Json whole_;
-    std::vector<Json*> open_;  ///< the containers that are not complete, each in the one before
-    Json* member_ = nullptr;   ///< of the innermost object: the one that waits for its value
+    std::vector<Json*> open_;  ///< the open containers, each inside the previous one
+    Json* member_ = nullptr;   ///< the member of the innermost object that waits for its value
 };
 
 }  // namespace
 
 Json parseStrictly(std::string_view text, const JsonLimits& limits, const std::function<bool()>& stopped) {
-    // The parser takes a NUL for the end.
+    // The parser would treat a NUL as the end of the text.
     if (text.find('\0') != std::string_view::npos) {
         throw WrongMember{kTheWhole, "holds a NUL"};
     }

@@ -9,25 +9,25 @@
 
 namespace vxcommon {
 
-/// Leaves the reading of a JSON text at the first thing that is wrong; caught where the reading began.
+/// Thrown at the first error in a JSON text; caught by the function that began to read.
 struct WrongMember {
     std::string member;  ///< the path to it: "settings > volume > int"
-    std::string reason;  ///< goes on from the member's name: "is missing"
+    std::string reason;  ///< to follow the member's name: "is missing"
 };
 
-/// Leaves the reading of a JSON text when somebody wants it to stop.
+/// Thrown if reading a JSON text was asked to stop.
 struct ParsingStopped {};
 
-/// What a JSON text of somebody else's may have at most.
+/// Limits for an untrusted JSON text.
 struct JsonLimits {
-    std::size_t depth = std::numeric_limits<std::size_t>::max();   ///< layers of objects and arrays
+    std::size_t depth = std::numeric_limits<std::size_t>::max();   ///< levels of objects and arrays
     std::size_t values = std::numeric_limits<std::size_t>::max();  ///< values and names together
 };
 
-/// Parses the text and refuses what the parser alone would let pass: a member that is given twice, and more
-/// than the limits. The time grows as the text does. `stopped`, where it is given, is asked now and then.
-/// Throws WrongMember for what is refused, nlohmann::json::parse_error for what is no JSON, and
-/// ParsingStopped as soon as `stopped` says so.
+/// Parses the text and also refuses what the parser alone accepts: duplicate members, and more than the
+/// limits. The time grows linearly with the text. If `stopped` is given, it is called from time to time.
+/// Throws WrongMember for a refused text, nlohmann::json::parse_error for one that is not JSON, and
+/// ParsingStopped as soon as `stopped` returns true.
 nlohmann::json parseStrictly(std::string_view text, const JsonLimits& limits,
                              const std::function<bool()>& stopped = {});
 

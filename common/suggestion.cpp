@@ -11,17 +11,19 @@ constexpr std::size_t kMostNames = 3;
 constexpr std::size_t kMostChanges = 3;
 constexpr std::size_t kFewestToHold = 3;
 
-/// The changes after which a word is still taken for the name: a third of its characters, one at least.
+/// The number of changes up to which a word still counts as the name: a third of its characters, but at least
+/// one.
 std::size_t mostChanges(std::size_t length) {
     return std::clamp<std::size_t>(length / 3, 1, kMostChanges);
 }
 
-/// How far the name is from what was typed, or more than any name may be.
+/// The distance between the name and the typed word; greater than the allowed maximum if the name cannot
+/// match.
 std::size_t distanceOf(std::string_view typed, const std::string& name) {
     const std::size_t shorter = std::min(typed.size(), name.size());
     const std::size_t longer = std::max(typed.size(), name.size());
     const std::size_t most = mostChanges(longer);
-    // What is much longer or shorter is not compared: a word on a command line may be huge.
+    // Words of very different length are not compared, because a word on a command line may be huge.
     const std::size_t distance = longer - shorter > most ? most + 1 : editDistance(typed, name);
     return distance <= most ? distance : kMostChanges + 1;
 }
@@ -67,7 +69,8 @@ std::string inSmallLetters(std::string_view text) {
 std::size_t editDistance(std::string_view first, std::string_view second) {
     const std::string one = inSmallLetters(first);
     const std::string other = inSmallLetters(second);
-    // Row by row: the changes that make each beginning of `other` of what was looked at of `one`.
+    // Dynamic programming, row by row: the distances between the first characters of `one` and each prefix of
+    // `other`.
     std::vector<std::size_t> beforeThat(other.size() + 1);
     std::vector<std::size_t> before(other.size() + 1);
     std::vector<std::size_t> now(other.size() + 1);

@@ -7,19 +7,19 @@
 
 namespace vxcommon {
 
-/// The text with a small letter for each capital from A to Z.
+/// The text with the letters A to Z in lower case.
 std::string inSmallLetters(std::string_view text);
 
-/// How many characters have to be put in, taken out, replaced or swapped with their neighbour before the one
-/// text is the other. A character is a byte; a capital is the same as its small letter.
+/// The number of characters that must be inserted, removed, replaced or swapped with their neighbour to
+/// change one text into the other. A character is a byte. Upper and lower case are equal.
 std::size_t editDistance(std::string_view first, std::string_view second);
 
-/// The names that somebody may have meant who typed `typed`: the nearest ones, if they are but a few
-/// characters away, else those that hold the word. In the order of `names`; empty when nothing is near, and
-/// when more than three are equally near, which helps nobody.
+/// The names that the user probably meant by `typed`: the nearest ones, if they are only a few characters
+/// away; otherwise those that contain the word. They are in the order of `names`. The result is empty if
+/// nothing is near, or if more than three names are equally near.
 std::vector<std::string> likelyNames(std::string_view typed, const std::vector<std::string>& names);
 
-/// The same as a question: "did you mean backup?", "did you mean get or set?", or empty.
+/// The same as a question: "did you mean backup?" or "did you mean get or set?". Empty without a likely name.
 std::string didYouMean(std::string_view typed, const std::vector<std::string>& names);
 
 }  // namespace vxcommon

@@ -32,7 +32,8 @@ std::size_t longestWord(std::string_view text) {
     return longest;
 }
 
-/// How many bytes of the text its first line gets, of which no more than `line` finds room in the columns.
+/// The number of bytes of the text that go into its first line. `line` is the longest beginning that fits the
+/// columns.
 std::size_t lineEnd(std::string_view text, std::string_view line, std::size_t columns) {
     const std::size_t blank = text.substr(0, line.size() + 1).rfind(' ');
     const std::size_t wordBegin = blank == std::string_view::npos ? 0 : blank + 1;
@@ -50,14 +51,14 @@ std::size_t lineEnd(std::string_view text, std::string_view line, std::size_t co
     if (slash != std::string_view::npos && slash > wordBegin) {
         return slash + 1;
     }
-    // A character that is wider than the columns has to go somewhere.
+    // A character that is wider than the columns still has to be written.
     return std::max(line.size(), characterAt(text, 0).bytes);
 }
 
-/// What a column's cells need.
+/// The space that the cells of a column need.
 struct ColumnNeed {
-    std::size_t words = 1;  ///< to break no word
-    std::size_t cells = 1;  ///< to break nothing
+    std::size_t words = 1;  ///< the width without a broken word
+    std::size_t cells = 1;  ///< the width without a break
 };
 
 using Widths = std::vector<std::size_t>;
@@ -66,8 +67,7 @@ std::size_t sumOf(const Widths& widths) {
     return std::accumulate(widths.begin(), widths.end(), std::size_t{0});
 }
 
-/// The widths where a column gets `most` at the most, but no less than its longest word, of which up to
-/// `wordMost` counts.
+/// The widths if a column gets at most `most`, but at least its longest word, up to `wordMost`.
 Widths widthsUpTo(std::size_t most, std::size_t wordMost, const std::vector<ColumnNeed>& needs) {
     Widths widths;
     for (const ColumnNeed& need : needs) {
@@ -77,8 +77,8 @@ Widths widthsUpTo(std::size_t most, std::size_t wordMost, const std::vector<Colu
     return widths;
 }
 
-/// Divides the room among the columns: the widest give way first. Where not all words can stay whole, those
-/// that are longer than an equal share of the room are broken.
+/// Divides the room among the columns; the widest columns shrink first. If not all words fit, words longer
+/// than an equal share of the room are broken.
 Widths divide(std::size_t room, const std::vector<ColumnNeed>& needs) {
     constexpr std::size_t kAny = std::numeric_limits<std::size_t>::max();
     if (Widths whole = widthsUpTo(kAny, kAny, needs); sumOf(whole) <= room) {
@@ -93,7 +93,8 @@ Widths divide(std::size_t room, const std::vector<ColumnNeed>& needs) {
     return widthsUpTo(most, wordMost, needs);
 }
 
-/// What breaking between words leaves free goes to the columns that are still broken, the last first.
+/// Breaking between words leaves some columns unused. They go to the columns that are still broken, from the
+/// last to the first.
 void useWhatIsFree(Widths& widths, std::size_t room, const std::vector<std::vector<Cell>>& lines,
                    const std::vector<ColumnNeed>& needs) {
     Widths used(widths.size(), 1);

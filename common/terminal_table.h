@@ -9,7 +9,7 @@
 
 namespace vxcommon {
 
-/// Good and bad are known; `Doubt` is what nobody could judge.
+/// Good and Bad are known results; `Doubt` is an unknown one.
 enum class Colour { Plain, Good, Bad, Doubt, Dim };
 
 /// One cell of a table: its text, and the colour it gets on a terminal.
@@ -18,58 +18,58 @@ struct Cell {
     Colour colour = Colour::Plain;
 };
 
-/// How wide a table is where no terminal says it.
+/// The width of a table if there is no terminal.
 inline constexpr std::size_t kUsualColumns = 80;
 
-/// Where text for people goes.
+/// The destination of text for people.
 struct Screen {
     std::size_t columns = kUsualColumns;  ///< no line of a table is longer
-    bool terminal = false;                ///< a person's terminal, and no file or pipe
+    bool terminal = false;                ///< a person's terminal, not a file or pipe
     bool coloured = false;
 };
 
-/// What is at the descriptor now: the columns of its terminal, or the usual ones; colours on a terminal, and
-/// there only without NO_COLOR.
+/// The screen at the descriptor: the columns of its terminal, or the default. Colours are used only on a
+/// terminal, and not if NO_COLOR is set.
 Screen screenAt(int descriptor);
 
-/// Whether text written to the descriptor reaches a person's terminal: colours, a live bar and line
-/// rewriting are for it alone. Respects NO_COLOR only in `wantsColour`.
+/// Whether the descriptor is a person's terminal. Only such a terminal gets colours, a live bar and rewritten
+/// lines. NO_COLOR is respected only in `wantsColour`.
 bool isTerminal(int descriptor);
 bool wantsColour(int descriptor);
 
-/// How many columns the terminal at the descriptor has now; the usual ones where there is none.
+/// The current number of columns of the terminal at the descriptor, or the default if it is no terminal.
 std::size_t columnsAt(int descriptor);
 
 /// The text in the colour, or unchanged when `coloured` is false.
 Printable paint(PrintableView text, Colour colour, bool coloured);
 
-/// How many columns the UTF-8 text takes on a terminal.
+/// The number of columns that the UTF-8 text needs on a terminal.
 std::size_t displayWidth(std::string_view text);
 
-/// The part of the text, from its beginning, that takes no more than so many columns.
+/// The longest beginning of the text that fits the columns.
 std::string_view beginningOf(std::string_view text, std::size_t columns);
 
-/// The text in lines of at most `columns` (1 or more) each, broken between words; a word that is longer than
-/// a line is broken behind a slash, or else where the line ends. One line at least; an empty one for an empty
-/// text.
+/// The text broken between words into lines of at most `columns` (1 or more). A word longer than a line is
+/// broken after a slash, or else at the end of the line. There is at least one line, which is empty for an
+/// empty text.
 std::vector<std::string> brokenInto(std::string_view text, std::size_t columns);
 
-/// The sentence for the screen, passed through `printable`, without a line feed at its end. On a terminal it
-/// is broken between words, and all lines but the first begin with `indent` blanks. Elsewhere it is one line,
-/// whatever its length, so that programs find it.
+/// The sentence for the screen, made printable, without a line feed at its end. On a terminal it is broken
+/// between words, and all lines except the first begin with `indent` blanks. Otherwise it is one line of any
+/// length, so that programs can find it.
 Printable sentenceFor(const Screen& screen, std::string_view sentence, std::size_t indent = 0);
 
-/// Rows under headings. Cells are passed through `printable`. Each column is as wide as its widest cell where
-/// the screen has room for all; else the widest ones give way, and their cells are broken between words and
-/// go on in the next line, in their column. Only a screen too narrow for one character in each column is
-/// overrun.
+/// A table with headings. Cells are made printable. If the screen is wide enough, each column is as wide as
+/// its widest cell. Otherwise the widest columns shrink, and their cells continue in the next line of the
+/// same column. The table is wider than the screen only if there is not even room for one character in each
+/// column.
 class TerminalTable {
  public:
     explicit TerminalTable(std::vector<std::string> headings);
     void addRow(std::vector<Cell> cells);
     /// The whole table, each line ended by a line feed; no line ends with blanks.
     Printable render(const Screen& screen) const;
-    /// The same as wide as its cells want.
+    /// The same, as wide as its cells need.
     Printable render(bool coloured) const;
 
  private:

@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kOpenToRemove = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
-/// An open folder, closed at the end of its life.
+/// Owns an open folder and closes it.
 class HeldFolder {
  public:
     explicit HeldFolder(int descriptor) : descriptor_(descriptor) {}
@@ -43,23 +43,24 @@ class HeldFolder {
     int descriptor_;
 };
 
-/// What tells an entry from every other, and where it is mounted.
+/// The identity of an entry, and the mount where it is.
 struct EntryFacts {
     bool folder = false;
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
-    std::uint64_t mount = 0;  ///< 0 where the system does not tell it
+    std::uint64_t mount = 0;  ///< 0 if the system does not report it
 
     bool isSameAs(const EntryFacts& other) const {
         return device == other.device && inode == other.inode && mount == other.mount;
     }
-    /// A file may have a device of its own where file systems are laid over each other.
+    /// On overlay file systems a file may have another device number than its folder.
     bool isMountedWith(const EntryFacts& other) const {
         return mount == other.mount && (!folder || device == other.device);
     }
 };
 
-/// The facts of a folder's entry, or of the folder itself for an empty name. None: errno says why.
+/// The facts of an entry of the folder, or of the folder itself if the name is empty. Empty on failure, with
+/// errno.
 std::optional<EntryFacts> factsOf(int directory, const char* name) {
     constexpr unsigned kDeviceBits = 32;
     struct statx found {};
@@ -100,13 +101,13 @@ tl::expected<std::vector<std::string>, int> namesWithin(int directory) {
 
 enum class Purpose { Look, Remove };
 
-/// A descent through a tree with one open folder, whatever the depth: the way back leads through "..", and
-/// ends unless it comes to the folder that was left.
+/// Walks through a tree with only one open folder at any depth. It goes back up through "..", and stops if
+/// that is not the folder that it came from.
 class Descent {
  public:
     Descent(Purpose purpose, const EntryFacts& began) : purpose_(purpose), began_(began) {}
 
-    /// An entry of `directory`, with all that is under it.
+    /// Removes an entry of `directory` and everything below it.
     Removal entry(int directory, const std::string& name) {
         folder_ = HeldFolder(openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (!folder_.valid()) {
@@ -117,7 +118,7 @@ class Descent {
         return run();
     }
 
-    /// All that is in `directory`.
+    /// Removes everything in `directory`.
     Removal contents(int directory) {
         folder_ = HeldFolder(openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         auto names = folder_.valid() ? namesWithin(folder_.get()) : tl::make_unexpected(errno);
@@ -133,7 +134,7 @@ class Descent {
     struct Level {
         std::string name;
         EntryFacts facts;
-        std::vector<std::string> left;  ///< names that are still to be visited
+        std::vector<std::string> left;  ///< names that are not visited yet
     };
 
     Removal run() {
@@ -174,7 +175,7 @@ class Descent {
                            : tl::expected<std::vector<std::string>, int>(
                                  tl::make_unexpected(reason != 0 ? reason : errno));
         if (!names) {
-            // Nobody may look into it, but an empty one can go.
+            // The folder cannot be read, but it can be removed if it is empty.
             const bool gone =
                 purpose_ == Purpose::Remove && unlinkat(folder_.get(), name.c_str(), AT_REMOVEDIR) == 0;
             if (!gone) {
@@ -197,12 +198,12 @@ class Descent {
         }
     }
 
-    /// Closes the folder, too: one that is open takes longer to remove.
+    /// Closes the folder first, because removing an open folder takes longer.
     bool goUp(const std::string& name) {
         HeldFolder above(openat(folder_.get(), "..", kOpenToRemove));
         const auto facts = above.valid() ? factsOf(above.get(), "") : std::nullopt;
         if (facts && !facts->isMountedWith(began_)) {
-            // Mounted over the folder that was entered before: the way up leads onto it.
+            // Something was mounted over the folder above, so ".." leads to it.
             endAtMount("");
             return false;
         }
@@ -220,7 +221,7 @@ class Descent {
         ended_ = true;
     }
 
-    /// The system calls it busy when something is mounted on what is to go.
+    /// The system reports EBUSY if something is mounted on the entry.
     void noteUnlessMounted(const std::string& name, int reason) {
         const auto facts = reason == EBUSY ? factsOf(folder_.get(), name.c_str()) : std::nullopt;
         if (facts && !facts->isMountedWith(began_)) {

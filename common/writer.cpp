@@ -14,7 +14,7 @@ namespace vxcommon {
 
 namespace {
 
-/// The system's reason (errno) of the first write on standard output that failed; 0: none did.
+/// The system's reason (errno) of the first failed write to standard output, or 0.
 int failedFor = 0;
 
 void noteFailure() {
@@ -23,7 +23,7 @@ void noteFailure() {
 
 void put(std::ostream& stream, std::string_view text) {
     if (&stream == &std::cerr) {
-        // Writing there flushes the output, too, and would not say why that failed.
+        // Writing to standard error flushes standard output, too, and would lose the reason of a failure.
         finishStandardOutput();
     }
     stream << text;
@@ -34,8 +34,8 @@ void put(std::ostream& stream, std::string_view text) {
 
 constexpr std::string_view kColourStart = "\x1b[";
 
-/// What stands between the start of a colour code and its end: digits and semicolons. Empty where the text
-/// does not begin with a colour code.
+/// The digits and semicolons of the colour code at the beginning of the text. Empty if the text does not
+/// begin with a colour code.
 std::string_view colourIn(std::string_view text) {
     if (text.substr(0, kColourStart.size()) != kColourStart) {
         return {};
@@ -45,7 +45,8 @@ std::string_view colourIn(std::string_view text) {
     return end != std::string_view::npos && text[end] == 'm' ? text.substr(0, end + 1) : std::string_view();
 }
 
-/// The text without anything that steers a terminal but line feeds and, when `keepColours`, colour codes.
+/// The text without characters that control a terminal, except line feeds and, with `keepColours`, colour
+/// codes.
 Printable forTerminal(std::string_view text, bool keepColours) {
     Printable result;
     while (!text.empty()) {

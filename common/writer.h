@@ -8,16 +8,16 @@
 
 namespace vxcommon {
 
-/// Writes what may be shown on a stream, which must outlive it. Our programs write on their standard streams
-/// by it alone, so that no text gets there that is not printable.
+/// Writes printable text to a stream, which must outlive the writer. Our programs write to their standard
+/// streams only through it, so that no other text gets there.
 class Writer {
  public:
     Writer(std::ostream& stream) : stream_(&stream) {}
 
     void write(PrintableView text);
-    /// The text and a line feed, in one piece.
+    /// Writes the text and a line feed together.
     void line(PrintableView text);
-    /// The document and a line feed, in one piece.
+    /// Writes the document and a line feed together.
     void line(const JsonText& document);
     void flush();
 
@@ -28,12 +28,12 @@ class Writer {
 Writer standardOutput();
 Writer standardError();
 
-/// Writes on standard output what a program may read there: as it is. A terminal gets the lines of it
-/// printable, with their colour codes where `colours` says so and the terminal wants any.
+/// Writes content for programs to standard output unchanged. On a terminal, its lines are made printable.
+/// They keep their colour codes if `colours` is set and the terminal shows colours.
 void writeContent(std::string_view content, bool colours = false);
 
-/// Writes out what standard output still holds. Result: 0, or the system's reason (errno) of the first
-/// failure when not all that was ever written there is out, as on a full disk.
+/// Writes out what standard output still buffers. Result: 0, or the system's reason (errno) of the first
+/// failure if anything could not be written, for example on a full disk.
 int finishStandardOutput();
 
 }  // namespace vxcommon

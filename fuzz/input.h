@@ -7,7 +7,7 @@
 
 namespace vxfuzz {
 
-/// The fuzzer's bytes, taken from the front. What there is not is empty, or 0.
+/// The fuzzer's bytes, taken from the front. After their end everything is empty or 0.
 class Input {
  public:
     explicit Input(std::string_view bytes) : left_(bytes) {}
@@ -35,7 +35,7 @@ class Input {
     std::string_view left_;
 };
 
-/// The text as C strings carry it: up to its first NUL.
+/// The text up to its first NUL, as in a C string.
 inline std::string upToNul(std::string_view text) {
     return std::string(text.substr(0, text.find('\0')));
 }

@@ -1,4 +1,4 @@
-// What the fuzzer's own main function calls. The program has one target.
+// The function that the fuzzer's own main function calls. The program has one target.
 
 #include <cstddef>
 #include <cstdint>

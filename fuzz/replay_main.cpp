@@ -1,4 +1,4 @@
-// Runs a target on every file of a folder: what fuzzing found once is looked at in every build.
+// Runs a target on every file of a folder, so that every build checks what fuzzing has found.
 
 #include <algorithm>
 #include <cstdlib>
@@ -26,10 +26,10 @@ std::vector<fs::path> filesOf(const fs::path& place) {
     return files;
 }
 
-/// Files that are also read stretched.
+/// The number of files that are also read in stretched form.
 constexpr std::size_t kMostStretched = 3;
 
-/// The bytes with their second half again and again, so that their beginning is still what it was.
+/// The bytes with their second half repeated, so that their beginning stays the same.
 std::string stretched(const std::string& bytes) {
     constexpr std::size_t kSize = 4 * vxfuzz::kLargeInput;
     std::string text = bytes;
@@ -39,7 +39,7 @@ std::string stretched(const std::string& bytes) {
     return text;
 }
 
-/// The largest ones: in a corpus all files are small, and what takes too long shows in a large one alone.
+/// The largest ones: all files of a corpus are small, and slow reading only shows with a large one.
 std::vector<fs::path> largestOf(std::vector<fs::path> files) {
     std::stable_sort(files.begin(), files.end(), [](const fs::path& one, const fs::path& other) {
         return fs::file_size(one) > fs::file_size(other);

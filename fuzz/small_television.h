@@ -15,7 +15,7 @@ class SmallTelevision {
     const std::filesystem::path& package() const { return package_; }
     const std::filesystem::path& otherPackage() const { return otherPackage_; }
 
-    /// All that the television holds of the service.
+    /// All data of the service on the television.
     vxtv::Texts texts(std::string_view service) const;
 
  private:

@@ -15,7 +15,7 @@ std::vector<const Target*>& known() {
     return targets;
 }
 
-/// Of the processor, for all threads.
+/// Processor time of all threads.
 double secondsUsed() {
     timespec used{};
     require(clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used) == 0, "the time can be measured");

@@ -6,18 +6,18 @@
 
 namespace vxfuzz {
 
-/// A reader of bytes that may come from anybody, and what must hold whatever the bytes are. Each is a
-/// constant of its own source; the program has those whose sources it is made of.
+/// A reader of untrusted bytes, and the properties that must hold for all bytes. Each target is a constant in
+/// its own source. A program has the targets whose sources it is linked with.
 class Target {
  public:
-    /// `read` takes the bytes, and ends the program when something does not hold.
+    /// `read` takes the bytes, and ends the program if a property does not hold.
     Target(std::string_view name, void (*read)(std::string_view bytes));
 
     std::string_view name() const { return name_; }
-    /// Reads the bytes, and requires that it is timely.
+    /// Reads the bytes, and requires that this does not take too long.
     void run(std::string_view bytes) const;
 
-    /// All that the program has.
+    /// All targets of the program.
     static const std::vector<const Target*>& all();
 
  private:
@@ -25,19 +25,19 @@ class Target {
     void (*read_)(std::string_view bytes);
 };
 
-/// Says what did not hold and ends the program, unless it holds.
+/// Ends the program with the text if `holds` is false.
 void require(bool holds, std::string_view what);
 
-/// What a person is shown, such as why something is refused: there is a text, in one line, and each character
-/// of it is seen for what it is.
+/// Requires that a text for people, such as the reason of a refusal, is not empty, is one line, and has no
+/// deceptive characters.
 void requireShowable(std::string_view text);
 
-/// Below so many bytes nobody looks at the time.
+/// The time is checked only for inputs of at least this size.
 inline constexpr std::size_t kLargeInput = std::size_t{16} << 10U;
 
-/// The work with so many bytes, where they are many, takes no more of the processor's time than a fixed
-/// amount and an amount for each byte. Both are generous, hundreds of times what the readers take, so that
-/// only time that grows faster than the input reaches them.
+/// Requires that the work with a large input takes at most a fixed processor time plus a time for each byte.
+/// Both limits are generous, hundreds of times what the readers take, so only a time that grows faster than
+/// the input exceeds them.
 void requireTimely(std::size_t bytes, const std::function<void()>& work);
 
 }  // namespace vxfuzz

@@ -6,9 +6,9 @@ namespace vxpages {
 
 namespace {
 
-// NAME stands for the program's name. The tables that go with it are made from its command line: _NAME_at
-// sets `verbs`, `options`, those with a value and how many arguments come before a verb, and _NAME_choose
-// what is offered for the value of an option or for an argument, each for the verbs in `path`.
+// NAME is replaced by the program's name. Two functions are generated from its command line. _NAME_at sets
+// `verbs`, `options`, the options with a value, and the number of arguments before a verb. _NAME_choose
+// offers the values of an option or an argument. Both use the verbs in `path`.
 constexpr const char* kFunctions = R"BASH(
 # What the program itself lists, such as the settings of the television that the line names first.
 _NAME_ask() {

@@ -7,7 +7,7 @@ namespace vxpages {
 
 namespace {
 
-/// "auto|root|user" as words. The name of something else, "NAME|FILE", is in capitals.
+/// The words of "auto|root|user". The name of a placeholder, such as "NAME|FILE", is in capitals.
 std::vector<std::string> wordsIn(const std::string& value) {
     std::vector<std::string> words;
     const bool listed = value.find('|') != std::string::npos;
@@ -32,7 +32,7 @@ CliChoice choiceOf(const std::string& name, const std::string& value, const Choi
     return choice;
 }
 
-/// What the help shows behind the option.
+/// The text after the option in the help.
 std::string valueOf(const CLI::Option& option) {
     if (option.get_expected_max() == 0) {
         return "";

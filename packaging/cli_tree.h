@@ -7,12 +7,12 @@
 
 namespace vxpages {
 
-/// What a shell offers where a value is typed.
+/// The values that a shell offers for completion.
 struct CliChoice {
     std::vector<std::string> words;  ///< these words
     bool several = false;            ///< any number of the words, separated by commas
-    /// The program itself is asked: "settings" for `vxtv settings DIR --json`, DIR being the first argument
-    /// of the line. Empty where it is not.
+    /// A command of the program that lists the values: "settings" for `vxtv settings DIR --json`, where DIR
+    /// is the first argument on the line. Empty if there is none.
     std::string asked;
     std::string member;  ///< what each object of the answer has the word in
     bool folders = false;
@@ -41,11 +41,11 @@ struct CliVerb {
     bool runsAnother = false;  ///< its last operand is a command, and whatever follows is that one's
 };
 
-/// What is offered for the values of an option or an operand, by its name. Where nothing stands here, the
-/// name of the value tells: "DIR" is a folder, "FILE" a file, "auto|root" one of these words.
+/// The offered values of options and operands, by name. Without an entry here, the name of the value decides:
+/// "DIR" is a folder, "FILE" a file, and "auto|root" one of these words.
 using Choices = std::map<std::string, CliChoice>;
 
-/// The program's command line as it parses it.
+/// The program's command line, as its parser has it.
 CliVerb treeOf(const CLI::App& app, const Choices& choices);
 
 }  // namespace vxpages

@@ -7,10 +7,10 @@ namespace vxpages {
 
 namespace {
 
-/// When the pages were last revised as a whole; a page has to bear a date.
+/// The date of the last complete revision, because a manual page needs a date.
 constexpr const char* kDate = "2026-11-21";
 
-/// Text for troff: nothing of it is a request or an escape.
+/// Text for troff in which nothing is a request or an escape.
 std::string plain(const std::string& text) {
     std::string result;
     for (const char character : text) {
@@ -54,7 +54,7 @@ std::string withOperands(std::string command, const CliVerb& verb) {
     return command;
 }
 
-/// Where the options stand among the operands: before a command that is run with options of its own.
+/// The position of the options among the operands: before a command that has options of its own.
 std::size_t operandsBeforeOptions(const CliVerb& verb) {
     return verb.operands.size() - (verb.runsAnother ? 1 : 0);
 }
@@ -69,7 +69,7 @@ void writeOptions(std::ostream& out, const CliVerb& verb) {
     }
 }
 
-/// A line for each command; `begin` is where the section begins.
+/// A line for each command. `begin` is the start of the section.
 void writeSynopsis(std::ostream& out, std::ostream::pos_type begin, const std::string& command,
                    const CliVerb& verb) {
     for (const CliVerb& below : verb.verbs) {

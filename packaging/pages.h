@@ -15,7 +15,7 @@ struct Section {
     std::vector<std::pair<std::string, std::string>> items;
 };
 
-/// All that a program's manual page and completions are made from.
+/// The content of a program's manual page and completions.
 struct Manual {
     CliVerb program;
     std::string version;
@@ -29,12 +29,12 @@ std::string manPage(const Manual& manual);
 std::string bashCompletion(const CliVerb& program);
 std::string zshCompletion(const CliVerb& program);
 
-/// A shell function with the program's name wherever NAME stands.
+/// A shell function with NAME replaced by the program's name.
 std::string withProgramName(std::string text, const std::string& name);
-/// The words with a blank between each two.
+/// The words, separated by blanks.
 std::string inOneLine(const std::vector<std::string>& words);
 
-/// Writes all three where they belong below `share`. Result: 0, or 1 with a sentence on standard error.
+/// Writes all three to their places below `share`. Result: 0, or 1 with a sentence on standard error.
 int writePages(const Manual& manual, const std::filesystem::path& share);
 
 }  // namespace vxpages

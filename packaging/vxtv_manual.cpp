@@ -23,7 +23,7 @@ Section statusSection() {
              {"any other", "that of the command, of run and shell"}}};
 }
 
-/// What the television on the line lists.
+/// The values that a command lists for the television on the line.
 CliChoice asked(const char* command, const char* member) {
     CliChoice choice;
     choice.asked = command;

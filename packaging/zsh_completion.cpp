@@ -7,7 +7,7 @@ namespace vxpages {
 
 namespace {
 
-// NAME stands for the program's name.
+// NAME is replaced by the program's name.
 constexpr const char* kAsking =
     R"ZSH(# What the program itself lists, such as the settings of the television that the line names first.
 _NAME_ask() {
@@ -20,7 +20,7 @@ _NAME_ask() {
 
 )ZSH";
 
-/// Text within single quotes, in an argument description, where brackets and colons have a meaning.
+/// Text inside single quotes, in an argument description, where brackets and colons are special.
 std::string quoted(const std::string& text) {
     std::string result;
     for (const char character : text) {
@@ -40,7 +40,7 @@ std::string functionName(std::string path) {
     return "_" + path;
 }
 
-/// The function that offers the values of an option or an operand where it takes more than one word to say.
+/// The function that offers the values of an option or an operand if one word is not enough.
 std::string choosing(const std::string& path, const CliOption& option) {
     return functionName(path + " " + option.longName.substr(option.longName.find_first_not_of('-'))) +
            "_values";
@@ -73,7 +73,7 @@ void writeChoosing(std::ostream& out, const std::string& program, const std::str
     out << "}\n\n";
 }
 
-/// What completes the value.
+/// The completion of the value.
 std::string actionFor(const std::string& path, const CliOption& option) {
     if (hasFunction(option.choice)) {
         return choosing(path, option);
@@ -85,7 +85,7 @@ std::string actionFor(const std::string& path, const CliOption& option) {
 }
 
 std::string specificationOf(const std::string& path, const CliOption& option) {
-    // Where a value follows, a "=" may stand before it.
+    // If an option has a value, "=" may stand before it.
     const std::string longName =
         option.longName + (option.value.empty() || option.longName.empty() ? "" : "=");
     std::string names = "'" + option.shortName + longName;
@@ -108,7 +108,7 @@ void writeOperands(std::ostream& out, const std::string& path, const CliVerb& ve
     }
 }
 
-/// The verbs stand behind the operands; what follows the verb is that one's.
+/// The verbs stand after the operands. Everything after a verb belongs to it.
 void writeVerbs(std::ostream& out, const std::string& path, const CliVerb& verb) {
     const std::size_t place = verb.operands.size() + 1;
     out << " \\\n        '" << place << ":command:->verb' '*:: :->rest'\n    case $state in\n        verb)\n"
@@ -128,8 +128,7 @@ void writeVerbs(std::ostream& out, const std::string& path, const CliVerb& verb)
     out << "            esac ;;\n    esac\n";
 }
 
-/// Behind a "--" a command takes no options any more. One with commands below it leaves to these what
-/// follows.
+/// After a "--" a command has no more options. A command with verbs leaves what follows to these.
 std::string parsingOf(const CliVerb& verb) {
     if (verb.verbs.empty()) {
         return " -S";
@@ -172,7 +171,8 @@ std::string zshCompletion(const CliVerb& program) {
     out << "#compdef " << program.name << "\n# zsh completion for " << program.name << "\n\n"
         << withProgramName(kAsking, program.name);
     writeFunction(out, program.name, program.name, program);
-    // Autoloaded, the file is the function; sourced, it only tells what completes the program.
+    // If zsh autoloads the file, it is the function itself. If it is sourced, it only registers the
+    // completion.
     out << "if [[ ${funcstack[1]} == _" << program.name << " ]]; then\n    _" << program.name
         << " \"$@\"\nelse\n    compdef _" << program.name << ' ' << program.name << "\nfi\n";
     return out.str();

@@ -5,20 +5,20 @@
 
 #include "VXCloneInterface.h"
 
-/// Makes and owns the one engine, from the library's load to its unload.
+/// Owns the one engine from the loading of the library to its unloading.
 class VXCloneAPIManager {
  public:
-    /// Makes the engine. There is none afterwards when memory was short.
+    /// Makes the engine. If there is not enough memory, there is no engine.
     VXCloneAPIManager();
     ~VXCloneAPIManager();
     VXCloneAPIManager(const VXCloneAPIManager&) = delete;
     VXCloneAPIManager& operator=(const VXCloneAPIManager&) = delete;
 
-    /// Result: the engine, which stays the manager's, or null.
+    /// Result: the engine, owned by the manager, or null.
     VXCloneInterface* GetCloneInterface();
 
     /// Appends all categories, in the order of their values, to the caller's vector. The vector is filled
-    /// through the reference to const: it must not be an object that was itself defined const.
+    /// through the reference to const, so the object itself must not be const.
     void GetCloneDataOrder(const std::vector<VXClone>& list);
 
  private:

@@ -12,17 +12,17 @@ constexpr std::uint32_t power(std::uint32_t base, unsigned exponent) {
     return result;
 }
 
-// A row of bytes is taken as groups of four. The hash is linear, so that each group has a hash of its own
-// which is carried on from row to row beside the others: what depends on the byte before it becomes work that
-// a compiler does for many groups at once.
+// A row of bytes is split into groups of four. The hash is linear, so each group can have a hash of its own
+// that is continued from row to row. This removes the dependency on the previous byte, and a compiler can
+// compute many groups at once.
 constexpr unsigned kGroup = 4;
 constexpr unsigned kGroups = 32;
 constexpr std::size_t kRow = std::size_t{kGroup} * kGroups;
 constexpr std::uint32_t kGroupFactor = power(3, kGroup);
 constexpr std::uint32_t kRowFactor = power(3, kRow);
 
-// Bytes are shifted into 0 to 255, so that a group's hash is made in the two halves of one word without a
-// borrow between them; this is what the shift adds to it: 128 * (27 + 9 + 3 + 1).
+// Bytes are shifted into the range 0 to 255, so that a group's hash can be computed in the two halves of one
+// word without a borrow between them. The shift adds this value: 128 * (27 + 9 + 3 + 1).
 constexpr std::uint32_t kSignBits = 0x80808080U;
 constexpr std::uint32_t kShiftOfGroup = 128U * 40U;
 constexpr std::uint32_t kEvenBytes = 0x00FF00FFU;

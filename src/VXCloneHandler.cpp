@@ -15,7 +15,7 @@ std::int32_t VXCloneHandler::m_ecloneType = kDirectionBackup;
 
 namespace {
 
-/// Whether the two network-backed categories take part. A feature that cannot be read means no.
+/// Whether the two network-backed categories take part. False if the feature cannot be read.
 bool hasNetworkSupport() {
     int value = 0;
     return system_info_get_custom_int(kNetworkSupportFeature, &value) == 0 && value != 0;
@@ -122,7 +122,7 @@ int VXCloneHandler::RestoreCloneData(const std::vector<VXClone>& list) {
         if (category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA) {
             VX_LOG(Error, "Cloning App data , Already Handled~!!!");
         } else if (row == nullptr) {
-            // The ambient application's data is among these on purpose: it has no restore.
+            // Intended: the ambient application's data comes here, too, because it has no restore.
             VX_LOG(Error, "Wrong data passed in eCloneData");
         } else if (networkSupport || !row->needsNetwork) {
             (this->*row->cloner)();
@@ -131,8 +131,8 @@ int VXCloneHandler::RestoreCloneData(const std::vector<VXClone>& list) {
         m_updateProgressVconf(static_cast<int>(100 * handled / list.size()));
     }
 
-    // Without application data in the list there is no thread, and the join leaves by std::system_error:
-    // callers know a partial restore by it.
+    // Intended: without application data in the list there is no thread, so join throws std::system_error.
+    // Callers recognise a partial restore by this exception.
     applications.join();
 
     std::string results;

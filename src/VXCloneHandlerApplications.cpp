@@ -1,4 +1,4 @@
-// The data of cooperating applications, which only they can save and load.
+// The data of cooperating applications. Only the applications themselves can save and load it.
 
 #include <string>
 #include <vector>
@@ -25,7 +25,7 @@ bool VXCloneHandler::m_VXHotelFirstScreenDataClone() {
         }
         m_AppendCloneResultVConf(result ? 1 : 0, VXCLONE_VXHOTEL_FIRSTSCREEN_DATA);
     }
-    // The last application's outcome; each one's own stands in the result list.
+    // This is the outcome of the last application only. The result list has the outcome of each.
     return result;
 }
 

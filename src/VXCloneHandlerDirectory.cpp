@@ -15,7 +15,7 @@ namespace fs = boost::filesystem;
 
 namespace {
 
-/// Owner everything, group read and write, others read.
+/// The owner may do everything, the group may read and write, others may read.
 constexpr auto kRestoredDirectoryMode = static_cast<fs::perms>(0764);
 
 bool isDirectory(const std::string& path) {
@@ -23,8 +23,8 @@ bool isDirectory(const std::string& path) {
     return fs::is_directory(fs::status(path, error));
 }
 
-/// Copies a file or what a link to a file leads to. Anything else is not even opened: a FIFO would hold the
-/// run for ever.
+/// Copies a file, or the target of a link to a file. Anything else is not opened, because opening a FIFO
+/// would block the run.
 void copyEntry(const fs::path& entry, const fs::path& destination) {
     boost::system::error_code ignored;
     if (fs::is_regular_file(fs::status(entry, ignored))) {
@@ -32,7 +32,7 @@ void copyEntry(const fs::path& entry, const fs::path& destination) {
     }
 }
 
-/// Runs the action; a file-system error that it raises ends it and is logged in the name of `function`.
+/// Runs the action. An exception of the file system ends it and is logged in the name of `function`.
 template <class Action>
 void withErrorsLogged(const char* function, Action action) {
     try {
@@ -63,7 +63,7 @@ bool VXCloneHandler::m_IsDataFileExist(std::string path) {
         VX_LOGF(Error, VX_TEXT_SYMBOLIC_LINK, path.c_str());
         return false;
     }
-    // A directory opens for reading, too: cloners ask for the package's directories this way.
+    // A directory can be opened for reading, too. Cloners use this to check for directories of the package.
     return std::ifstream(path).is_open();
 }
 

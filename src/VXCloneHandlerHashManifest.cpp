@@ -28,7 +28,7 @@ constexpr std::size_t kBlockSize = std::size_t{256} * 1024;
 
 #define VX_TEXT_HASHES "hash value = %lu file hash %lu\n"
 
-/// A file that is open for reading, without waiting for anybody on the other end of a FIFO.
+/// A file that is open for reading. Opening a FIFO does not wait for a writer.
 class InputFile {
  public:
     explicit InputFile(const std::string& path)
@@ -41,7 +41,7 @@ class InputFile {
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
-    /// Result: whether it is open and a regular file, whose size is then `length`.
+    /// Result: whether it is open and a regular file. Sets `length` to its size then.
     bool isRegular(off_t& length) const {
         struct stat status {};
         const bool regular =
@@ -50,7 +50,7 @@ class InputFile {
         return regular;
     }
 
-    /// Result: the number of bytes read, 0 at the end or on an error.
+    /// Result: the number of bytes read; 0 at the end or on an error.
     std::size_t next(std::vector<unsigned char>& block) const {
         const ssize_t count = read(m_descriptor, block.data(), block.size());
         return count > 0 ? static_cast<std::size_t>(count) : 0;
@@ -74,7 +74,7 @@ bool isSymbolicLink(const std::string& path) {
     return fs::is_symlink(fs::symlink_status(path, ignored));
 }
 
-/// The sum of the files' hashes. What is missing, a link or no regular file adds nothing.
+/// The sum of the files' hashes. Missing files, links and other files that are not regular add nothing.
 std::uint32_t hashOfAll(const char* function, const std::vector<std::string>& files) {
     VX_LOG_AS(function, Error, "Calculate hash of following files");
     std::uint32_t total = 0;
@@ -124,7 +124,7 @@ int createManifest(const char* function, const ClonePair& pair, const std::strin
     }
     VX_LOG_AS(function, Error,
               "Encryption Success , Copying Validate file to USB .... Deleting temp & Encrypted file");
-    // A drive that refuses the copy is the caller's to hear of, as the file system's error.
+    // Intended: if the copy to the drive fails, the caller gets the exception of the file system.
     fs::copy_file(kEncipheredManifest, drive, kOverwriteExisting);
     fs::remove(kPlainManifest);
     fs::remove(kEncipheredManifest);
@@ -155,7 +155,7 @@ int verifyManifest(const char* function, const ClonePair& pair, std::uint32_t to
     VX_LOG_AS(function, Error, "Removing temp decrypted file");
     fs::remove(kPlainManifest);
 
-    // The manifest's number may be larger or signed; its low 32 bits are what counts.
+    // The number in the seal may be larger or signed. Only its low 32 bits count.
     if (static_cast<std::uint32_t>(std::strtoll(line.c_str(), nullptr, kDecimal)) != total) {
         VX_LOG_AS(function, Error, "Hash value did not match");
         return 0;

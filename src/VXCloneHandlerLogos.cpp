@@ -1,5 +1,5 @@
-// Boot logo, set-top box icons and home menu: files that travel between the package and the television's own
-// directories.
+// Boot logo, set-top box icons and home menu: files that are copied between the package and the television's
+// own directories.
 
 #include <unistd.h>
 
@@ -23,7 +23,7 @@ constexpr char kAppIconName[] = "stb_app_icon";
 constexpr char kPreferredExtension[] = ".jpg";
 constexpr char kOtherExtension[] = ".png";
 
-/// Marks the source that takes custom icons.
+/// The icon type of the source that takes custom icons.
 constexpr int kCustomIconType = 0;
 
 }  // namespace
@@ -33,7 +33,8 @@ bool VXCloneHandler::m_HospitalityLogoClone() {
     if (m_ecloneType == kDirectionRestore) {
         const std::string directory = vx_get_bootlogo_path();
         VX_LOGF(Error, "Logo Path: [%s]", directory.c_str());
-        // A package without a logo takes this television's away, and that is a failure; both are wanted.
+        // Intended: if the package has no logo, the television's logo is removed, and the category is a
+        // failure.
         const bool packed = m_IsDataFileExist(kLogoDirectory);
         m_DeleteDirectory(directory);
         sync();
@@ -53,7 +54,7 @@ bool VXCloneHandler::m_MBRLogoClone() {
     if (m_ecloneType != kDirectionRestore) {
         VX_LOG(Error, "Invalid Case!!!");
     } else {
-        // Unlike the boot logo, the icons of this television stay when the package has none.
+        // Unlike the boot logo, the icons of this television stay if the package has none.
         if (m_IsDataFileExist(kMbrLogoDirectory)) {
             VX_LOG(Error, "MBR Icons Exist in Clone dir");
             const std::string directory = vx_get_mbrlogo_path();
@@ -104,8 +105,8 @@ bool VXCloneHandler::m_SetMBRCutomIcon() {
 bool VXCloneHandler::m_VXHotelHomeAppDataClone() {
     const std::string home = vx_get_homemenu_path() + "/";
     const bool backup = m_ecloneType == kDirectionBackup;
-    // A restore, too, makes the package's directory and not the television's. Whether anything was copied
-    // does not count in either direction.
+    // Intended: a restore, too, creates the package's directory and not the television's. The result does not
+    // depend on whether anything was copied.
     const bool success = (backup || m_ecloneType == kDirectionRestore) && m_CreateDir(kHomeMenuDirectory);
     if (success) {
         if (backup) {

@@ -1,4 +1,4 @@
-// The stored navigation lists, which no longer fit once another channel map has been loaded.
+// The stored navigation lists. They no longer fit after another channel map was loaded.
 
 #include <list>
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The TV service's numbers for the entries that are bound to a channel map. Others stay.
+/// The TV service's numbers of the entries that belong to a channel map. Other entries stay.
 bool isBoundToChannelMap(const CCNavigationModeInfo& entry) {
     return entry.mode == 10 || entry.mode == 11;
 }
@@ -21,7 +21,7 @@ constexpr TSTvMode ofService(int mode) {
     return {ANTENNA_MODE_ALL, static_cast<EServiceMode>(mode)};
 }
 
-/// Where an entry is removed, in this order.
+/// The antennas and service modes for which an entry is removed, in this order.
 constexpr TSTvMode kRemovals[] = {ofAntenna(0),  ofAntenna(1),  ofAntenna(2), ofService(3),
                                   ofService(16), ofService(19), ofService(20)};
 

@@ -1,4 +1,4 @@
-// Network time: the restored settings take effect.
+// Network time: puts the restored settings into effect.
 
 #include <string>
 
@@ -11,15 +11,15 @@ namespace network = VXSystemAPI::nsVXSystemInfoAPI;
 
 namespace {
 
-/// A mode of 0 means that network time is on: the setting says so on purpose.
+/// Intended: a mode of 0 means that network time is on.
 constexpr int kModeOn = 0;
 
-/// What is put into effect when the television answers for its zone without naming one.
+/// The zone that takes effect if the television reports success but does not name a zone.
 constexpr auto kUnfilledZone = static_cast<VX_TIMEZONE>(90);
 
 #define VX_TEXT_REFUSED(operation) "Fail to VXSystemAPI::nsVXSystemInfoAPI::" operation "(ErrStat:%d)!!!!"
 
-/// Puts zone and server into effect. Result: whether both were taken; the first that was not ends it. Logged
+/// Puts zone and server into effect. It ends at the first failure. Result: whether both were accepted. Logs
 /// in the name of `function`.
 bool areSet(const char* function, VX_TIMEZONE zone, const std::string& server) {
     VX_LOG_AS(function, Debug, "NTP mode is on, so call system API");
@@ -43,7 +43,7 @@ bool VXCloneHandler::m_NTP_Settings_Clone() {
         return success;
     };
     if (m_ecloneType != kDirectionRestore) {
-        // A backup has nothing to do: the values travel in the settings snapshot.
+        // A backup has nothing to do, because the values are in the settings snapshot.
         return reported(m_ecloneType == kDirectionBackup);
     }
 
@@ -75,7 +75,8 @@ bool VXCloneHandler::m_NTP_Settings_Clone() {
         return reported(true);
     }
 
-    // This television's own zone, read back and set again: the package's is restored with the settings.
+    // Intended: reads this television's own zone and sets it again. The package's zone is restored with the
+    // settings.
     VX_TIMEZONE zone = kUnfilledZone;
     if (const int status = network::GetCurrentTimezone(zone); status != 0) {
         VX_LOGF(Error, VX_TEXT_REFUSED("GetCurrentTimezone"), status);

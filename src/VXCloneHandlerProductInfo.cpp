@@ -1,4 +1,4 @@
-// What kind of television a package came from, and whether it fits this one.
+// The kind of television that a package came from, and whether it fits this one.
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,7 +23,7 @@
 
 namespace {
 
-// Results of the check. 0 also stands for a package that names no tuner.
+// Results of the check. 0 also means that the package does not name a tuner.
 constexpr int kFits = 0;
 constexpr int kModelDiffers = 1;
 constexpr int kProductTagDiffers = 3;
@@ -39,7 +39,7 @@ constexpr mode_t kProductInfoMode = 0664;
 using Line = std::array<char, kLineSize>;
 
 /// Reads up to the next line end, which is dropped. Result: false at the end of the file. A line that is too
-/// long is split, and what is left of it is the next line.
+/// long is split, and its rest is the next line.
 bool readLine(std::FILE* file, Line& line) {
     if (std::fgets(line.data(), static_cast<int>(line.size()), file) == nullptr) {
         return false;
@@ -57,7 +57,7 @@ VXCloneString systemString(system_info_key_e key, int& status) {
     return VXCloneString(text);
 }
 
-/// This television's product tag; empty when it cannot be read or is too long to compare.
+/// This television's product tag; empty if it cannot be read or is too long to compare.
 std::array<char, kProductTagSize> runningProductTag(const char* function) {
     std::array<char, kProductTagSize> buffer{};
     int status = 0;
@@ -74,7 +74,7 @@ std::array<char, kProductTagSize> runningProductTag(const char* function) {
     return buffer;
 }
 
-/// Result: whether the package's tuner number, a line of its file, is this television's.
+/// Result: whether the package's tuner number, given as a line of its file, is this television's.
 int compareTuner(const char* function, const char* line) {
     int running = 0;
     if (system_info_get_value_int(SYSTEM_INFO_KEY_TUNER_TYPE, &running) == 0) {
@@ -159,7 +159,7 @@ int VXCloneHandler::m_WriteCloneData(std::string path) {
     if (close(descriptor) != 0) {
         VX_LOG(Error, "fd Close fail");
     }
-    // Both strings stay allocated once the file is written: the system has settled on this small leak.
+    // Intended: both strings stay allocated after the file was written. The leak is small and accepted.
     static_cast<void>(model.release());
     static_cast<void>(productTag.release());
     return 1;
@@ -174,7 +174,8 @@ int VXCloneHandler::m_ReadCloneData(std::string path) {
         return kNoFile;
     }
 
-    // The plain form is checked: tag, model and tuner, a line each. What the writer above makes is another.
+    // Intended: this checks the plain form with tag, model and tuner on a line each. The function above
+    // writes another form.
     Line tagLine{};
     readLine(file.get(), tagLine);
     const std::array<char, kProductTagSize> productTag = runningProductTag(__func__);
@@ -215,7 +216,7 @@ std::string VXCloneHandler::GetFileContent(std::ifstream& stream) {
         VX_LOG(Error, "Failed to create buffer array");
         return "";
     }
-    // One byte less than there is: the text always ends within the buffer.
+    // One byte less than the buffer has, so the text is always terminated.
     stream.read(content.get(), size - 1);
     return {content.get(), strnlen(content.get(), static_cast<std::size_t>(size))};
 }

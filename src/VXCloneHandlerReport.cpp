@@ -1,4 +1,4 @@
-// Progress, the result list, and the typed ways into the settings store.
+// Progress, the result list, and typed access to the settings store.
 
 #include <array>
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The names of the result list, at the place of their category's value.
+/// The names in the result list, indexed by the category's value.
 constexpr std::array kCategoryNames = {
     "VXCLONE_FACTORY_SETTINGS",
     "VXCLONE_AV_SETTINGS",
@@ -51,8 +51,8 @@ bool VXCloneHandler::m_AppendCloneResultVConf(int status, VXClone category) {
         VX_LOGF(Error, "fail to get [%s]", kCloneResultKey);
         return false;
     }
-    // Read, extended and written back without a lock: two threads at the same moment can lose an entry, and
-    // readers outside the process see each entry at once.
+    // Intended: the list is read, extended and written back without a lock. Two threads at the same moment
+    // can lose an entry. Other processes see each entry at once.
     const std::string outcome = status != 0 ? "-SUCCESS" : "-FAIL";
     const std::string extended = list.get() + m_GetVconfLogString(category) + outcome + "\n";
     vconf_set_str(kCloneResultKey, extended.c_str());

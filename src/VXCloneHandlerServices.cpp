@@ -1,5 +1,5 @@
-// Categories that a service of the television clones. Each service has its own rule for success, and a
-// message may name another one than it goes by: the rule in the code is the service's.
+// Categories that a service of the television clones. Each service has its own rule for success. The log text
+// and the success rule disagree for some services; the code follows the rule.
 
 #include <string>
 
@@ -23,7 +23,7 @@ bool VXCloneHandler::m_FactorySettingsClone() {
         const int status = factory_clone_usb_to_tv();
         VX_LOGF(Error, "FactoryCloneUsbToTv [status:%d]", status);
     }
-    // A failure whatever the service answered: its status is logged and not judged.
+    // Intended: always a failure. The service's status is logged but not evaluated.
     m_AppendCloneResultVConf(false, VXCLONE_FACTORY_SETTINGS);
     return false;
 }
@@ -71,7 +71,7 @@ bool VXCloneHandler::m_WasAPIClone() {
         success = status == 0;
     }
     m_AppendCloneResultVConf(success, VXCLONE_WAS_API_DATA);
-    // False also for a success: the result list alone tells the outcome.
+    // Intended: false even after a success. Only the result list has the outcome.
     return false;
 }
 
@@ -83,7 +83,7 @@ bool VXCloneHandler::m_BroadcastTVSClone() {
         IB2BControl* control = nullptr;
         TVServiceAPI::CreateB2BControl(&control);
         if (m_ecloneType == kDirectionBackup) {
-            // Neither export is judged, and a television may have no hotel channel list.
+            // The results of both exports are ignored, because a television may have no hotel channel list.
             util->ExportChannelMap(kChannelMapDirectory);
             if (control != nullptr) {
                 control->ExportChannelMap(kChannelMapDirectory);
@@ -95,7 +95,7 @@ bool VXCloneHandler::m_BroadcastTVSClone() {
             if (util->ImportChannelMap(kChannelMapDirectory) != 0) {
                 m_ResetMyChannelNavigation();
             }
-            // A success whatever the import answered.
+            // Intended: always a success, whatever the import returned.
             VX_LOGF(Error, "TVSChannelMap _Restore success %s", kChannelMapDirectory);
             success = true;
         }
@@ -110,7 +110,7 @@ bool VXCloneHandler::m_SettingsDataClone() {
         status = SettingsDataCloneAPI::BackupSettingsData(kCloneDirectoryWithSlash);
         VX_LOGF(Error, " SettingsDataClone Status: %d", status);
     } else if (m_ecloneType == kDirectionRestore) {
-        // Both halves are always loaded, and the later one alone decides.
+        // Both parts are always loaded, and only the later one decides.
         status = SettingsDataCloneAPI::RestoreSettingsData(kCloneDirectoryWithSlash,
                                                            SettingsDataCloneAPI::EARLY_RESTORE);
         VX_LOGF(Error, " RestoreSettingsData EARLY_RESTORE : [%d]", status);
@@ -125,7 +125,7 @@ bool VXCloneHandler::m_SettingsDataClone() {
 }
 
 bool VXCloneHandler::m_BroadcastIPGDataClone() {
-    // The category is kept for its place in the order: it has no service and reports nothing.
+    // The category exists only for its place in the order. It has no service and reports nothing.
     return false;
 }
 
@@ -133,7 +133,7 @@ bool VXCloneHandler::m_VXTVTimerDataClone() {
     bool success = false;
     if (m_ecloneType == kDirectionBackup || m_ecloneType == kDirectionRestore) {
         if (!m_CreateDir(kTimerDirectory)) {
-            // The service is asked all the same and says for itself what it lacks.
+            // The service is called anyway and reports itself what is missing.
             VX_LOG(Error, "Failed to create dir TV_TIMER!!");
         }
         const int status = m_ecloneType == kDirectionBackup ? tvtimer_get_db(kTimerDirectory)

@@ -1,4 +1,4 @@
-// The settings snapshot: a fixed list of settings-store keys that travels as one JSON file.
+// The settings snapshot: a fixed list of settings-store keys, saved in one JSON file.
 
 #include <array>
 #include <boost/filesystem.hpp>
@@ -16,12 +16,12 @@ Json::Value VXCloneHandler::m_jscloneParam;
 
 namespace {
 
-/// The types of the table. They also name a value's member in the file.
+/// The types of the table. The file uses the same names for the members of a value.
 constexpr char kInt[] = "int";
 constexpr char kString[] = "string";
 constexpr char kBool[] = "bool";
 
-/// The keys that travel, in the order of reading and writing, each with its type.
+/// The saved keys with their types, in the order of reading and writing.
 constexpr std::array<std::pair<const char*, const char*>, 54> kSettingKeys = {{
     {"db/vxhotel/hotelmenu/welcomemessage", kString},
     {"db/vxhotel/hotelmenu/serverurl", kString},
@@ -83,8 +83,8 @@ std::string vconfFilePath() {
     return std::string(kVconfDirectory) + kVconfFileName;
 }
 
-/// Runs a conversion and a store of one key. The file came on a stick and may hold anything under the key:
-/// what does not convert is this key's failure and nobody else's.
+/// Converts and stores one key. The file came from a stick and may hold anything, so a value that does not
+/// convert fails only for its own key.
 template <class Store>
 bool stored(Store store) {
     try {
@@ -94,7 +94,7 @@ bool stored(Store store) {
     }
 }
 
-/// Result: whether the stream held a JSON document. The parser raises an exception for extreme nesting.
+/// Result: whether the stream held a JSON document. For extreme nesting the parser throws an exception.
 bool parseDocument(std::ifstream& stream, Json::Value& document) {
     try {
         return Json::parseFromStream(Json::CharReaderBuilder(), stream, &document, nullptr);
@@ -135,7 +135,7 @@ void VXCloneHandler::m_GetVconfValues() {
 
 void VXCloneHandler::m_SetVconfValues(Json::Value document) {
     VX_TRACE();
-    // A key that the document lacks is written too: its null converts to 0 or the empty string.
+    // A key that the document lacks is written, too: its null converts to 0 or the empty string.
     for (const auto& row : kSettingKeys) {
         const char* const key = row.first;
         const std::string_view type = row.second;
@@ -167,13 +167,15 @@ bool VXCloneHandler::m_VCONFDataClone() {
             VX_LOGF(Error, VX_TEXT_SYMBOLIC_LINK, path.c_str());
             return false;
         }
-        // A file that does not open loses the snapshot without a word; the run goes on.
+        // Intended: if the file cannot be opened, the snapshot is lost without a message, and the run
+        // continues.
         std::ofstream file(path);
         m_GetVconfValues();
         file << Json::writeString(Json::StreamWriterBuilder(), m_jscloneParam);
         file.close();
         m_jscloneParam.clear();
-        // False also for a backup that was written: nobody looks, and the category reports nothing.
+        // Intended: false even after a successful backup. No caller uses the result, and the category reports
+        // nothing.
         return false;
     }
     if (m_ecloneType == kDirectionRestore) {

@@ -6,12 +6,12 @@
 
 namespace {
 
-/// The one manager of the process: made when the library is loaded, gone when it is unloaded.
+/// The one manager of the process. It is made when the library is loaded and destroyed when it is unloaded.
 VXCloneAPIManager manager;
 
 enum class OnZero { Silent, Logged };
 
-/// Hands a call to the engine. Without an engine the result is `withoutEngine` and nothing else happens.
+/// Calls the engine. Without an engine the result is `withoutEngine`, and nothing else happens.
 template <class Call>
 int callEngine(const char* function, int withoutEngine, OnZero onZero, Call call) {
     VXCloneInterface* const engine = manager.GetCloneInterface();
@@ -38,7 +38,7 @@ int VXCloneAPI::RestoreCloneData(const std::vector<VXClone>& list) {
     const char* const function = __func__;
     return callEngine(function, 0, OnZero::Logged, [&](VXCloneInterface& engine) {
         if (list.empty()) {
-            // The caller sees the default order in its own vector.
+            // Intended: the default order is written into the caller's vector.
             manager.GetCloneDataOrder(list);
             VX_LOGF_AS(function, Error, "Getting Default Clone Data- size %zu", list.size());
         }
@@ -52,7 +52,7 @@ int VXCloneAPI::WriteDataToFile(std::string path) {
 }
 
 int VXCloneAPI::CheckDataValidity(std::string path) {
-    // 0 means "fits" here, so a missing engine needs a value of its own and a 0 is no failure.
+    // 0 means "fits" here. So a missing engine needs another value, and 0 is not logged as a failure.
     return callEngine(__func__, -1, OnZero::Silent,
                       [&](VXCloneInterface& engine) { return engine.CheckDataValidity(path); });
 }

@@ -11,8 +11,8 @@
 
 namespace {
 
-/// The part of the tag that stays the same for a thread: "tID:", its id and "|TICK:". The id has at most 20
-/// digits, so that a tag with its tick always fits.
+/// The part of the tag that is constant for a thread: "tID:", its id and "|TICK:". The id has at most 20
+/// digits, so a tag with its tick always fits.
 struct ThreadPrefix {
     std::array<char, 40> text{};
     std::size_t length = 0;

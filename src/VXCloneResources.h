@@ -8,7 +8,7 @@
 
 #include "platform/bundle.h"
 
-/// A string that the television handed out, ours to free; null when there is none.
+/// A string from the television that we must free, or null.
 struct VXCloneFree {
     void operator()(char* text) const { std::free(text); }
 };
@@ -26,7 +26,7 @@ struct VXCloneClose {
 };
 using VXCloneFile = std::unique_ptr<std::FILE, VXCloneClose>;
 
-/// Copies over what is there. The option was renamed in Boost 1.74.
+/// Overwrites existing files. The option was renamed in Boost 1.74.
 #if BOOST_VERSION >= 107400
 inline constexpr auto kOverwriteExisting = boost::filesystem::copy_options::overwrite_existing;
 #else

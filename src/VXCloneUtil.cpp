@@ -19,8 +19,8 @@
 
 namespace {
 
-// Who we are to the secure storage: 20 bytes, the same on every television of a deployment. A port puts its
-// own here.
+// The library's identifier for the secure storage: 20 bytes, the same on every television of a deployment. A
+// port sets its own here.
 constexpr char kIdentifierOwner[] = "VXCL";
 constexpr char kIdentifierService[] = "ONE-HOTE";
 constexpr char kIdentifierVersion[] = "L-KEY-01";
@@ -28,14 +28,14 @@ constexpr int kCredentialOwner = 1;
 constexpr int kCredentialGroup = 0;
 constexpr int kReadFlags = 33;
 
-// What the installer is told, and the status with which it says that the key was installed before.
+// The target for the installer, and the status that means that the key was already installed.
 constexpr int kInstallTarget = 2;
 constexpr int kInstallOption = 0;
 constexpr int kAlreadyInstalled = 2;
 
 constexpr int AES_256_KEY_SIZE = 32;
 constexpr std::size_t kCipherBlock = 1024;
-// How much passes between a stream and the system at once: few calls for many blocks.
+// The buffer size of a stream: few system calls for many blocks.
 constexpr std::size_t kStreamBuffer = std::size_t{64} * 1024;
 
 ss_credential makeCredential() {
@@ -43,7 +43,7 @@ ss_credential makeCredential() {
     return ss_init_credential(identifier.c_str(), kCredentialOwner, kCredentialGroup);
 }
 
-// The lines of the cipher carry the name under which it has always been known to those who read the log.
+// The log lines of the cipher keep the function name that readers of the log know.
 #define VX_CIPHER_LOG(message) VX_LOG_AS("sm_EncryptDecryptFile", Error, message)
 #define VX_CIPHER_ERROR(operation)                                                                 \
     VX_LOGF_AS("sm_EncryptDecryptFile", Error, "ERROR: " operation " failed. OpenSSL error: %s\n", \
@@ -96,7 +96,7 @@ bool cipherStream(EVP_CIPHER_CTX* context, std::FILE* input, std::FILE* output) 
         return false;
     }
     std::fwrite(ciphered.data(), 1, static_cast<std::size_t>(produced), output);
-    // A disk that is full must be heard of while there is still somebody to tell.
+    // Flushed here, so that a full disk is noticed while the failure can still be returned.
     std::fflush(output);
     return isSound(output);
 }
@@ -169,7 +169,7 @@ bool CVXCloneUtil::GetAESInfo(std::string& key, std::string& iv, const std::stri
 bool CVXCloneUtil::EncryptDecryptFile(const std::string& input, const std::string& output,
                                       const std::string& key, const std::string& iv, eCRYPT_OP_TYPE type) {
     const EVP_CIPHER* const cipher = EVP_aes_256_cbc();
-    // They outlive the streams that use them.
+    // Declared before the streams, because they must outlive them.
     std::vector<char> inputBuffer(kStreamBuffer);
     std::vector<char> outputBuffer(kStreamBuffer);
     const VXCloneFile source(SafeFileOpen(input, "rb"));
@@ -184,7 +184,7 @@ bool CVXCloneUtil::EncryptDecryptFile(const std::string& input, const std::strin
         return false;
     }
     std::setvbuf(target.get(), outputBuffer.data(), _IOFBF, outputBuffer.size());
-    // Reset at the end and never freed: the system has settled on this small leak.
+    // Intended: reset at the end and never freed. The leak is small and accepted.
     EVP_CIPHER_CTX* const ctx = EVP_CIPHER_CTX_new();
     if (ctx == nullptr) {
         VX_CIPHER_ERROR("EVP_CIPHER_CTX_new");

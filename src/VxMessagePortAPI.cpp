@@ -21,7 +21,7 @@ unsigned VxMessagePortAPI::replies_ = 0;
 
 namespace {
 
-/// This library's port, and the port that every cooperating application registers.
+/// The name of this library's port. Every cooperating application registers a port of the same name.
 constexpr char kPortName[] = "VxCloneMessagePort";
 constexpr char kReplyKey[] = "response_clone";
 constexpr char kReplySuccess[] = "success";
@@ -35,15 +35,15 @@ void pause(timespec left) {
     }
 }
 
-/// A string for the log, which may be missing.
+/// A string for the log; it may be null.
 const char* shown(const char* text) {
     return text != nullptr ? text : "(null)";
 }
 
 }  // namespace
 
-/// The right to be the exchange in progress. The lock alone is not enough, since the wait for a reply
-/// releases it.
+/// The right to be the current exchange. The mutex alone is not enough, because the wait for a reply releases
+/// it.
 class VxMessagePortAPI::Turn {
  public:
     explicit Turn(std::unique_lock<std::mutex>& lock) {
@@ -70,7 +70,7 @@ bool VxMessagePortAPI::Exchange(char const* application, char const* request) {
     waiting_ = true;
     std::unique_lock<std::mutex> lock(mutex_);
     const Turn turn(lock);
-    // The reply of the exchange before may have cleared it while this one stood in line.
+    // Set again: the reply of the previous exchange may have cleared it while this one waited for its turn.
     waiting_ = true;
     const int port = RegisterPort();
     return port >= 0 && SendMessage(port, request, application) && waitReply(lock) && result_;
@@ -124,7 +124,7 @@ bool VxMessagePortAPI::send_message_with_local_port(int localPort, _bundle_t* me
 
 bool VxMessagePortAPI::waitReply(std::unique_lock<std::mutex>& lock) {
     VX_LOG(Error, "Clone waitReply");
-    // A caller that queues up sets `waiting_` again; the count tells that the reply came nevertheless.
+    // A waiting caller sets `waiting_` again, so only the count shows that the reply arrived.
     const unsigned repliesBefore = replies_;
     return condition_.wait_for(lock, kReplyTimeout, [repliesBefore] {
         const bool waiting = waiting_ && replies_ == repliesBefore;

@@ -9,13 +9,13 @@
 /// Asks a cooperating application, over its message port, to save its own data into the clone directory or to
 /// load it from there, and waits for its answer.
 ///
-/// No instances: the process has one exchange at a time. Threads: `Backup` and `Restore` may be called from
-/// any; a second call waits until the first has returned. The television delivers replies on a thread that is
-/// none of the callers'. A lock that fails throws std::system_error; nothing else throws.
+/// There are no instances: a process has one exchange at a time. Threads: `Backup` and `Restore` may be
+/// called from any thread; a second call waits until the first has returned. The television delivers replies
+/// on another thread. A lock that fails throws std::system_error; nothing else throws.
 class VxMessagePortAPI {
  public:
-    /// One whole exchange: up to 5.5 s for the application's port to appear, one message, up to 4 s for the
-    /// reply. Result: true only when a reply came in time and said "success".
+    /// One complete exchange: up to 5.5 s for the application's port to appear, one message, up to 4 s for
+    /// the reply. Result: true only if a reply came in time and said "success".
     static bool Backup(char const* application);
     static bool Restore(char const* application);
 
@@ -30,9 +30,9 @@ class VxMessagePortAPI {
     /// Result: whether the application has its port.
     static bool test_check_remote_port(char const* application);
     static bool send_message_with_local_port(int localPort, _bundle_t* message, char const* application);
-    /// Waits for the reply with the caller's lock. Result: whether it came in time.
+    /// Releases the caller's lock and waits for the reply. Result: whether it came in time.
     static bool waitReply(std::unique_lock<std::mutex>& lock);
-    /// Takes any message as the reply, whoever sent it.
+    /// Intended: takes any message as the reply, from any sender.
     static void message_port_cb(int localPort, char const* remoteApplication, char const* remotePort,
                                 bool trusted, _bundle_t* message, void* userData);
 
@@ -44,7 +44,8 @@ class VxMessagePortAPI {
     /// Signalled by a reply.
     static std::condition_variable condition_;
 
-    // Guarded by `mutex_`: whether an exchange is in progress, who waits for its end, and the replies so far.
+    // Guarded by `mutex_`: whether an exchange is in progress, the signal for waiting callers, and the number
+    // of replies so far.
     static bool busy_;
     static std::condition_variable turn_;
     static unsigned replies_;

@@ -22,7 +22,7 @@ int flushOrFlushAll(int descriptor) {
     return errno == EINVAL ? syncfs(descriptor) : -1;
 }
 
-/// Where the file system does not know the parts of a flush, a whole one.
+/// A file system without sync_file_range flushes the whole file instead.
 int awaitWritten(int descriptor) {
     constexpr unsigned kWait =
         SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;

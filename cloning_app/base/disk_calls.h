@@ -8,20 +8,20 @@
 
 namespace vxclone {
 
-/// The system calls that put a package on a disk, as the system gives them: a caller that wants to see what
-/// happens when one of them fails hands in its own. Each sets errno on failure, as the originals do.
+/// The system calls that write a package to a disk. By default they are the real ones; tests pass their own
+/// to make one fail. Each sets errno on failure, as the originals do.
 struct DiskCalls {
     /// write(2)
     std::function<ssize_t(int descriptor, const void* data, std::size_t size)> write;
-    /// fsync(2); a folder on a file system that cannot flush one folder flushes the whole file system.
+    /// fsync(2). A file system that cannot flush a single folder is flushed completely.
     std::function<int(int descriptor)> flush;
-    /// Begins to write a file's data to the disk, once that is written for which the same was asked before;
-    /// advice, whose failure means nothing.
+    /// Starts writing a file's data to the disk. Data of an earlier call for this file is written before.
+    /// This is a hint; a failure has no consequence.
     std::function<void(int descriptor)> startFlush;
-    /// Waits until a file's data is written, which the disk may still hold in its own memory; 0, or -1 when
-    /// the disk has refused some of it.
+    /// Waits until a file's data is written; it may still be in the disk's cache. Returns 0, or -1 if the
+    /// disk has refused some of it.
     std::function<int(int descriptor)> awaitFlush;
-    /// syncfs(2): everything on the file system of the folder, files, folders and the disk's own memory
+    /// syncfs(2): everything on the folder's file system, including files, folders and the disk's cache
     std::function<int(int folder)> flushAll;
     /// renameat2(2), both names in the folder `directory`
     std::function<int(int directory, const char* from, const char* to, unsigned flags)> rename;
@@ -29,13 +29,13 @@ struct DiskCalls {
     std::function<int(int directory, const char* name)> makeFolder;
 };
 
-/// The real ones.
+/// The real system calls.
 DiskCalls realDiskCalls();
 
-/// Gets how much of the bytes is written, from 0 to 1.
+/// Receives the part of the bytes that is written, from 0 to 1.
 using TellWritten = std::function<void(double part)>;
 
-/// The same calls, which tell after each write how much of `bytes` all of them have written together.
+/// The same calls. After each write they report which part of `bytes` they have written so far.
 DiskCalls countingWrites(const DiskCalls& calls, std::uint64_t bytes, TellWritten tell);
 
 }  // namespace vxclone

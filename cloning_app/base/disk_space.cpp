@@ -40,7 +40,7 @@ bool refuses(const FileSystemRules& rules, std::string_view name) {
            std::any_of(name.begin(), name.end(), refused);
 }
 
-/// FAT and exFAT keep the case of a name and do not tell names by it.
+/// FAT and exFAT preserve the case of a name, but names that differ only in case are equal.
 std::string inSmallLetters(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), [](char character) {
         return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
@@ -48,11 +48,11 @@ std::string inSmallLetters(std::string text) {
     return text;
 }
 
-/// What is too large for where it should go, and how much room there is.
+/// Something that is too large for its place, and the free room there.
 struct Shortage {
     Place place;
     TreeSize package;
-    std::string besides;  ///< how much more than the package is to have room; empty where nothing is
+    std::string besides;  ///< the further data that needs room; empty if there is none
     std::string needed;
     std::string available;
 };

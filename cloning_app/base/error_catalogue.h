@@ -7,7 +7,7 @@
 
 namespace vxclone {
 
-/// What an exit status stands for.
+/// The meaning of an exit status.
 struct StatusFact {
     int status;
     std::string_view meaning;
@@ -22,7 +22,7 @@ struct ErrorFact {
     std::string_view nextStep;  ///< what to do about it
 };
 
-/// Every exit status, in rising order: what the help, the manual and the documents tell.
+/// Every exit status, sorted. The help, the manual and the documents use this table.
 std::span<const StatusFact> exitStatuses();
 
 /// Every error, in the order of `ErrorCode`.

@@ -13,10 +13,10 @@ namespace vxclone {
 
 namespace {
 
-/// An empty next step stands for the catalogue's.
+/// If the next step is empty, the catalogue's applies.
 struct WriteFact {
     Place place;
-    int errorNumber;  ///< 0 stands for every other reason
+    int errorNumber;  ///< 0 means every other reason
     ErrorCode code;
     std::string_view nextStep = {};
 };
@@ -36,7 +36,7 @@ constexpr std::array kWriteFacts = {
     WriteFact{Place::Television, 0, ErrorCode::TelevisionIo},
 };
 
-/// How a stick answers that was pulled out, or is dying.
+/// The errors of a stick that was pulled out or is failing.
 constexpr std::array kStickGone = {EIO, ENODEV, ENXIO, ENOMEDIUM, ESTALE};
 
 struct StopFact {
@@ -45,7 +45,7 @@ struct StopFact {
     std::string_view cause;
 };
 
-// The last one stands for every other signal.
+// The last entry is for every other signal.
 constexpr std::array kStops = {
     StopFact{SIGTERM, ErrorCode::Terminated, "stopped before the end"},
     StopFact{SIGHUP, ErrorCode::HungUp, "the terminal went away"},

@@ -4,17 +4,16 @@
 
 namespace vxclone {
 
-/// Tells a long operation that the user wants it to stop. May be raised from a signal handler and read from
-/// any thread.
+/// Tells a long operation to stop. May be raised in a signal handler and read from any thread.
 class StopFlag {
  public:
-    /// Remembers the signal; the first one stays.
+    /// Stores the signal. The first one is kept.
     void raise(int signal) {
         int none = 0;
         signal_.compare_exchange_strong(none, signal);
     }
     bool raised() const { return signal() != 0; }
-    /// The signal, or 0 when nobody wants a stop.
+    /// The signal, or 0 if there was none.
     int signal() const { return signal_.load(); }
 
  private:

@@ -19,11 +19,11 @@ namespace {
 constexpr std::size_t kCopyBlockBytes = std::size_t{128} << 10U;
 constexpr mode_t kCopiedFileMode = 0666;
 constexpr mode_t kLinkedFolderMode = 0755;
-/// Files whose data is on its way to the disk while the next ones are read. A flush of each file by itself
-/// would let the disk empty its memory each time, which takes longer than the writing.
+/// The number of files whose data is being written to the disk while the next ones are read. Flushing each
+/// file separately would empty the disk's cache each time, which takes longer than the writing.
 constexpr std::size_t kFilesOnTheirWay = 16;
-/// So much of one file waits in memory before its way to the disk begins: what counts as written is then
-/// never far ahead of what is.
+/// Data of one file that is kept in memory before writing to the disk begins. Thus the progress is never far
+/// ahead of the disk.
 constexpr std::uint64_t kBytesOnTheirWay = std::uint64_t{8} << 20U;
 
 class Measure final : public TreeVisitor {
@@ -99,7 +99,7 @@ class Copy final : public TreeVisitor {
         return {};
     }
 
-    /// Waits for the files that are on their way, and flushes all there is.
+    /// Waits for the files that are being written, and flushes everything.
     Result<void> arrive() {
         while (!onTheirWay_.empty()) {
             if (auto arrived = awaitFirst(); !arrived) {

@@ -41,7 +41,7 @@ OpenFolder listingOf(int directory) {
     return folder;
 }
 
-/// What to do about a folder that holds too much.
+/// The advice about a folder that contains too much.
 std::string adviceOn(Place place) {
     return place == Place::Stick ? "; choose the folder of a clone package"
                                  : "; remove some files from the television";

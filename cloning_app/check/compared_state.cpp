@@ -16,7 +16,7 @@ namespace vxclone {
 
 namespace {
 
-/// A folder of the television that travels file by file.
+/// A folder of the television that is cloned file by file.
 struct LiveFolder {
     VXClone category;
     std::string_view entry;  ///< its name in a package
@@ -36,7 +36,7 @@ const LiveFolder* liveFolderOf(VXClone category) {
     return found == kLiveFolders.end() ? nullptr : found;
 }
 
-/// The files directly in the folder, by their names.
+/// The files directly in the folder, by name.
 Result<std::vector<PackageEntry>> filesIn(const Tree& folder) {
     auto contents = readContents(folder);
     VX_RETURN_IF_FAILED(contents);
@@ -53,7 +53,7 @@ std::string prefix() {
     return std::string(categoryOf(VXCLONE_VXHOTEL_HOMEAPP_DATA).entry) + "/";
 }
 
-/// Whether the entry of a package is a file that the library copies into the home menu.
+/// Whether the library copies this entry of a package into the home menu.
 bool goesToHomeMenu(const PackageEntry& entry) {
     const std::string folder = prefix();
     return !entry.folder && entry.path.rfind(folder, 0) == 0 &&

@@ -9,34 +9,34 @@
 
 namespace vxclone {
 
-/// What is compared of a package: its settings one by one, its other files by their content. Errors: it
+/// The parts of a package that are compared: its settings one by one, its other files by content. Errors: it
 /// cannot be read, or its settings file is damaged.
 Result<ComparedState> stateOfPackage(const Tree& package);
 
-/// All files of a package, or of what the library saved, but its settings file; sorted by their paths.
-/// Errors: it cannot be read.
+/// All files of a package, or of what the library saved, except its settings file, sorted by path. Errors: it
+/// cannot be read.
 Result<std::vector<PackageEntry>> filesOf(const Tree& package);
 
-/// The files directly in this television's home menu that the package in `root` does not hold as they are, by
-/// their paths in the package. Errors: the television does not say where its home menu is, or it cannot be
-/// read.
+/// The files directly in this television's home menu that the package in `root` lacks or holds with other
+/// content, by their paths in the package. Errors: the television does not name its home menu folder, or the
+/// folder cannot be read.
 Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root);
 
-/// Whether a category is files that lie in a folder of the television's own, so that no run is needed to see
-/// them: the pictures and the home menu.
+/// Whether the files of a category are in a folder of the television, so that they can be compared without a
+/// run: the pictures and the home menu.
 bool isFolderOfTelevision(VXClone category);
 
-/// The files that travel of such a category, those directly in the folder, with the paths that they have in a
-/// package, sorted by these; none where the television has no such folder. Errors: the television does not
-/// say where the folder is, or its disk cannot be read.
+/// The cloned files of such a category. These are the files directly in the folder, with their paths in a
+/// package, sorted by path. Empty if the television has no such folder. Errors: the television does not name
+/// the folder, or its disk cannot be read.
 Result<std::vector<PackageEntry>> filesOfTelevision(VXClone category);
 
-/// The files that a restore of the package puts into this television's home menu beside its own: the library
-/// takes none away. An undo has to. Errors: the package or the home menu cannot be read.
+/// The files that a restore of the package adds to this television's home menu. The library never removes
+/// such files, so an undo must do it. Errors: the package or the home menu cannot be read.
 Result<std::vector<PackageEntry>> filesAddedBy(const Tree& package);
 
-/// Takes those of the files out of this television's home menu that are there with the content that the
-/// package gave them. Result: how many. Errors: the home menu cannot be read, or a file not be removed.
+/// Removes those of the files from this television's home menu that still have the content of the package.
+/// Result: the number of removed files. Errors: the home menu cannot be read, or a file cannot be removed.
 Result<std::size_t> removeAdded(const std::vector<PackageEntry>& added);
 
 }  // namespace vxclone

@@ -17,7 +17,7 @@ using vxcommon::printable;
 
 constexpr VXClone kApplications = VXCLONE_VXHOTEL_FIRSTSCREEN_DATA;
 
-/// An application's name has a dot, which no category has, and no slash, which every setting has.
+/// The name of an application contains a dot, unlike a category, and no slash, unlike a setting.
 bool isApplicationName(std::string_view name) {
     return name.find('.') != std::string_view::npos && name.find('/') == std::string_view::npos &&
            std::all_of(name.begin(), name.end(), [](char each) { return each > ' ' && each != '\x7f'; });
@@ -27,7 +27,7 @@ bool isFolderOfApplication(const PackageEntry& entry) {
     return entry.folder && entry.path.find('/') == std::string::npos && !categoryOfEntry(entry.path);
 }
 
-/// The first entry whose path is not before this one.
+/// The first entry that is not sorted before this path.
 std::vector<PackageEntry>::const_iterator entryFrom(const std::vector<PackageEntry>& entries,
                                                     std::string_view path) {
     return std::lower_bound(
@@ -35,7 +35,7 @@ std::vector<PackageEntry>::const_iterator entryFrom(const std::vector<PackageEnt
         [](const PackageEntry& entry, std::string_view wanted) { return entry.path < wanted; });
 }
 
-/// Whether the setting is there, and of its type.
+/// Whether the setting exists and has its type.
 bool isAmong(const std::vector<Setting>& settings, const SettingFacts& facts) {
     const auto found = std::lower_bound(
         settings.begin(), settings.end(), facts.key,
@@ -92,7 +92,7 @@ std::vector<std::string> applicationsOf(const std::optional<ReadManifest>& manif
     return applications;
 }
 
-/// Adds what the manifest calls failed: what a failing service left behind is no data to rely on.
+/// Adds categories that the manifest calls failed, because the data of a failed service is not reliable.
 void addFailed(const std::optional<ReadManifest>& manifest, std::vector<Lack>& lacks) {
     if (!manifest) {
         return;
@@ -111,7 +111,7 @@ void addFailed(const std::optional<ReadManifest>& manifest, std::vector<Lack>& l
     }
 }
 
-/// Whether the package holds what is said to be lacking.
+/// Whether the package holds something that is listed as lacking.
 bool isHeld(const Holdings& holdings, const Lack& lack) {
     if (lack.category == VXCLONE_VCONF_DATA && !lack.what.empty()) {
         const SettingFacts* const facts = clonedSetting(lack.what);
@@ -140,7 +140,7 @@ tl::unexpected<Error> unknownLack(std::string_view name, const std::string& noCa
                                                    (question.empty() ? "" : "; " + question));
 }
 
-/// The manifest's list, without what only a later vxclone knows.
+/// The manifest's list without entries that only a later vxclone knows.
 std::vector<Lack> listedIn(const std::vector<ManifestLack>& listed) {
     std::vector<Lack> lacks;
     for (const ManifestLack& each : listed) {

@@ -12,16 +12,16 @@
 
 namespace vxclone {
 
-/// What a person said that a television does not have: categories, settings and applications.
+/// The things that a person declared as missing on a television: categories, settings and applications.
 class Declared {
  public:
-    /// Reads a list such as "was,org.vorta.orvel-app": categories as in `parseCategories`, keys of settings
-    /// that travel, names of applications, with blanks around them or not. An empty list declares nothing.
-    /// Errors: `UnknownCategory`, a name is none of these.
+    /// Reads a list such as "was,org.vorta.orvel-app": categories as in `parseCategories`, keys of cloned
+    /// settings, and names of applications; blanks around them are ignored. An empty list declares nothing.
+    /// Errors: `UnknownCategory` if a name is none of these.
     static Result<Declared> parse(std::string_view list);
 
     bool holds(const Lack& lack) const;
-    /// A sentence about the names that fit nothing of what is lacking; empty where each fits something.
+    /// A sentence about declared names of which nothing is lacking; empty if there are none.
     std::string sentenceAboutUnneeded(const std::vector<Lack>& lacks) const;
 
  private:
@@ -29,45 +29,45 @@ class Declared {
     std::vector<std::string> names_;
 };
 
-/// What a package holds, as far as its completeness goes.
+/// The content of a package as far as it matters for completeness.
 struct Holdings {
     std::vector<PackageEntry> entries;  ///< sorted by their paths; digests are not needed
     std::vector<Setting> settings;
 
-    /// Errors: the package cannot be read. A damaged settings file holds no setting.
+    /// Errors: the package cannot be read. A damaged settings file counts as having no setting.
     static Result<Holdings> of(const Tree& package);
 
-    /// Whether there is the file, or the folder with a file somewhere in it.
+    /// Whether the file exists, or the folder exists and contains a file at any depth.
     bool hasContent(std::string_view path) const;
-    /// Whether there is an entry of this path, of whatever kind.
+    /// Whether there is an entry of any kind with this path.
     bool hasEntry(std::string_view path) const;
 };
 
-/// The applications whose outcomes the rows tell of, each once.
+/// The applications in the rows, each once.
 std::vector<std::string> applicationsOf(const std::vector<Row>& rows);
 
-/// What the package lacks, in the order of the categories, nothing of it declared. `applications` are those
-/// of the television that it was made of. Logos and home menu's files are not judged: what of them should be
-/// there only the television knows.
+/// What the package lacks, in the order of the categories, with nothing declared. `applications` are those of
+/// the television from which it was made. Logos and the files of the home menu are not checked here, because
+/// only the television knows which ones should exist.
 std::vector<Lack> lacksOf(const Holdings& holdings, const std::vector<std::string>& applications);
 
-/// Sets `declared` of those that are declared.
+/// Sets `declared` for the declared lacks.
 void declare(std::vector<Lack>& lacks, const Declared& declared);
 
-/// Whether the package holds anything of the category. True for one that has no entry of its own.
+/// Whether the package holds anything of the category. True for a category without an entry of its own.
 bool holdsAnyOf(const Holdings& holdings, VXClone category);
 
-/// What is known of a package's completeness.
+/// The completeness of a package.
 struct Completeness {
     std::vector<Lack> lacks;
-    std::vector<std::string> contradictions;  ///< where the manifest says otherwise than the package holds
+    std::vector<std::string> contradictions;  ///< contradictions between manifest and package
 };
 
-/// Compares what the package holds with what its manifest says that it lacks. A package without a manifest,
-/// or of an earlier vxclone, is judged by what it holds.
+/// Compares the content of a package with the lacks in its manifest. A package without a manifest, or from an
+/// earlier vxclone, is judged by its content.
 Completeness completenessOf(const std::optional<ReadManifest>& manifest, const Holdings& holdings);
 
-/// The form that a manifest keeps.
+/// The lacks in the form of the manifest.
 std::vector<ManifestLack> manifestLacksOf(const std::vector<Lack>& lacks);
 
 }  // namespace vxclone

@@ -12,17 +12,17 @@ namespace vxclone {
 
 namespace {
 
-/// As large as anything that the library writes while it checks a seal.
+/// The size of the largest file that the library writes while it checks a seal.
 constexpr std::size_t kSealBytes = 16;
 
-// What the library's check of the identity answers.
+// The result of the library's check for an identity that fits.
 constexpr int kLibraryFits = 0;
 constexpr int kLibraryFlagUnreadable = -1;
 constexpr int kLibraryModelDiffers = 1;
 constexpr int kLibraryTagDiffers = 3;
 constexpr int kLibraryTunerDiffers = 4;
 
-/// Whether the library's answer is no surprise after our own comparison.
+/// Whether our own comparison explains the library's answer.
 bool isExplained(int answer, const std::vector<Check>& checks) {
     const auto bad = [&checks](Subject subject) {
         return std::any_of(checks.begin(), checks.end(), [subject](const Check& check) {
@@ -76,7 +76,7 @@ Finding findingOf(EntryDifference::Kind kind) {
     return Finding::Altered;
 }
 
-/// What the package holds; its entries are known already.
+/// The content of the package, whose entries are already known.
 Result<Holdings> holdingsOf(const Tree& package, const PackageContents& contents, const StopFlag& stop) {
     auto settings = readSettings(package, &stop);
     if (!settings && settings.error().code != ErrorCode::SettingsDamaged) {
@@ -86,8 +86,8 @@ Result<Holdings> holdingsOf(const Tree& package, const PackageContents& contents
                     settings ? settings->value_or(std::vector<Setting>()) : std::vector<Setting>()};
 }
 
-/// Adds what the manifest says. A file of that name that is no manifest is an altered package, not a failed
-/// examination.
+/// Adds the checks of the manifest. A file of that name that is not a manifest means an altered package, not
+/// a failed examination.
 Result<void> examineManifest(const Tree& package, const PackageContents& contents, const StopFlag& stop,
                              Examination& result) {
     const auto holdings = holdingsOf(package, contents, stop);
@@ -114,13 +114,13 @@ Result<void> examineManifest(const Tree& package, const PackageContents& content
 
 Result<Check> examineSeal(CloneEngine& engine, const Tree& package, const Tree& root,
                           const std::vector<std::string>& files) {
-    // A package's own file of this name would be altered by the library, and no sealed package has one.
+    // The library would overwrite the package's own file of this name. No sealed package has one.
     const auto taken = hasEntry(package, kSealWorkingFile);
     VX_RETURN_IF_FAILED(taken);
     if (*taken) {
         return Check{Subject::Seal, Finding::Altered, "", "", kSealWorkingFile};
     }
-    // The library cannot tell a full disk from a wrong seal.
+    // Reserves the room first, because the library cannot distinguish a full disk from a wrong seal.
     VX_RETURN_IF_FAILED(writeSmallFile(root, kSealWorkingFile, std::string(kSealBytes, '0')));
     const auto good = engine.checkSeal(files, root.path + "/" + kSealFile);
     removeTree(root.descriptor, kSealWorkingFile);
@@ -128,7 +128,7 @@ Result<Check> examineSeal(CloneEngine& engine, const Tree& package, const Tree& 
     return Check{Subject::Seal, *good ? Finding::Unaltered : Finding::Altered};
 }
 
-/// What the seal says, as far as it can be asked.
+/// The result of the seal's check, if there is a seal.
 Result<std::vector<Check>> examineSealIfAny(CloneEngine& engine, const Tree& package, const Tree& root,
                                             const std::vector<std::string>& files, bool key) {
     const auto sealed = hasEntry(root, kSealFile);
@@ -197,7 +197,7 @@ Result<Examination> examinePackage(CloneEngine& engine, const Tree& package, con
     if (!*key) {
         result.checks.push_back({Subject::Key, Finding::None});
     }
-    // The library reads the files while they are being digested.
+    // The library reads the files while their digests are computed on other threads.
     const auto seal = examineSealIfAny(engine, package, root, reading->files(), *key);
     VX_RETURN_IF_FAILED(seal);
     const auto contents = reading->finish();

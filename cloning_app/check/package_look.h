@@ -13,7 +13,7 @@
 
 namespace vxclone {
 
-/// A package where it lies, opened for looking alone: nothing of it is changed, and nothing put right.
+/// A package on the stick that is opened only for reading. Nothing of it is changed or repaired.
 class OpenPackage {
  public:
     /// Errors: those of `StickTarget::open` and `StickTarget::openPackage`.
@@ -28,30 +28,30 @@ class OpenPackage {
     std::string path_;
 };
 
-/// What a package says of itself, and what can be said of it without reading its files.
+/// What a package says about itself, and what is known without reading its files.
 struct PackageLook {
     std::optional<Identity> identity;
     std::optional<ReadManifest> manifest;
-    std::vector<Check> checks;     ///< whether it fits, its manifest is good and its seal there
+    std::vector<Check> checks;     ///< whether it fits, its manifest is good and its seal exists
     std::vector<Lack> lacks = {};  ///< what it lacks
 };
 
-/// Looks at the package. A file of it that is damaged is a check of the result. Errors: it cannot be read, or
-/// is of a later format.
+/// Reads this from the package. A damaged file of it becomes a check of the result. Errors: it cannot be
+/// read, or has a later format.
 Result<PackageLook> lookAt(const Tree& package);
 
-/// The exit status for what was seen: that of the gravest check, where neither a missing key nor another kind
-/// of television counts, since a look needs none of them.
+/// The exit status for these checks: that of the most serious one. A missing key and another kind of
+/// television do not count, because this command needs neither.
 int statusOfLook(const PackageLook& look);
 
-/// What a package says of itself, as members of a JSON line.
+/// The package's description as members of a JSON line.
 nlohmann::ordered_json factsOf(const std::string& path, const PackageLook& look);
 
-/// The time as a list shows it, "2026-03-01 12:30 UTC", in words that a narrow column can be broken between;
-/// any other text as it is.
+/// The time for a list, "2026-03-01 12:30 UTC", in words between which a narrow column can be broken. Any
+/// other text is unchanged.
 std::string dayAndMinute(const std::string& time);
 
-/// The value for people; a dash where there is none.
+/// The value for people; a dash if there is none.
 std::string orDash(const std::optional<std::string>& value);
 
 }  // namespace vxclone

@@ -10,10 +10,10 @@
 
 namespace vxclone {
 
-/// What of a package one service or application saves and loads.
+/// The part of a package that one service or application saves and loads.
 struct PackagePart {
     std::string category;  ///< as on the command line; "identity" or "other" for what belongs to none
-    /// Whose data it is, of the category "apps"; the entry's name, of "other"; else empty.
+    /// For the category "apps" the application; for "other" the entry's name; otherwise empty.
     std::string subject = {};
 
     auto operator<=>(const PackagePart&) const = default;
@@ -23,17 +23,17 @@ struct PackagePart {
 /// The part for people: "channels", "apps (org.example.app)" or the entry's name.
 std::string nameOf(const PackagePart& part);
 
-/// The part that a file of a package belongs to, by its path. Every folder at the top that is no category's
-/// is an application's.
+/// The part to which a file of a package belongs, by its path. A folder at the top that does not belong to a
+/// category belongs to an application.
 PackagePart partOf(std::string_view path);
 
-/// The state, part by part. A part without anything in it is not there.
+/// The state, divided into parts. Empty parts are left out.
 std::map<PackagePart, ComparedState> partsOf(const ComparedState& state);
 
-/// Says of each difference which part it belongs to, and groups them by that.
+/// Stores in each difference the part to which it belongs, and groups them by part.
 void nameParts(std::vector<Difference>& differences);
 
-/// Whether the difference, named by `nameParts`, is one of this part.
+/// Whether the difference belongs to this part. Before: `nameParts` was called.
 bool belongsTo(const Difference& difference, const PackagePart& part);
 
 }  // namespace vxclone

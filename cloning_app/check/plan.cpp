@@ -21,7 +21,7 @@ std::vector<Lack> lacksOfCategory(const std::vector<Lack>& lacks, VXClone catego
     return own;
 }
 
-/// The lacks for which nothing of the category is loaded; none where it is loaded.
+/// The lacks because of which the category is not loaded; empty if it is loaded.
 std::vector<Lack> reasonsToLeaveOut(VXClone category, const std::vector<Lack>& lacks,
                                     const Holdings& holdings) {
     std::vector<Lack> own = lacksOfCategory(lacks, category);
@@ -35,8 +35,8 @@ std::vector<Lack> reasonsToLeaveOut(VXClone category, const std::vector<Lack>& l
     return own.empty() ? std::vector<Lack>{{category, "", true}} : own;
 }
 
-/// Network time puts two settings into effect; without them it would switch the clock by values that are
-/// none.
+/// Network time puts two settings into effect. If the package lacks them, it would set the clock by invalid
+/// values.
 std::vector<Lack> lacksOfNetworkTime(const Plan& plan, const std::vector<Lack>& lacks) {
     std::vector<Lack> own;
     std::copy_if(lacks.begin(), lacks.end(), std::back_inserter(own), [&plan](const Lack& lack) {

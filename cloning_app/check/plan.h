@@ -8,23 +8,23 @@
 
 namespace vxclone {
 
-/// What the library is told to load, and what is left out of that and why.
+/// The categories that the library is told to load, and those that are left out, with the reason.
 struct Plan {
     std::vector<VXClone> list;
     std::vector<Row> leftOut = {};
-    bool everything = false;  ///< nobody chose
+    bool everything = false;  ///< the user did not choose categories
     std::vector<std::string> untouched =
         {};  ///< keys that the package lacks, although their category is loaded
 
     bool holds(VXClone category) const;
 };
 
-/// Leaves out of the plan whatever the package holds nothing or not all of, so that this television keeps its
-/// own: the library would write nothing over it, or half of it. Of the settings the keys that are lacking
-/// become `untouched`. `lacks` is what the package lacks.
+/// Removes categories from the plan that the package does not hold completely, so that this television keeps
+/// its own data. Otherwise the library would overwrite it with nothing, or partly. Lacking keys of settings
+/// are added to `untouched`. `lacks` is what the package lacks.
 void leaveOutLacking(Plan& plan, const std::vector<Lack>& lacks, const Holdings& holdings);
 
-/// Says in the rows of what was loaded that the package does not hold all of it.
+/// Adds to the rows of loaded categories what the package lacks of them.
 void sayLacking(std::vector<Row>& rows, const std::vector<Lack>& lacks, const Holdings& holdings);
 
 }  // namespace vxclone

@@ -16,10 +16,11 @@ namespace vxclone {
 
 namespace {
 
-/// Where the library puts a new seal: it removes a file with the seal's own name from the clone folder.
+/// The file to which the library writes a new seal. It cannot have the seal's own name, because the library
+/// removes that file from the clone folder.
 constexpr const char* kNewSealFile = "validate.vxclone-new";
 
-// What the library's check of the identity answers.
+// The result of the library's check for a seal that is right.
 constexpr int kSealFits = 0;
 
 std::string in(const Tree& package, std::string_view name) {
@@ -40,7 +41,7 @@ tl::unexpected<Error> notSealed(const std::string& why) {
                                              "; free some space on the television's disk and back up again");
 }
 
-/// What the library said while it sealed; a call that broke off is a backup that is not sealed.
+/// Turns the library's answer into success or an error. If the call itself failed, the backup is not sealed.
 Result<void> sealedOr(const Result<bool>& answer, const std::string& whyNot) {
     if (!answer) {
         const bool full = answer.error().code == ErrorCode::TelevisionFull;
@@ -66,7 +67,7 @@ Result<void> recordIdentity(CloneEngine& engine, const Tree& package, const Iden
     return {};
 }
 
-/// Seals the files, and sees whether the library takes its own seal.
+/// Seals the files, and checks that the library accepts its own seal.
 Result<void> makeSeal(CloneEngine& engine, const Tree& package, const std::vector<std::string>& files) {
     const auto made =
         sealedOr(engine.seal(files, in(package, kNewSealFile)), "the clone library could not write the seal");
@@ -83,7 +84,7 @@ Result<void> makeSeal(CloneEngine& engine, const Tree& package, const std::vecto
 Result<std::string> recordAndSeal(CloneEngine& engine, const Tree& package, const PackageOrigin& origin,
                                   const PackageKey& key) {
     VX_RETURN_IF_FAILED(recordIdentity(engine, package, origin.source));
-    // The seal covers the manifest as well: it must be there when the files are listed.
+    // The seal covers the manifest, too, so the file must exist when the files are listed.
     VX_RETURN_IF_FAILED(writeSmallFile(package, kManifestFile, ""));
     auto contents = readContents(package);
     VX_RETURN_IF_FAILED(contents);

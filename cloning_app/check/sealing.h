@@ -11,27 +11,27 @@
 
 namespace vxclone {
 
-/// Checks that something can be sealed on this television. Result: the key for the manifest. Errors: `NoKey`,
-/// naming the key that is missing, or the library broke off.
+/// Checks that this television can seal a package. Result: the key for the manifest. Errors: `NoKey` with the
+/// missing key, or a failure of the library.
 Result<PackageKey> requireKeys(CloneEngine& engine);
 
 /// A finished package.
 struct SealedPackage {
     std::vector<Check> checks;
-    std::string digest;  ///< the manifest's: what names exactly this package
+    std::string digest;  ///< of the manifest; it identifies exactly this package
 };
 
-/// Completes the finished backup in the clone folder `package`: its identity, the manifest, the seal over
-/// all; what the library made is read back. On failure no seal and no working file of the library is left.
-/// Errors: `IdentityUnusable`, `NotSealed`, the disk says no, or the library broke off.
+/// Completes the finished backup in the clone folder `package`: its identity, the manifest, and the seal over
+/// everything. The results of the library are read back. On failure no seal and no working file of the
+/// library stays. Errors: `IdentityUnusable`, `NotSealed`, a failure of the disk or of the library.
 Result<SealedPackage> sealPackage(CloneEngine& engine, const Tree& package, const PackageOrigin& origin,
                                   const PackageKey& key);
 
-/// What the package of a backup that begins now says of where it comes from, its results still missing.
-/// Errors: the name is none (`BadArguments`), or the television does not say what it is (`IdentityUnusable`).
+/// The origin of a package whose backup begins now, still without results. Errors: an invalid name
+/// (`BadArguments`), or the television does not report its identity (`IdentityUnusable`).
 Result<PackageOrigin> originOfBackup(const std::string& name);
 
-/// The rows of a backup as its package keeps them.
+/// The rows of a backup in the form of the manifest.
 std::vector<ManifestResult> resultsOf(const std::vector<Row>& rows);
 
 }  // namespace vxclone

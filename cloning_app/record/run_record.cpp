@@ -18,17 +18,18 @@ namespace vxclone {
 namespace {
 
 constexpr const char* kRecordFile = "run.json";
-/// Held by the process whose run goes on. It stays when the run has ended: it is the hold that counts.
+/// The process with a current run has this file locked. The file stays after the run; only the lock counts.
 constexpr const char* kLockFile = "run.lock";
 constexpr mode_t kLockMode = 0644;
-/// How often a lock is taken anew whose file was taken away meanwhile.
+/// The number of attempts to lock the file if it is removed meanwhile.
 constexpr int kMostAttempts = 100;
-/// Far more than any record holds.
+/// Much more than any record needs.
 constexpr std::size_t kMostRecordBytes = std::size_t{256} << 10U;
 
-// The first byte of the lock file is held while a run goes on, and the second one besides while it is a mere
-// look, of which there is no record. Which of the others is held says how far a run is: that takes no room on
-// the disk, and is gone with the process. They do not touch the first ones, or they would be one.
+// The first byte of the lock file is locked during a run. The second one is also locked if it is only a look,
+// which has no record. The position of a lock on the other bytes shows the progress of a run. This needs no
+// room on the disk and ends with the process. These locks do not touch the first bytes, because adjacent
+// locks would be merged.
 constexpr off_t kHold = 0;
 constexpr off_t kMarkOfLook = 1;
 constexpr off_t kLengthOfRun = 1;
@@ -36,7 +37,7 @@ constexpr off_t kLengthOfLook = 2;
 constexpr off_t kPositions = 128;
 constexpr off_t kPositionsOfAPhase = 128;
 
-/// Of the bytes from `begin` on; a length of 0 is all of them.
+/// A lock on the bytes from `begin` on. A length of 0 means all of them.
 struct flock lockOf(short type, off_t begin, off_t length) {
     struct flock lock {};
     lock.l_type = type;
@@ -59,7 +60,7 @@ std::optional<ToldProgress> progressAt(off_t position) {
     return ToldProgress{static_cast<ShownPhase>(phase), static_cast<int>(percent)};
 }
 
-/// Whether the open file is still the one of that name: who holds it last may take the name away.
+/// Whether the open file is still the one with that name. The last holder may have removed the name.
 bool isStillThere(const Descriptor& file, int folder) {
     struct stat held {};
     struct stat named {};
@@ -67,7 +68,7 @@ bool isStillThere(const Descriptor& file, int folder) {
            held.st_dev == named.st_dev && held.st_ino == named.st_ino;
 }
 
-/// Result: none where another process holds it.
+/// Result: empty if another process has the lock.
 Result<std::optional<Descriptor>> tryLock(int folder, const std::string& path, off_t length) {
     Descriptor file(openat(folder, kLockFile, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, kLockMode));
     struct flock lock = lockOf(F_WRLCK, kHold, length);
@@ -95,8 +96,8 @@ Result<Descriptor> takeLock(int folder, const std::string& path, off_t length) {
                    "another vxclone works on this television; wait for its end (vxclone status --follow)");
 }
 
-/// Where the first byte is that somebody holds of these; none where nobody does. Asks without taking, so that
-/// whoever begins a run at this moment is not kept from it.
+/// The position of the first locked byte in this range; empty if none is locked. Only queries, so a run that
+/// begins at this moment is not disturbed.
 std::optional<off_t> firstHeld(const Descriptor& file, off_t begin, off_t length) {
     struct flock lock = lockOf(F_WRLCK, begin, length);
     const bool held = file.valid() && fcntl(file.get(), F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
@@ -112,7 +113,7 @@ Result<Descriptor> makeAndOpen(const std::filesystem::path& folder) {
     return openOnTelevision(folder);
 }
 
-/// The record in the folder; none where there is none that can be understood.
+/// The record in the folder; empty if there is none or it cannot be understood.
 std::optional<RunRecord> recordIn(const Tree& folder) {
     const auto text = readSmallFile(folder, kRecordFile, kMostRecordBytes);
     if (!text || !*text) {
@@ -127,8 +128,8 @@ using Json = nlohmann::json;
 constexpr std::int64_t kFormatVersion = 1;
 constexpr std::size_t kMostRows = 100;
 constexpr std::int64_t kMostExitStatus = 255;
-/// The deepest value stands in a row of the list of the whole. Each row has five values and their names;
-/// there is room for what a later vxclone may add.
+/// The depth is that of a value in a row in the list in the record. Each row has five values and their names.
+/// The limit leaves room for additions of a later vxclone.
 constexpr vxcommon::JsonLimits kRecordLimits{4, kMostRows * 20 + 100};
 
 constexpr std::array<std::string_view, 3> kRunKinds = {"backup", "restore", "undo"};
@@ -137,19 +138,19 @@ constexpr std::array<std::string_view, 7> kPhases = {"staging",   "safety",     
                                                      "restoring", "reading-back", "done"};
 static_assert(kPhases.size() == static_cast<std::size_t>(RunPhase::Done) + 1);
 
-/// The text of a member, or none.
+/// The text of a member, if it has one.
 std::optional<std::string> text(const Json& object, const char* name) {
     const Json* const found = vxcommon::memberIfThere(object, name);
     return found != nullptr && found->is_string() ? std::optional(found->get<std::string>()) : std::nullopt;
 }
 
-/// The number of a member, or none where it is not one from 0 to `most`.
+/// The number of a member, if it is one from 0 to `most`.
 std::optional<std::int64_t> number(const Json& object, const char* name, std::int64_t most) {
     const Json* const found = vxcommon::memberIfThere(object, name);
     return found == nullptr ? std::nullopt : vxcommon::wholeNumber(*found, 0, most);
 }
 
-/// A time that is only shown: one that no clock of ours gives stands for the nearest that it gives.
+/// A time that is only shown. It is limited to the range of times that can be shown.
 std::optional<std::int64_t> shownTime(const Json& object, const char* name) {
     const Json* const found = vxcommon::memberIfThere(object, name);
     if (found == nullptr || !found->is_number_integer()) {
@@ -165,7 +166,7 @@ bool isTrue(const Json& object, const char* name) {
     return found != nullptr && *found == true;
 }
 
-/// The value whose name the member holds.
+/// The value whose name is in the member.
 template <class Value, std::size_t count>
 std::optional<Value> named(const Json& object, const char* name,
                            const std::array<std::string_view, count>& names) {
@@ -334,7 +335,7 @@ Result<void> RunRecorder::end(int exitStatus, std::vector<Row> rows) {
     next.halfChanged = !left.categories.empty();
     next.allLoaded = false;
     next.wayBack = next.halfChanged && record_.wayBack;
-    // In this order: as long as the record does not tell of the end, the safety backup is needed.
+    // The order matters: until the record says that the run has ended, the safety backup is needed.
     return close(std::move(next), exitStatus, std::move(rows)).and_then([&] {
         return keepUnfinishedLoad(tree(), left);
     });
@@ -397,7 +398,8 @@ Result<std::optional<LastRun>> readLastRun(const std::filesystem::path& folder) 
     if (!opened.valid()) {
         return tl::make_unexpected(readError(Place::Television, folder.string(), errno));
     }
-    // Asked first: a run that ends in between leaves a record that is done.
+    // The lock is queried before the record is read. If the run ends in between, the record says that it is
+    // done.
     const Descriptor lock(openat(opened.get(), kLockFile, O_RDWR | O_NOFOLLOW | O_CLOEXEC));
     const bool goingOn = firstHeld(lock, kHold, 1) && !firstHeld(lock, kMarkOfLook, 1);
     const auto position = firstHeld(lock, kPositions, 0);

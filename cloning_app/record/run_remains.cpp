@@ -10,8 +10,8 @@ namespace vxclone {
 
 namespace {
 
-/// What is left, and what to do about it: where a safety backup from before the load is there, where none is,
-/// and after an undo.
+/// The state after an interrupted run, and the next step: with a safety backup from before the load, without
+/// one, and after an undo.
 struct RemainsFact {
     Remains remains;
     std::string_view name;
@@ -52,7 +52,7 @@ RunPhase lastPhaseOf(const RunRecord& record) {
     return record.brokeOffIn.value_or(record.phase);
 }
 
-/// Not everything was loaded where a category failed.
+/// If a category failed, not everything was loaded.
 std::string whatOf(Remains remains, const std::vector<Row>& rows) {
     const std::string failed = remains == Remains::NotReadBack ? failedNames(rows) : "";
     return failed.empty()

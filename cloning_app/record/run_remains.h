@@ -9,34 +9,34 @@
 
 namespace vxclone {
 
-/// What a run leaves that was stopped, died or broke off.
+/// The state in which an unfinished run leaves the television and the stick.
 enum class Remains {
-    Nothing,      ///< all is as it was before
-    OldOrNew,     ///< the stick holds the package before or the new one
+    Nothing,      ///< nothing has changed
+    OldOrNew,     ///< the stick holds the old or the new package
     HalfChanged,  ///< the load had begun
-    NotReadBack   ///< the load had come to its end
+    NotReadBack   ///< the load had ended
 };
 
 /// The name for programs: "half-changed".
 std::string_view nameOf(Remains remains);
 
-/// What the run left. Result: none where it came to its end, or ended with an error before it changed
-/// anything.
+/// The state that the run left behind. Result: empty if it was completed, or ended with an error before it
+/// changed anything.
 std::optional<Remains> remainsOf(const RunRecord& record);
 
-/// That in words, and what to do: "nothing was changed; start again when ready".
+/// The same in words, with the next step: "nothing was changed; start again when ready".
 std::string consequenceOf(const RunRecord& record);
-/// The same of a command that changes nothing, ever.
+/// The same for a command that never changes anything.
 std::string consequenceOfLooking();
 
-/// A sentence about a restore or an undo before this run that broke off and left the television changed; none
-/// where no such run is known, or this one loaded something itself.
+/// A sentence about an earlier restore or undo that was interrupted and left the television changed. Empty if
+/// no such run is known, or if this run has loaded something itself.
 std::optional<std::string> sentenceAboutEarlier(const RunRecord& record);
 
 /// The run in words: "restore from /media/usb/clone, begun 2026-11-21T05:10:50Z".
 std::string describe(const RunRecord& record);
 
-/// What the next start says of the last run and those before, where not all of them came to their end.
+/// The sentences with which the next command reports the last run and earlier ones that were not completed.
 std::vector<std::string> sentencesForTheNextStart(const RunRecord& record);
 
 }  // namespace vxclone

@@ -24,7 +24,7 @@ Direction directionOf(const std::optional<LastRun>& last) {
     return last && last->record.kind == RunKind::Backup ? Direction::Backup : Direction::Restore;
 }
 
-/// What the exit status of a run says.
+/// The meaning of a run's exit status.
 std::string_view meaningOf(int status) {
     const auto facts = exitStatuses();
     const auto found = std::find_if(facts.begin(), facts.end(),
@@ -32,12 +32,12 @@ std::string_view meaningOf(int status) {
     return found == facts.end() ? "ended in an unknown way" : found->meaning;
 }
 
-/// Whether the two keys tell of this run, and not of a safety backup or of a run before.
+/// Whether the two keys belong to this run, and not to a safety backup or an earlier run.
 bool isReported(RunPhase phase) {
     return phase == RunPhase::Saving || phase == RunPhase::Restoring;
 }
 
-/// Of a run that is done.
+/// For a run that is done.
 std::string howItBrokeOff(const RunRecord& record) {
     if (remainsOf(record)) {
         return fmt::format(" in phase {}: {}", nameOf(*record.brokeOffIn), consequenceOf(record));
@@ -46,7 +46,7 @@ std::string howItBrokeOff(const RunRecord& record) {
     return late && !record.brokeOffIn ? " after its end: nothing is missing" : "";
 }
 
-/// Whether a run that is over left the television changed and not as a run should leave it.
+/// Whether a finished run left the television changed in an unintended way.
 bool leftTheTelevisionChanged(const LastRun& last) {
     return !last.goingOn && last.record.halfChanged;
 }
@@ -77,8 +77,8 @@ std::vector<std::string> packageSentences(const RunRecord& record) {
     return text.empty() ? std::vector<std::string>() : std::vector{"The package:" + text + "."};
 }
 
-/// The record tells more of a run that has ended than the library's list: whose each outcome is, and what was
-/// read back.
+/// For a finished run, the record has more details than the library's list: the application of each result,
+/// and the read-back.
 bool hasResults(const Status& status) {
     return status.last && status.last->record.phase == RunPhase::Done && !status.last->record.rows.empty();
 }
@@ -114,7 +114,7 @@ nlohmann::ordered_json jsonOf(const LastRun& last) {
     return {{"check", "last-run"}, {"result", last.goingOn ? "going-on" : state}, {"lastRun", members}};
 }
 
-/// What the keys tell of the last run. A look that begins meanwhile notes them before it changes them.
+/// The keys of the last run. If a look begins meanwhile, it saves them before it changes them.
 RunKeys keysOfLastRun(const std::filesystem::path& folder) {
     if (const auto before = notedRunKeys(folder)) {
         return *before;

@@ -21,7 +21,7 @@ bool holds(const std::vector<VXClone>& list, VXClone category) {
     return std::find(list.begin(), list.end(), category) != list.end();
 }
 
-/// The first line tells of the way back, each other one is the name of a category.
+/// The first line says whether undo is possible; each other line is the name of a category.
 std::string markText(const UnfinishedLoad& load) {
     std::string text = std::string(load.wayBack ? kWayBackLine : kNoWayBackLine) + "\n";
     for (const VXClone category : load.categories) {

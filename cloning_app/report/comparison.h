@@ -11,13 +11,13 @@
 
 namespace vxclone {
 
-/// What of a television is compared: where it is now, or as a package holds it.
+/// The part of a television's state that is compared, either on the television or in a package.
 struct ComparedState {
     std::vector<Setting> settings;      ///< in the order of their keys
-    std::vector<PackageEntry> entries;  ///< with the paths that they have in a package, sorted by these
+    std::vector<PackageEntry> entries;  ///< with their paths in a package, sorted by path
 };
 
-/// A setting or a file that the two states do not have alike; in a state that does not have it, it is none.
+/// A setting or a file that differs between two states. The value is empty if a state does not have it.
 struct Difference {
     std::string category;  ///< as on the command line; "identity" or "other" for what belongs to none
     std::string what;      ///< the setting's key, or the file's path
@@ -26,18 +26,17 @@ struct Difference {
     std::optional<Setting> secondSetting = {};
     bool inFirst = true;
     bool inSecond = true;
-    std::string application = {};  ///< whose file it is, of the category "apps"; else empty
+    std::string application = {};  ///< the owner of the file in the category "apps"; otherwise empty
 };
 
-/// The category that an entry of a package belongs to, by its path: "identity" or "other" for what belongs to
-/// none.
+/// The category of an entry of a package, by its path: "identity" or "other" if it belongs to none.
 std::string_view categoryOfPath(std::string_view path);
 
 /// The differences, grouped by category.
 std::vector<Difference> differencesOf(const ComparedState& first, const ComparedState& second);
 
-/// What is different, to follow the name of the setting or of the file; `first` and `second` name the two
-/// states. Of a secret only that it differs.
+/// The difference in words, to follow the name of the setting or file. `first` and `second` name the two
+/// states. For a secret it only says that the values differ.
 std::string wordsOf(const Difference& difference, const std::string& first, const std::string& second);
 
 /// The members of a JSON line.

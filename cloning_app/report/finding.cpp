@@ -60,7 +60,7 @@ constexpr std::array kFindings = {
 };
 static_assert(kFindings.size() == static_cast<std::size_t>(Finding::Refused) + 1);
 
-/// The problems, the gravest first.
+/// The problems, the most serious first.
 constexpr std::array kByGravity = {ErrorCode::NotComplete, ErrorCode::NoKey, ErrorCode::Altered,
                                    ErrorCode::DoesNotFit};
 
@@ -68,7 +68,7 @@ const FindingFacts& factsOf(Finding finding) {
     return kFindings.at(static_cast<std::size_t>(finding));
 }
 
-/// Both values where they differ, the one where they do not.
+/// Both values if they differ; otherwise the common one.
 std::string valuesOf(const Check& check) {
     if (check.television.empty() && check.package.empty()) {
         return {};
@@ -105,7 +105,7 @@ std::string sentenceFor(ErrorCode problem, const std::string& what, const std::s
     }
 }
 
-/// What a sentence says of one check.
+/// The text of one check for a sentence.
 std::string partOfSentence(const Check& check) {
     if (check.finding == Finding::None) {
         return check.subject == Subject::Key ? "clone key" : "package key";
@@ -122,7 +122,8 @@ std::string partOfSentence(const Check& check) {
     return fmt::format("{} {}", wordsOf(check.subject), textOf(check));
 }
 
-/// What a sentence says of all checks with the problem: of many files the first ones and a count.
+/// The text of all checks with this problem for a sentence. Of many files it names the first ones and the
+/// number of the others.
 std::string partsFor(ErrorCode problem, const std::vector<Check>& checks) {
     std::string text;
     std::size_t files = 0;

@@ -10,56 +10,56 @@
 
 namespace vxclone {
 
-/// What of a package is judged as a whole, not category by category.
+/// The subjects of checks of the whole package, as opposed to single categories.
 enum class Subject { Identity, Model, ProductTag, Tuner, Key, PackageKey, Manifest, File, Seal };
 
 enum class Finding {
-    Recorded,    ///< written down by a backup, and read back
+    Recorded,    ///< written by a backup, and read back
     Sealed,      ///< sealed by a backup, and read back
-    Verified,    ///< looked at before a restore, and good
-    Same,        ///< the package's is this television's
+    Verified,    ///< checked before a restore, and good
+    Same,        ///< package and television have the same value
     Unaltered,   ///< the package is what was sealed
     Unlisted,    ///< the package, made by another tool, has no manifest
-    Overridden,  ///< differs, and the user wants it all the same
-    Missing,     ///< the package holds no such file
-    None,        ///< the television has none
+    Overridden,  ///< differs, but the user accepts it
+    Missing,     ///< the package has no such file
+    None,        ///< the television has no key
     Altered,     ///< the package is not what was sealed
     Gone,        ///< the manifest lists a file that the package does not hold
     Added,       ///< the package holds a file that the manifest does not list
-    Differs,     ///< the package's is not this television's
-    Absent,      ///< the package does not tell its own
-    Unknown,     ///< this television does not tell its own
-    Refused      ///< the library says that it does not fit, for no reason that vxclone sees
+    Differs,     ///< package and television have different values
+    Absent,      ///< the package does not contain the value
+    Unknown,     ///< this television does not report the value
+    Refused      ///< the library says that it does not fit, and vxclone does not know why
 };
 
-/// One such judgement.
+/// The result of one such check.
 struct Check {
     Subject subject;
     Finding finding;
-    std::string television = {};  ///< this television's value, where there is one
+    std::string television = {};  ///< this television's value, if there is one
     std::string package = {};     ///< the package's value
-    std::string detail = {};      ///< what else there is to say
+    std::string detail = {};      ///< further details
 };
 
-/// The subject and the finding in JSON.
+/// The names of subject and finding in JSON.
 std::string_view nameOf(Subject subject);
 std::string_view nameOf(Finding finding);
 
-/// The subject for people.
+/// The subject in words.
 std::string_view wordsOf(Subject subject);
 
-/// What the check says, for people, and its colour.
+/// The text of the check for people, and its colour.
 std::string textOf(const Check& check);
 vxcommon::Colour colourOf(const Check& check);
 
-/// The error that the finding stands for; none for a good one.
+/// The error that the finding means; empty for a good one.
 std::optional<ErrorCode> problemOf(const Check& check);
 
-/// The gravest problem: the package is not complete, there is no key, it was altered, it does not fit, in
-/// this order. None when all is well.
+/// The most serious problem, in this order: the package is not complete, there is no key, it was altered, it
+/// does not fit. Empty if there is no problem.
 std::optional<ErrorCode> problemOf(const std::vector<Check>& checks);
 
-/// A sentence for each kind of problem, the gravest first; `path` is the package's.
+/// A sentence for each kind of problem, the most serious first. `path` is that of the package.
 std::vector<std::string> problemSentences(const std::vector<Check>& checks, const std::string& path);
 
 }  // namespace vxclone

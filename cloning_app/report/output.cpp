@@ -22,7 +22,7 @@ void sayAsJson(const Output& output, JsonLines& lines) {
     lines.write(Event::Summary, summary);
 }
 
-/// An entry of a list begins with blanks, and what carries it on goes two farther in.
+/// A list entry is indented, and its continuation lines by two more columns.
 void sayLine(Outlet& out, std::string_view line) {
     constexpr std::size_t kFarther = 2;
     const std::size_t blanks = std::min(line.find_first_not_of(' '), line.size());

@@ -10,40 +10,40 @@
 
 namespace vxclone {
 
-/// One thing that a command found, for both kinds of readers. A form that is empty is not written.
+/// One item of a command's output, for people and for programs. An empty form is not written.
 struct OutputLine {
     Event event;
     nlohmann::ordered_json members = {};  ///< for programs
-    vxcommon::Printable text = {};        ///< for people; may be several lines, the last one without its end
-    /// For people, below the text, and apart from what is above it.
+    vxcommon::Printable text = {};  ///< for people; may be several lines, the last one without a line end
+    /// For people, below the text, separated from what is above.
     std::optional<vxcommon::TerminalTable> table = {};
 };
 
-/// What a command found that looks and changes nothing.
+/// The output of a command that changes nothing.
 struct Output {
     std::vector<OutputLine> lines;
     int exitStatus = kExitOk;
     std::vector<std::string> closing = {};  ///< sentences for the end
-    nlohmann::ordered_json summary = {};    ///< what the summary says besides, for programs; may be empty
+    nlohmann::ordered_json summary = {};    ///< further members of the summary, for programs; may be empty
 };
 
-/// The line for a check of a package, for programs alone.
+/// The line for a check of a package, only for programs.
 OutputLine lineOf(const Check& check);
-/// Adds what a package lacks: a line each for programs, sentences at the end for people. `path` says which
-/// one it is, where there is more than one.
+/// Adds what a package lacks: one line for each lack for programs, and sentences at the end for people. If
+/// there are several packages, `path` says which one it is.
 void addLacks(Output& output, const std::vector<Lack>& lacks, const std::string& path = {});
-/// Text for people alone.
+/// A text only for people.
 OutputLine lineOf(vxcommon::Printable text);
-/// A table for people alone.
+/// A table only for people.
 OutputLine lineOf(vxcommon::TerminalTable table);
 
-/// Where a command writes, and what is behind it.
+/// A stream for the output, and the screen at its end.
 struct Outlet {
     vxcommon::Writer writer = vxcommon::standardOutput();
     vxcommon::Screen screen = {};
 };
 
-/// Writes all of it, or the error, as text that fits the screen or as JSON lines. Result: the exit status.
+/// Writes the output or the error, as text that fits the screen or as JSON lines. Result: the exit status.
 int sayOutput(const Result<Output>& output, bool json, Outlet out, Outlet err);
 
 }  // namespace vxclone

@@ -69,7 +69,7 @@ class JsonView final : public ProgressView {
  private:
     using Json = nlohmann::ordered_json;
 
-    /// What every line of a run has that goes on.
+    /// The members that every line of a current run has.
     Json begin() const {
         Json members = {
             {"run", run_},

@@ -15,54 +15,54 @@
 
 namespace vxclone {
 
-/// What two states do not have alike, and what the two are called.
+/// The differences between two states, and the names of the two.
 struct NamedDifferences {
     std::string first;
     std::string second;
     std::vector<Difference> list;
 };
 
-/// What a run that reached its end has to say.
+/// The result of a run that reached its end.
 struct Report {
-    std::vector<Row> rows;  ///< none where no category was cloned
+    std::vector<Row> rows;  ///< empty if no category was cloned
     int exitStatus;
-    std::vector<std::string> closing;   ///< sentences for the end, one a line
-    std::vector<Check> checks = {};     ///< what was judged of the package as a whole
-    std::string digest = {};            ///< the package's manifest; empty where there is none
+    std::vector<std::string> closing;   ///< sentences for the end, one on each line
+    std::vector<Check> checks = {};     ///< the checks of the whole package
+    std::string digest = {};            ///< of the package's manifest; empty if there is none
     NamedDifferences differences = {};  ///< between the package and the television
-    bool brokenOff = false;             ///< what was loaded was to be read back, and a stop kept it from that
+    bool brokenOff = false;             ///< a stop prevented the read-back
     std::vector<Lack> lacks = {};       ///< what the package lacks
-    /// The keys of the settings that a backup lacks because they are no UTF-8 text, of a backup alone.
+    /// Only for a backup: the keys of settings that it lacks because their texts are not UTF-8.
     std::vector<std::string> foreignTexts = {};
-    /// The categories that were to be compared with the television and were not, of a dry run alone.
+    /// Only for a dry run: the categories that could not be compared with the television.
     std::optional<std::vector<std::string>> notCompared = {};
 };
 
-/// Where a run stands.
+/// The progress of a run.
 struct Progress {
-    std::optional<ShownPhase> phase = {};  ///< what it works at now
-    double part = 0;                       ///< how much of the phase is done, from 0 to 1
-    std::size_t entry = 0;  ///< how many of the library's entries are done; in a backup, were reported
+    std::optional<ShownPhase> phase = {};  ///< the current phase
+    double part = 0;                       ///< the finished part of the phase, from 0 to 1
+    std::size_t entry = 0;  ///< the number of the library's entries that are done; in a backup, reported
     std::size_t entries = 0;
-    std::optional<VXClone> category = {};  ///< the one at work; in a backup the latest that was reported
-    std::optional<int> percent = {};       ///< of the whole run, never falls: `RunProgress` works it out
+    std::optional<VXClone> category = {};  ///< the current one; in a backup the last one that was reported
+    std::optional<int> percent = {};       ///< of the whole run; never falls; computed by `RunProgress`
 };
 
-/// Shows a run while it goes on and says how it ended. One thread at a time, unless it says otherwise.
+/// Shows a run and its result. Threads: one at a time, unless a function says otherwise.
 class ProgressView {
  public:
     virtual ~ProgressView() = default;
-    /// The run has come further.
+    /// The run has made progress.
     virtual void progress(const Progress& progress) = 0;
-    /// A category's outcome, as soon as it is known.
+    /// The result of a category is known.
     virtual void category(const Row& row) = 0;
-    /// Some time has passed: something that moves may move.
+    /// Some time has passed, so the live line may be updated.
     virtual void tick() = 0;
-    /// Takes the live line away, where there is one, for what somebody else writes next.
+    /// Removes the live line, if there is one, because something else will be written.
     virtual void clear() = 0;
-    /// A sentence that does not end the run.
+    /// A message that does not end the run.
     virtual void notice(const std::string& sentence) = 0;
-    /// The end: exactly one of the two is called, last.
+    /// The end. Exactly one of the two is called, as the last call.
     virtual void done(const Report& report) = 0;
     virtual void failed(const Error& error) = 0;
 };
@@ -70,29 +70,29 @@ class ProgressView {
 enum class ViewKind {
     Terminal,  ///< one live line, rewritten in place
     Plain,     ///< a line for each step
-    Json       ///< a JSON object for each step, on `out` alone
+    Json       ///< a JSON object for each step, only on `out`
 };
 
-/// How a view writes.
+/// The options of a view.
 struct ViewOptions {
-    /// What is behind `out` now; nothing is wider.
+    /// The current screen at `out`; no line is wider.
     std::function<vxcommon::Screen()> screen = [] { return vxcommon::Screen{}; };
-    /// How long the command has been at work.
+    /// The time since the command began.
     std::function<std::chrono::milliseconds()> elapsed = [] { return std::chrono::milliseconds(0); };
-    /// What is behind `err` now.
+    /// The current screen at `err`.
     std::function<vxcommon::Screen()> errorScreen = [] { return vxcommon::Screen{}; };
 };
 
-/// `run` is what the command is called in JSON and on the live line, such as "undo". Sentences about failures
-/// go to `err`.
+/// `run` is the name of the command in JSON and on the live line, such as "undo". Sentences about failures go
+/// to `err`.
 std::unique_ptr<ProgressView> makeProgressView(ViewKind kind, std::string run, vxcommon::Writer out,
                                                vxcommon::Writer err, ViewOptions options = {});
 
-/// Shows the result as the run's end. Result: the exit status.
+/// Shows the result at the end of a run. Result: the exit status.
 int conclude(const Result<Report>& result, ProgressView& view);
 
-/// Shows a backup that is a phase of another run: what it says of its progress is that phase's, and its
-/// categories are not those of the run that the user asked for.
+/// Shows a backup that is a phase of another run. Its progress is that of the phase. Its categories are not
+/// shown, because they are not those of the run that the user asked for.
 class QuietView final : public ProgressView {
  public:
     /// `view` must outlive this object.
@@ -112,7 +112,8 @@ class QuietView final : public ProgressView {
     void failed(const Error& error) override { view_.failed(error); }
 
  private:
-    /// The rest is for what is made of that which the library has saved.
+    /// The part of the progress for the library's work. The rest is for completing what the library has
+    /// saved.
     static constexpr double kPartOfTheSave = 0.8;
 
     ProgressView& view_;

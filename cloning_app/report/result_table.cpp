@@ -11,7 +11,7 @@ namespace {
 
 using vxcommon::Colour;
 
-/// More files than these that are not as they were are counted, not named.
+/// The number of changed files that are named; the others are only counted.
 constexpr std::size_t kMostFilesShown = 20;
 
 struct VerdictFacts {
@@ -78,12 +78,12 @@ void appendReported(std::vector<Row>& rows, VXClone category, Direction directio
     }
 }
 
-/// One that says why stands in the table.
+/// A category that was left out for a stated reason is shown in the table.
 bool isJustNotChosen(const Row& row) {
     return row.verdict == Verdict::NotChosen && row.detail.empty();
 }
 
-/// Those that are bad, and then the others, each in their order.
+/// First the bad ones, then the others, each group in its order.
 template <class Each, class IsBad>
 std::vector<Each> worstFirst(std::vector<Each> all, IsBad isBad) {
     std::stable_partition(all.begin(), all.end(), isBad);
@@ -118,7 +118,7 @@ std::string_view wordsOf(Verdict verdict) {
 Colour colourOf(const Row& row) {
     const Colour colour = factsOf(row.verdict).colour;
     if (row.verdict == Verdict::NotReported && categoryOf(row.category).holding == Holding::Nothing) {
-        // There is nothing that could be wrong.
+        // Nothing could be wrong here.
         return Colour::Dim;
     }
     return row.readBack == ReadBack::Unknown && colour == Colour::Good ? Colour::Doubt : colour;

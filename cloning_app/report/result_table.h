@@ -12,28 +12,28 @@
 
 namespace vxclone {
 
-/// What became of a category.
+/// The result of a category.
 enum class Verdict {
     Done,
     Failed,
-    Differs,     ///< the library reported success, and the television does not hold what the package holds
-    NotApplied,  ///< the same, and the television holds what it held before
-    Lacking,     ///< the package should hold it and does not, so that the television keeps its own
+    Differs,     ///< the library reported success, but the television does not hold what the package holds
+    NotApplied,  ///< the same, and the television still holds what it held before
+    Lacking,     ///< a complete package would hold it; the television keeps its own
     Planned,     ///< a dry run would load it
     NotEvaluated,
     NotReported,
-    NotThere,  ///< nothing is there to be cloned, and that is as it should be
+    NotThere,  ///< there is nothing to clone, and that is correct
     NotInBackup,
     NotChosen,
     NotPossible
 };
 
-/// What was found when the television was backed up again after a restore and compared with the package.
+/// The result of comparing the package with a new backup of the television after a restore.
 enum class ReadBack {
-    None,     ///< nobody looked
+    None,     ///< it was not read back
     Same,     ///< the television holds what the package holds
     Differs,  ///< it does not
-    Unknown   ///< it cannot be read back, or not be compared
+    Unknown   ///< it cannot be read back or compared
 };
 
 /// One line of the table at the end of a run.
@@ -41,61 +41,61 @@ struct Row {
     VXClone category;
     Verdict verdict;
     std::string detail = {};   ///< may be empty
-    std::string subject = {};  ///< whose outcome it is, where a category has several; may be empty
+    std::string subject = {};  ///< the application, if a category has several results; may be empty
     ReadBack readBack = ReadBack::None;
 };
 
-/// The verdict in JSON, for people, and its colour.
+/// The verdict in JSON, in words, and its colour.
 std::string_view nameOf(Verdict verdict);
 std::size_t verdictCount();
-/// The verdict of that name in JSON.
+/// The verdict with that name in JSON.
 std::optional<Verdict> verdictNamed(std::string_view name);
 std::string_view wordsOf(Verdict verdict);
 
-/// The same of what was read back; both empty for `None`.
+/// The same for the read-back; both are empty for `None`.
 std::string_view nameOf(ReadBack readBack);
 std::string_view wordsOf(ReadBack readBack);
-/// The finding of that name in JSON.
+/// The read-back result with that name in JSON.
 std::optional<ReadBack> readBackNamed(std::string_view name);
 
-/// The colour of what the row says: doubt where nobody knows whether it is as it should be.
+/// The colour of the row's result: Doubt if the result is unknown.
 vxcommon::Colour colourOf(const Row& row);
 
-/// What the row says of its category: the verdict in words, what was read back, and the detail.
+/// The result of the row's category: the verdict in words, the read-back, and the detail.
 std::string textOf(const Row& row);
 
-/// Adds to what the row says in words.
+/// Adds words to the row's detail.
 void addDetail(Row& row, const std::string& detail);
 
 /// The row for an outcome that the library reported.
 Row rowOf(const Outcome& outcome, Direction direction);
 
-/// The rows of all 15 categories in the library's order; a category that reported several times has several.
-/// `own` are vxclone's own findings, which stand in place of the library's.
+/// The rows of all 15 categories in the library's order. A category that reported several times has several
+/// rows. `own` contains vxclone's own results, which replace the library's.
 std::vector<Row> tableRows(Direction direction, const std::vector<VXClone>& chosen,
                            const std::vector<Outcome>& outcomes, const std::vector<Row>& own);
 
-/// Whether the category is not as it should be, and that is known.
+/// Whether the category is known to be wrong.
 bool isFailure(Verdict verdict);
-/// Whether this is so of any row.
+/// Whether any row is a failure.
 bool anyFailed(const std::vector<Row>& rows);
 
-/// The categories and, below them, what was judged of the package as a whole; either may be empty. Of both,
-/// what is not as it should be comes first. What was not chosen, for no other reason, is left to `notChosen`.
-/// `title` stands above what became of them.
+/// A table of the categories and, below them, of the checks of the whole package; either may be empty. Bad
+/// results come first. Categories that were only not chosen are left to `notChosen`. `title` is the heading
+/// of the results.
 vxcommon::TerminalTable tableOf(const std::vector<Row>& rows, const std::vector<Check>& checks,
                                 const std::string& title = "result");
 
-/// The categories that were not chosen, in one line: "not chosen: av, timers"; empty where there are none.
+/// The categories that were not chosen, in one line: "not chosen: av, timers". Empty if there are none.
 std::string notChosen(const std::vector<Row>& rows);
 
 /// The names of the failed categories, each once: "channels, apps".
 std::string failedNames(const std::vector<Row>& rows);
 
-/// The report's exit status for these rows and lines.
+/// The report's exit status for these rows and result lines.
 int exitStatusFor(const std::vector<Row>& rows, const ResultList& results);
 
-/// A sentence for each line of the result list that vxclone does not know.
+/// A sentence for each unknown line of the result list.
 std::vector<std::string> unknownLineSentences(const ResultList& results);
 
 }  // namespace vxclone

@@ -13,8 +13,8 @@ struct PhaseFact {
     int weight;
 };
 
-// In the order of the enumeration. The weights are hundredths of the time of a usual restore, and of a usual
-// backup; a run shares the whole among those that it has.
+// In the order of the enumeration. The weights are hundredths of the time of a usual restore and of a usual
+// backup. The phases of a run divide the whole by their weights.
 constexpr std::array kFacts = {
     PhaseFact{ShownPhase::Staging, "staging", "copying and checking", 15},
     PhaseFact{ShownPhase::Safety, "safety", "safety backup", 30},

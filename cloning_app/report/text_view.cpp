@@ -14,13 +14,13 @@ using vxcommon::Colour;
 
 constexpr vxcommon::PrintableView kGap = "  ";
 
-/// More differences than these are counted, not named.
+/// The number of differences that are named; the others are only counted.
 constexpr std::size_t kMostDifferencesShown = 20;
 
-/// How far the lines go in that carry on an entry of a list.
+/// The indentation of the continuation lines of a list entry.
 constexpr std::size_t kIndent = 4;
 
-/// The differences as a list, a line each.
+/// The differences as a list, one on each line.
 std::vector<std::string> linesOf(const NamedDifferences& differences) {
     std::vector<std::string> lines;
     const std::size_t shown = std::min(differences.list.size(), kMostDifferencesShown);
@@ -38,7 +38,7 @@ std::vector<std::string> linesOf(const NamedDifferences& differences) {
     return lines;
 }
 
-/// What both views for people do at the end.
+/// The common end of both views for people.
 class TextView : public ProgressView {
  public:
     TextView(std::string run, vxcommon::Writer out, vxcommon::Writer err, ViewOptions options)
@@ -122,7 +122,7 @@ class PlainView final : public TextView {
         std::chrono::milliseconds at;
     };
 
-    /// A line for each small step would bury what matters in a log.
+    /// In a log, a line for each small step would hide the important ones.
     bool isWorthALine(const Progress& progress) const {
         if (!shown_) {
             return true;
@@ -175,7 +175,7 @@ class TerminalView final : public TextView {
     }
 
  private:
-    /// What a narrow terminal loses, the last one first.
+    /// The parts of the line that a narrow terminal leaves out, beginning with the last one.
     enum Expendable { kStays, kPhase, kEntries, kAtWork, kBar, kLatest };
 
     static constexpr std::size_t kBarWidth = 10;
@@ -204,7 +204,7 @@ class TerminalView final : public TextView {
             all.push_back(
                 {fmt::format("{} of {}", progress_.entry, progress_.entries), Colour::Plain, kEntries});
         }
-        // In a backup it is not known which one is at work.
+        // In a backup the current category is not known.
         if (progress_.phase == ShownPhase::Load && progress_.category) {
             all.push_back({std::string(categoryOf(*progress_.category).name), Colour::Plain, kAtWork});
         }

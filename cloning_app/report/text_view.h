@@ -4,7 +4,7 @@
 
 namespace vxclone {
 
-/// A view for people: a line for each step, or one live line.
+/// A view for people: one line for each step, or one live line.
 std::unique_ptr<ProgressView> makePlainView(std::string run, vxcommon::Writer out, vxcommon::Writer err,
                                             ViewOptions options);
 std::unique_ptr<ProgressView> makeTerminalView(std::string run, vxcommon::Writer out, vxcommon::Writer err,
@@ -13,15 +13,15 @@ std::unique_ptr<ProgressView> makeTerminalView(std::string run, vxcommon::Writer
 /// Minutes and seconds: "0:07".
 std::string clockText(std::chrono::milliseconds elapsed);
 
-/// A piece of the live line.
+/// A part of the live line.
 struct Piece {
     std::string text;
     vxcommon::Colour colour = vxcommon::Colour::Plain;
-    int expendable = 0;  ///< left out where the line is too long, the highest first; 0 stays
+    int expendable = 0;  ///< left out if the line is too long, the highest first; 0 stays
 };
 
-/// The pieces on one line of fewer than `width` columns, so that no terminal wraps it: what is expendable
-/// goes as far as it must, then the end.
+/// The pieces on a line that is shorter than `width` columns, so that no terminal wraps it. If it is too
+/// long, first the expendable pieces are left out, then its end is cut.
 vxcommon::Printable fitPieces(std::vector<Piece> pieces, std::size_t width, bool coloured);
 
 }  // namespace vxclone

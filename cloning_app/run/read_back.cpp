@@ -20,14 +20,14 @@ bool isOfApplication(const std::string& path, const Row& row) {
     return !row.subject.empty() && path.rfind(row.subject + "/", 0) == 0;
 }
 
-/// Whether the entry belongs to what the row tells of.
+/// Whether the entry of a package belongs to the row's category, or to its application.
 bool belongsTo(const std::string& path, const Row& row) {
     return row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA
                ? isOfApplication(path, row)
                : categoryOfPath(path) == categoryOf(row.category).name;
 }
 
-/// What of the state the row tells of.
+/// The part of the state that belongs to the row.
 ComparedState stateOfRow(const ComparedState& state, const Row& row) {
     ComparedState part;
     if (row.category == VXCLONE_VCONF_DATA) {
@@ -42,12 +42,14 @@ bool isEmpty(const ComparedState& state) {
     return state.settings.empty() && state.entries.empty();
 }
 
-/// Whether a restore leaves what the package does not hold where it is.
+/// Whether a restore of this category leaves settings or files of the television that the package does not
+/// hold.
 bool staysBeside(const Row& row) {
     return row.category == VXCLONE_VCONF_DATA || row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA;
 }
 
-/// Takes out what the television has beside the package, where that is as it should be. Result: how many.
+/// Removes differences that exist only because the television has more than the package. Result: their
+/// number.
 std::size_t removeAdded(std::vector<Difference>& differences) {
     const auto end = std::remove_if(differences.begin(), differences.end(),
                                     [](const Difference& difference) { return !difference.inFirst; });
@@ -66,7 +68,7 @@ std::string namesOf(const std::vector<Difference>& differences) {
                : text;
 }
 
-/// Whether the row tells of something that was loaded, or may have been.
+/// Whether the row's category was loaded or may have been. Other rows have nothing to compare.
 bool isToBeRead(const Row& row) {
     return row.verdict == Verdict::Done || row.verdict == Verdict::Failed ||
            row.verdict == Verdict::NotEvaluated || row.verdict == Verdict::NotReported;
@@ -97,25 +99,28 @@ class Comparer {
         if (!isToBeRead(row) || (isEmpty(wanted) && row.verdict != Verdict::Done)) {
             return;
         }
-        // One that has saved its data by now runs; the library's list may have lost its outcome.
+        // An application that has saved data again is running, even if the library's list lost its outcome.
         if (!isEmpty(found)) {
             sayThatItRuns(row);
         }
         if (row.verdict == Verdict::NotReported && row.category == VXCLONE_VXHOTEL_FIRSTSCREEN_DATA &&
             isEmpty(found)) {
+            // Nobody reported a load, and the application did not even save data now: it was never started.
             row.verdict = Verdict::NotApplied;
             row.readBack = ReadBack::Unknown;
             addDetail(row, "its data in the package was not loaded");
         } else if (isUnread(row, wanted, found)) {
             sayUnread(row);
         } else if (isEmpty(wanted)) {
+            // Reported as done, but the package has no files of it to compare with, as for network time.
             sayUnknown(row);
         } else {
             compareParts(row, wanted, found);
         }
     }
 
-    /// What services put into the package under names that nobody knows.
+    /// Compares entries that services put into the package under names unknown to vxclone. Their formats are
+    /// unknown, too, so other bytes are only mentioned and are no failure.
     void compareTheRest(const std::vector<Row>& rows) {
         const auto unknown = [&rows](const PackageEntry& entry) {
             return categoryOfPath(entry.path) == "other" &&
@@ -138,7 +143,8 @@ class Comparer {
     Comparison result() && { return std::move(result_); }
 
  private:
-    /// Whether the second backup lacks what the row tells of: a service always leaves its entry.
+    /// Whether the new backup cannot show the row's state. A service always writes its entry, so a missing
+    /// entry means that the save failed, even if the library reported nothing.
     bool isUnread(const Row& row, const ComparedState& wanted, const ComparedState& found) const {
         const bool failed = std::any_of(unsaved_.begin(), unsaved_.end(), [&row](const Row& each) {
             return each.category == row.category && (each.subject.empty() || each.subject == row.subject);
@@ -149,6 +155,7 @@ class Comparer {
 
     void sayUnread(Row& row) {
         addDetail(row, "it could not be saved again");
+        // Neither the library nor the new backup says that it was loaded, so it cannot count as loaded.
         if (row.verdict == Verdict::NotReported) {
             row.verdict = Verdict::Failed;
         }
@@ -156,7 +163,7 @@ class Comparer {
         result_.complete = false;
     }
 
-    /// Takes out the settings that the second backup could not read: nobody knows what the television holds.
+    /// Removes the settings that the new backup could not read: whether they differ is unknown.
     void takeOutUnread(Row& row, std::vector<Difference>& differences) {
         const auto end =
             std::stable_partition(differences.begin(), differences.end(),
@@ -187,13 +194,15 @@ class Comparer {
             row.readBack = row.readBack == ReadBack::None ? ReadBack::Same : row.readBack;
             return;
         }
+        // If the television still has its old state, the load had no effect at all; people should know that.
         const bool asBefore =
             expected_.before && differencesOf(stateOfRow(*expected_.before, row), found).empty();
         sayDifferent(row, differences, asBefore);
         result_.differences.insert(result_.differences.end(), differences.begin(), differences.end());
     }
 
-    /// Other bytes need not be a difference.
+    /// Other bytes need not be a difference: an application may write equal data differently, such as a
+    /// database.
     void compareApplication(Row& row, std::size_t files, std::size_t differing) {
         if (differing == 0) {
             row.readBack = ReadBack::Same;
@@ -202,7 +211,7 @@ class Comparer {
         addDetail(row, fmt::format("{} of {} the same, the rest only the application can compare",
                                    files - std::min(files, differing), countText(files, "file")));
         sayUnknown(row);
-        // Nobody said that it was loaded, and its bytes do not show it.
+        // The library did not report the load, and the bytes do not prove it.
         result_.complete = result_.complete && row.verdict != Verdict::NotReported;
     }
 
@@ -244,12 +253,15 @@ Comparison readBack(const CloneContext& context, const StagedPackage& package, c
                              .cloneRoot = context.cloneRoot,
                              .disk = context.disk};
     const auto look = lookAtTelevision(inner, package.tree());
+    // A stop after the load is no failure of the television; the end of the run says that the read-back is
+    // missing.
     if (!look && isStop(look.error().code)) {
         return {{}, {}, false, true};
     }
     if (!look) {
         return {{}, {"The television could not be read back: " + look.error().sentence + "."}, false};
     }
+    // The files of a service that failed to save again do not show the television's state.
     std::vector<Row> unsaved;
     std::copy_if(look->rows.begin(), look->rows.end(), std::back_inserter(unsaved),
                  [](const Row& row) { return row.verdict == Verdict::Failed; });

@@ -47,7 +47,7 @@ Result<void> endDeadVisit(const CloneContext& context);
 /// What is known of a run before it begins.
 struct RunPlan {
     RunKind kind;
-    std::filesystem::path package;  ///< where on the stick; may be empty
+    std::filesystem::path package;  ///< its path on the stick; may be empty
     ShownPhases phases;
 };
 

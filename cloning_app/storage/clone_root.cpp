@@ -13,11 +13,11 @@ namespace vxclone {
 
 namespace {
 
-/// While it is in use the television's applications read their data there and put it there.
+/// Applications of other users read and write their data in this folder during a run.
 constexpr mode_t kCloneFolderMode = 0755;
 constexpr mode_t kClosedMode = 0700;
 
-/// Makes the folder and those above it. Result: 0, or the system's reason (errno).
+/// Creates the folder and its missing parents. Result: 0, or the system's reason (errno).
 int makeFolders(const std::filesystem::path& path) {
     if (mkdir(path.c_str(), kCloneFolderMode) == 0 || errno == EEXIST) {
         return 0;
@@ -53,7 +53,7 @@ Result<CloneRoot> CloneRoot::open(const std::filesystem::path& wanted) {
         return failure(ErrorCode::TelevisionBusy,
                        "another vxclone works on this television; wait for its end");
     }
-    // A file system without modes has none to change.
+    // The result is ignored, because a file system without modes does not support this.
     static_cast<void>(fchmod(folder.get(), kCloneFolderMode));
     return CloneRoot(std::move(folder), path.string());
 }

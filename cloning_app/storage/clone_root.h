@@ -6,13 +6,13 @@
 
 namespace vxclone {
 
-/// The television's side of a package: the folder that the library writes to and reads from. While this
-/// object lives, no other vxclone works on it, and applications of other users may look into it. Its end
-/// closes the folder to all but its owner: what stays there opens the television.
+/// The package on the television: the folder that the library writes to and reads from. While this object
+/// exists, no other vxclone works on it, and applications of other users can access it. The destructor makes
+/// the folder accessible only for its owner, because its content includes secrets.
 class CloneRoot {
  public:
-    /// Makes the folder and the folders above it where they are missing, and takes it for this process.
-    /// Errors: `TelevisionBusy`, or the television's disk says no.
+    /// Creates the folder and its missing parents, and locks it for this process. Errors: `TelevisionBusy`,
+    /// or a failure of the television's disk.
     static Result<CloneRoot> open(const std::filesystem::path& path);
 
     CloneRoot(CloneRoot&&) = default;
@@ -23,13 +23,13 @@ class CloneRoot {
 
     Tree tree() const { return {folder_.get(), path_, Place::Television}; }
 
-    /// Replaces what is there by the package `from`, where the disk has room for `reserve` besides; `tell`
-    /// hears how much of it is there. On failure, or once `stop` is raised, the folder is left empty.
+    /// Replaces the content by the package `from`, if the disk also has room for `reserve`. `tell` receives
+    /// the progress. On failure, or when `stop` is raised, the folder is empty.
     Result<TreeSize> fillFrom(const Tree& from, const TreeLimits& limits, const StopFlag& stop,
                               const TreeSize& reserve = {}, const TellWritten& tell = {});
 
-    /// Replaces what is there by the package `from`, which takes no room: its files are those of `from`,
-    /// under a second name, so nobody may write into them. On failure the folder is left empty.
+    /// Replaces the content by hard links to the files of the package `from`, which needs no room. So nobody
+    /// may write into these files. On failure the folder is empty.
     Result<void> fillWithLinksTo(const Tree& from, const TreeLimits& limits);
 
     /// Removes everything in the folder.

@@ -15,9 +15,10 @@ namespace vxclone {
 
 namespace {
 
-/// All that lay in the clone folder; what is there now is of no worth.
+/// The complete old content of the clone folder. While this exists, the clone folder's current content has no
+/// value.
 constexpr const char* kWhole = "Clone.kept";
-/// A part of what lay in the clone folder; the rest is still, or again, there.
+/// A part of the clone folder's old content. The other part is still, or already, in the clone folder.
 constexpr const char* kPart = "Clone.moving";
 constexpr mode_t kFolderMode = 0700;
 constexpr std::size_t kAnyNumber = std::numeric_limits<std::size_t>::max();
@@ -66,7 +67,7 @@ bool isInTheWay(int reason) {
     return reason == ENOTEMPTY || reason == EEXIST || reason == ENOTDIR || reason == EISDIR;
 }
 
-/// Moves every entry; one of the same name gives way.
+/// Moves every entry and replaces an entry with the same name.
 Result<void> moveAll(const Tree& from, const Tree& to) {
     const auto names = namesIn(from, kAnyNumber);
     VX_RETURN_IF_FAILED(names);

@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* kMountList = "/proc/self/mountinfo";
 
-/// Whether the path is the folder or lies below it.
+/// Whether the path is the folder or below it.
 bool isWithin(const std::filesystem::path& path, const std::filesystem::path& folder) {
     const auto [inPath, inFolder] = std::mismatch(path.begin(), path.end(), folder.begin(), folder.end());
     return inFolder == folder.end();
@@ -56,7 +56,8 @@ std::optional<std::string> askForMounts() {
     return text;
 }
 
-/// A path of the list, in which blanks and the like are written as \NNN, in octal digits.
+/// A path of the list with its escapes resolved: blanks and some other characters are written as \NNN in
+/// octal.
 std::string unescaped(const std::string& text) {
     constexpr std::size_t kDigits = 3;
     constexpr int kOctal = 8;
@@ -73,7 +74,7 @@ std::string unescaped(const std::string& text) {
     return path;
 }
 
-/// A line begins so: number, the parent's number, device, root, point.
+/// A line begins with number, parent's number, device, root and mount point.
 std::optional<Mount> parseMount(const std::string& line) {
     std::istringstream words(line);
     Mount mount;
@@ -107,7 +108,7 @@ bool isStick(const Mount& mount, const FolderPlace& cloneFolder, const std::vect
            !showsTheSame(mount, cloneFolder, mounts);
 }
 
-/// Where the clone folder lies, or will lie: the place of the nearest folder that is there.
+/// The place of the clone folder. If it does not exist yet, that of its nearest existing parent.
 Result<FolderPlace> placeOfCloneFolder(const std::filesystem::path& cloneRoot,
                                        const MountQuestions& questions) {
     for (std::filesystem::path path = cloneRoot;; path = path.parent_path()) {

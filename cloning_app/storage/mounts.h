@@ -12,57 +12,57 @@
 
 namespace vxclone {
 
-/// Where the television mounts the sticks that are plugged in.
+/// The folder in which the television mounts sticks.
 inline constexpr std::string_view kSticks = "/media";
 
-/// Where an open folder lies, as the kernel tells it.
+/// The place of an open folder according to the kernel.
 struct FolderPlace {
     std::uint64_t device = 0;
     std::optional<std::uint64_t> mount =
-        {};  ///< the number of its mount; none where the kernel does not tell
+        {};  ///< the number of its mount; empty if the kernel does not report it
 };
 
-/// A mount, as the kernel lists it.
+/// A mount according to the kernel's list.
 struct Mount {
     std::uint64_t number = 0;
     std::uint64_t device = 0;
-    std::string root;   ///< the folder of its file system that it shows; "/" for the whole of it
-    std::string point;  ///< where it is seen
+    std::string root;   ///< the shown folder of its file system; "/" for all of it
+    std::string point;  ///< the mount point
 };
 
-/// What is asked of the kernel: a caller that wants other answers hands in its own.
+/// The queries to the kernel. Tests pass their own.
 struct MountQuestions {
-    /// Result: none when it cannot be told, and errno says why.
+    /// Result: empty if it cannot be determined; errno has the reason.
     std::function<std::optional<FolderPlace>(int folder)> placeOf;
     /// The text of the kernel's list of mounts, as in /proc/self/mountinfo. Result: as above.
     std::function<std::optional<std::string>()> mounts;
 };
 
-/// The real ones.
+/// The real queries.
 MountQuestions realMountQuestions();
 
-/// The kernel's list of mounts. A line that cannot be understood is passed over.
+/// The kernel's list of mounts. Lines that cannot be understood are skipped.
 std::vector<Mount> parseMounts(std::string_view text);
 
-/// Whether a folder there is the television's own and no stick's: it has the mount or the device of the
-/// clone folder, or a mount that sticks are mounted below. A mount below `kSticks` is a stick, unless it
-/// shows again what the clone folder's mount shows.
+/// Whether a folder belongs to the television and not to a stick: it has the mount or the device of the clone
+/// folder, or it is on a mount that is above the sticks. A mount below `kSticks` is a stick, unless it shows
+/// the same files as the clone folder's mount.
 bool isTelevisionsOwn(const FolderPlace& folder, const FolderPlace& cloneFolder,
                       const std::vector<Mount>& mounts);
 
-/// Where the sticks that are plugged in are mounted, sorted.
+/// The mount points of the plugged-in sticks, sorted.
 std::vector<std::string> pluggedIn(const FolderPlace& cloneFolder, const std::vector<Mount>& mounts);
 
-/// Where something that the user named is to be written.
+/// The place of a file or folder that the user wants to write.
 struct WrittenPlace {
-    Tree folder;              ///< in which it is to be made
-    std::string name;         ///< as it is called in sentences
-    bool onThisDisk = false;  ///< the user wants it even where that is the television itself
+    Tree folder;              ///< the folder in which it is created
+    std::string name;         ///< its name in sentences
+    bool onThisDisk = false;  ///< the user allows it even on the television itself
 };
 
-/// Finds out whether what is written there goes onto a stick, for whoever may say that it can be removed. The
-/// clone folder need not exist. Result: whether it does. Errors: it does not, and nobody asked for that
-/// (`StickMissing`, the sentence names the sticks that are plugged in); it cannot be told.
+/// Checks whether the place is on a stick. Only then may a message say that the stick can be removed. The
+/// clone folder need not exist. Result: whether it is on a stick. Errors: it is not and the user did not
+/// allow that (`StickMissing`, with the plugged-in sticks); it cannot be determined.
 Result<bool> goesOntoAStick(const WrittenPlace& place, const std::filesystem::path& cloneRoot,
                             const MountQuestions& questions);
 

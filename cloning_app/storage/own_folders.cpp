@@ -21,7 +21,7 @@ struct FolderIdentity {
     }
 };
 
-/// Of the entry, without following a link; "." is the folder itself.
+/// The identity of the entry, without following a link; "." is the folder itself.
 std::optional<FolderIdentity> identityOf(int folder, const char* name) {
     struct stat facts {};
     if (fstatat(folder, name, &facts, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -30,7 +30,7 @@ std::optional<FolderIdentity> identityOf(int folder, const char* name) {
     return FolderIdentity{facts.st_dev, facts.st_ino};
 }
 
-/// The folder and all above it.
+/// The folder and all its parents.
 std::vector<FolderIdentity> lineageOf(int folder) {
     std::vector<FolderIdentity> lineage;
     Descriptor current(openat(folder, ".", kOpenFolder));
@@ -49,7 +49,7 @@ bool holds(const std::vector<FolderIdentity>& list, const FolderIdentity& wanted
     return std::find(list.begin(), list.end(), wanted) != list.end();
 }
 
-/// The data folder, the clone folder, and what lies beside that.
+/// The data folder, the clone folder, and the folders beside it.
 std::vector<FolderIdentity> ownFolders(const Descriptor& data, const std::filesystem::path& dataFolder) {
     std::vector<FolderIdentity> own;
     const auto add = [&own](const std::optional<FolderIdentity>& identity) {

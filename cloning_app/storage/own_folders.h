@@ -7,9 +7,10 @@
 
 namespace vxclone {
 
-/// Whether the entry `name` of `parent`, which need not exist, lies in the data folder, which holds the clone
-/// folder and the safety backup, or in a folder there, or is or holds one of them. Folders are compared by
-/// device and inode, so that a mount or a link of another name makes no difference.
+/// Whether the entry `name` of `parent` conflicts with vxclone's own folders: it is in the data folder (which
+/// contains the clone folder and the safety backup) or below it, or is or contains one of these folders. The
+/// entry need not exist. Folders are compared by device and inode, so other names through mounts or links are
+/// recognised.
 bool isOwnFolder(const Tree& parent, const std::string& name, const std::filesystem::path& dataFolder);
 
 }  // namespace vxclone

@@ -15,7 +15,7 @@ constexpr const char* kNewSafety = "Safety.new";
 constexpr const char* kOldSafety = "Safety.old";
 constexpr const char* kAside = "Clone.aside";
 constexpr const char* kRoom = "Safety.room";
-/// What is in it opens the television: only the application's user looks into it.
+/// It contains secrets, so only the application's user may read it.
 constexpr mode_t kSafetyFolderMode = 0700;
 
 tl::unexpected<Error> cannotWrite(const std::string& path, int reason) {
@@ -33,7 +33,7 @@ Result<void> moveContents(const Tree& from, int to, const std::string& toPath) {
     return {};
 }
 
-/// An empty folder of that name, in place of whatever has the name.
+/// Creates an empty folder with that name and replaces anything of that name.
 Result<Descriptor> makeFolder(int parent, const std::string& parentPath, const char* name) {
     if (const auto removable = checkRemovable({parent, parentPath, Place::Television}, name); !removable) {
         return tl::make_unexpected(removable.error());
@@ -151,7 +151,7 @@ void removeLeftovers(const std::filesystem::path& dataFolder) {
     if (!folder.valid()) {
         return;
     }
-    // In doubt nothing is removed: what looks like a leftover may be the only safety backup.
+    // If the check fails, nothing is removed, because an apparent leftover may be the only safety backup.
     const auto there = hasEntry({folder.get(), dataFolder.string(), Place::Television}, kSafety);
     if (!there ||
         (!*there && renameat(folder.get(), kOldSafety, folder.get(), kSafety) != 0 && errno != ENOENT)) {

@@ -8,13 +8,13 @@
 
 namespace vxclone {
 
-/// What the services of a television write on its disk while they load a safety backup: journals, mostly.
-/// That of a settings store takes 1.3 MB.
+/// The room for what the services of a television write while they load a safety backup, mostly journals. The
+/// journal of a settings store takes 1.3 MB.
 inline constexpr std::uint64_t kRoomForAnUndo = std::uint64_t{2} << 20U;
 
-/// The application's data folder, beside the clone folder: where the safety backup lies, and where a package
-/// waits that was staged while the library backs up into the clone folder. All on one file system, so that
-/// nothing is copied. The holder of the television's run alone uses it.
+/// The application's data folder, which contains the clone folder. It holds the safety backup. A staged
+/// package is kept here while the library backs up into the clone folder. Everything is on one file system,
+/// so nothing is copied. Only the process with the current run uses it.
 class SafetyStore {
  public:
     /// Errors: the folder cannot be read.
@@ -22,22 +22,22 @@ class SafetyStore {
 
     const std::string& path() const { return path_; }
 
-    /// The safety backup, open for reading; the descriptor is invalid when there is none.
+    /// The safety backup, open for reading. The descriptor is invalid if there is none.
     Result<Descriptor> openSafety() const;
 
-    /// Moves everything in the clone folder `root` aside, and back. Errors: the disk says no; what has been
-    /// moved stays where it is.
+    /// Moves everything in the clone folder `root` aside, or back. Errors: a failure of the disk; entries
+    /// that were moved stay at their new place.
     Result<void> setAside(const Tree& root) const;
     Result<void> bringBack(const Tree& root) const;
 
-    /// Makes the package in the clone folder `root` the safety backup, in place of the one before: the
-    /// package is flushed and moved as a whole. On failure, also after a power cut, the one before is there.
+    /// Makes the package in the clone folder `root` the safety backup: flushes it and moves it as a whole
+    /// over the previous one. After a failure or a power cut, the previous one is there.
     Result<void> keep(const Tree& root) const;
 
-    /// Takes `kRoomForAnUndo` of the disk, so that an undo has it where the disk is full by then. Has no
-    /// effect where it is taken already. Errors: the disk has not that much room.
+    /// Reserves `kRoomForAnUndo` on the disk, so that an undo has this room even if the disk is full by then.
+    /// Has no effect if it is already reserved. Errors: the disk does not have that much room.
     Result<void> takeRoom() const;
-    /// Gives back what `takeRoom` took.
+    /// Frees the room that `takeRoom` reserved.
     void giveRoomBack() const;
 
  private:
@@ -48,11 +48,11 @@ class SafetyStore {
     std::string path_;
 };
 
-/// Where the safety backup lies, for sentences.
+/// The path of the safety backup, for sentences.
 std::string safetyPathIn(const std::filesystem::path& dataFolder);
 
-/// Removes what a run that died left in the data folder; a safety backup that it was about to replace is put
-/// back. What cannot be removed does no harm.
+/// Removes leftovers of a dead run from the data folder. A safety backup that was about to be replaced is put
+/// back. Leftovers that cannot be removed do no harm.
 void removeLeftovers(const std::filesystem::path& dataFolder);
 
 }  // namespace vxclone

@@ -59,10 +59,10 @@ tl::unexpected<Error> anotherBackup(const std::string& path) {
                                                   vxcommon::printable(path) + "; wait for its end");
 }
 
-/// How old the change of a leftover must be where the file system has no locks.
+/// On a file system without locks, a leftover must be unchanged for this time before it is removed.
 constexpr std::time_t kSecondsOfAnother = 60;
 
-/// Takes the folder for this process. Result: false where another one holds it.
+/// Locks the folder for this process. Result: false if another process has it locked.
 bool hold(const Descriptor& folder) {
     if (flock(folder.get(), LOCK_EX | LOCK_NB) == 0) {
         return true;
@@ -75,7 +75,7 @@ bool hold(const Descriptor& folder) {
     return age < 0 || age > kSecondsOfAnother;
 }
 
-/// Whether the entry is a folder that another backup fills or removes.
+/// Whether another backup is filling or removing this folder.
 bool isHeldByAnother(int parent, const std::string& name) {
     const Descriptor folder(openat(parent, name.c_str(), kOpenFolder));
     return folder.valid() && !hold(folder);
@@ -130,8 +130,7 @@ Result<bool> StickTarget::isFolder(const std::string& name) const {
     return tl::make_unexpected(readError(Place::Stick, parent().path + "/" + name, errno));
 }
 
-/// Whether nothing of worth stands at the name: nothing, an empty folder or file, or a link that leads
-/// nowhere.
+/// Whether the name holds nothing of value: nothing, an empty folder or file, or a broken link.
 Result<bool> StickTarget::isVacant() const {
     struct stat facts {};
     if (fstatat(parent_.get(), name_.c_str(), &facts, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -158,7 +157,7 @@ tl::unexpected<Error> StickTarget::twoPackages() const {
                     vxcommon::printable(oldName_), folder, vxcommon::printable(path_)));
 }
 
-/// Gives the package that was set aside its name again. Result: false where something is in the way.
+/// Gives the package that was set aside its name again. Result: false if something else has that name.
 Result<bool> StickTarget::putBack() {
     const int parent = parent_.get();
     if (calls_.rename(parent, oldName_.c_str(), name_.c_str(), 0) != 0) {
@@ -180,7 +179,7 @@ Result<std::optional<std::string>> StickTarget::recover(const Judge& isWhole) {
         }
     }
     std::optional<std::string> said;
-    // In doubt nothing is touched: what looks like a leftover may be the only package.
+    // If the check fails, nothing is changed, because an apparent leftover may be the only package.
     const auto setAside = isFolder(oldName_);
     const auto vacant = setAside ? isVacant() : setAside;
     VX_RETURN_IF_FAILED(vacant);

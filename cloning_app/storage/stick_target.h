@@ -10,44 +10,44 @@
 
 namespace vxclone {
 
-/// The folder on the stick that the user named: where a backup goes and a restore comes from.
+/// The user's folder on the stick, to which a backup writes and from which a restore reads.
 ///
-/// A backup is written beside the folder and takes its place in one step, so that the folder holds the old
-/// package or the new one, whole, whatever happens in between. What a backup that was cut off leaves beside
-/// the folder is recognised: the next backup puts it right, and whoever only reads finds the package.
+/// A backup is written beside the folder and replaces it in one step, so the folder always holds the complete
+/// old or the complete new package. Leftovers of an interrupted backup are recognised: the next backup cleans
+/// them up, and a command that only reads uses the package among them.
 class StickTarget {
  public:
-    /// Finds the place of `folder`, which itself need not exist; nothing is changed. Errors: no place for
-    /// it (`StickMissing`), or it is a mount point (`MountPoint`) and so cannot be replaced.
+    /// Finds the place of `folder`, which need not exist. Nothing is changed. Errors: its parent does not
+    /// exist (`StickMissing`), or it is a mount point (`MountPoint`) and cannot be replaced.
     static Result<StickTarget> open(const std::filesystem::path& folder, DiskCalls calls = realDiskCalls());
 
     const std::string& path() const { return path_; }
     const std::string& name() const { return name_; }
-    /// The folder in which the user's folder is or will be; its descriptor stays the target's.
+    /// The parent of the user's folder. The target owns its descriptor.
     Tree parent() const;
 
-    /// Tells whether the folder is a whole package.
+    /// Returns whether the folder is a complete package.
     using Judge = std::function<bool(const Tree& package)>;
-    /// For a backup: puts right what an interrupted one left. A package that was set aside goes back to its
-    /// name, and is removed only where a whole one stands there. Result: the sentence that says so, or none
-    /// when there was nothing to do. Leftovers that cannot be removed do no harm and stay. Errors: another
-    /// backup is at work there (`TelevisionBusy`); something else stands at the name of the package that was
-    /// set aside (`NotAPackage`); the stick says no.
+    /// For a backup: cleans up after an interrupted one. A package that was set aside gets its name back; it
+    /// is removed only if a complete package has that name. Result: a sentence about this, or empty if there
+    /// was nothing to do. Leftovers that cannot be removed do no harm and stay. Errors: another backup is
+    /// working there (`TelevisionBusy`); something else has the name of the package that was set aside
+    /// (`NotAPackage`); a failure of the stick.
     Result<std::optional<std::string>> recover(const Judge& isWhole);
 
-    /// For whoever only reads: where nothing but an interrupted backup's previous package is there, that one
-    /// is meant from now on. Nothing is changed. Result: the sentence that says so, or none.
+    /// For commands that only read: if there is only the previous package of an interrupted backup, this
+    /// object refers to it from now on. Nothing is changed. Result: a sentence about this, or empty.
     Result<std::optional<std::string>> meanWhatWasSetAside();
 
-    /// Whether a backup may take the folder's place: it is missing, empty, or a clone package. Errors:
-    /// `NotAPackage`, so that nobody's pictures are replaced.
+    /// Checks that a backup may replace the folder: it is missing, empty, or a clone package. Errors:
+    /// `NotAPackage`, so that no other files are lost.
     Result<void> checkReplaceable() const;
 
-    /// Whether the path still leads to where it led at the beginning. Errors: `StickMissing`, the stick was
-    /// taken out or another one is there; what was written since then is not on it.
+    /// Checks that the path still leads to the same folder as at the beginning. Errors: `StickMissing`: the
+    /// stick was pulled out or exchanged, so the written data is not on it.
     Result<void> checkInPlace() const;
 
-    /// The folder, open for reading, when it is a clone package. Errors: `NotAPackage`, `Unreadable`.
+    /// The folder, open for reading, if it is a clone package. Errors: `NotAPackage`, `Unreadable`.
     Result<Descriptor> openPackage() const;
 
  private:
@@ -69,12 +69,12 @@ class StickTarget {
     DiskCalls calls_;
 };
 
-/// A package on its way to the stick: an empty folder beside the target, to be filled and then put in the
-/// target's place. Unless it was committed, its end removes it and the target is as it was. The target must
-/// outlive it.
+/// A package that is being written to the stick: an empty folder beside the target, which is filled and then
+/// replaces the target. Without a commit, the destructor removes it, and the target is unchanged. The target
+/// must outlive it.
 class Replacement {
  public:
-    /// Makes the empty folder. Errors: the stick cannot be written; another backup is at work there
+    /// Creates the empty folder. Errors: the stick cannot be written; another backup is working there
     /// (`TelevisionBusy`).
     static Result<Replacement> begin(StickTarget& target);
     Replacement(Replacement&& other) noexcept;
@@ -84,14 +84,14 @@ class Replacement {
     ~Replacement();
 
     Tree tree() const;
-    /// Lets the filled and flushed folder take the target's place, flushes that, and removes the old
-    /// package. On failure the target is as it was; only where the old package cannot be removed, or that
-    /// removal not be flushed, does the target hold the new one, and the error says so.
+    /// Replaces the target by the filled and flushed folder, flushes this change, and removes the old
+    /// package. On failure the target is unchanged. There is one exception: if the old package cannot be
+    /// removed, or this removal cannot be flushed, the target holds the new package, and the error says so.
     Result<void> commit();
 
  private:
     Replacement(StickTarget& target, Descriptor folder);
-    /// Flushes the move; where that fails, `undo` moves back.
+    /// Flushes the renaming. If this fails, `undo` reverses it.
     Result<void> settle(const std::function<int()>& undo);
     Result<void> removePrevious(const std::string& name);
     Result<void> swapInTwoSteps();
@@ -99,8 +99,8 @@ class Replacement {
     tl::unexpected<Error> failed(int errorNumber) const;
 
     StickTarget* target_;
-    Descriptor folder_;    ///< held for this process as long as it is at work
-    Descriptor previous_;  ///< the package before, once it may be removed; held as well
+    Descriptor folder_;    ///< locked during the work
+    Descriptor previous_;  ///< the previous package, once it may be removed; also locked
 };
 
 }  // namespace vxclone

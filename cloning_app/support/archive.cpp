@@ -22,7 +22,7 @@ namespace {
 
 constexpr mode_t kEntryMode = 0644;
 constexpr mode_t kFileMode = 0600;
-/// As much as eleven octal digits hold.
+/// The largest number with eleven octal digits.
 constexpr std::int64_t kLatestInTar = (std::int64_t{1} << 33U) - 1;
 
 struct FreeArchive {
@@ -52,7 +52,7 @@ bool add(archive* tar, const ArchiveEntry& file, std::int64_t seconds) {
                static_cast<la_ssize_t>(file.content.size());
 }
 
-/// Until then a new file may be lost although its content is on the disk. Result: 0, or the
+/// Without this, a new file may be lost in a power cut although its content is on the disk. Result: 0, or the
 /// system's reason (errno).
 int flushFolderOf(const std::filesystem::path& file) {
     const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";

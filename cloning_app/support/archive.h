@@ -14,11 +14,11 @@ struct ArchiveEntry {
     std::string content;
 };
 
-/// The entries as a tar archive in memory, made at `seconds` since the epoch. Errors: `Internal`.
+/// Makes a tar archive of the entries in memory, with the time `seconds` since the epoch. Errors: `Internal`.
 Result<std::string> tarOf(const std::vector<ArchiveEntry>& entries, std::int64_t seconds);
 
-/// Makes the file, which only its owner may read, and flushes it and its folder. On failure there is no such
-/// file. Errors: `FileExists`, and nothing was changed; the stick says no.
+/// Creates the file, which only its owner may read, and flushes it and its folder. On failure the file does
+/// not exist. Errors: `FileExists`, and nothing was changed; a failure of the stick.
 Result<void> writeNewFile(const std::string& path, const std::string& content);
 
 }  // namespace vxclone

@@ -35,14 +35,14 @@ void replaceAll(std::string& text, const std::string& secret) {
     }
 }
 
-/// The text as it stands between the quotation marks of JSON.
+/// The text as it is written between the quotation marks of JSON.
 std::string inJson(const std::string& text) {
     const std::string quoted =
         nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
     return quoted.substr(1, quoted.size() - 2);
 }
 
-/// The value, whatever its type: the store gives it only to who asks for the right one.
+/// The value as text, for any type. The store returns it only if the right type is requested.
 std::string valueOf(const std::string& key) {
     if (auto text = store::readString(key)) {
         return *std::move(text);

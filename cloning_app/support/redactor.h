@@ -5,22 +5,22 @@
 
 namespace vxclone {
 
-/// Takes secrets out of texts that leave the television.
+/// Removes secrets from texts that leave the television.
 class Redactor {
  public:
-    /// `secrets` are values, not keys; empty ones are passed over.
+    /// `secrets` are values, not keys. Empty ones are ignored.
     explicit Redactor(const std::vector<std::string>& secrets);
 
     /// The text with every secret replaced by `***`. A secret of fewer than four characters is replaced only
-    /// where it stands alone, between characters that are no letter and no digit: it would else be found in
-    /// every number. What JSON makes of a secret with special characters is replaced, too.
+    /// if no letter or digit is next to it; otherwise it would be found in many numbers. The JSON form of a
+    /// secret with special characters is replaced, too.
     std::string clean(std::string text) const;
 
  private:
     std::vector<std::string> secrets_;  ///< the longest first
 };
 
-/// A redactor for the values that the television holds now in its secret settings.
+/// A redactor for the current values of the television's secret settings.
 Redactor redactorOfTelevision();
 
 }  // namespace vxclone

@@ -20,7 +20,7 @@ namespace vxclone {
 namespace {
 
 constexpr const char* kFolder = "vxclone-support/";
-/// Of a longer log the end is taken.
+/// Of a longer log, only the end is included.
 constexpr off_t kMostLogBytes = off_t{4} << 20U;
 
 std::string versionsText() {

@@ -9,15 +9,15 @@
 
 namespace vxclone {
 
-/// What a bundle is made of.
+/// The sources of a bundle.
 struct BundleSources {
-    std::filesystem::path recordFolder;  ///< where the record of the last run lies
+    std::filesystem::path recordFolder;  ///< the folder with the record of the last run
     std::string log;                     ///< a log file to add; empty for none
 };
 
-/// The files of a bundle: versions, what the television is, its last results, the record of its last run, the
-/// log. What cannot be read says so in its place; everything has passed the redactor. Errors: the log that
-/// was asked for cannot be read.
+/// The files of a bundle: versions, identity of the television, its last results, the record of its last run,
+/// the log. A file that cannot be read contains the reason instead. All texts have passed the redactor.
+/// Errors: the requested log cannot be read.
 Result<std::vector<ArchiveEntry>> bundleFiles(const BundleSources& sources, const Redactor& redactor);
 
 }  // namespace vxclone

@@ -24,7 +24,7 @@ namespace {
 constexpr std::size_t kHelpWidth = 80;
 constexpr std::size_t kOptionWidth = 22;
 
-/// Says of an option what follows it, and no more: what is required stands in the usage line.
+/// Behind an option stands only the name of its value; the usage line shows what is required.
 class HelpFormatter : public vxcommon::HelpFormatter {
  public:
     HelpFormatter() { column_width(kOptionWidth); }
@@ -35,7 +35,7 @@ class HelpFormatter : public vxcommon::HelpFormatter {
     }
 };
 
-/// What `--only` and `--except` take.
+/// The values of `--only` and `--except`.
 std::string categoryNames() {
     std::string text = "\nCategories:\n";
     std::string line = " ";
@@ -49,12 +49,12 @@ std::string categoryNames() {
     return text + line + "\n";
 }
 
-/// A verb, and what its help shows as examples: a command and what it does, a line each.
+/// A verb, and the examples in its help: a command and its purpose on each line.
 struct Verb {
     void (*add)(CLI::App& app, Action& chosen);
     std::string_view name;
     std::string_view examples;
-    std::string (*rest)() = nullptr;  ///< what stands below the examples
+    std::string (*rest)() = nullptr;  ///< the text below the examples
 };
 
 // In the order of the help.

@@ -23,9 +23,8 @@ namespace vxclone {
 
 namespace {
 
-/// Whether what lies on the stick is what its manifest lists: whoever still wrote into the clone folder after
-/// the library's run had ended, an application that answered too late, would have spoilt the package. Result:
-/// its size.
+/// Checks that the package on the stick matches its manifest. An application that answered too late may have
+/// written into the clone folder after the library's run had ended. Result: its size.
 Result<TreeSize> checkCopy(const CloneContext& context, const Tree& stick) {
     const auto listed = readManifest(stick, PackageKey::ofTelevision(), &context.stop);
     VX_RETURN_IF_FAILED(listed);
@@ -45,7 +44,7 @@ Result<TreeSize> checkCopy(const CloneContext& context, const Tree& stick) {
                                vxcommon::printable(differences.front().path)));
 }
 
-/// Copies the finished backup beside the target and lets it take the target's place.
+/// Copies the finished backup to the stick and replaces the target by it.
 Result<TreeSize> carryToStick(const CloneContext& context, const Tree& root, Replacement& replacement) {
     const Tree stick = replacement.tree();
     TreeJudge judge(rulesAt(stick.descriptor));
@@ -122,7 +121,7 @@ Result<Report> backUp(const CloneContext& context, const std::filesystem::path& 
                                          context.cloneRoot, context.mounts);
     VX_RETURN_IF_FAILED(onAStick);
     VX_RETURN_IF_FAILED(target->checkReplaceable());
-    // Asked before anything is made, on the television or on the stick.
+    // Checked before anything is created on the television or the stick.
     auto means = readyToSeal(context.engine, options.name.value_or(target->name()));
     VX_RETURN_IF_FAILED(means);
     recorder.setName(means->origin.name);

@@ -18,9 +18,9 @@ struct BackupOptions {
     bool onThisDisk = false;               ///< the folder may lie on the television itself
 };
 
-/// Saves the television into `folder`. Result: the report, the package being sealed and flushed in `folder`;
-/// its exit status says whether a category failed or something is lacking. Errors: `folder` is as it was,
-/// such as where it lies on the television itself (`StickMissing`).
+/// Saves the television into `folder`. Result: the report; the package in `folder` is sealed and flushed. The
+/// exit status says whether a category failed or something is lacking. Errors: `folder` is unchanged; for
+/// example it is on the television itself (`StickMissing`).
 Result<Report> runBackup(const CloneContext& context, const std::filesystem::path& folder,
                          const BackupOptions& options = {});
 

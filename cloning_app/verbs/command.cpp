@@ -25,7 +25,7 @@ ViewOptions optionsOfView() {
             [] { return vxcommon::screenAt(STDERR_FILENO); }};
 }
 
-/// Shows of a run what must be said alone.
+/// Shows only the notices of a run.
 class NoticesOnly final : public ProgressView {
  public:
     /// `view` must outlive this object.
@@ -85,7 +85,7 @@ int runLook(CloneEngine& engine, std::string run, bool json,
     const ViewKind kind = viewKindOfRun(json);
     const auto view = makeView(kind, std::move(run));
     NoticesOnly notices(*view);
-    // Steps, a line each, would stand in the way of what was found.
+    // Lines for single steps would disturb the output of a looking command.
     ProgressView& shown = kind == ViewKind::Plain ? static_cast<ProgressView&>(notices) : *view;
     auto found = look({.engine = engine, .view = shown, .stop = stop, .cloneRoot = kCloneRoot});
     view->clear();

@@ -16,20 +16,20 @@ namespace vxclone {
 /// What the parsed command line asks for, with this television's library; the result is the exit status.
 using Action = std::function<int(CloneEngine& engine)>;
 
-/// What `--without` takes: categories, keys of settings and applications.
+/// The values of `--without`: categories, keys of settings and applications.
 inline constexpr const char* kDeclaredNames = "NAME,...";
 
-/// How a long run is shown on this standard output.
+/// The kind of view for a long run on this standard output.
 ViewKind viewKindOfRun(bool json);
 
-/// A view on the standard streams; `run` is what the command is called there.
+/// A view on the standard streams. `run` is the name of the command in it.
 std::unique_ptr<ProgressView> makeView(ViewKind kind, std::string run);
 
-/// Writes what a command found on the standard streams; result: the exit status.
+/// Writes the output of a command to the standard streams. Result: the exit status.
 int say(const Result<Output>& found, bool json);
 
-/// Looks and writes what was found, and names a run that died; a stop signal ends it at once. `look` changes
-/// nothing. Result: the exit status.
+/// Calls `look`, which changes nothing, writes its output, and names a run that died. A stop signal ends it
+/// at once. Result: the exit status.
 int lookAlone(bool json, const std::function<Result<Output>()>& look);
 
 /// Looks with the television for itself meanwhile and writes what was found in the same way, with its

@@ -31,7 +31,7 @@ using vxcommon::printable;
 constexpr const char* kTelevision = "this television";
 constexpr const char* kNotChecked = "Not checked: manifest and seal; vxclone verify does that.";
 
-/// A package where it lies, and what is compared of it.
+/// A package on a stick, and its compared state.
 struct NamedState {
     OpenPackage package;
     ComparedState state;
@@ -40,7 +40,7 @@ struct NamedState {
     std::string path() const { return package.tree().path; }
 };
 
-/// The differences, below a heading for each part.
+/// The differences, with a heading for each part.
 Output outputOf(const std::vector<Difference>& differences, const std::string& first,
                 const std::string& second) {
     Output output{{lineOf(vxcommon::printableFormat("{} -> {}", printable(first), printable(second)))}};
@@ -68,7 +68,7 @@ std::string countSentence(const std::vector<Difference>& differences) {
                        countText(differences.size() - settings, "file"));
 }
 
-/// What came of a comparison with the television, in one sentence.
+/// The result of a comparison with the television, in one sentence.
 std::string sentenceOf(const TelevisionComparison& comparison) {
     if (!comparison.differences.empty()) {
         return countSentence(comparison.differences);
@@ -82,7 +82,7 @@ std::string sentenceOf(const TelevisionComparison& comparison) {
     return comparison.notCompared.empty() ? "No difference." : "No difference in settings and pictures.";
 }
 
-/// What the package holds nothing of and need not hold; what it lacks is named besides.
+/// The parts that the package does not hold and need not hold. What it lacks is listed separately.
 std::string sentenceOfNotHeld(const std::vector<std::string>& notHeld, const std::vector<Lack>& lacks) {
     std::vector<std::string> names;
     std::copy_if(notHeld.begin(), notHeld.end(), std::back_inserter(names), [&lacks](const auto& name) {

@@ -15,8 +15,8 @@ namespace vxclone {
 
 namespace {
 
-/// What of the package would be loaded, its settings apart from those that would be kept. What belongs to no
-/// category is loaded with all the others.
+/// The part of the package that would be loaded, without the settings that would be kept. Entries that belong
+/// to no category are loaded only together with all categories.
 Result<ComparedState> stateToLoad(const ReadyPackage& ready, bool keepIdentity) {
     auto files = filesOf(ready.package.tree());
     VX_RETURN_IF_FAILED(files);
@@ -34,7 +34,7 @@ Result<ComparedState> stateToLoad(const ReadyPackage& ready, bool keepIdentity) 
     return state;
 }
 
-/// The files that a restore of the home menu leaves beside those of the package are no change.
+/// A restore of the home menu leaves other files there, so they are no change.
 void removeWhatStays(std::vector<Difference>& differences) {
     const auto name = categoryOf(VXCLONE_VXHOTEL_HOMEAPP_DATA).name;
     differences.erase(
@@ -57,7 +57,7 @@ std::string changesIn(const PackagePart& part, const std::vector<Difference>& di
     return "changes " + countText(count, settings ? "setting" : "file");
 }
 
-/// The parts of the category that the comparison tells of, each with what there is to say.
+/// The compared parts of the category, each with its result.
 std::vector<Row> rowsOf(const Category& category, const TelevisionComparison& comparison) {
     std::vector<Row> rows;
     const auto add = [&](const PackagePart& part, const std::string& detail) {
@@ -78,7 +78,7 @@ std::vector<Row> rowsOf(const Category& category, const TelevisionComparison& co
     return rows;
 }
 
-/// The rows of all categories; one that would be loaded has a row for each of its parts.
+/// The rows of all categories. A category that would be loaded has a row for each of its parts.
 std::vector<Row> rowsOf(const Plan& plan, const TelevisionComparison& comparison) {
     std::vector<Row> rows;
     for (Row& row : tableRows(Direction::Restore, plan.list, {}, plan.leftOut)) {

@@ -26,7 +26,7 @@ using vxcommon::TerminalTable;
 
 constexpr const char* kFileKind = "file";
 
-/// A package that can be understood so far is inspected as far as it can be.
+/// A package is inspected as far as it can be understood.
 OutputLine packageLine(const std::string& path, const PackageLook& look, const PackageContents& contents) {
     const TreeSize size = sizeOf(contents);
     Json members = factsOf(path, look);
@@ -59,7 +59,7 @@ void addChecks(Output& output, const std::vector<Check>& checks) {
     output.lines.push_back(lineOf(std::move(table)));
 }
 
-/// What a later vxclone calls its results is shown as it stands.
+/// The result names of a later vxclone are shown unchanged.
 std::string wordsOfResult(const ManifestResult& result) {
     const auto verdict = verdictNamed(result.result);
     return (verdict ? std::string(wordsOf(*verdict)) : result.result) +

@@ -23,12 +23,12 @@ namespace {
 using vxcommon::Colour;
 
 constexpr std::size_t kLevels = 2;
-/// More folders than this on sticks are not looked into.
+/// The number of folders that are searched on sticks.
 constexpr std::size_t kMostFolders = 2000;
-/// More folders than these that could not be looked into are counted, not named.
+/// The number of folders without access that are named; the others are only counted.
 constexpr std::size_t kMostUnseenNamed = 5;
 
-/// What is to be said of a package in one word, and why.
+/// The state of a package in one word, and the reason.
 struct State {
     std::string_view name;
     std::string_view words;
@@ -57,7 +57,7 @@ State stateOf(const PackageLook& look) {
                            : State{"incomplete", "fits, is not complete", Colour::Bad, "it lacks " + lacking};
 }
 
-/// Goes through the folders and collects the packages.
+/// Searches the folders and collects the packages.
 class Search {
  public:
     Search() : table_({"package", "name", "made", "model", "here"}) {}
@@ -103,7 +103,7 @@ class Search {
     }
 
  private:
-    /// A folder that cannot be read is no reason to say nothing of the others.
+    /// A folder that cannot be read must not hide the others.
     void below(const Tree& tree, const std::string& name, std::size_t level) {
         const std::string path = tree.path + "/" + name;
         const Descriptor opened(openat(tree.descriptor, name.c_str(), kOpenFolder));
@@ -148,7 +148,7 @@ class Search {
     Output output_;
     vxcommon::TerminalTable table_;
     std::size_t folders_ = 0;
-    std::size_t unseen_ = 0;  ///< folders that could not be looked into
+    std::size_t unseen_ = 0;  ///< folders that could not be searched
     std::vector<std::string> unseenSentences_;
 };
 

@@ -22,7 +22,7 @@ namespace vxclone {
 
 namespace {
 
-/// A category that puts into effect what another one brings.
+/// A category that puts data of another category into effect.
 struct Need {
     VXClone category;
     VXClone needed;
@@ -43,7 +43,7 @@ void sayWhatIsNeeded(ProgressView& view, const Plan& plan) {
     }
 }
 
-/// Without a safety backup a full disk may have room.
+/// Without a safety backup, the room on a full disk may be sufficient.
 Error withTheWayOn(Error error, const RestoreOptions& options) {
     if (options.safety && error.code == ErrorCode::TelevisionFull) {
         error.sentence += "; a safety backup needs some of that, --no-safety leaves it out";
@@ -51,7 +51,7 @@ Error withTheWayOn(Error error, const RestoreOptions& options) {
     return error;
 }
 
-/// Everything that comes before the television is touched.
+/// All steps before the television is changed.
 Result<ReadyPackage> getReady(const CloneContext& context, const std::filesystem::path& folder,
                               const RestoreOptions& options, const StagedPackage::Reserve& reserve) {
     auto package = StagedPackage::bring(context, folder, reserve);
@@ -65,7 +65,7 @@ Result<ReadyPackage> getReady(const CloneContext& context, const std::filesystem
     return makeReady(context, std::move(*package), std::move(*examined), std::move(plan));
 }
 
-/// How much more one is than the other.
+/// The amount by which `one` exceeds `other`.
 TreeSize beyond(const TreeSize& one, const TreeSize& other) {
     return {one.entries - std::min(one.entries, other.entries), one.files - std::min(one.files, other.files),
             one.bytes - std::min(one.bytes, other.bytes)};
@@ -74,7 +74,7 @@ TreeSize beyond(const TreeSize& one, const TreeSize& other) {
 Result<Report> dryRun(const CloneContext& context, const std::filesystem::path& folder,
                       const RestoreOptions& options) {
     TreeSize needed;
-    // The restore itself would empty the clone folder, whose content waits aside now.
+    // A restore would empty the clone folder, whose content is set aside now.
     const auto reserve = [&](const Tree& package) {
         needed = safetyReserve(package);
         const TreeSize whole = together(loadReserve(package), options.safety ? needed : TreeSize());
@@ -121,7 +121,7 @@ struct RestoreArguments {
     std::string expect;
     std::string without;
     bool all = true;
-    bool excepted = false;  ///< `--except` is given, be it empty
+    bool excepted = false;  ///< `--except` is given, possibly empty
     bool forceModel = false;
     bool keepIdentity = false;
     bool dryRun = false;
@@ -135,14 +135,15 @@ constexpr const char* kCategories = "CATEGORY,...";
 constexpr std::size_t kFewestDigits = 16;
 constexpr std::size_t kMostDigits = 64;
 
-/// A digest, or so much of its beginning that nobody meets it by chance. Result: empty, or what is wrong.
+/// Checks for a digest, or for so many of its first digits that another package does not match by chance.
+/// Result: empty, or the mistake.
 std::string isDigest(const std::string& text) {
     const bool good = text.size() >= kFewestDigits && text.size() <= kMostDigits &&
                       text.find_first_not_of("0123456789abcdef") == std::string::npos;
     return good ? "" : "give 16 to 64 digits of a digest, 0-9 and a-f, from its beginning";
 }
 
-/// The categories that `--only` and `--except` leave.
+/// The categories after `--only` and `--except` were applied.
 Result<std::vector<VXClone>> listOf(const RestoreArguments& arguments) {
     if (!arguments.all) {
         return parseCategories(arguments.only);

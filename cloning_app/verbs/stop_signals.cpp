@@ -18,7 +18,7 @@ constexpr std::array kStopSignals = {SIGINT, SIGTERM, SIGHUP};
 
 StopFlag stopFlag;
 
-/// What is written at the end that a signal brings, made beforehand: a handler may not allocate.
+/// The message for the end by a signal. It is prepared, because a signal handler must not allocate.
 struct Farewell {
     int status = 0;
     std::string text;
@@ -40,7 +40,7 @@ extern "C" void endAtOnce(int signal) {
     }
     if (farewellIsDue.exchange(false) &&
         write(farewellOutput, farewell->text.data(), farewell->text.size()) < 0) {
-        // Nobody is there to be told; the status tells it.
+        // Nobody can be told about a failure here; the status shows it.
     }
     _exit(farewell->status);
 }
@@ -86,14 +86,14 @@ EndingAtStopSignals::EndingAtStopSignals(bool json) {
 }
 
 EndingAtStopSignals::~EndingAtStopSignals() {
-    // A handler on another thread may be about to end the process; then this one writes nothing any more.
+    // A handler on another thread may be ending the process. Then this thread must not write any more.
     while (!farewellIsDue.exchange(false)) {
         pause();
     }
 }
 
 void surviveClosedOutput() {
-    // Not SIG_IGN, which the applications that the television starts would inherit.
+    // The applications that the television starts would inherit SIG_IGN, but not a handler.
     handle(SIGPIPE, passOver);
 }
 

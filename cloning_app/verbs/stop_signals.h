@@ -8,20 +8,20 @@ namespace vxclone {
 /// process starts are not affected. Result: the one flag of the process.
 const StopFlag& heedStopSignals();
 
-/// While it lives, SIGINT, SIGTERM and SIGHUP end the process at once, whatever it waits for, with the
-/// sentence and the status of an interrupted run. For commands that change nothing: nothing is cleaned up.
-/// Afterwards the signals still end the process with that status, but without a word, which would stand in
-/// what it is writing. One object at a time.
+/// For commands that change nothing. While this object exists, SIGINT, SIGTERM and SIGHUP end the process at
+/// once, with the sentence and the status of an interrupted run, and without cleaning up. After the
+/// destructor, the signals still end the process with that status, but without the sentence, which could
+/// appear in the middle of its output. One object at a time.
 class EndingAtStopSignals {
  public:
-    /// With `json` the sentence is a line on standard output, else it goes to standard error.
+    /// With `json` the sentence is a JSON line on standard output; otherwise it goes to standard error.
     explicit EndingAtStopSignals(bool json);
     EndingAtStopSignals(const EndingAtStopSignals&) = delete;
     EndingAtStopSignals& operator=(const EndingAtStopSignals&) = delete;
     ~EndingAtStopSignals();
 };
 
-/// From now on an output that its reader has closed does not end the process; writing to it fails. Programs
+/// From now on, a write to an output that its reader has closed fails instead of ending the process. Programs
 /// that this process starts are not affected.
 void surviveClosedOutput();
 

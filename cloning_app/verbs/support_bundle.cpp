@@ -26,7 +26,8 @@ struct SupportBundleArguments {
     bool json = false;
 };
 
-/// Whether the file goes onto a stick; it goes nowhere where there is no folder for it, which writing tells.
+/// Whether the file is on a stick. False if its folder does not exist; the error appears when the file is
+/// written.
 Result<bool> bundleGoesOntoAStick(const std::filesystem::path& file, bool onThisDisk) {
     const std::string folder = file.has_parent_path() ? file.parent_path().string() : ".";
     const Descriptor opened(open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));

@@ -22,7 +22,7 @@ namespace {
 
 constexpr mode_t kFolderMode = 0755;
 
-/// When and before what the safety backup was made.
+/// When the safety backup was made, and before which restore.
 std::string describeSafety(const Tree& safety) {
     const auto manifest = readManifest(safety, PackageKey::ofTelevision());
     if (!manifest || !*manifest) {
@@ -32,14 +32,14 @@ std::string describeSafety(const Tree& safety) {
     return fmt::format("the safety backup of {} (\"{}\")", origin.madeAt, vxcommon::printable(origin.name));
 }
 
-/// A package to go back to, and the logos that this television did not have.
+/// The package for an undo, and the logos that this television did not have before.
 struct WayBack {
     ReadyPackage ready;
     std::vector<VXClone> removedLogos;
 };
 
-/// Lets the load take away a logo that came with the restore. The library removes the boot logo for a package
-/// that holds none, and the other one's files for a package that holds an empty folder.
+/// Makes the load remove a logo that the restore added. The library removes the boot logo if the package has
+/// none, and the files of the other logo if its folder in the package is empty.
 Result<void> takeLogoAway(WayBack& back, Row& row) {
     const std::string entry(categoryOf(row.category).entry);
     const Tree package = back.ready.package.tree();
@@ -52,7 +52,7 @@ Result<void> takeLogoAway(WayBack& back, Row& row) {
     return {};
 }
 
-/// Only what a person would see: a logo that could not be saved is left alone.
+/// Only for visible logos. If the save of a logo failed, that logo is not changed.
 Result<void> takeLogosAway(WayBack& back) {
     std::vector<Row>& leftOut = back.ready.plan.leftOut;
     for (Row& row : leftOut) {

@@ -7,8 +7,8 @@ namespace vxclone {
 /// Adds the verb `undo`; parsing it sets `chosen`.
 void addUndoCommand(CLI::App& app, Action& chosen);
 
-/// Loads the safety backup of the last restore, in the same way; it stays what it is. Errors: those of
-/// `runRestore`; `NoSafetyBackup`.
+/// Loads the safety backup of the last restore in the same way, and does not change the safety backup.
+/// Errors: those of `runRestore`; `NoSafetyBackup`.
 Result<Report> runUndo(const CloneContext& context, bool readBack);
 
 }  // namespace vxclone

@@ -16,7 +16,7 @@ namespace vxclone {
 
 namespace {
 
-/// Most of the package stays where it is: what is examined here is not loaded.
+/// Only the identity and the seal are copied to the television, because the package is not loaded.
 Result<Examination> examine(const CloneContext& context, const StickTarget& target) {
     const auto opened = target.openPackage();
     VX_RETURN_IF_FAILED(opened);

@@ -9,9 +9,10 @@ namespace vxclone {
 /// Adds the verb `verify`; parsing it sets `chosen`.
 void addVerifyCommand(CLI::App& app, Action& chosen);
 
-/// Finds out whether the package in `folder` fits the television and is unaltered, on a copy of it in the
-/// clone folder, which is emptied at the end. Result: the report with every finding; its exit status is that
-/// of the gravest, in the order of `problemOf`. Errors: there is no package to examine, or that failed.
+/// Checks whether the package in `folder` fits the television and is unaltered. It is read on the stick; only
+/// the identity and the seal are copied to the clone folder meanwhile. Result: the report with every finding;
+/// its exit status is that of the most serious one, in the order of `problemOf`. Errors: there is no package
+/// to examine, or the examination failed.
 Result<Report> runVerify(const CloneContext& context, const std::filesystem::path& folder);
 
 }  // namespace vxclone

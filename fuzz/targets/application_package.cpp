@@ -1,4 +1,4 @@
-// The data of the hotel's application: any index, or any database that the index is right about.
+// The data of the hotel's application: any index, or any database with a correct index.
 
 #include <filesystem>
 

@@ -1,4 +1,5 @@
-// The channel archive and the hotel's list beside it: any bytes, any members, or members with a right index.
+// The channel archive and the hotel's list beside it: any bytes, any members, or members with a correct
+// index.
 
 #include "virtual_tv/channels/channel_archive.h"
 
@@ -39,8 +40,7 @@ std::string told(std::string_view content) {
     return fmt::format(R"({{"bytes":{},"sha256":"{}"}})", content.size(), digestOf(content));
 }
 
-/// Transponders, channels and the hotel's list, in an archive and a file that are sound but for what these
-/// say.
+/// Any transponders, channels and hotel's list in an otherwise valid archive and file.
 void packDocuments(const fs::path& package, Input input) {
     const std::string transponders(input.until(kMark));
     const std::string channels(input.until(kMark));
@@ -63,7 +63,7 @@ void packMembers(const fs::path& package, Input input) {
     std::vector<ZipMember> members;
     while (!input.isEmpty() && members.size() < 8) {
         const unsigned kind = input.byte() % 3U;
-        // A name without a NUL and not empty is what the packing library takes.
+        // The packing library accepts only names that are not empty and contain no NUL.
         std::string name = upToNul(input.until(kMark));
         name += name.empty() ? "m" : "";
         ZipMember member{std::move(name), std::string(input.until(kMark))};

@@ -1,4 +1,4 @@
-// The names and texts of a manifest, with marks of two hexadecimal digits for what is no plain text.
+// The names and texts of a manifest, with escapes of two hexadecimal digits for what is not plain text.
 
 #include "cloning_app/package/digest.h"
 #include "cloning_app/package/manifest_reading.h"

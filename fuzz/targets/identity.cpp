@@ -1,4 +1,4 @@
-// ProductCloneInfo.txt, as vxclone writes and reads it, for a television that says anything of itself.
+// ProductCloneInfo.txt as vxclone writes and reads it, for a television with any identity.
 
 #include "cloning_app/package/identity.h"
 
@@ -26,7 +26,7 @@ int numberIn(std::string_view bytes) {
     return static_cast<int>(number);
 }
 
-/// What a television says of itself is checked, written, read again, and taken for its own by the library.
+/// Checks and writes a television's identity, reads it again, and requires that the library accepts it.
 void writeOwn(Input input) {
     vxtest::ScriptedPlatform& tv = vxtest::ScriptedPlatform::instance();
     tv.reset();
@@ -51,7 +51,7 @@ void writeOwn(Input input) {
             "the library takes an identity for its own");
 }
 
-/// What was read from anywhere is, where it can be written, written so that it is read again.
+/// If what was read can be written again, then reading that gives the same.
 void readAny(std::string_view bytes) {
     const Identity read = vxclone::parseIdentity(std::string(bytes));
     if (const auto text = vxclone::identityText(read)) {

@@ -1,4 +1,4 @@
-// manifest.json of a package: as it is, or with a right code around any body.
+// manifest.json of a package: any bytes, or any body with a correct code.
 
 #include <fcntl.h>
 #include <openssl/evp.h>
@@ -25,7 +25,7 @@ using vxclone::ReadManifest;
 
 const std::string kKey(vxclone::PackageKey::kBytes, 'p');
 
-/// A folder with a manifest alone in it.
+/// A folder that contains only a manifest.
 class Package {
  public:
     void write(std::string_view text) const { vxtest::writeFile(file(), text); }
@@ -56,7 +56,7 @@ std::string withCode(std::string_view version, std::string_view body) {
            R"(,"authentication":")" + codeOf(canonical(version, body)) + "\"}\n";
 }
 
-/// Whether the file is one that holds the code of what stands in it, whatever that is.
+/// Whether the file contains the correct code for its content.
 bool hasRightCode(const std::string& text) {
     constexpr std::size_t kTail = sizeof R"(,"authentication":""})" + 64;
     constexpr std::size_t kVersion = sizeof R"({"format":")" - 1;

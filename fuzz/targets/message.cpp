@@ -1,5 +1,4 @@
-// Messages between applications: those that are sent, those of any form that arrive, and the answer to the
-// library.
+// Messages between applications: sent messages, incoming calls of any form, and the answer to the library.
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -20,7 +19,7 @@ using vxtv::PortMessage;
 
 constexpr std::size_t kMostDepth = 4;
 
-/// A connection that makes messages and sends none.
+/// A connection that creates messages but sends none.
 sd_bus* connection() {
     static const vxtv::BusConnection bus = [] {
         int ends[2] = {-1, -1};
@@ -33,12 +32,12 @@ sd_bus* connection() {
     return bus.get();
 }
 
-/// Makes of a message what its receiver gets. Result: whether it is one that can be sent.
+/// Converts a message as its receiver does. Result: whether it can be sent.
 bool send(sd_bus_message* call) {
     return sd_bus_message_seal(call, 1, 0) >= 0 && sd_bus_message_rewind(call, 1) >= 0;
 }
 
-/// The library takes the first entry of its name for the answer.
+/// The library uses the first entry with the name of the answer.
 void answerLibrary(const PortMessage& message) {
     bundle answer;
     answer.entries.assign(message.entries.begin(), message.entries.end());
@@ -69,7 +68,7 @@ void exchange(Input input) {
     answerLibrary(*arrived);
 }
 
-/// One complete type of the signature, with a value from the input. Result: 0 or more when it could be added.
+/// Appends one complete type of the signature, with a value from the input. Result: 0 or more on success.
 int append(sd_bus_message* call, std::string_view& signature, Input& input, std::size_t depth) {
     const char type = signature.empty() ? '\0' : signature.front();
     signature.remove_prefix(signature.empty() ? 0 : 1);

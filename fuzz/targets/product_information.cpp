@@ -24,7 +24,7 @@ constexpr const char* kTag = "VX-EU";
 constexpr int kTuner = 3;
 constexpr std::size_t kLongestLine = 255;
 
-/// A line as the check takes it: at most so many bytes with its end, and up to a NUL.
+/// A line as the check reads it: limited in length, including its end, and up to a NUL.
 std::string lineIn(Input& input) {
     const std::string_view line = Input(input).take(kLongestLine);
     const std::size_t end = line.find('\n');
@@ -33,7 +33,7 @@ std::string lineIn(Input& input) {
     return !text.empty() && text.back() == '\n' ? text.substr(0, text.size() - 1) : text;
 }
 
-/// The number at the line's start, the nearest int for one that is too large, 0 for none.
+/// The number at the start of the line, limited to the range of int; 0 without a number.
 int numberIn(const std::string& line) {
     std::size_t at = line.find_first_not_of(" \t\n\v\f\r");
     if (at == std::string::npos) {
@@ -48,7 +48,7 @@ int numberIn(const std::string& line) {
     return static_cast<int>(std::clamp<long long>(negative ? -number : number, INT_MIN, INT_MAX));
 }
 
-/// What the check has to say of such a file.
+/// The expected result of the check for such a file.
 int verdictOn(std::string_view bytes, int tuner) {
     Input input(bytes);
     if (lineIn(input) != kTag) {

@@ -1,4 +1,4 @@
-// The record of the last run, which vxclone finds on the television.
+// The record of the last run, which vxclone reads on the television.
 
 #include "cloning_app/record/run_record.h"
 

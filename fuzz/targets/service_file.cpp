@@ -1,4 +1,4 @@
-// The files of the services that own data: any bytes, or a sound container around any document.
+// The files of the services that own data: any bytes, or a valid container with any document.
 
 #include <openssl/evp.h>
 
@@ -67,14 +67,14 @@ std::string digestOf(std::string_view bytes) {
     return {digest.begin(), digest.begin() + size};
 }
 
-/// The container as docs/service-backups.md has it.
+/// The container as described in docs/service-backups.md.
 std::string container(std::string service, std::string_view body) {
     service.resize(vxtv::kLongestServiceName);
     return std::string("VXBAK\r\n\x1a", 8) + vxtv::toBigEndian(1) + service + vxtv::toBigEndian(1) +
            vxtv::toBigEndian(static_cast<std::uint32_t>(body.size())) + digestOf(body) + std::string(body);
 }
 
-/// What was loaded is saved, is loaded from there, and is saved the same.
+/// Saves what was loaded, loads it again, and requires that saving it again gives the same.
 void saveAgain(const SmallTelevision& television, const Service& service) {
     const vxtv::Texts loaded = television.texts(service.name);
     const fs::path& folder = television.otherPackage();

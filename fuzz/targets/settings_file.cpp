@@ -74,7 +74,7 @@ std::optional<std::vector<vxclone::Setting>> readByVxclone() {
     return *settings;
 }
 
-/// What vxclone expects in the store, as text; empty where it expects nothing.
+/// The value that vxclone expects in the store, as text; empty if it expects none.
 std::string expectedText(const vxclone::Setting& setting) {
     if (const auto* const number = std::get_if<vxclone::Setting::Int>(&setting.value)) {
         return "int " + std::to_string(number->value);
@@ -109,8 +109,8 @@ bool isUtf8(const Settings& settings) {
     }
 }
 
-/// A backup of what was restored brings the same again. Text that is no UTF-8 does not travel: the JSON of a
-/// backup has another character in its place.
+/// A backup of the restored settings must restore the same. Text that is not UTF-8 is an exception: the JSON
+/// of a backup has another character in its place.
 void cloneOnce(ScriptedPlatform& tv, const Settings& stored) {
     clone(kDirectionBackup);
     fillStore(tv);

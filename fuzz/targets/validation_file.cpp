@@ -41,8 +41,8 @@ std::uint32_t hashOf(std::string_view content) {
     return hash;
 }
 
-/// The number at the start of the first line, the nearest of 64 bits for one that is too large, 0 for none;
-/// of that the low 32 bits.
+/// The number at the start of the first line, limited to 64 bits; 0 without a number. Only its low 32 bits
+/// count.
 std::uint32_t numberIn(std::string_view text) {
     const std::string line = upToNul(text.substr(0, text.find('\n')));
     std::size_t at = std::min(line.find_first_not_of(" \t\n\v\f\r"), line.size());

@@ -1,4 +1,4 @@
-// The symbols of the two libraries: what callers may rely on, and what a television must provide.
+// The symbols of the two libraries: those that callers may use, and those that a television must provide.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -22,8 +22,8 @@ using testing::UnorderedElementsAreArray;
 
 using Symbols = std::set<std::string>;
 
-/// Every operation of the platform contract, as a television's libraries must show it. The library calls all
-/// of them.
+/// Every operation of the platform, as a television's libraries must export it. The library calls all of
+/// them.
 const Symbols kContract = {
     "__dlog_print",
     "vconf_get_int",
@@ -96,7 +96,7 @@ const Symbols kContract = {
     "vx_get_homemenu_path[abi:cxx11]()",
 };
 
-/// The classes whose destructor, table and type information come with the contract.
+/// The classes whose destructor, virtual table and type information are part of the platform.
 const Symbols kInterfaceClasses = {"IUtil", "IB2BControl", "IServiceNavigation"};
 
 std::string outputOf(const std::vector<std::string>& command) {
@@ -107,7 +107,7 @@ std::string outputOf(const std::vector<std::string>& command) {
     return finished.output;
 }
 
-/// The dynamic symbols of a file, demangled, without the version that a definition may carry.
+/// The dynamic symbols of a file, demangled, without a version.
 Symbols dynamicSymbols(const std::string& file, const std::string& which) {
     std::istringstream lines(outputOf({VX_NM, "-D", "-C", which, file}));
     Symbols symbols;
@@ -121,7 +121,7 @@ Symbols dynamicSymbols(const std::string& file, const std::string& which) {
     return symbols;
 }
 
-/// What the libraries that the file is linked to define.
+/// The symbols that the libraries of the file define.
 Symbols symbolsOfItsLibraries(const std::string& file) {
     std::istringstream lines(outputOf({VX_LDD, file}));
     Symbols symbols;

@@ -20,7 +20,7 @@ struct FreeString {
     void operator()(char* text) const { std::free(text); }
 };
 
-/// A string from the platform, ours to free.
+/// A string from the platform that the test must free.
 using OwnedString = std::unique_ptr<char, FreeString>;
 
 }  // namespace vxcontract

@@ -1,4 +1,4 @@
-// What every logger must do. Lines are those of the library: source, function, line and place come first.
+// What every logger must do. The lines are those of the library: source, function, line and place come first.
 
 #include <thread>
 #include <vector>

@@ -23,7 +23,7 @@ struct Received {
     std::thread::id thread;
 };
 
-/// Takes the messages of a port.
+/// Collects the messages of a port.
 class Inbox {
  public:
     static void receive(int port, const char* application, const char* remotePort, bool /*trusted*/,
@@ -34,7 +34,7 @@ class Inbox {
             {port, application, remotePort, isThere ? response : "(none)", std::this_thread::get_id()});
     }
 
-    /// The messages so far, when there are as many as that or time is over.
+    /// The messages so far, as soon as there are `count` of them or the time is over.
     std::vector<Received> waitFor(std::size_t count) {
         std::unique_lock lock(mutex);
         changed_.wait_for(lock, kLongest, [&] { return received_.size() >= count; });
@@ -69,7 +69,7 @@ class MessagePort : public ContractTest {
 
     const std::string remote = world->answeringApplication();
     bundle* const request = bundle_create();
-    /// Lives as long as the process: its ports do.
+    /// It lives as long as the process, because the ports do.
     static Inbox& inbox() {
         static std::vector<std::unique_ptr<Inbox>> all;
         return *all.emplace_back(std::make_unique<Inbox>());

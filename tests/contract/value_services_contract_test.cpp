@@ -1,5 +1,5 @@
-// What every service that writes its values into a package and takes them from there must do, each by its own
-// way of saying that it succeeded.
+// What every service that saves its values into a package and loads them must do. Each service reports
+// success in its own way.
 
 #include <array>
 #include <functional>
@@ -16,7 +16,7 @@ namespace {
 
 using Directory = std::string;
 
-/// One call of the platform, and what it answers.
+/// A platform call and its status.
 struct Operation {
     const char* call;
     std::function<int(const Directory&)> run;

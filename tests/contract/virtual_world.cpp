@@ -43,8 +43,8 @@ vxtv::Profile plainProfile() {
     return profile;
 }
 
-/// The television that the platform of this process finds. It is looked for once, at the first call, so that
-/// all tests of the process share it.
+/// The television of this process's platform. The platform looks for it once, at the first call, so all tests
+/// of the process share it.
 class SharedTelevision {
  public:
     SharedTelevision() {
@@ -65,7 +65,7 @@ class SharedTelevision {
 
     vxtv::Television& operator*() { return *television_; }
 
-    /// Brings up the bus of the television and an application on it, unless they are up.
+    /// Starts the television's bus and an application on it, unless they run already.
     void startApplication(const std::string& id) {
         if (application_) {
             return;
@@ -93,7 +93,7 @@ class SharedTelevision {
 
 constexpr const char* kApplication = "org.example.staying";
 
-/// Gives the television an application that runs until it is ended.
+/// Installs an application that runs until it is ended.
 void installApplication(const vxtv::Folder& television) {
     const vxtest::TemporaryDirectory source;
     const std::filesystem::path program = source / "bin/stay";
@@ -119,7 +119,7 @@ class VirtualWorld : public World {
         }
     }
     ~VirtualWorld() override {
-        // Most tests have not launched it.
+        // Most tests have not started it, so a failure does not matter.
         static_cast<void>(vxtv::stopApplication(television().folder(), kApplication));
     }
 
@@ -186,7 +186,7 @@ class VirtualWorld : public World {
     }
     static vxtv::Television& television() { return *shared(); }
     static vxtv::FaultPlan faults() { return television().faults(); }
-    /// What the television has logged; it makes its log with the first line.
+    /// The television's log so far. The first line creates the file.
     static std::string logText() {
         const std::filesystem::path file = television().folder().dlog();
         return std::filesystem::exists(file) ? vxtest::readFile(file) : "";

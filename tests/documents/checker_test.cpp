@@ -1,5 +1,4 @@
-// The check of the documents itself, with small documents: what is right passes, and what is planted is
-// found.
+// Tests the checker of the documents with small documents: correct ones pass, and planted mistakes are found.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

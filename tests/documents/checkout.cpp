@@ -16,7 +16,7 @@ void writeScript(const fs::path& file, const std::string& text) {
     fs::permissions(file, fs::perms(0755));
 }
 
-/// A link for each program: one for the folder would hide from a program where its libraries are.
+/// A link for each program, because with one link for the folder a program would not find its libraries.
 void linkPrograms(const fs::path& folder) {
     fs::create_directory(folder);
     for (const auto& program : fs::directory_iterator(toolFolder())) {
@@ -48,7 +48,7 @@ void Checkout::copySources() const {
     writeScript(folder_ / "scripts/bootstrap", "exit 0");
 }
 
-/// ctest writes what it did into the build folder, where the ctest that runs this test does so, too.
+/// ctest writes its log into the build folder, where the ctest that runs this test writes, too.
 void Checkout::linkBuild() const {
     for (const char* const preset : {"debug", "release"}) {
         const fs::path build = folder_ / "build" / preset;
@@ -59,7 +59,7 @@ void Checkout::linkBuild() const {
     }
 }
 
-/// A program that is linked with a sanitizer's library has to have the sanitizer itself.
+/// A program that is linked with a sanitizer's library needs the sanitizer itself.
 void Checkout::addTools() const {
     writeScript(tools_ / "cmake", "exit 0");
     const std::string sanitize = VX_SANITIZE;

@@ -9,15 +9,15 @@
 
 namespace vxtest {
 
-/// A folder that is to the commands of a document what a checkout in which everything was built is to a
-/// reader: a copy of the sources, with the programs of this build in their places. What `scripts/demo` would
-/// install and build is taken for done; the rest of it runs. Removed at the end of the object's life.
+/// A folder in which the commands of a document run. It is like a reader's checkout in which everything was
+/// built: a copy of the sources, with the programs of this build in their places. `scripts/demo` skips
+/// installing and building there; the rest of it runs. The destructor removes the folder.
 class Checkout {
  public:
     Checkout();
 
     const std::filesystem::path& folder() const { return folder_; }
-    /// Where the programs of this build come first.
+    /// A search path with the programs of this build first.
     std::string searchPath() const;
 
  private:

@@ -13,7 +13,7 @@ namespace {
 using vxpages::CliOption;
 using vxpages::CliVerb;
 
-/// What looks like a command line and is none of the two programs'.
+/// Texts that look like a command line of the two programs but are none.
 constexpr std::array<std::string_view, 3> kOthers = {
     "vxclone 1.0.0",                     // what a package says of its maker
     "vxclone package manifest VERSION",  // what is authenticated in front of a manifest
@@ -50,7 +50,7 @@ std::string optionName(const std::string& word) {
     return word.substr(0, word.find('='));
 }
 
-/// The options of a line of a synopsis, in which brackets and "|" stand around them.
+/// The options in a line of a synopsis, without the brackets and "|" around them.
 std::set<std::string> optionsIn(std::string line) {
     std::replace_if(
         line.begin(), line.end(),
@@ -63,7 +63,7 @@ std::set<std::string> optionsIn(std::string line) {
     return options;
 }
 
-/// What is wrong with the words of a command line after the program's name; empty if nothing is.
+/// The mistake in the words of a command line after the program's name; empty if there is none.
 std::string problemOf(const CliVerb& program, const std::vector<std::string>& words,
                       const std::vector<CliVerb>& programs) {
     std::vector<const CliVerb*> path = {&program};

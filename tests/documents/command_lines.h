@@ -8,15 +8,16 @@
 
 namespace vxtest {
 
-/// The command lines that a document names in its text, `program verb --option`, and options alone,
-/// `--option`, held against those that the programs have.
+/// Compares the command lines in the text of a document, `program verb --option`, and single options,
+/// `--option`, with those of the programs.
 ///
 /// Result: a sentence with the place for each verb and each option that no program has.
 std::vector<std::string> unknownCommandLines(const Markdown& document,
                                              const std::vector<vxpages::CliVerb>& programs);
 
-/// A block with the command lines of a program, one a line and indented where it goes on, held against those
-/// that the program has. A verb stands there once, with every option of its own but `--help`.
+/// Compares a block of a program's command lines with those that the program has. Each command line begins a
+/// line, and its continuation lines are indented. A verb must occur once, with every option of its own except
+/// `--help`.
 ///
 /// Result: a sentence with the place for each difference.
 std::vector<std::string> synopsisDifferences(const std::string& document, const Block& block,

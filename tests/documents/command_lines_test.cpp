@@ -1,4 +1,4 @@
-// The command lines that the documents name are those that the programs have.
+// All command lines in the documents exist in the programs.
 
 #include "tests/documents/command_lines.h"
 

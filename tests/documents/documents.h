@@ -7,11 +7,11 @@
 
 namespace vxtest {
 
-/// Every document of this checkout, by its name from the checkout's folder. What is built there is none, and
-/// neither is what other people wrote.
+/// Every document of this checkout, by its path in the checkout. Files of the build and of other authors are
+/// left out.
 std::vector<std::string> documents();
 
-/// Throws where the document cannot be read.
+/// Throws if the document cannot be read.
 Markdown readDocument(const std::string& name);
 
 }  // namespace vxtest

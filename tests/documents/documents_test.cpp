@@ -1,4 +1,4 @@
-// The commands of every document are run, and what it says that they print is compared.
+// Runs the commands of every document and compares the quoted output.
 
 #include "tests/documents/documents.h"
 

@@ -18,8 +18,8 @@ namespace {
 constexpr int kStopped = 124;
 constexpr int kKilled = 137;
 
-/// Runs each command, a file each, and leaves what it printed and how it ended beside. A command may end the
-/// shell; it may also change the folder and the variables for those after it.
+/// Runs each command from a file of its own, and writes its output and status to files beside it. A command
+/// may end the shell, and may change the folder and the variables for later commands.
 constexpr const char* kShell = R"sh(
 vx_folder=$1
 for vx_command in "$vx_folder"/*.command; do
@@ -40,7 +40,7 @@ std::string inQuotes(const std::string& text) {
     return word + "'";
 }
 
-/// A file of one step; the names are in the order of the steps.
+/// A file of one step. The names sort in the order of the steps.
 fs::path stepFile(const fs::path& folder, std::size_t step, const char* kind) {
     return folder / (std::to_string(10000 + step) + kind);
 }
@@ -67,7 +67,7 @@ class Execution {
             std::visit([&](const auto& what) { prepare(step, what); }, plan_.steps[step]);
         }
         Program shell;
-        // Kills what the commands started as well.
+        // Also kills the processes that the commands started.
         const std::string limit = std::to_string(workplace_.timeLimit.count());
         shell.command = {"timeout", "--signal=KILL", limit, "bash", "-c", kShell, "document", files_.path()};
         shell.environment = {{"LC_ALL", "C.UTF-8"}, {"PATH", workplace_.searchPath}};
@@ -95,7 +95,7 @@ class Execution {
                   "mkdir -p -- \"$(dirname " + path + ")\" && cp -- " + inQuotes(content) + " " + path);
     }
 
-    /// False where the shell did not come further.
+    /// False if the shell did not reach this step.
     bool judge(std::size_t step) {
         const fs::path statusFile = stepFile(files_.path(), step, ".status");
         const fs::path outputFile = stepFile(files_.path(), step, ".output");

@@ -8,17 +8,17 @@
 
 namespace vxtest {
 
-/// Where the commands of a document run.
+/// The place where the commands of a document run.
 struct Workplace {
     std::string folder;
     std::string searchPath;
     std::chrono::seconds timeLimit = std::chrono::minutes(4);  ///< for the whole document
 };
 
-/// Runs the steps of a document one after the other in one shell, and compares.
+/// Runs the steps of a document one after the other in one shell, and compares the output.
 ///
-/// Result: what is wrong in the document, a sentence each with the place; those of the plan come first. A
-/// plan with problems is not run.
+/// Result: the mistakes in the document, each a sentence with the place; those of the plan come first. A plan
+/// with problems is not run.
 std::vector<std::string> problemsOf(const Plan& plan, const Workplace& workplace);
 
 }  // namespace vxtest

@@ -18,13 +18,13 @@ std::string withoutIndentation(const std::string& line, std::size_t most) {
     return line.substr(std::min(spaces, most));
 }
 
-/// The text of a mark; nothing if the line is another one.
+/// The text of a mark; empty if the line is something else.
 std::optional<std::string> markOf(const std::string& line) {
     if (!line.starts_with(kMarkBegin) || !line.ends_with(kMarkEnd)) return std::nullopt;
     return line.substr(kMarkBegin.size(), line.size() - kMarkBegin.size() - kMarkEnd.size());
 }
 
-/// As the readers of Markdown make it: lower case, "-" for blanks, and no punctuation.
+/// The anchor of a heading, as Markdown viewers make it: lower case, "-" for blanks, and no punctuation.
 std::string anchorOf(const std::string& heading) {
     std::string anchor;
     for (const char character : heading.substr(heading.find_first_not_of("# "))) {
@@ -82,7 +82,7 @@ class Reader {
         }
     }
 
-    /// A span may go on in the next line of its paragraph.
+    /// A span may continue in the next line of its paragraph.
     void takeText(const std::string& line) {
         if (line.empty()) inSpan_ = false;
         if (inSpan_) read_.spans.back().text += ' ';

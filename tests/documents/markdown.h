@@ -5,7 +5,8 @@
 
 namespace vxtest {
 
-/// What a person says of a block to this check, in a comment that no reader sees: `<!-- check: TEXT -->`.
+/// An instruction for this check about a block, in a comment that is invisible for readers: `<!-- check: TEXT
+/// -->`.
 struct Mark {
     int line = 0;  ///< counted from 1
     std::string text;
@@ -19,7 +20,7 @@ struct Block {
     std::vector<Mark> marks;  ///< directly before it
 };
 
-/// What stands between backquotes in the text.
+/// The text between backquotes.
 struct Span {
     int line = 0;  ///< where it begins
     std::string text;
@@ -31,7 +32,7 @@ struct Link {
     std::string target;
 };
 
-/// What this check reads of a document in Markdown.
+/// The parts of a Markdown document that this check uses.
 struct Markdown {
     std::string name;
     std::vector<Block> blocks;
@@ -41,10 +42,10 @@ struct Markdown {
     std::vector<std::string> problems;  ///< sentences, each with the place
 };
 
-/// Reads a document. `name` is what the sentences call it.
+/// Reads a document. Messages call it `name`.
 Markdown readMarkdown(const std::string& name, const std::string& text);
 
-/// "NAME:LINE: TEXT", as compilers name a place.
+/// "NAME:LINE: TEXT", as compilers report a place.
 std::string at(const std::string& name, int line, const std::string& text);
 
 }  // namespace vxtest

@@ -1,4 +1,4 @@
-// What the documents name is there: links, and what is to be complete.
+// Whether the things that documents name exist, such as links, and whether lists are complete.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// The links of a page of the folder that lead nowhere: a sentence each.
+/// The broken links of a page, a sentence for each.
 std::vector<std::string> brokenLinks(const fs::path& folder, const std::string& name) {
     std::vector<std::string> broken;
     const Markdown page = readMarkdown(name, readFile(folder / name));
@@ -87,7 +87,7 @@ TEST(PageTest, testingTellsWhatEveryPresetIsFor) {
     EXPECT_GT(count, 5U);
 }
 
-/// The sources of a room, with each text in one piece and its quotation marks as they are printed.
+/// The sources of a folder, with split string literals joined and escaped quotation marks resolved.
 std::string textsOf(const std::string& room) {
     std::string all;
     for (const auto& entry : fs::recursive_directory_iterator(sourceFolder() / room)) {
@@ -97,7 +97,7 @@ std::string textsOf(const std::string& room) {
                               "\"");
 }
 
-/// What stays of a quoted sentence without what differs from case to case, `NAME` and `...`.
+/// The fixed parts of a quoted sentence: without `NAME` and `...`.
 std::vector<std::string> fixedPartsOf(const std::string& sentence) {
     static const std::regex differs("[A-Z]{2,}|\\.\\.\\.");
     std::vector<std::string> parts(std::sregex_token_iterator(sentence.begin(), sentence.end(), differs, -1),

@@ -14,7 +14,8 @@ namespace {
 
 constexpr std::string_view kPrompt = "$ ";
 
-/// What the commands of our documents begin with. A block without a mark that begins otherwise is no command.
+/// The first words of the commands in our documents. A block without a mark that begins in another way is not
+/// a command.
 constexpr std::array<std::string_view, 14> kPrograms = {"build/", "cat",          "cd",      "chmod", "cp",
                                                         "ctest",  "export",       "g++",     "head",  "ls",
                                                         "mkdir",  "scripts/demo", "vxclone", "vxtv"};
@@ -26,13 +27,13 @@ bool isRunnable(std::string_view command) {
     });
 }
 
-/// What follows the word, if the text begins with it.
+/// The rest of the text after the word, if the text begins with it.
 std::optional<std::string> after(const std::string& text, std::string_view word) {
     if (!text.starts_with(word)) return std::nullopt;
     return text.substr(word.size());
 }
 
-/// The commands of a block, in which "$ " may stand before each and its output after it.
+/// The commands of a block, each of which may have "$ " before it and its output after it.
 std::vector<Command> commandsOf(const Block& block) {
     const bool withOutput = !block.lines.empty() && block.lines.front().starts_with(kPrompt);
     std::vector<Command> commands;
@@ -57,7 +58,7 @@ std::vector<Command> commandsOf(const Block& block) {
     return commands;
 }
 
-/// A command of a block, and what its marks make of it.
+/// A command of a block, and the effect of its marks.
 struct Marked {
     Command command;
     std::optional<std::string> whyNotRun;
@@ -88,7 +89,7 @@ class Planner {
     Plan end() { return std::move(plan_); }
 
  private:
-    /// A mark that makes the block something else than commands. False if it is none.
+    /// Applies a mark that says that the block is not a block of commands. False if the mark is another one.
     bool takeWhole(const Block& block, const Mark& mark) {
         if (const auto reason = after(mark.text, "not run: ")) {
             plan_.leftOut.push_back(at(plan_.name, block.line, "a block is not run: " + *reason));
@@ -106,7 +107,7 @@ class Planner {
         return true;
     }
 
-    /// The quoted output is that of the last command that begins so.
+    /// The quoted output is that of the last command with this beginning.
     void takeOutput(const Block& block, const std::string& begin) {
         if (!saysSomething(block.lines)) {
             complain(block.line, "this output fits whatever is printed");
@@ -138,7 +139,7 @@ class Planner {
         }
     }
 
-    /// "1 vxtv compare": this status has the command of the block that begins so.
+    /// "1 vxtv compare": the command of the block with this beginning has this status.
     void takeStatus(const Mark& mark, const std::string& text, std::vector<Marked>& commands) {
         int status = 0;
         const char* const end = text.data() + text.size();
@@ -162,7 +163,7 @@ class Planner {
         return nullptr;
     }
 
-    /// False if nobody knows how to run it: neither are the lines after it commands, then.
+    /// False if it is not a command; then the lines after it are not commands either.
     bool takeCommand(Marked& marked) {
         Command& command = marked.command;
         if (marked.whyNotRun) {

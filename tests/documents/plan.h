@@ -8,7 +8,7 @@
 
 namespace vxtest {
 
-/// What a document says that a command prints.
+/// The output that a document quotes for a command.
 struct Quotation {
     int line = 0;
     std::vector<std::string> lines;
@@ -23,7 +23,7 @@ struct Command {
     std::vector<Quotation> quotations;
 };
 
-/// A block that is saved as a file, for the commands after it.
+/// A block that is saved as a file for later commands.
 struct SavedFile {
     int line = 0;
     std::string path;
@@ -32,7 +32,7 @@ struct SavedFile {
 
 using Step = std::variant<Command, SavedFile>;
 
-/// What to do with a document, in its order.
+/// The steps for a document, in order.
 struct Plan {
     std::string name;
     std::vector<Step> steps;
@@ -40,7 +40,7 @@ struct Plan {
     std::vector<std::string> problems;  ///< blocks and marks that make no sense: sentences with the place
 };
 
-/// Reads the blocks and their marks. docs/testing.md says which marks there are.
+/// Reads the blocks and their marks, which docs/testing.md describes.
 Plan planOf(const Markdown& document);
 
 }  // namespace vxtest

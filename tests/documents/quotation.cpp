@@ -42,7 +42,7 @@ bool quotes(const std::vector<std::string>& quoted, const std::string& printed) 
     const std::vector<std::string> lines = linesOf(printed);
     std::size_t quote = 0;
     std::size_t line = 0;
-    // Where to go on with one line more for the last `...`, when what follows it does not fit.
+    // The line after which to try again with one more line for the last `...`, if the rest does not match.
     std::optional<std::size_t> anything;
     std::size_t again = 0;
     while (line < lines.size()) {

@@ -5,11 +5,12 @@
 
 namespace vxtest {
 
-/// Whether what a document quotes is what was printed. In a quoted line, `...` stands for any text; a quoted
-/// line that is `...` alone stands for any lines, also for none. Spaces at the end of a line do not count.
+/// Whether the quotation matches the printed text. In a quoted line, `...` matches any text. A quoted line
+/// that consists of `...` matches any number of lines, including none. Spaces at the end of a line do not
+/// count.
 bool quotes(const std::vector<std::string>& quoted, const std::string& printed);
 
-/// Whether the quotation says anything: one of `...` and empty lines alone fits whatever is printed.
+/// Whether the quotation checks anything: `...` and empty lines alone would match every output.
 bool saysSomething(const std::vector<std::string>& quoted);
 
 }  // namespace vxtest

@@ -1,5 +1,5 @@
-// What is let in, on purpose: the names of files are anybody's, and a package without a manifest is only as
-// good as its sum.
+// Packages that are accepted on purpose: files may have any names, and a package without a manifest is
+// protected only by its sum.
 
 #include <gmock/gmock.h>
 
@@ -18,7 +18,7 @@ using testing::HasSubstr;
 
 constexpr const char* kForged = "forged";
 
-/// Whether a terminal may be given the text: no control character but the line feed.
+/// Whether the text is safe for a terminal: no control character except the line feed.
 bool isPrintable(const std::string& text) {
     return std::all_of(text.begin(), text.end(), [](char character) {
         const auto byte = static_cast<unsigned char>(character);
@@ -49,12 +49,12 @@ TEST(HostileNamesTest, dangerousNamesThatAreSealedArriveAsTheyAreAndAreShownSafe
     }
 }
 
-/// The seal knows no names: a manifest under another name is a file like any other.
+/// The seal does not cover names, so a renamed manifest is a file like any other.
 void hideManifest(const fs::path& package) {
     fs::rename(package / "manifest.json", package / "manifest.old");
 }
 
-/// What such a package can be made to hold by somebody without keys.
+/// What somebody without keys can put into such a package.
 void forgeWelcome(const fs::path& package) {
     const std::uint32_t sealed = sumOf(package);
     const fs::path file = package / "vconf/Vconf.json";
@@ -73,7 +73,7 @@ TEST(HostileManifestTest, forgedPackageThatKeepsItsManifestIsRefused) {
     EXPECT_THAT(outcome.message, HasSubstr("vconf/Vconf.json altered"));
 }
 
-// The limit of packages that other tools made, and why docs/integrity.md advises to ask for the digest.
+// The limit for packages of other tools, and the reason why docs/integrity.md advises to use the digest.
 TEST(HostileManifestTest, forgedPackageOfTheSameSumWithoutManifestIsLetInAndSaidToBeWeaker) {
     const Stage& stage = Stage::instance();
     stage.layPackage();

@@ -1,5 +1,5 @@
-// What stands behind the seal and the manifest: packages of somebody who has the keys, or of another tool,
-// whose content a service must refuse. The verdict is honest, and the television keeps what it had.
+// Packages with a valid seal and manifest, from somebody with the keys or from another tool, whose content a
+// service must refuse. The report must be true, and the television must keep its data.
 
 #include <gmock/gmock.h>
 
@@ -27,7 +27,7 @@ using vxtv::test::ZipMember;
 
 constexpr const char* kZip = "tvs-chms/tvs-chms.zip";
 constexpr const char* kApplication = "org.vorta.orvel-app";
-/// So many of a table are tried where not all are.
+/// The number of cases of a table that are tried in the short form.
 constexpr std::size_t kTriedBehindTheSeal = 4;
 
 struct Hidden {
@@ -36,7 +36,7 @@ struct Hidden {
     std::function<void(const fs::path& package)> damage;
 };
 
-/// What of the television a category holds. Applications are looked at one by one: only one is attacked.
+/// The television's data of a category. Applications are compared one by one, because only one is attacked.
 std::string contentOf(const std::string& category) {
     const Stage& stage = Stage::instance();
     const std::string folder = stage.there().folder().string();
@@ -55,7 +55,7 @@ std::string contentOf(const std::string& category) {
     return content;
 }
 
-/// All files of the television's own folders outside of what vxclone and the services keep.
+/// All files of the television's own folders that neither vxclone nor the services own.
 std::vector<std::string> strangers() {
     std::vector<std::string> found;
     for (const char* const where : {"tmp", "media", "opt"}) {
@@ -95,9 +95,8 @@ void expectKept(const Hidden& one) {
     EXPECT_THAT(strangers(), testing::IsEmpty());
 }
 
-/// The first cases of a table are tried, the first as another tool's package as well; in the long form each
-/// in both ways. The read-back is a part of it: the library reports a success of channels whatever the
-/// service did.
+/// Tries the first cases of a table, and the first one also as another tool's package; in the long form, each
+/// in both ways. The read-back is essential, because the library always reports a success for channels.
 void expectAllKept(const std::vector<Hidden>& cases) {
     const Stage& stage = Stage::instance();
     std::size_t tried = 0;
@@ -118,7 +117,7 @@ void expectAllKept(const std::vector<Hidden>& cases) {
     std::cout << "hostile: " << tried << " packages with good seals, and what they hid was refused\n";
 }
 
-/// The good archive's members, for archives that hold more than these, or these in another way.
+/// The members of the good archive, for archives with more or other members.
 std::vector<ZipMember> goodMembers() {
     archive* const reader = archive_read_new();
     archive_read_support_format_zip(reader);
@@ -196,7 +195,7 @@ TEST(HostileZipTest, bombsAndBrokenArchivesAreRefusedByTheService) {
          zipOf("enciphered", [] { return packedAsTold(goodMembers(), "zip:encryption=traditional"); })});
 }
 
-/// The archive with another content of a member, of which its index tells the truth.
+/// The archive with another content of a member, and a correct index.
 Hidden zipOfJson(const std::string& name, const std::string& member, const std::string& content) {
     return zipOf("of " + name + " in " + member, [member, content] {
         std::vector<ZipMember> members = goodMembers();

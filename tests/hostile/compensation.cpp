@@ -24,7 +24,7 @@ std::uint32_t sumOf(const std::filesystem::path& package) {
     return sum;
 }
 
-/// The digits of the number to the base of 3 are such a content, the highest first.
+/// The base-3 digits of the number are such a content, the highest first.
 std::string bytesOfHash(std::uint32_t hash) {
     std::string bytes;
     for (; hash > 0; hash /= 3) {

@@ -1,4 +1,4 @@
-// Entries that no package holds, in every place of one.
+// Entries that no package contains, at every place of a package.
 
 #include <gtest/gtest.h>
 #include <sys/mount.h>
@@ -40,12 +40,12 @@ TEST(HostileEntriesTest, specialFilesBesideTheOthersAreRefusedByName) {
                              kUnsafe, std::string("clone/") + entry});
         }
     }
-    // An inner link needs an entry to lead to.
+    // An inner link needs an existing entry as its target.
     std::erase_if(cases, [](const Case& one) { return one.name.find("inner") != std::string::npos; });
     expectRefusals(cases);
 }
 
-/// What a file that turned into a folder is called by the first check that meets it.
+/// The error code of the first check that finds a folder in place of this file.
 std::string_view codeForFolderInPlaceOf(const std::string& file) {
     return file == "ProductCloneInfo.txt" || file == "manifest.json" ? kUnsafe : kAltered;
 }
@@ -137,7 +137,7 @@ std::vector<std::string> dangerousNames() {
             std::string(254, 'n') + "\xff"};
 }
 
-/// What is said of an added file of that name: the name as it may be shown, or nothing where that is another.
+/// The expected text for an added file of that name: the name if it is shown unchanged, otherwise nothing.
 std::string partOfName(const std::string& name) {
     const bool plain =
         name.size() < 40 && name.find_first_not_of("abcdefghijklmnopqrstuvwxyz.-*_ ~") == std::string::npos;

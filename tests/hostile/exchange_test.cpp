@@ -1,4 +1,4 @@
-// Files that are exchanged between check and use: somebody renames all the while that a restore runs.
+// Files that are exchanged between check and use: another process renames continuously during a restore.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Exchanges two entries of the stick all its life.
+/// Exchanges two entries of the stick during its whole life.
 class Swapper {
  public:
     Swapper(fs::path one, fs::path other)
@@ -29,7 +29,7 @@ class Swapper {
     Swapper& operator=(const Swapper&) = delete;
     ~Swapper() { end(); }
 
-    /// Result: how often it did.
+    /// Result: the number of exchanges.
     std::size_t end() {
         ended_ = true;
         if (thread_.joinable()) {
@@ -55,7 +55,7 @@ class Swapper {
     std::thread thread_;
 };
 
-/// What is exchanged for what: an entry of the package, or all of it, for an evil twin.
+/// Two entries to exchange: an entry of the package, or the whole package, and an evil twin.
 struct Pair {
     std::string entry;
     std::string twin;
@@ -70,7 +70,7 @@ const std::vector<Pair>& pairs() {
     return all;
 }
 
-/// Beside the good package lies one of forged settings, and links.
+/// Puts a package with forged settings, and links, beside the good package.
 void layTwins() {
     const Stage& stage = Stage::instance();
     stage.layPackage();
@@ -88,10 +88,10 @@ struct Tally {
     std::size_t swaps = 0;
 };
 
-/// So many times the wanted runs are made where chance let in, or refused, every package so far.
+/// The factor for further runs if by chance every package so far was accepted, or every one refused.
 constexpr std::size_t kPatience = 20;
 
-/// Whether another run is needed: which of two packages a run meets is a matter of chance.
+/// Whether another run is needed, because chance decides which of two packages a run meets.
 bool goesOn(std::size_t run, std::size_t wanted, const Tally& tally) {
     const bool bothSeen = tally.restored > 0 && tally.refused > 0;
     return run < wanted || (!bothSeen && run < kPatience * wanted);
@@ -135,7 +135,7 @@ TEST(HostileExchangeTest, restoreOfAPackageThatChangesLoadsTheGoodOneOrNothing) 
     const std::size_t runs = inLongForm() ? 500 : 4;
     Tally tally;
     for (std::size_t run = 0; goesOn(run, runs, tally); ++run) {
-        // Whole packages are exchanged in every other run: that is where the good one is met as well.
+        // Every other run exchanges whole packages, because only then the good one can be met completely.
         const Pair& pair = pairs().at(run % 2 == 0 ? 0 : run / 2 % pairs().size());
         SCOPED_TRACE(pair.entry);
         layTwins();

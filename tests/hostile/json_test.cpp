@@ -1,5 +1,5 @@
-// JSON of every wrong shape: by somebody without keys it is an altered file; sealed again by somebody who has
-// them, the reading itself must refuse it.
+// JSON of every wrong form. Without the keys it is an altered file. If it is sealed again with the keys, the
+// reader itself must refuse it.
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ struct Shape {
     std::string text;
 };
 
-/// Texts that are no object, or no JSON at all.
+/// Texts that are not an object or not JSON.
 std::vector<Shape> wrongEverywhere() {
     return {{"nothing", ""},
             {"a space", " "},
@@ -75,7 +75,7 @@ TEST(HostileJsonTest, manifestOfAWrongShapeFromWhoHasTheKeysIsRefused) {
     expectRefusals(cases);
 }
 
-/// The good manifest with one change, sealed again by who has the keys.
+/// The good manifest with one change, sealed again with the keys.
 Case changed(const std::string& name, const std::function<void(json& body)>& change) {
     return {name,
             [change](const fs::path& package) {
@@ -201,7 +201,7 @@ TEST(HostileJsonTest, manifestThatReadersUnderstandDifferentlyIsRefused) {
     expectRefusals(cases);
 }
 
-/// Settings that somebody who has the keys put into the package.
+/// Settings that were put into the package with the keys.
 Case withSettings(const std::string& name, const std::string& text) {
     return {"settings: " + name,
             [text](const fs::path& package) {

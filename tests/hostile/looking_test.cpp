@@ -1,4 +1,4 @@
-// The commands that only look, on damaged packages: none follows a link, waits for a pipe, crashes, writes
+// Commands that only look, on damaged packages: none follows a link, blocks on a pipe, crashes, writes
 // control characters, or changes the television.
 
 #include <gmock/gmock.h>

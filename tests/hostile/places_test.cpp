@@ -1,4 +1,4 @@
-// Links, pipes and other impostors in the places that a run, or the television itself, reads and writes.
+// Links, pipes and other impostors at the places that a run or the television itself reads and writes.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -22,7 +22,7 @@ using Arguments = std::vector<std::string>;
 constexpr const char* kHomeMenu = "opt/usr/data/hotel/homemenu";
 constexpr const char* kUnsafeTelevision = "unsafe-television";
 
-/// Every command that lets the library loose, or looks for what it would find.
+/// Every command that starts the library, or checks what the library would find.
 const std::vector<Arguments>& runs() {
     static const std::vector<Arguments> all = {{"backup", "/media/usb/new"},
                                                {"restore", "/media/usb/clone"},
@@ -45,13 +45,14 @@ std::string joined(const Arguments& arguments) {
 TEST(HostilePlacesTest, impostorInTheHomeMenuIsRefusedByNameAndLeadsNowhere) {
     Stage& stage = Stage::instance();
     const fs::path menu = stage.there().folder() / kHomeMenu;
-    // A name of the package, which a restore would write through, and one that only a backup would read.
+    // A name of the package, through which a restore would write, and a name that only a backup would read.
     const Arguments names = {fs::directory_iterator(stage.good() / "VXHotel")->path().filename(), "other"};
     std::size_t number = 0;
     for (const NamedImpostor& impostor : specialImpostors()) {
         for (const std::string& name : names) {
             for (const Arguments& arguments : runs()) {
-                // In the short form each impostor meets some of the commands, and each command some of them.
+                // In the short form each impostor is tried with some of the commands, and each command with
+                // some impostors.
                 if (!inLongForm() && number++ % 5 != 0) {
                     continue;
                 }
@@ -86,7 +87,7 @@ TEST(HostilePlacesTest, impostorInTheHomeMenuIsRefusedByNameAndLeadsNowhere) {
     }
 }
 
-/// What stands where the television keeps one of its own files.
+/// An impostor at the place of one of the television's own files.
 struct OwnFile {
     const char* file;
     std::vector<Arguments> commands;  ///< of vxtv; TV stands for the television

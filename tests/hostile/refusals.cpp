@@ -11,7 +11,7 @@ namespace vxtest {
 
 namespace {
 
-/// About so many of a table are tried where not all are.
+/// The approximate number of cases of a table that are tried in the short form.
 constexpr std::size_t kTriedOfATable = 16;
 
 using testing::HasSubstr;
@@ -27,7 +27,7 @@ int statusOf(std::string_view code) {
     return -1;
 }
 
-/// The names of what differs: whole contents would bury them.
+/// Only the names of the differences, because whole contents would be too long.
 std::vector<std::string> differences(const FileTree& before, const FileTree& after) {
     std::vector<std::string> names;
     for (const auto& [name, content] : before) {
@@ -64,7 +64,7 @@ void expectRefusals(const std::vector<Case>& cases) {
     Stage& stage = Stage::instance();
     std::size_t tried = 0;
     std::size_t byProgram = 0;
-    // Odd, so that a table that goes through few kinds again and again is not tried for some of them alone.
+    // An odd step, so that a table that repeats a few kinds is tried for all of them.
     const std::size_t step = inLongForm() ? 1 : (cases.size() / kTriedOfATable) | 1U;
     for (std::size_t number = 0; number < cases.size(); number += step) {
         const Case& one = cases[number];

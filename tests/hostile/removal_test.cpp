@@ -1,4 +1,4 @@
-// What is mounted in a tree that is to be removed, from the beginning or in the middle.
+// Mounts in a tree that is removed, from the beginning or during the removal.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -26,7 +26,7 @@ thread_local std::function<void()> beforeEachRemoval;
 
 }  // namespace
 
-/// In place of the system library's, for all of this program.
+/// Replaces the system library's function in this program.
 extern "C" int unlinkat(int directory, const char* name, int flags) noexcept {
     if (beforeEachRemoval) {
         const auto hook = std::exchange(beforeEachRemoval, nullptr);
@@ -44,7 +44,7 @@ using testing::HasSubstr;
 
 constexpr const char* kNotAllowedHere = "mounting is not allowed here";
 
-/// A tree of folders and files in which each folder is a place to mount something at.
+/// A tree of folders and files. Something can be mounted at each folder.
 std::vector<std::string> makeTree(const fs::path& tree) {
     std::vector<std::string> folders;
     const std::vector<std::string> names = {"a", "sp ace", "z\nline", std::string(200, 'n'), "\xff"};
@@ -60,7 +60,7 @@ std::vector<std::string> makeTree(const fs::path& tree) {
     return folders;
 }
 
-/// What is mounted: another file system, or a part of the same one.
+/// Mounts another file system, or a part of the same one.
 bool mountAt(const fs::path& place, const fs::path& theirs, bool bind) {
     const bool mounted = bind ? mount(theirs.c_str(), place.c_str(), nullptr, MS_BIND, nullptr) == 0
                               : mount("none", place.c_str(), "tmpfs", 0, "size=64k") == 0;
@@ -103,7 +103,8 @@ TEST_F(HostileRemovalTest, mountInAnyFolderIsRefusedBeforeAnythingGoes) {
     }
 }
 
-/// What is mounted at the folder before the removal of entry number `moment` is all there afterwards.
+/// If something is mounted at the folder before the removal of entry number `moment`, all of it exists
+/// afterwards.
 void expectSafe(const fs::path& tree, const fs::path& theirs, const std::string& folder, int moment,
                 bool bind) {
     bool mounted = false;

@@ -1,4 +1,5 @@
-// What the seal alone notices, and what vxclone does, in numbers: docs/integrity.md tells what they mean.
+// The number of changes that the seal alone detects, and that vxclone detects. docs/integrity.md explains the
+// figures.
 
 #include <fmt/format.h>
 
@@ -44,7 +45,7 @@ void say(const std::string& what, std::size_t noticed, std::size_t tried) {
     fmt::print("{:<62} {:>9} of {:>9} noticed\n", what, noticed, tried);
 }
 
-/// A file, and a seal over it that may be anything.
+/// A file, and any seal over it.
 class SealedFile {
  public:
     SealedFile() {
@@ -83,7 +84,7 @@ class SealedFile {
     std::string iv_;
 };
 
-/// Every other value of every byte of one block.
+/// Tries every other value of every byte of one block.
 std::size_t noticedFlips(const SealedFile& sealed, const std::string& seal, std::size_t block) {
     std::size_t noticed = 0;
     for (std::size_t at = block * kBlock; at < (block + 1) * kBlock; ++at) {
@@ -129,7 +130,7 @@ void measureCipher() {
     say("seal of random bytes, for files of any other sum", noticed, kForgeries);
 }
 
-/// A change of a file's content, which leaves it another one.
+/// A change of a file that leads to another content.
 struct Change {
     const char* name;
     std::function<void(std::string& content)> make;
@@ -170,7 +171,7 @@ void measureSumByChance() {
     }
 }
 
-/// A change of a package by somebody who knows how the sum is made and has no key.
+/// A change of a package by somebody who knows the sum and has no key.
 struct Forgery {
     const char* name;
     std::function<void(const fs::path& package)> make;
@@ -182,7 +183,7 @@ void compensate(const fs::path& package, const std::function<void()>& change) {
     writeFile(package / "pad", bytesOfHash(sum - sumOf(package)));
 }
 
-/// One byte more by 1 and the next less by 3, where both have room for it.
+/// Adds 1 to one byte and subtracts 3 from the next, if both have room for that.
 void shiftNeighbours(const fs::path& file) {
     std::string content = readFile(file);
     for (;;) {

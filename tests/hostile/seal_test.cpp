@@ -1,5 +1,5 @@
-// The seal and the manifest under the hands of somebody without keys: bytes flipped, blocks moved, files of
-// another television, parts of two packages.
+// Changes of seal and manifest without the keys: flipped bytes, moved blocks, files of another television,
+// parts of two packages.
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ constexpr std::size_t kBlock = 16;
 constexpr unsigned kBits = 8;
 
 Case flipped(const std::string& file, std::size_t offset, unsigned char bits) {
-    // Without its last line the identity is another, and without a word of its own the seal is altered.
+    // A shorter identity is another one, but the seal has no name in the message.
     const bool named = file != "validate.txt";
     return {file + " at " + std::to_string(offset) + " by " + std::to_string(bits),
             [file, offset, bits](const fs::path& package) {
@@ -49,7 +49,7 @@ TEST(HostileSealTest, everyBlockOfEveryFileIsRefusedWhenAByteIsFlipped) {
         }
         cases.push_back(flipped(entry, size - 1, 0x80));
     }
-    // The version is read before anything else: one that is flipped may be that of a later format.
+    // The version is read first, and a changed version may be that of a later format.
     expectRefusals(cases);
 }
 

@@ -47,7 +47,7 @@ vxclone::PackageKey key() {
     return std::move(*key);
 }
 
-/// A new seal over all files as they are.
+/// A new seal over all current files.
 void sealFiles(const fs::path& package) {
     const Opened opened(package);
     vxclone::LibraryEngine engine;

@@ -1,5 +1,5 @@
-// Texts of a stick that would steer a terminal, fake a line or look like another text: whatever a command
-// says of them, as text or as JSON, shows every character for what it is.
+// Texts from a stick that could control a terminal, fake a line or look like another text. All output, as
+// text or as JSON, must show every character safely.
 
 #include <gtest/gtest.h>
 
@@ -18,10 +18,10 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-/// Stands behind a line feed wherever it is put.
+/// Is put after a line feed in every text.
 constexpr const char* kFakedLine = "FAKED: done";
 
-/// Pieces of which names are made; the first ones are UTF-8.
+/// Pieces from which names are made. The first ones are UTF-8.
 const std::vector<std::string>& pieces() {
     static const std::vector<std::string> all = {"\x1b[2J",
                                                  "\x1b]0;x\x07",
@@ -59,7 +59,7 @@ std::string name(std::mt19937& generator, std::size_t most) {
     return text;
 }
 
-/// Where the text holds something else than printable characters and line feeds; none where it is good.
+/// The place of the first character that is neither printable nor a line feed; empty if there is none.
 std::string troubleIn(const std::string& text) {
     for (std::size_t at = 0; at < text.size();) {
         const vxcommon::Character character = vxcommon::characterAt(text, at);
@@ -87,7 +87,7 @@ void expectShownSafely(const std::vector<std::string>& command) {
     }
 }
 
-/// Puts generated names into all that a package says: settings, files, folders, identity and manifest.
+/// Puts generated names into all texts of a package: settings, files, folders, identity and manifest.
 void poison(const fs::path& package, std::mt19937& generator) {
     const std::size_t any = pieces().size();
     json settings = json::parse(readFile(package / "vconf/Vconf.json"));

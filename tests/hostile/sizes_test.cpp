@@ -1,4 +1,4 @@
-// Sizes: nothing, one byte less or more, and around the limits of numbers and of packages.
+// Sizes: empty files, one byte less or more, and values around the limits of numbers and of packages.
 
 #include <gtest/gtest.h>
 #include <sys/mount.h>
@@ -36,7 +36,7 @@ TEST(HostileSizesTest, everyFileThatIsEmptyOneShortOrOneMoreIsRefused) {
     expectRefusals(cases);
 }
 
-/// A television with this little room, for as long as the object lives.
+/// A television with a small disk; the destructor removes it.
 class SmallDisk {
  public:
     explicit SmallDisk(const fs::path& folder) : folder_(folder) {
@@ -109,7 +109,7 @@ TEST(HostileSizesTest, packagesBeyondTheLimitsAreRefused) {
           "settings-damaged", "larger than 16 MiB"}});
 }
 
-/// Needs as much memory or disk as the file is large, so it is a part of the long form alone.
+/// Needs as much memory or disk as the size of the file, so it runs only in the long form.
 TEST(HostileSizesTest, sparseFilesThatFitOnTheDiskAreReadWholeAndRefused) {
     if (!inLongForm()) {
         GTEST_SKIP() << "a part of the long form: VX_LONG=1";

@@ -25,7 +25,7 @@ constexpr const char* kData = "usr/apps/org.vorta.vxhotel-cloning/data";
 constexpr const char* kReadyMark = "/tmp/securestorage-ready";
 constexpr std::chrono::seconds kLongest{90};
 
-/// The calls of a run that only looks. Whatever else a refused package causes is a change.
+/// The platform calls of a run that only looks. Every other call of a refused package is a change.
 const std::set<std::string> kLookingCalls = {"message_port_register_local_port",
                                              "ss_init_credential",
                                              "ss_read",
@@ -59,7 +59,7 @@ Outcome outcomeOf(const vxclone::Result<vxclone::Report>& result) {
     return {result->exitStatus, "", sentences, result->digest};
 }
 
-/// The last line of `--json` says how it ended.
+/// The last line of `--json` contains the result.
 Outcome outcomeOf(const Finished& finished) {
     std::istringstream lines(finished.output);
     std::string last;
@@ -159,7 +159,7 @@ void Stage::makePackages() {
     }
 }
 
-/// From here on the platform of this process is that of the television `here`.
+/// From now on this process's platform is that of the television `here`.
 void Stage::prepareThisProcess() {
     require(setenv("VXTV_TELEVISION", here_.folder().c_str(), 1) == 0, "no environment");
     fs::copy(here_.folder() / "opt", "/opt", fs::copy_options::recursive);

@@ -11,10 +11,10 @@
 
 namespace vxtest {
 
-/// A setting that every package carries.
+/// A setting that every package contains.
 inline constexpr const char* kWelcome = "db/vxhotel/hotelmenu/welcomemessage";
 
-/// How an attempt to restore or to verify a package ended.
+/// The result of restoring or verifying a package.
 struct Outcome {
     int status = -1;
     std::string code = {};     ///< the error's name; empty where there was none
@@ -22,7 +22,7 @@ struct Outcome {
     std::string digest = {};   ///< the package's, where it was let in
 };
 
-/// A television that packages are tried on. Its programs may run in this process or in a session of its own.
+/// A television on which packages are tried. Its programs run in this process or in a session of its own.
 class Target {
  public:
     Target(std::filesystem::path folder, std::filesystem::path opt);
@@ -30,14 +30,14 @@ class Target {
     const std::filesystem::path& folder() const { return folder_; }
     std::filesystem::path cloneRoot() const;
 
-    /// Empties the clone folder, and forgets the calls so far.
+    /// Empties the clone folder, and forgets the previous calls.
     void makeReady();
 
-    /// All that a refused package must leave as it was: database, secure storage, applications and pictures;
-    /// not the clone folder's content and the record of the last run.
+    /// Everything that a refused package must not change: database, secure storage, applications and
+    /// pictures. The clone folder's content and the record of the last run are left out.
     FileTree state() const;
 
-    /// The platform calls since the last time this was asked that do more than look.
+    /// The platform calls since the last query that do more than look.
     std::vector<std::string> changingCalls();
 
  private:
@@ -46,11 +46,11 @@ class Target {
     std::streamoff callsRead_ = 0;
 };
 
-/// What every attempt needs, made once for the program: a good package, one of another television, a stick,
-/// and two televisions to try on.
+/// The data for every attempt, made once in a program: a good package, one of another television, a stick,
+/// and two televisions.
 ///
-/// `here` is driven by vxclone's own functions in this process, with the clone library behind them: that is
-/// quick. `there` is driven by the program in a session, as an installer would.
+/// Vxclone's own functions drive `here` in this process, with the clone library behind them, which is fast.
+/// The program drives `there` in a session, as an installer would.
 class Stage {
  public:
     static Stage& instance();
@@ -60,9 +60,9 @@ class Stage {
     const std::string& goodDigest() const { return goodDigest_; }
     std::filesystem::path stick() const { return place_ / "stick"; }
     std::filesystem::path package() const { return stick() / "clone"; }
-    /// The television that the good package was made of.
+    /// The television from which the good package was made.
     std::filesystem::path source() const { return place_ / "source"; }
-    /// A folder outside of everything, at which links point. It must stay as it is.
+    /// A folder outside of everything, to which links point. It must not change.
     std::filesystem::path bait() const { return place_ / "bait"; }
 
     /// Puts the good package, or another, on the emptied stick.
@@ -73,11 +73,11 @@ class Stage {
     Target& there() { return there_; }
     const Target& there() const { return there_; }
 
-    /// A restore of the package on the stick by the functions, or by the program with further arguments.
+    /// Restores the package on the stick with the functions, or with the program and further arguments.
     Outcome restoreHere(const std::string& expect = {}, bool dryRun = false) const;
     Outcome restoreThere(const std::vector<std::string>& arguments = {}) const;
 
-    /// Any command in the second television.
+    /// Runs any command in the second television.
     Finished inTelevision(const std::vector<std::string>& command) const;
 
     /// `vxclone ARGUMENTS` in the second television, and `vxtv ARGUMENTS` on this machine.
@@ -99,7 +99,7 @@ class Stage {
     Target there_;
 };
 
-/// Whether every case is to be run by the whole program, too: the variable VX_LONG is set.
+/// Whether every case is also run with the whole program: the variable VX_LONG is set.
 bool inLongForm();
 
 }  // namespace vxtest

@@ -1,5 +1,5 @@
-// Files that are made to take long: reading one that is sixteen times as large takes about sixteen times as
-// long, whatever it is made of, and one that is larger than any package's is refused at once.
+// Files that try to take long. Reading a file sixteen times as large must take about sixteen times as long,
+// for any content, and a file larger than any package's must be refused at once.
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::size_t kTimes = 16;
-/// Of what is quadratic it would be sixteen; a machine that others use varies by less than this.
+/// A quadratic reader would have sixteen. On a machine with other work the time varies by less than this.
 constexpr double kMostGrowth = 5;
 constexpr int kMostRounds = 30;
 
@@ -55,7 +55,7 @@ std::vector<Growing> growingTexts() {
             {"a text", "\"", [](std::size_t) { return "\\u0061"; }, "\""}};
 }
 
-/// Processor time of this thread, which another process's work prolongs less than the clock's.
+/// Processor time of this thread, because other processes affect it less than the elapsed time.
 double processorSeconds() {
     timespec now{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
@@ -68,8 +68,8 @@ double secondsOf(const std::function<void()>& work) {
     return processorSeconds() - begin;
 }
 
-/// Measures again while the bound is not kept: a machine that others use is slow now and then, and what grows
-/// faster than it should is so every time.
+/// Measures again if the bound is exceeded. A busy machine is slow only sometimes, but a bad reader is slow
+/// every time.
 void expectLinear(const std::string& name, std::size_t count,
                   const std::function<std::function<void()>(std::size_t count)>& workOn) {
     const auto small = workOn(count);

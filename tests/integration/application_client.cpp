@@ -1,5 +1,5 @@
-// A program of a television that uses its applications as a cloning application does. The first argument says
-// what to do; the answer is one line on standard output.
+// A program in a television that uses applications as a cloning application does. The first argument is the
+// action; the answer is one line on standard output.
 
 #include <signal.h>
 
@@ -27,7 +27,7 @@ constexpr const char* kPort = "VxCloneMessagePort";
 constexpr auto kPatience = 10s;
 constexpr auto kBetweenLooks = 2ms;
 
-/// Whether the condition comes true before the patience ends.
+/// Whether the condition becomes true before the time limit.
 bool comesTrue(const std::function<bool()>& condition) {
     const auto deadline = std::chrono::steady_clock::now() + kPatience;
     while (!condition()) {
@@ -90,7 +90,7 @@ std::string stay(const Arguments& given) {
     return awaitEnd(given);
 }
 
-/// Has the application killed, wherever it lives.
+/// Kills the application in any session.
 bool kill(const std::string& application) {
     const std::string television = std::getenv("VXTV_TELEVISION");
     std::ofstream requests(television + "/run/app." + application + ".requests");
@@ -98,7 +98,7 @@ bool kill(const std::string& application) {
     return requests.good();
 }
 
-/// Launches the application, kills it, and tells how many milliseconds it still seemed to run.
+/// Launches the application, kills it, and reports for how many milliseconds it still seemed to run.
 std::string killed(const Arguments& given) {
     const int process = launch(given.at(0), {});
     if (process < 1 || !isRunning(given.at(0)) || !kill(given.at(0))) {
@@ -112,7 +112,7 @@ std::string killed(const Arguments& given) {
     return std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(taken).count());
 }
 
-/// Launches the application, sends it a request with a path, and tells its answer.
+/// Launches the application, sends it a request with a path, and reports its answer.
 std::string ask(const Arguments& given) {
     const char* const application = given.at(0).c_str();
     static Reply reply;

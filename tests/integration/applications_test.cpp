@@ -1,5 +1,5 @@
-// Applications as real processes: launched by programs of a television, in sessions of their own, and at the
-// beginning of every session.
+// Applications as real processes: launched by programs in a television, in sessions of their own, and at the
+// start of every session.
 
 #include <csignal>
 #include <tuple>
@@ -40,7 +40,7 @@ class ApplicationsTest : public CloneTest {
     }
     std::string backUp() const { return ask(first, "request_clone_backup"); }
 
-    /// Carries what the first television's applications wrote to the second.
+    /// Copies the data that the first television's applications saved to the second television.
     void carry() const {
         fs::create_directories(second + kPlace);
         fs::copy(first + kPlace, second + kPlace, fs::copy_options::recursive);
@@ -65,7 +65,7 @@ class ApplicationsTest : public CloneTest {
 
     std::string log(const std::string& television) const { return vxtv({"log", television}).output; }
 
-    /// The application's process as the list shows it, 0 when it does not run.
+    /// The application's process number in the list; 0 if it does not run.
     int processOf(const std::string& id) const {
         for (const Json& application : Json::parse(vxtv({"app", "list", first, "--json"}).output)) {
             if (application["id"] == id && !application["process"].is_null()) {
@@ -151,7 +151,7 @@ TEST_F(ApplicationsTest, twoSessionsHaveOneApplication) {
     EXPECT_EQ(inSession(second, {"running", kOrvel}), "0");
 }
 
-/// How the session ends that started the applications, and how the other one is isolated.
+/// How the session ends that started the applications, and the isolation of the other one.
 class EndOfASession : public ApplicationsTest,
                       public testing::WithParamInterface<std::tuple<int, const char*>> {};
 

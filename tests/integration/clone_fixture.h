@@ -8,9 +8,9 @@
 
 namespace vxtest {
 
-/// Two televisions of one model with different settings, and a stick.
-/// What vxclone says of a stopped run, as it is when the library's list holds every outcome. Of two that are
-/// appended at the same moment it loses one, and without a read-back that category counts as failed.
+/// Two televisions of one model with different settings, and a stick. The text of vxclone about a stopped run
+/// as it is if the library's list has every outcome. If two outcomes are appended at the same moment, the
+/// list loses one, and without a read-back that category counts as failed.
 inline std::string asIfAllWasReported(const std::string& text) {
     static const std::regex kLeft("the load had ended \\(failed: [a-z-]+\\)");
     static const std::regex kStatus(": interrupted \\([a-z-]+\\) in");
@@ -59,7 +59,7 @@ class CloneTest : public testing::Test {
     const std::string stick = (place / "stick").string();
 };
 
-/// Milliseconds that no test waits for.
+/// A number of milliseconds that no test waits.
 inline constexpr const char* kForEver = "600000";
 inline constexpr const char* kWelcome = "db/vxhotel/hotelmenu/welcomemessage";
 

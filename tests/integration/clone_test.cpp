@@ -1,4 +1,4 @@
-// The main job: what one television holds arrives on another, by the programs that a person uses.
+// The main purpose: a television gets the data of another one, through the programs that a person uses.
 
 #include <algorithm>
 #include <sstream>
@@ -88,7 +88,7 @@ TEST_F(CloneTest, compareSeesEveryAreaThatARestoreTouches) {
                 Not(testing::ContainsRegex("differs?\n")));
 }
 
-/// The bytes of a text setting, as the television's own database has them.
+/// The bytes of a text setting in the television's database.
 std::string bytesOf(const std::string& television, const std::string& key) {
     const auto opened = vxtv::Television::open(television);
     const auto value = opened ? opened->settings().get(key) : tl::make_unexpected(opened.error());
@@ -108,7 +108,7 @@ void setBytes(const std::string& television, const std::string& key, const std::
 
 TEST_F(CloneTest, textThatIsNoUtf8NeverBecomesAnotherTextOnAnyTelevision) {
     const std::string own = bytesOf(second, kWelcome);
-    // A whole character, half of one, and bytes that are none in any place.
+    // A valid character, a half character, and invalid bytes at different positions.
     for (const std::string bytes : {"caf\xe9 au lait", "\xc3", "\xe9t\xe9", "\xed\xa0\x80", "a\xff"}) {
         setBytes(first, kWelcome, bytes);
         const Finished backup = vxclone(first, {"backup", "/media/usb/clone"});
@@ -123,7 +123,7 @@ TEST_F(CloneTest, textThatIsNoUtf8NeverBecomesAnotherTextOnAnyTelevision) {
     EXPECT_EQ(bytesOf(second, kWelcome), own);
     EXPECT_NE(bytesOf(first, kWelcome), own);
 
-    // The other way round: what undo could not bring back is not changed.
+    // The other direction: a text that undo could not bring back is not changed.
     const std::string before = bytesOf(first, kWelcome);
     ASSERT_EQ(vxclone(second, {"backup", "/media/usb/clone"}).status, 0);
     const Finished refused = vxclone(first, {"restore", "/media/usb/clone"});
@@ -177,7 +177,7 @@ TEST_F(CloneTest, settingThatTheTelevisionRefusesIsReportedAndFailsTheRestore) {
     vxtv({"set", first, doorEye, "1"});
     vxtv({"set", second, doorEye, "0"});
     ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0);
-    // The settings alone are stored as bools, this one first.
+    // Only settings are stored as bools, and this one is the first.
     vxtv({"fault", second, "add", "vconf_set_bool", "--nth", "1", "--status", "-1"});
     const Finished restore = vxclone(second, {"restore", "/media/usb/clone"});
     EXPECT_EQ(restore.status, 1) << restore.output << restore.errors;

@@ -22,7 +22,8 @@ class CommandsTest : public CloneTest {
         return json::parse(vxtv(std::move(arguments), expected).output);
     }
 
-    /// A command that is refused: status 2, nothing on standard output, and a sentence that holds the text.
+    /// Expects that a command is refused: status 2, nothing on standard output, and a sentence that contains
+    /// the text.
     void refused(std::vector<std::string> arguments, const std::string& text) const {
         const Finished finished = vxtv(std::move(arguments), 2);
         EXPECT_THAT(finished.output, IsEmpty());
@@ -163,8 +164,8 @@ TEST_F(CommandsTest, faultWithAKeyThatCannotBeIsRefused) {
     EXPECT_EQ(jsonOf({"fault", first, "list"}).size(), 0U);
 }
 
-/// Adds the names of the calls that the television has seen; expects that a key is accepted for those whose
-/// first argument is a text, and for those alone.
+/// Adds the names of the television's calls, and expects that exactly the calls whose first argument is a
+/// text accept a key.
 void expectKeysFor(const std::string& television, std::set<std::string>& seen) {
     const auto opened = vxtv::Television::open(television);
     ASSERT_TRUE(opened);

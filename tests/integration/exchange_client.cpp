@@ -20,7 +20,7 @@
 namespace {
 
 constexpr const char* kApplication = "org.example.answering";
-// Until every pool and buffer has its size.
+// Until all pools and buffers have their final size.
 constexpr int kWarmUp = 500;
 
 long entriesIn(const char* folder) {

@@ -16,7 +16,7 @@ TEST_F(CloneTest, manyExchangesInARowCostNoDescriptorNoThreadAndNoMemory) {
     const std::string good = "2000 good, +0 descriptors, +0 threads, ";
     const std::size_t begin = finished.output.find(good);
     ASSERT_NE(begin, std::string::npos) << finished.output;
-    // A sanitizer keeps what was freed, and looks for leaks itself.
+    // A sanitizer keeps freed memory, and finds leaks itself.
     const long kibibytes = std::stol(finished.output.substr(begin + good.size()));
     EXPECT_TRUE(VX_SANITIZED || kibibytes <= 64) << kibibytes;
 }

@@ -1,4 +1,4 @@
-// A package that does not fit, or that somebody altered, does not reach a television.
+// A package that does not fit or was altered is not loaded.
 
 #include "tests/integration/clone_fixture.h"
 #include "tests/support/machine/exit_status.h"
@@ -27,7 +27,7 @@ class IntegrityTest : public CloneTest {
         return vxtv({"settings", television}).output;
     }
 
-    /// A restore that must be refused with the status and must leave the television as it was.
+    /// Expects that a restore is refused with the status and leaves the television unchanged.
     Finished refused(const std::string& television, int status, std::vector<std::string> options = {}) const {
         const std::string settings = settingsOf(television);
         std::vector<std::string> arguments = {"restore", "/media/usb/clone"};

@@ -15,15 +15,14 @@ using testing::HasSubstr;
 
 const std::vector<std::string> kStay = {"sh", "-c", "echo up; sleep 1000 & wait"};
 
-/// Waits for the end of the bus and its keeper, which hold this lock as long as one of them lives.
+/// Waits until the bus and its keeper have ended. They hold this lock during their lives.
 void waitForEndOfBus(const vxtv::Folder& television) {
     const vxtv::Descriptor life(open(television.busAddress().c_str(), O_RDONLY | O_CLOEXEC));
     ASSERT_TRUE(life);
     ASSERT_EQ(flock(life.get(), LOCK_SH), 0);
 }
 
-/// Each test runs in the namespaces this machine allows by itself, in a user namespace, and on the real
-/// paths.
+/// Each test runs in the namespaces that this machine allows, in a user namespace, and on the real paths.
 class SessionBus : public SessionTest, public testing::WithParamInterface<const char*> {
  protected:
     const std::vector<std::string> options{"--isolation", GetParam()};

@@ -10,10 +10,10 @@
 namespace vxtest {
 namespace {
 
-/// Long enough for the next session to come before the keeper looks whether anybody is left.
+/// Long enough that the next session arrives before the keeper checks for shares.
 constexpr int kUntilTheNextCameMs = 200;
 
-/// Starts what says nothing of itself: a keeper that ends as soon as nobody has a share.
+/// Starts a service that reports nothing: a keeper that ends as soon as there is no share.
 pid_t forkKeeper(const vxtv::ServiceStart& start) {
     const pid_t keeper = fork();
     if (keeper == 0) {

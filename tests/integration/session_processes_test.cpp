@@ -10,8 +10,8 @@
 namespace vxtest {
 namespace {
 
-/// Each test runs in the namespaces this machine allows by itself, and on the real paths. That every process
-/// is gone shows in the end of standard output, which all of them hold open.
+/// Each test runs in the namespaces that this machine allows, and on the real paths. Standard output ends
+/// only when every process has ended, because all of them have it open.
 class SessionProcesses : public SessionTest, public testing::WithParamInterface<const char*> {
  protected:
     Program inside(const std::string& script) const {
@@ -41,7 +41,7 @@ TEST_P(SessionProcesses, killingVxtvEndsAllOfThem) {
     const auto finished = session.wait();
     EXPECT_FALSE(finished.timedOut);
     EXPECT_EQ(finished.status, 128 + SIGKILL);
-    // The next session takes away what the killed one could not.
+    // The next session removes what the killed one left.
     const auto next = run(inside("true"));
     EXPECT_EQ(next.status, 0) << next.errors;
 }
@@ -58,7 +58,7 @@ TEST_P(SessionProcesses, signalsReachTheCommand) {
     }
 }
 
-/// Whether a child of the process has ended for which it has not asked.
+/// Whether a child of the process has ended without being collected.
 bool hasZombie(pid_t process) {
     const std::string facts = "/proc/" + std::to_string(process);
     std::ifstream children(facts + "/task/" + std::to_string(process) + "/children");
@@ -91,7 +91,7 @@ TEST_P(SessionProcesses, signalThatComesWithTheEndOfTheCommandTakesNothingFromIt
 }
 
 TEST_P(SessionProcesses, orphansAreReaped) {
-    // A zombie keeps its place in /proc until somebody asks for its status.
+    // A zombie stays in /proc until it is collected.
     const auto finished =
         run(inside("orphan=$(sh -c 'true & echo $!; exec true'); while test -e /proc/$orphan; do :; done"));
     EXPECT_FALSE(finished.timedOut);

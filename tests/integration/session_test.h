@@ -32,7 +32,7 @@ class SessionTest : public testing::Test {
     vxtv::Folder television{place / "tv"};
 };
 
-/// What sessions must leave as it was: all of the television but its own data.
+/// The parts of a television that sessions must not change: everything except its own data.
 FileTree surroundings(const vxtv::Folder& television);
 
 }  // namespace vxtest

@@ -1,5 +1,5 @@
-// diff and dry runs compare the whole television with a package, and leave it as it was: its files, its
-// database and its clone folder, whatever fails and whenever they are killed.
+// diff and dry runs compare the whole television with a package, and leave its files, its database and its
+// clone folder unchanged, after every failure and every kill.
 
 #include <csignal>
 #include <thread>
@@ -21,7 +21,8 @@ constexpr const char* kPutRight =
     "A comparison broke off: what lay in the television's clone folder is there again.\n";
 constexpr const char* kSaving = "Saving the television, to compare it with the package.\n";
 
-/// The second television holds what its own backup left in the clone folder; the stick has a package of each.
+/// The clone folder of the second television has the content of its own backup. The stick has a package of
+/// each television.
 class VxcloneDiffTest : public CloneTest {
  protected:
     VxcloneDiffTest() {
@@ -30,7 +31,7 @@ class VxcloneDiffTest : public CloneTest {
         remember();
     }
 
-    /// Keeps what `expectAsBefore` compares with.
+    /// Saves the state that `expectAsBefore` compares with.
     void remember() {
         std::filesystem::remove_all(untouched_);
         std::filesystem::copy(second, untouched_, std::filesystem::copy_options::recursive);
@@ -51,7 +52,7 @@ class VxcloneDiffTest : public CloneTest {
         return inTelevision(second, std::move(command), {"--stick", stick});
     }
 
-    /// Runs the command and kills it once the library has come to the call, before which the entry appears in
+    /// Runs the command and kills it when the library makes the call. Before that call the entry appears in
     /// the clone folder.
     void killAt(const std::vector<std::string>& arguments, const std::string& call,
                 const std::string& entry) const {
@@ -207,7 +208,7 @@ TEST_F(VxcloneDiffTest, quickIsForTheTelevisionAlone) {
     expectAsBefore();
 }
 
-/// A call that fails, and what the comparison with the television's own package then says.
+/// A failing call, and the expected text of the comparison with the television's own package.
 struct DiffFailure {
     const char* name;
     const char* call;
@@ -243,7 +244,7 @@ INSTANTIATE_TEST_SUITE_P(
                     DiffFailure{"application", "aul_launch_app", "-1", "apps (org.vorta.orvel-app)"}),
     [](const auto& failure) { return std::string(failure.param.name); });
 
-/// Where a comparison is killed: at the call, before which the library has saved the entry.
+/// The point at which a comparison is killed: the call, and the entry that the library has saved before.
 struct DiffDeath {
     const char* name;
     const char* call;

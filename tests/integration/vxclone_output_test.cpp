@@ -1,5 +1,4 @@
-// What vxclone and vxtv do when what they say is not read, cannot be written, or nobody waits for it any
-// more.
+// vxclone and vxtv when their output is not read, cannot be written, or has no reader any more.
 
 #include <csignal>
 #include <fstream>
@@ -21,7 +20,7 @@ class VxcloneOutputTest : public CloneTest {
  protected:
     void SetUp() override { ASSERT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0); }
 
-    /// Runs the command with its standard output as the lines of the shell prepare it for "$@".
+    /// Runs the command with the standard output that these shell lines prepare for "$@".
     static Finished withShell(const std::string& lines, Arguments command) {
         command.insert(command.begin(), {"/bin/sh", "-c", lines, "sh"});
         Program program;
@@ -138,7 +137,7 @@ TEST_F(VxcloneOutputTest, fileSizeLimitThatVxtvMeetsIsItsReason) {
     const std::string reason =
         ": File too large; raise the limit of the file size (ulimit -f) and try again\n";
     const std::string made = (place / "made").string();
-    // In blocks of 512 bytes: a picture, the database while it is made, and while it is filled.
+    // In blocks of 512 bytes: a picture, the creation of the database, and filling it.
     for (const char* const blocks : {"0", "1", "8", "40", "80"}) {
         SCOPED_TRACE(blocks);
         const Finished create = withShell("ulimit -f " + std::string(blocks) + "; \"$@\"",
@@ -192,7 +191,7 @@ struct StoppedLook {
 
 class VxcloneStoppedLookTest : public VxcloneOutputTest, public testing::WithParamInterface<StoppedLook> {
  protected:
-    /// Waits until the command has asked the television what it is. After that comes the call that waits.
+    /// Waits until the command has asked for the television's identity. The delayed call comes after that.
     bool waitForItsCalls() const {
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         while (std::chrono::steady_clock::now() < deadline) {

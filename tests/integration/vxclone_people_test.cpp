@@ -1,5 +1,5 @@
 // vxclone in the hands of a person: sticks that are full, write-protected or pulled out, a run that died, two
-// runs at once, and an invalid command line; and what is then read, word for word.
+// runs at the same time, and an invalid command line. The complete output is compared.
 
 #include <sys/mount.h>
 
@@ -43,8 +43,8 @@ class VxclonePeopleTest : public CloneTest {
     }
     Program restoring() const { return inside(second, {vxcloneProgram(), "restore", "/media/usb/clone"}); }
 
-    /// Runs the command in the television and kills it when it has said the text, while the call waits; the
-    /// call waits no more afterwards.
+    /// Runs the command in the television, with a delayed call, and kills it when it has printed the text.
+    /// Afterwards the call is not delayed any more.
     void killAt(const std::string& television, const std::vector<std::string>& command,
                 const std::string& text, const std::string& call) const {
         vxtv({"fault", television, "add", call, "--delay", kForEver});
@@ -103,7 +103,7 @@ TEST_F(VxclonePeopleTest, stickThatIsNotPluggedInIsAskedFor) {
     }
 }
 
-/// A vxclone in the television without the stick, but for the options.
+/// vxclone in a television without a stick, unless the options say otherwise.
 class DiskOfTheTelevisionTest : public VxclonePeopleTest {
  protected:
     Finished here(std::vector<std::string> arguments, const std::vector<std::string>& options = {}) const {
@@ -116,7 +116,7 @@ class DiskOfTheTelevisionTest : public VxclonePeopleTest {
 };
 
 TEST_F(DiskOfTheTelevisionTest, writingWithoutAStickIsRefusedAndWritesNothing) {
-    // As it leaves the factory: the clone folder is not there yet.
+    // The factory state: the clone folder does not exist yet.
     std::filesystem::remove_all(place / "first/opt/usr/apps/org.vorta.vxhotel-cloning");
     for (const auto& [verb, name] : {std::pair("backup", "/media/clone"),
                                      {"support-bundle", "/media/bundle.tar"},

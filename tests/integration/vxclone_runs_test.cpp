@@ -1,4 +1,4 @@
-// What a restore owes: nothing half done without saying so, a way back, and no success that was not read
+// The promises of a restore: an incomplete state is reported, there is a way back, and every success was read
 // back.
 
 #include <csignal>
@@ -20,7 +20,7 @@ class VxcloneRunsTest : public CloneTest {
  protected:
     VxcloneRunsTest() { EXPECT_EQ(vxclone(first, {"backup", "/media/usb/clone"}).status, 0); }
 
-    /// Keeps what `expectAsBefore` compares with.
+    /// Saves the state that `expectAsBefore` compares with.
     void keepTheBeginning() const { EXPECT_EQ(vxclone(second, {"backup", "/media/usb/before"}).status, 0); }
 
     Program inSecond(const std::vector<std::string>& arguments) const {
@@ -32,7 +32,7 @@ class VxcloneRunsTest : public CloneTest {
     }
     Program restoring() const { return inSecond({"restore", "/media/usb/clone"}); }
 
-    /// Waits until the record of the second television says the phase. False when it never does.
+    /// Waits until the record of the second television has the phase. False after the time limit.
     bool waitForPhase(const std::string& phase) const {
         const std::filesystem::path record = std::filesystem::path(second) / kData / "run.json";
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -47,14 +47,14 @@ class VxcloneRunsTest : public CloneTest {
         return false;
     }
 
-    /// Whether the second television is as it was at the beginning, as far as that can be compared.
+    /// Expects that the second television is as at the beginning.
     void expectAsBefore() const {
         const Finished after = vxclone(second, {"diff", "/media/usb/before"});
         EXPECT_EQ(after.status, 0) << after.output << after.errors;
     }
 };
 
-/// Where a restore is killed: while the call waits for the n-th time.
+/// The point at which a restore is killed: the nth time that the call waits.
 struct Death {
     const char* phase;
     const char* call;
@@ -108,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(Phases, DyingRestoreTest,
                              return phase.substr(0, phase.find('-'));
                          });
 
-/// Which signal a restore gets once its record says the phase, in which the call takes a while.
+/// The signal for a restore that has reached the phase; the call delays this phase.
 struct Interruption {
     const char* phase;
     const char* call;
@@ -285,7 +285,7 @@ TEST_F(VxcloneRunsTest, exceptLoadsAllButTheNamed) {
     EXPECT_EQ(vxclone(second, {"restore", "/media/usb/clone", "--except", "av", "--only", "av"}).status, 2);
 }
 
-/// A command line with a name that is empty or nothing's, and how the sentence about it begins.
+/// A command line with an empty or unknown name, and the beginning of the message.
 struct RefusedName {
     std::vector<std::string> arguments;
     std::string sentence;

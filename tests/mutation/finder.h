@@ -1,6 +1,6 @@
 #pragma once
 
-// Finds the changes that are tried on a source.
+// Finds the possible mutants of a source.
 
 #include <string>
 #include <vector>
@@ -9,9 +9,9 @@
 
 namespace vxmutants {
 
-/// The mutants of the sources and of those headers beside them that they include, in the order of their
-/// places, each once. `root` is the sources' folder, with a slash at its end; `flags` are the compiler's.
-/// Ends the program when a source does not compile.
+/// The mutants of the sources and of their own headers, in the order of their places, each once. `root` is
+/// the folder of the sources, with a slash at its end; `flags` are the compiler's. Ends the program if a
+/// source does not compile.
 std::vector<Mutant> findMutants(const std::string& root, const std::vector<std::string>& sources,
                                 const std::vector<std::string>& flags);
 

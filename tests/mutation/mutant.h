@@ -1,6 +1,6 @@
 #pragma once
 
-// One small change to a source, which a good test notices.
+// A small change of a source that a good test detects.
 
 #include <cstddef>
 #include <nlohmann/json_fwd.hpp>
@@ -10,7 +10,7 @@
 
 namespace vxmutants {
 
-/// How a change can be compiled in beside the original, to be chosen when the program runs.
+/// How a change is compiled together with the original, so that it can be chosen at run time.
 enum class Form {
     kExpression,  ///< `(chosen ? changed : original)`
     kStatement,   ///< `if (chosen) {} else original`
@@ -34,14 +34,14 @@ struct Mutant {
     std::string kind;
     std::string original;
     std::string replacement;
-    /// Whether it is an argument of a macro of others, which may show the program its letters.
+    /// Whether it is an argument of a foreign macro, which may use its text.
     bool inForeignMacro = false;
-    /// Where the declaration of the constant around it begins, and the constant's name; else empty.
+    /// The start of the declaration of the surrounding constant, and its name; otherwise empty.
     std::size_t constantAt = 0;
     std::string constant;
 };
 
-/// One mutant a line, as a JSON object.
+/// A mutant as a JSON object on one line.
 std::string asLine(const Mutant& mutant);
 std::vector<Mutant> readMutants(const std::string& path);
 

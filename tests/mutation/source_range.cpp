@@ -42,7 +42,7 @@ std::optional<Mutant> SourceMap::overMacroAround(clang::SourceLocation token) co
 
 bool SourceMap::isOurs(clang::SourceLocation location) const {
     const llvm::StringRef file = sources_.getFilename(sources_.getExpansionLoc(location));
-    // What the television offers stands one folder down.
+    // The platform's declarations are one folder below and are not mutated.
     return file.starts_with(root_) && !file.substr(root_.size()).contains('/');
 }
 

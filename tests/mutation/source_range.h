@@ -1,6 +1,6 @@
 #pragma once
 
-// Where something of the parsed program stands in the files that people wrote.
+// The place of a part of the parsed program in the source files.
 
 #include <clang/Basic/LangOptions.h>
 #include <clang/Basic/SourceManager.h>
@@ -18,8 +18,8 @@ class SourceMap {
     SourceMap(const clang::SourceManager& sources, const clang::LangOptions& language, std::string root)
         : sources_(sources), language_(language), root_(std::move(root)) {}
 
-    /// A mutant over the tokens of the range, not yet changed; none when they are not one piece of one of
-    /// our files, as those are not that come out of a macro's body.
+    /// A mutant for the tokens of the range, without its change. Empty if they are not contiguous in one of
+    /// our files, for example in the body of a macro.
     std::optional<Mutant> over(clang::SourceRange tokens) const;
     /// The same over the whole use of the macro that the token is an argument of.
     std::optional<Mutant> overMacroAround(clang::SourceLocation token) const;

@@ -6,12 +6,12 @@
 namespace vxmutants {
 namespace {
 
-/// An operator, and what stands in its place, one mutant each.
+/// For each operator, its replacements; each is a mutant.
 const std::multimap<std::string, std::string> kOtherOperators = {
     {"==", "!="}, {"!=", "=="}, {"<", "<="}, {"<", ">="}, {"<=", "<"},  {"<=", ">"},
     {">", ">="},  {">", "<="},  {">=", ">"}, {">=", "<"}, {"&&", "||"}, {"||", "&&"}};
 
-/// The expression below what only converts or groups it.
+/// The expression without conversions and parentheses.
 const clang::Expr* core(const clang::Expr* expression) {
     const clang::Expr* inner = expression->IgnoreParenCasts();
     if (const auto* cleanups = llvm::dyn_cast<clang::FullExpr>(inner)) {
@@ -51,7 +51,7 @@ bool Visitor::negate(const clang::Expr* condition) {
     if (condition == nullptr) {
         return true;
     }
-    // These are turned round where they stand.
+    // These are inverted at their own place.
     const clang::Expr* const inner = core(condition);
     const auto* const binary = llvm::dyn_cast<clang::BinaryOperator>(inner);
     const auto* const overloaded = llvm::dyn_cast<clang::CXXOperatorCallExpr>(inner);
@@ -126,8 +126,7 @@ bool Visitor::VisitCharacterLiteral(clang::CharacterLiteral* literal) {
     return true;
 }
 
-/// The text is joined to others in a macro, so the macro's use is what can be had with and without the
-/// change.
+/// A macro joins the text with others, so the mutant is the whole use of the macro.
 void Visitor::addTextInMacro(clang::SourceLocation token) {
     const auto text = map_.over(token);
     const auto use = map_.overMacroAround(token);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Walks over a parsed source and notes what could be changed in it.
+// Visits a parsed source and collects its mutants.
 
 #include <clang/AST/RecursiveASTVisitor.h>
 
@@ -23,7 +23,7 @@ class Visitor : public clang::RecursiveASTVisitor<Visitor> {
         variable_ = before;
         return going;
     }
-    /// `__func__` and its like hold a text that nobody wrote.
+    /// Nobody wrote the text of `__func__` and similar identifiers.
     bool TraversePredefinedExpr(clang::PredefinedExpr*) { return true; }
     bool TraverseStaticAssertDecl(clang::StaticAssertDecl*) { return true; }
 

@@ -1,14 +1,14 @@
 #pragma once
 
-// In every source that holds mutants: which of them is the one to be.
+// Included in every source with mutants: selects the active one.
 
 #include <fcntl.h>
 #include <sys/mman.h>
 
 #include <cstdlib>
 
-/// VX_MUTANT names the one that is chosen. VX_MUTANTS_SEEN names a file with a byte for each, which becomes 1
-/// when the program comes by.
+/// VX_MUTANT is the number of the active mutant. VX_MUTANTS_SEEN names a file with a byte for each mutant,
+/// which becomes 1 when the program reaches it.
 struct VxMutants {
     static constexpr std::size_t kMost = 65536;
 

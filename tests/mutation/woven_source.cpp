@@ -8,7 +8,7 @@
 namespace vxmutants {
 namespace {
 
-/// Text to put in at places of a file, or in place of some of it.
+/// Text to insert at places of a file, or to replace parts of it.
 struct Insertions {
     std::map<std::size_t, std::string> before;                           // in front of what starts here
     std::map<std::size_t, std::string> after;                            // behind what ends here
@@ -37,7 +37,7 @@ std::string inserted(const std::string& text, const Insertions& insertions) {
     return woven;
 }
 
-/// A changed copy stands on the line of the original, which follows it.
+/// The changed copy is on the line of the original, before it, so that line numbers do not change.
 std::string onOneLine(std::string text) {
     std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
@@ -53,8 +53,8 @@ void weave(const Mutant& mutant, Insertions& insertions) {
     insertions.after[mutant.end] += ")";
 }
 
-/// What is chosen at run time is no constant to the compiler. One of a header becomes each source's own, lest
-/// it be taken for the constant that the tests were compiled with.
+/// A value that is chosen at run time is not a constant for the compiler. A constant of a header becomes
+/// local to each source, so that it is not confused with the one that the tests were compiled with.
 void unfix(const std::string& text, const Mutant& mutant, Insertions& insertions) {
     if (mutant.constant.empty()) {
         return;
@@ -77,7 +77,7 @@ std::string withChange(std::string text, const Mutant& mutant) {
 std::string withAllChanges(const std::string& text, const std::vector<Mutant>& mutants) {
     std::vector<Mutant> outermostFirst = mutants;
     std::sort(outermostFirst.begin(), outermostFirst.end(), [](const Mutant& a, const Mutant& b) {
-        // Of two over the same bytes the statement goes around the expression.
+        // If both cover the same bytes, the statement must enclose the expression.
         return std::tuple(a.end - a.begin, a.form == Form::kStatement) >
                std::tuple(b.end - b.begin, b.form == Form::kStatement);
     });

@@ -1,6 +1,6 @@
 #pragma once
 
-// Sources with changes in them.
+// Inserts mutants into sources.
 
 #include <string>
 #include <vector>
@@ -12,8 +12,8 @@ namespace vxmutants {
 /// The text with one change made.
 std::string withChange(std::string text, const Mutant& mutant);
 
-/// The text with all changes woven in: `vxMutant(ID)` chooses one when the program runs. No line moves. The
-/// mutants are of this one file and none has Form::kAlone.
+/// The text with all mutants inserted; `vxMutant(ID)` selects one at run time. Line numbers do not change.
+/// Before: all mutants are of this file, and none has Form::kAlone.
 std::string withAllChanges(const std::string& text, const std::vector<Mutant>& mutants);
 
 }  // namespace vxmutants

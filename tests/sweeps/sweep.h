@@ -9,14 +9,14 @@
 
 namespace vxtest {
 
-/// Whether every point is to be tried, as scripts/sweep asks for, or a choice of them.
+/// Whether every point is tried, as in scripts/sweep, or only a sample.
 inline bool isLongSweep() {
     const char* const form = std::getenv("VX_SWEEP");
     return form != nullptr && std::string_view(form) == "long";
 }
 
-/// Counts the points of a sweep and says at the end of its life, in one line, how many were tried:
-/// `sweep NAME: N points, NOTE, S s`.
+/// Counts the points of a sweep. The destructor prints one line with their number: `sweep NAME: N points,
+/// NOTE, S s`.
 class SweepPoints {
  public:
     explicit SweepPoints(std::string name) : name_(std::move(name)) {}
@@ -32,7 +32,7 @@ class SweepPoints {
     /// One more point was tried.
     void tried() { ++count_; }
     int count() const { return count_; }
-    /// What the line says besides, such as what the points were.
+    /// Further text for the line, such as the kind of the points.
     void note(std::string text) { note_ = std::move(text); }
 
  private:

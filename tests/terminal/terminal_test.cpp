@@ -1,4 +1,4 @@
-// What a person sees of vxclone at a terminal, and what Ctrl-C does.
+// vxclone at a terminal as a person sees it, and the effect of Ctrl-C.
 
 #include "tests/support/machine/terminal.h"
 
@@ -32,7 +32,7 @@ class TerminalTest : public CloneTest {
         return program;
     }
 
-    /// What the live line was, each time that it was drawn.
+    /// All states of the live line.
     static std::vector<std::string> liveLines(const std::string& text) {
         std::vector<std::string> lines;
         const std::size_t size = std::string(kBackAtTheStart).size();
@@ -135,7 +135,7 @@ TEST_F(TerminalTest, outputThatIsNoTerminalIsALineForEachStep) {
     EXPECT_THAT(backup.output, Not(HasSubstr("\x1b")));
     EXPECT_THAT(backup.output, Not(HasSubstr("\r")));
     EXPECT_THAT(backup.output, testing::StartsWith("backup 0 %, saving, 0 of 10, 0:0"));
-    // Which category ends last is the applications' affair, and the library's list may lose one of two
+    // The order of the categories depends on the applications, and the library's list may lose one of two
     // outcomes.
     EXPECT_THAT(backup.output, ContainsRegex("\nbackup [0-9]+ %, saving, (9|10) of 10, [a-z-]+, 0:0"));
 }

@@ -1,4 +1,4 @@
-// What vxtv and vxclone print fits the terminal, and eighty columns where there is none.
+// The output of vxtv and vxclone fits the terminal, or eighty columns if there is none.
 
 #include <sstream>
 
@@ -15,7 +15,7 @@ using testing::HasSubstr;
 constexpr unsigned short kWidths[] = {60, 80, 120};
 constexpr std::size_t kWithoutTerminal = 80;
 
-/// The lines, and each state of a live line, without colours and what ends them.
+/// The lines, and each state of a live line, without colours and line ends.
 std::vector<std::string> linesOf(const std::string& text) {
     constexpr std::string_view kBackAtTheStart = "\r\x1b[K";
     std::vector<std::string> lines(1);
@@ -41,7 +41,7 @@ void expectFits(const std::string& text, std::size_t columns) {
     }
 }
 
-/// All words with one blank between: the same however the text was broken, unless a word was.
+/// All words, separated by one blank: the same for every wrapping, unless a word was broken.
 std::string wordsOf(const std::string& text) {
     std::string words;
     for (const std::string& line : linesOf(text)) {
@@ -53,7 +53,7 @@ std::string wordsOf(const std::string& text) {
     return words;
 }
 
-/// The command line of each command's help, with a word for each argument that comes before a command.
+/// The command line of each command's help, with a word for each argument before a command.
 void addHelps(const CLI::App& app, const std::vector<std::string>& words,
               std::vector<std::vector<std::string>>& helps) {
     helps.push_back(words);
@@ -126,7 +126,7 @@ TEST_F(WidthTest, tablesFitTheTerminalAndAreOneLineARowWithoutOne) {
                 testing::ContainsRegex(std::string("\n") + kWelcome + " +string "));
 }
 
-/// A program in a television, at a terminal.
+/// The output of a program in a television, at a terminal.
 std::string shownBy(const std::string& television, const std::string& stick,
                     const std::vector<std::string>& arguments, unsigned short columns) {
     Program program;

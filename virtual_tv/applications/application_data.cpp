@@ -25,7 +25,7 @@ std::string columnText(const SQLite::Column& column) {
     return column.isNull() ? "NULL" : column.getString();
 }
 
-/// A name as it stands in a statement. Tables are named by the application, not by us.
+/// The name quoted for an SQL statement. The application chose the names of its tables.
 std::string quotedName(const std::string& name) {
     std::string quoted = "\"";
     for (const char letter : name) {
@@ -37,7 +37,7 @@ std::string quotedName(const std::string& name) {
     return quoted + "\"";
 }
 
-/// The rows in an order that depends on what they hold alone.
+/// The rows in an order that depends only on their content.
 SQLite::Statement sortedRows(SQLite::Database& database, const std::string& table) {
     const std::string all = "SELECT * FROM " + quotedName(table);
     const int columns = SQLite::Statement(database, all).getColumnCount();
@@ -65,7 +65,7 @@ void addRows(SQLite::Database& database, const std::string& table, const std::st
     }
 }
 
-/// False when the file is no database that can be read.
+/// False if the file is not a readable database.
 bool addDatabase(const fs::path& file, const std::string& where, Texts& texts) {
     Texts found;
     try {

@@ -36,7 +36,7 @@ struct SocketAddress {
     const sockaddr* get() const { return reinterpret_cast<const sockaddr*>(&name); }
 };
 
-/// A name that is no file: it begins with a NUL.
+/// An abstract socket name, which is not a file: it begins with a NUL.
 SocketAddress socketAddress(const std::string& address) {
     SocketAddress result;
     result.name.sun_family = AF_UNIX;
@@ -52,13 +52,13 @@ void limitWaiting(const Descriptor& socket) {
     setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
 }
 
-/// Room for one descriptor beside a message.
+/// Space for the one descriptor that is sent with a message.
 union DescriptorRoom {
     cmsghdr header;
     std::array<char, CMSG_SPACE(sizeof(int))> bytes{};
 };
 
-/// Sends the bytes, the descriptor with the first of them.
+/// Sends the bytes, and the descriptor with the first of them.
 bool sendAll(const Descriptor& socket, const std::string& bytes, int descriptor) {
     std::size_t sent = 0;
     while (sent < bytes.size()) {
@@ -98,7 +98,7 @@ Descriptor descriptorIn(msghdr& message) {
     return Descriptor(descriptor);
 }
 
-/// The next bytes, as many as there are up to `most`; a descriptor that comes with them is kept.
+/// Receives the next bytes, at most `most`, and keeps a descriptor that comes with them.
 bool receiveSome(const Descriptor& socket, std::string& bytes, std::size_t most, Descriptor& descriptor) {
     std::array<char, 65536> buffer{};
     iovec part = {buffer.data(), std::min(most, buffer.size())};
@@ -131,7 +131,7 @@ bool receiveAll(const Descriptor& socket, std::string& bytes, std::size_t size, 
     return true;
 }
 
-/// The texts, each with a NUL behind it, and before them how many bytes they are.
+/// The texts, each with a NUL after it, preceded by their total length.
 std::string packed(const std::string& application, const std::string& bundle) {
     std::string texts = application + '\0' + bundle + '\0';
     for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
@@ -161,7 +161,7 @@ bool isFromUs(const Descriptor& connection) {
            (peer.uid == geteuid() || peer.uid == 0);
 }
 
-/// Whoever serves the connection closes it when the host has been started.
+/// The server closes the connection when it has started the host.
 void waitForClosing(const Descriptor& connection) {
     char nothing = 0;
     while (recv(connection.get(), &nothing, 1, 0) < 0 && errno == EINTR) continue;

@@ -41,7 +41,7 @@ std::vector<std::string> ownEnvironment() {
     return entries;
 }
 
-/// An environment with other values for some variables; an empty value takes a variable out.
+/// An environment with some variables changed. An empty value removes a variable.
 class Environment {
  public:
     Environment(const std::vector<std::string>& entries,
@@ -71,7 +71,8 @@ class Environment {
     std::vector<char*> pointers_;
 };
 
-/// How the host is spawned: no terminal, no descriptor but the one for the report, no blocked signal.
+/// The settings for spawning the host: no terminal, no descriptor except the one for the report, no blocked
+/// signal.
 class SpawnSettings {
  public:
     explicit SpawnSettings(int report) {
@@ -103,7 +104,7 @@ class SpawnSettings {
     posix_spawnattr_t attributes_{};
 };
 
-/// Starts a host in this process's session. Result: where its report can be read.
+/// Starts a host in this process's session. Result: a descriptor from which its report can be read.
 Result<Descriptor> startHostHere(const Folder& folder, const std::string& id, const std::string& bundle) {
     std::array<int, 2> pipe{};
     if (pipe2(pipe.data(), O_CLOEXEC) != 0) {
@@ -115,7 +116,7 @@ Result<Descriptor> startHostHere(const Folder& folder, const std::string& id, co
     return startHost(folder, request).map([&report] { return std::move(report); });
 }
 
-/// Starts a host where the television's applications live: in its home, or here when it has none.
+/// Starts a host in the television's home, or in this session if there is no home.
 Result<Descriptor> startHostAnywhere(const Folder& folder, const std::string& id, const std::string& bundle) {
     if (auto report = launchAtHome(folder, id, bundle)) {
         return std::move(*report);
@@ -139,7 +140,8 @@ Result<void> startHost(const Folder& folder, const HomeRequest& request) {
         return cannotStart(request.application,
                            fmt::format("{} is missing; install vxtv again", kApplicationHost));
     }
-    // The child's own copy is made by dup2, which does nothing for equal numbers.
+    // In the child, dup2 makes the copy. It would do nothing for equal numbers, so this one has another
+    // number.
     const Descriptor reporting(fcntl(request.report.get(), F_DUPFD_CLOEXEC, kReportDescriptor + 1));
     std::string way = nameOf(HostWay::Detached);
     std::string television = folder.root().string();
@@ -157,8 +159,8 @@ Result<void> startHost(const Folder& folder, const HomeRequest& request) {
     if (error != 0) {
         return cannotStart(request.application, reason(error));
     }
-    // It leaves at once, and what goes on belongs to nobody. A program that ignores the end of its children
-    // has it collected already.
+    // The child exits at once, so the host is orphaned. If this program ignores SIGCHLD, the child is
+    // collected already.
     while (waitpid(child, nullptr, 0) < 0 && errno == EINTR) continue;
     return {};
 }
@@ -194,11 +196,11 @@ Result<pid_t> readHostReport(int descriptor) {
 }
 
 void writeHostReport(int descriptor, const Result<pid_t>& report) {
-    // The end is told, since other processes may hold the pipe for longer.
+    // A NUL marks the end, because other processes may keep the pipe open.
     const std::string text = report ? fmt::format("{}{}", *report, '\0')
                                     : fmt::format("0 {} {}{}", static_cast<int>(report.error().code),
                                                   report.error().sentence, '\0');
-    // A launcher that does not wait for the report does not miss it.
+    // If the launcher does not wait for the report, a failed write does not matter.
     [[maybe_unused]] const ssize_t written = write(descriptor, text.data(), text.size());
 }
 

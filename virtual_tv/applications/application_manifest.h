@@ -10,7 +10,7 @@
 
 namespace vxtv {
 
-/// What a television knows of an application that it has.
+/// The description of an installed application.
 struct ApplicationManifest {
     std::string id;
     std::string title;
@@ -22,18 +22,19 @@ struct ApplicationManifest {
 /// The manifest's name in an application's folder.
 inline constexpr const char* kManifestName = "app.json";
 
-/// Whether the text is fit to be an application's id: up to 128 letters, digits, "-", "_" and ".", of which
-/// the first is a letter or a digit.
+/// Whether the text is a valid application id: at most 128 letters, digits, "-", "_" and ".", beginning with
+/// a letter or a digit.
 bool isApplicationId(std::string_view id);
 
-/// The manifest in an object that may hold more. Throws WrongMember; `where` is the path to the object.
+/// Reads the manifest from an object that may have further members. Throws WrongMember; `where` is the path
+/// to the object.
 ApplicationManifest manifestIn(const nlohmann::json& object, const std::string& where);
 
-/// Reads the manifest of an application's folder strictly. Errors: UnknownApplication when it is missing,
-/// BadApplication, whose sentence names the member and what is wrong with it.
+/// Reads the manifest in an application's folder strictly. Errors: UnknownApplication if it is missing;
+/// BadApplication, with the member and the reason in the sentence.
 Result<ApplicationManifest> readManifest(const std::filesystem::path& folder);
 
-/// The text that `readManifest` reads.
+/// The manifest as text that `readManifest` can read.
 std::string manifestText(const ApplicationManifest& manifest);
 
 }  // namespace vxtv

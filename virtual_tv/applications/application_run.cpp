@@ -38,7 +38,8 @@ struct flock wholeFile(short type) {
     return range;
 }
 
-/// Such a lock belongs to the open file, not to a process: it is inherited, and can be asked for.
+/// This kind of lock belongs to the open file, not to a process. So it is inherited, and other processes can
+/// query it.
 bool lock(const Descriptor& file) {
     struct flock range = wholeFile(F_WRLCK);
     return fcntl(file.get(), F_OFD_SETLK, &range) == 0;
@@ -54,14 +55,14 @@ bool isLocked(const Descriptor& file) {
     return fcntl(file.get(), F_OFD_GETLK, &range) == 0 && range.l_type != F_UNLCK;
 }
 
-/// Whoever held the lock before may have removed the file meanwhile.
+/// The previous holder of the lock may have removed the file meanwhile.
 bool isStillThere(const struct stat& held, const fs::path& path) {
     struct stat seen {};
     return lstat(path.c_str(), &seen) == 0 && held.st_dev == seen.st_dev && held.st_ino == seen.st_ino;
 }
 
-/// Whether the locked file is a fresh one. One that tells a process was left by an application that was
-/// killed, and goes, so that nobody takes that process for ours.
+/// Whether the locked file is new. A file with a process number is the leftover of a killed application. It
+/// is removed, so that nobody takes that process for the new one.
 bool isFresh(const Descriptor& file, const fs::path& path) {
     struct stat held {};
     if (fstat(file.get(), &held) != 0 || !isStillThere(held, path)) {
@@ -84,7 +85,7 @@ tl::unexpected<Error> notRunning(const std::string& id) {
                    fmt::format("the application {} does not run; `vxtv app list` shows which do", id));
 }
 
-/// Whether the application's host ended: nobody reads requests any more.
+/// Whether the application's host has ended, so that nobody reads requests any more.
 bool endsSoon(const Descriptor& requests) {
     pollfd reader = {requests.get(), 0, 0};
     return poll(&reader, 1, kPatienceMs) > 0;
@@ -115,7 +116,7 @@ Result<RunningMark> RunningMark::take(const Folder& folder, const std::string& i
     if (mkfifo(mark.requestFile_.c_str(), kMarkMode) != 0) {
         return cannotMark(mark.requestFile_, errno);
     }
-    // Open for writing as well, so that a writer who leaves does not look like the end of the pipe.
+    // Also opened for writing; otherwise the pipe would be at its end as soon as a writer closes it.
     mark.requests_ =
         Descriptor(open(mark.requestFile_.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     return mark.requests_ ? Result<RunningMark>(std::move(mark)) : cannotMark(mark.requestFile_, errno);
@@ -131,7 +132,7 @@ RunningMark::~RunningMark() {
 
 void RunningMark::tellProcess(pid_t process) const {
     const std::string text = fmt::format("{}\n", process);
-    // Without the line the application never counts as running, and its launcher gives up.
+    // Without this line the application never counts as running, and its launcher gives up.
     [[maybe_unused]] const ssize_t written = pwrite(lock_.get(), text.data(), text.size(), 0);
 }
 

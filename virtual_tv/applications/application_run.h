@@ -11,26 +11,26 @@
 
 namespace vxtv {
 
-// An application that runs is known by a lock on a file in the television's run folder. The kernel drops it
-// with the last process that holds it, however that ended, so the answer is right in every session and needs
-// no process ids, which each session counts for itself. Asking takes no lock.
+// A running application is recognised by a lock on a file in the television's run folder. The kernel releases
+// the lock when the last process with it ends, for any reason. So the answer is right in every session. It
+// needs no process numbers, which differ between sessions. A query does not take the lock.
 
-/// The lock of an application that is about to run, and the way for other processes to reach it. Held by the
-/// application's host; the application inherits the lock's descriptor.
+/// The lock of an application that is about to run, and the pipe for requests of other processes. The
+/// application's host holds it, and the application inherits the lock's descriptor.
 class RunningMark {
  public:
-    /// Errors: Busy when the application runs already, NoSpace, Io.
+    /// Errors: Busy if the application already runs, NoSpace, Io.
     static Result<RunningMark> take(const Folder& folder, const std::string& id);
     RunningMark(RunningMark&&) = default;
     RunningMark& operator=(RunningMark&&) = delete;
-    /// Gives it up, whoever else holds the descriptor.
+    /// Releases the lock, even if other processes have the descriptor.
     ~RunningMark();
 
-    /// From now on the application counts as running.
+    /// Writes the process number. From now on the application counts as running.
     void tellProcess(pid_t process) const;
-    /// To be kept open by the application.
+    /// The application must keep this descriptor open.
     int lockDescriptor() const { return lock_.get(); }
-    /// Readable when somebody has a signal for the application: a byte each.
+    /// Readable if somebody sends the application a signal: one byte each.
     int requests() const { return requests_.get(); }
 
  private:
@@ -42,18 +42,18 @@ class RunningMark {
     Descriptor requests_;
 };
 
-/// The application's process as its own session counts it, or nothing when it does not run. An application
-/// that is just being started does not run yet.
+/// The application's process number in its own session; empty if it does not run. An application that is
+/// being started does not run yet.
 std::optional<pid_t> runningProcess(const Folder& folder, const std::string& id);
 
-/// Waits until the application does not run; returns at once when it does not.
+/// Waits until the application does not run.
 void waitForEnd(const Folder& folder, const std::string& id);
 
-/// Ends the application, wherever it runs: asks it to, and kills it when it does not end soon. Returns when
-/// it is gone. Errors: NotRunning, Io when it could not be ended.
+/// Ends the application in any session: asks it to end, and kills it if it does not end soon. Returns when it
+/// has ended. Errors: NotRunning; Io if it could not be ended.
 Result<void> stopApplication(const Folder& folder, const std::string& id);
 
-/// Removes what applications that do not run any more left in the run folder: those whose session was killed.
+/// Removes files in the run folder that belong to applications of killed sessions.
 void removeStaleMarks(const Folder& folder);
 
 }  // namespace vxtv

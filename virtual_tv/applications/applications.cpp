@@ -33,7 +33,7 @@ tl::unexpected<Error> badProgram(const ApplicationManifest& manifest, std::strin
                                manifest.program, manifest.id, why));
 }
 
-/// Plain files and folders alone: a link would lead out of the television.
+/// Copies only regular files and folders, because a link would lead out of the television.
 Result<void> copyTree(const fs::path& from, const fs::path& to) {
     for (auto entry = fs::recursive_directory_iterator(from); entry != fs::end(entry); ++entry) {
         const fs::file_status status = entry->symlink_status();
@@ -51,7 +51,7 @@ Result<void> copyTree(const fs::path& from, const fs::path& to) {
     return {};
 }
 
-/// Makes a folder with what `fill(folder)` puts into it, whole or not at all.
+/// Makes a folder with the content that `fill(folder)` creates, completely or not at all.
 Result<void> makeWhole(const fs::path& target, const std::function<Result<void>(const fs::path&)>& fill) {
     const std::string id = target.filename().string();
     try {

@@ -11,9 +11,10 @@
 
 namespace vxtv {
 
-/// Where a television has its applications, as its programs see it: a folder each, named by the id.
+/// The folder of a television's applications as its programs see it. Each application has a folder with its
+/// id.
 inline constexpr const char* kApplicationsPath = "/opt/usr/apps";
-/// What an application keeps for itself, in its folder.
+/// The folder of an application's own data, inside its folder.
 inline constexpr const char* kApplicationDataName = "data";
 
 /// The applications that a television has. Processes and threads: any.
@@ -24,16 +25,16 @@ class Applications {
     std::filesystem::path folderOf(const std::string& id) const;
     std::filesystem::path dataOf(const std::string& id) const;
 
-    /// The ids of the folders that hold a manifest, ordered. A folder that holds none, such as that of the
-    /// cloning application, is none of them. Errors: Io.
+    /// The ids of the folders that hold a manifest, sorted. Other folders, such as that of the cloning
+    /// application, are left out. Errors: Io.
     Result<std::vector<std::string>> ids() const;
 
-    /// Errors: BadArgument for what is no id, UnknownApplication, BadApplication.
+    /// Errors: BadArgument for an invalid id, UnknownApplication, BadApplication.
     Result<ApplicationManifest> find(const std::string& id) const;
 
-    /// Copies an application from a folder of this machine, data included: whole or not at all. Result: its
-    /// manifest. Errors: UnknownApplication, BadApplication (also for links and special files in it, and for
-    /// a program that is not there), AlreadyExists, NoSpace, Io.
+    /// Copies an application, including its data, from a folder of this machine, completely or not at all.
+    /// Result: its manifest. Errors: UnknownApplication; BadApplication, also for links and special files in
+    /// it and for a missing program; AlreadyExists, NoSpace, Io.
     Result<ApplicationManifest> install(const std::filesystem::path& from) const;
 
     /// Makes an application without any data. Errors: AlreadyExists, NoSpace, Io.
@@ -43,16 +44,16 @@ class Applications {
     Folder folder_;
 };
 
-/// The file to be run for an application, which need not lie in a television. Errors: BadApplication when
-/// there is none, or none that may be run.
+/// The executable file of an application, which may be outside of a television. Errors: BadApplication if it
+/// is missing or not executable.
 Result<std::filesystem::path> programOf(const ApplicationManifest& manifest,
                                         const std::filesystem::path& applicationFolder);
 
-/// The environment variable that tells the platform libraries which application a process is: whoever
-/// launches an application sets it to the application's id.
+/// The environment variable with the application id of a process, for the platform libraries. The launcher of
+/// an application sets it.
 inline constexpr const char* kApplicationIdVariable = "VXTV_APP_ID";
 
-/// The application that a process is for which nobody set the variable: what the installer runs.
+/// The application id of a process without this variable: the installer's cloning application.
 inline constexpr const char* kCloningApplication = "org.vorta.vxhotel-cloning";
 
 }  // namespace vxtv

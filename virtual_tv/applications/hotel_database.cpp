@@ -71,7 +71,8 @@ void fill(SQLite::Database& database, const Content& content) {
     }
 }
 
-/// Nothing may be in the file that we did not define: a view or a trigger would be run by whoever reads it.
+/// The file may only contain what we defined. A view or a trigger would run in the process that reads the
+/// database.
 bool hasOurForm(SQLite::Database& database) {
     SQLite::Statement rows(database, "SELECT type, name, sql FROM sqlite_master ORDER BY name");
     for (const Table& table : kTables) {
@@ -131,7 +132,7 @@ Result<void> snapshotDatabase(const fs::path& file, const fs::path& copy) {
         SQLite::Statement vacuum(database, "VACUUM INTO ?");
         vacuum.bind(1, copy.string());
         vacuum.exec();
-        // Each copy of a copy counts on; without that, equal contents are equal bytes.
+        // SQLite counts copies in this field. Setting it back makes the bytes equal for equal contents.
         SQLite::Database(copy.string(), SQLite::OPEN_READWRITE).exec("PRAGMA schema_version = 1");
         return {};
     } catch (const SQLite::Exception& exception) {

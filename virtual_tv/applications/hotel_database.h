@@ -17,7 +17,7 @@ struct Card {
     int openings = 0;     ///< how often guests opened it
 };
 
-/// What the hotel's application shows.
+/// The content that the hotel's application shows.
 struct Content {
     std::map<std::string, std::string> greetings;  ///< by language
     std::vector<Card> cards;
@@ -30,12 +30,12 @@ inline constexpr const char* kPicturesName = "pictures";
 /// Makes the database, which must not exist. It is not flushed. Errors: Io, NoSpace.
 Result<void> createDatabase(const std::filesystem::path& file, const Content& content);
 
-/// Writes a consistent copy of the database, whoever works with it, to a file that must not exist. Errors:
-/// DamagedBackup when it is not one of this application's, Io, NoSpace.
+/// Writes a consistent copy of the database to a file that must not exist, even while others use the
+/// database. Errors: DamagedBackup if it is not this application's database; Io, NoSpace.
 Result<void> snapshotDatabase(const std::filesystem::path& file, const std::filesystem::path& copy);
 
-/// Whether the file is a sound database of exactly this application's form, wherever it comes from. Errors:
-/// OtherVersion, DamagedBackup.
+/// Checks that the file is a valid database of exactly this application's form. The file may be untrusted.
+/// Errors: OtherVersion, DamagedBackup.
 Result<void> checkDatabase(const std::filesystem::path& file);
 
 }  // namespace vxtv::hotel

@@ -20,7 +20,7 @@ using Json = nlohmann::json;
 
 namespace {
 
-// A line end in it, so that a copy made in text mode is noticed at once.
+// It contains a line end, so that a copy made in text mode is noticed.
 constexpr std::string_view kMagic("VXBAK\r\n\x1a", 8);
 constexpr std::uint32_t kContainerVersion = 1;
 constexpr std::size_t kDigestSize = 32;
@@ -32,7 +32,7 @@ constexpr std::size_t kLengthOffset = kVersionOffset + kNumberSize;
 constexpr std::size_t kDigestOffset = kLengthOffset + kNumberSize;
 constexpr std::size_t kHeaderSize = kDigestOffset + kDigestSize;
 
-/// Nothing when libcrypto fails.
+/// Empty if libcrypto fails.
 std::string digestOf(std::string_view bytes) {
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
     unsigned int size = 0;
@@ -82,7 +82,7 @@ tl::unexpected<Error> cannotRead(const fs::path& file, const ReadTrouble& troubl
                                               file.string(), trouble.reason));
 }
 
-/// Whether the header is one of this service's, and the body behind it is the one that it tells of.
+/// Checks that the header belongs to this service, and that the body matches the header.
 Result<void> checkContainer(std::string_view bytes, std::string_view service, std::uint32_t version,
                             const fs::path& file) {
     const auto numberAt = [bytes](std::size_t offset) { return fromBigEndian(bytes.substr(offset)); };

@@ -8,7 +8,7 @@
 
 namespace vxtv {
 
-/// Who a secret belongs to, and who asks for one.
+/// The owner of a secret, or the process that asks for one.
 struct Credential {
     std::array<char, 20> identifier{};
     std::int32_t owner = 0;
@@ -20,10 +20,10 @@ struct Credential {
 /// How many bytes a credential takes in a file.
 inline constexpr std::size_t kCredentialSize = 28;
 
-/// The credential as it stands in files: the identifier, the owner and the group, the numbers big-endian.
+/// The credential as bytes for a file: the identifier, the owner and the group, with big-endian numbers.
 std::string toBytes(const Credential& credential);
 
-/// The credential in the first `kCredentialSize` bytes. Before: there are as many.
+/// The credential in the first `kCredentialSize` bytes. Before: there are at least as many.
 Credential credentialIn(std::string_view bytes);
 
 }  // namespace vxtv

@@ -10,7 +10,7 @@ namespace vxtv {
 
 using vxcommon::Descriptor;
 
-/// What the system says about an error number, in words.
+/// The system's text for an error number.
 inline std::string reason(int error = errno) {
     return std::generic_category().message(error);
 }

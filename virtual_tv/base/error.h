@@ -25,6 +25,7 @@ enum class ErrorCode {
     BrokenSeal,          ///< sealed with another key, or damaged since
     NoDeviceKey,         ///< the secure storage cannot come up
     NoFleetSecret,       ///< the television has no installation secret
+    NoPackageKey,        ///< the file is no package key
     NoKeyFile,           ///< there is no key file at the path
     NotAKeyFile,         ///< the file is of another kind
     ShortKeyFile,        ///< the key file ends too early

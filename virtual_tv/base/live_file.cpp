@@ -35,7 +35,7 @@ std::optional<std::string> lineOfLiveFile(const std::filesystem::path& path) {
         return std::nullopt;
     }
     const std::string text(buffer.data(), static_cast<std::size_t>(length));
-    // A line that is not at its end yet is still being written.
+    // A line without a line end is still being written.
     const std::size_t end = text.find('\n');
     return end == std::string::npos ? std::nullopt : std::optional(text.substr(0, end));
 }

@@ -6,13 +6,13 @@
 
 namespace vxtv {
 
-// A file in which a process tells where it is, and which it keeps locked for its whole life, however that
-// ends: so the file of a dead one is not believed.
+// A file with the address of a process, which keeps the file locked for its whole life. So the file of a dead
+// process is ignored.
 
-/// The line that the living process wrote, or nothing when there is no such process. Threads: any.
+/// The line that the living process wrote; empty if there is no such process. Threads: any.
 std::optional<std::string> lineOfLiveFile(const std::filesystem::path& file);
 
-/// Waits until no process keeps the file; returns at once when there is none.
+/// Waits until no process has the file locked.
 void waitForEndOfLiveFile(const std::filesystem::path& file);
 
 }  // namespace vxtv

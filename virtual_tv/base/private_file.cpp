@@ -35,7 +35,7 @@ ReadTrouble troubleOf(int error) {
     if (error == ENOENT || error == ENOTDIR) {
         return {ReadTrouble::Kind::Missing, "it is missing"};
     }
-    // A socket cannot be opened at all.
+    // open(2) fails for a socket.
     const bool special = error == ELOOP || error == ENXIO;
     return special ? ReadTrouble{ReadTrouble::Kind::NoPlainFile,
                                  error == ELOOP ? "it is a link" : "it is a socket"}

@@ -12,7 +12,7 @@
 
 namespace vxtv {
 
-/// Why a file was not read.
+/// The reason why a file was not read.
 struct ReadTrouble {
     enum class Kind {
         Missing,       ///< there is nothing at the path
@@ -23,25 +23,24 @@ struct ReadTrouble {
     std::string reason;  ///< for a sentence: "it is a folder", "Permission denied"
 };
 
-/// Reads a plain file up to `limit` bytes; of a longer one it gives the first `limit`. Follows no link at the
-/// path's end and waits for no other process, whatever lies there.
+/// Reads a regular file up to `limit` bytes; of a longer file, the first `limit` bytes. Does not follow a
+/// link at the end of the path, and never blocks.
 tl::expected<std::string, ReadTrouble> readPlainFile(const std::filesystem::path& file, std::size_t limit);
 
 using vxcommon::Existing;
 
-/// Writes a file that its owner alone may read: beside first, flushed, then put in its place, so that it is
-/// there whole or not at all, also after a crash. Only the death of this process on the way leaves something,
-/// a hidden file beside.
-/// Errors: AlreadyExists, NoSpace, Io; each sentence names the file.
+/// Writes a file that only its owner may read. It is written under another name, flushed, and then renamed,
+/// so it exists completely or not at all, even after a crash. If the process dies meanwhile, a hidden file
+/// stays beside it. Errors: AlreadyExists, NoSpace, Io; each sentence names the file.
 Result<void> writePrivateFile(const std::filesystem::path& file, std::string_view bytes, Existing existing);
 
-/// Makes names in the folder outlive a crash: new, changed or removed ones. Errors: NoSpace, Io.
+/// Flushes the folder, so that new, changed and removed names survive a crash. Errors: NoSpace, Io.
 Result<void> flushFolder(const std::filesystem::path& folder);
 
-/// What to do where a file may not grow as large as it has to.
+/// The next step if a file cannot grow to the necessary size.
 extern const char* const kRaiseFileSizeLimit;
 
-/// Whether the limit of the file size (RLIMIT_FSIZE) lets no file of this process become larger than that.
+/// Whether the limit of the file size (RLIMIT_FSIZE) forbids files of more than that size.
 bool fileMayNotGrow(std::uintmax_t bytes);
 
 }  // namespace vxtv

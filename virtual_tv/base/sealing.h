@@ -10,12 +10,12 @@
 
 namespace vxtv {
 
-/// 32 secret bytes, wiped when the object goes.
+/// 32 secret bytes. The destructor wipes them.
 class SealingKey {
  public:
     static constexpr std::size_t kSize = 32;
 
-    /// Before: `bytes` are `kSize`.
+    /// Before: `bytes` has `kSize` bytes.
     explicit SealingKey(std::string_view bytes);
     SealingKey(const SealingKey&) = default;
     SealingKey& operator=(const SealingKey&) = default;
@@ -23,35 +23,35 @@ class SealingKey {
 
     const unsigned char* data() const { return bytes_.data(); }
 
-    /// A key of its own for each purpose, from which neither this one nor another can be found: HMAC-SHA256
-    /// of the purpose under this key. Errors: Io when libcrypto fails.
+    /// A separate key for each purpose, from which neither this key nor another one can be computed:
+    /// HMAC-SHA256 of the purpose under this key. Errors: Io if libcrypto fails.
     Result<SealingKey> derive(std::string_view purpose) const;
 
  private:
     std::array<unsigned char, kSize> bytes_{};
 };
 
-/// What AES-256-GCM needs beside the key, and adds to the text.
+/// The sizes of the nonce of AES-256-GCM, and of the tag that it adds.
 inline constexpr std::size_t kNonceSize = 12;
 inline constexpr std::size_t kTagSize = 16;
 
-/// Random bytes for keys and nonces. Errors: Io when the system gives none.
+/// Random bytes for keys and nonces. Errors: Io if the system has none.
 Result<std::string> randomBytes(std::size_t count);
 
-/// Enciphers `plain` with AES-256-GCM and binds it to `context`, which stays outside. Result: as many bytes
-/// as `plain`, and the tag behind them. Errors: Io when libcrypto fails.
-/// Before: `nonce` has `kNonceSize` bytes and was never used with this key.
+/// Enciphers `plain` with AES-256-GCM and binds it to `context`, which is not part of the result. Result: as
+/// many bytes as `plain`, followed by the tag. Errors: Io if libcrypto fails. Before: `nonce` has
+/// `kNonceSize` bytes and was never used with this key.
 Result<std::string> seal(const SealingKey& key, std::string_view nonce, std::string_view plain,
                          std::string_view context);
 
-/// The text that was sealed. Errors: BrokenSeal when key, nonce or context is another one or a byte of
-/// `sealed` is not as it was; Io when libcrypto fails.
+/// The text that was sealed. Errors: BrokenSeal if key, nonce or context differ or a byte of `sealed` was
+/// changed; Io if libcrypto fails.
 Result<std::string> unseal(const SealingKey& key, std::string_view nonce, std::string_view sealed,
                            std::string_view context);
 
 inline constexpr std::size_t kNumberSize = 4;
 
-/// The number as four bytes, the highest first.
+/// The number as four bytes, big-endian.
 inline std::string toBigEndian(std::uint32_t number) {
     std::string bytes;
     for (int shift = 24; shift >= 0; shift -= 8) {
@@ -61,7 +61,7 @@ inline std::string toBigEndian(std::uint32_t number) {
     return bytes;
 }
 
-/// The number in the first four bytes. Before: there are four.
+/// The number in the first four bytes. Before: there are at least four.
 inline std::uint32_t fromBigEndian(std::string_view bytes) {
     std::uint32_t number = 0;
     for (const char byte : bytes.substr(0, kNumberSize)) {

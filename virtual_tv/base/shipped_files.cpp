@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The file that holds this very function: the platform's library, or the program that has it built in.
+/// The file that contains this function: the platform's library, or the program that it is linked into.
 fs::path ownFile() {
     static const char anchor = 0;
     Dl_info place{};

@@ -8,7 +8,7 @@ namespace vxtv {
 
 namespace {
 
-// The daemon lets its own user in and nobody else, unless a policy says more: this one has no word on users.
+// By default the daemon accepts only its own user. This policy does not mention users, so that default holds.
 constexpr const char* kConfig =
     R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">

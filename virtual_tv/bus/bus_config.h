@@ -4,12 +4,11 @@
 
 namespace vxtv {
 
-/// An address for a new bus that nobody can guess. It is no file, so it works in every mount namespace, does
-/// not depend on how deep the television lies, and is gone with the bus.
+/// An address for a new bus that cannot be guessed. It is not a file, so it works in every mount namespace
+/// and for any length of the television's path, and it ends with the bus.
 std::string newBusAddress();
 
-/// The configuration with which dbus-daemon serves the address: for its own user alone, and it starts no
-/// services.
+/// The configuration of dbus-daemon for the address: it serves only its own user and starts no services.
 std::string busConfig(const std::string& address);
 
 }  // namespace vxtv

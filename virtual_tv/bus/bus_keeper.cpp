@@ -22,13 +22,13 @@ namespace {
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds kStartTime(5);
 
-// Where the descriptors of the keeper and the daemon are. The last two are the keeper's own.
+// The numbers of the descriptors in the keeper and the daemon. The keeper alone has the last two.
 enum : int { kConfigAt = kFirstKept, kAddressAt, kLifeAt, kLockAt };
 constexpr const char* kConfigFile = "--config-file=/proc/self/fd/3";
 constexpr const char* kPrintAddress = "--print-address=4";
 
-/// What the keeper needs. Between its fork and its end it may only do what a signal handler may, since the
-/// caller may have had threads.
+/// The data that the keeper needs. Between fork and end it may only use functions that are safe in a signal
+/// handler, because the caller may have had threads.
 struct Plan {
     const char* daemon;
     int config;

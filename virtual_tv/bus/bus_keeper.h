@@ -7,10 +7,10 @@
 
 namespace vxtv {
 
-/// Starts the program dbus-daemon and a keeper, a process that outlives the caller and ends the daemon as
-/// soon as it gets the lock exclusively. A keeper that is killed takes the daemon with it, and a daemon that
-/// ends its keeper. Result: the bus, when programs may connect. On failure CannotRun. Before: the caller
-/// holds the lock shared. It may have threads.
+/// Starts the program dbus-daemon and a keeper. The keeper is a process that outlives the caller and ends the
+/// daemon as soon as it gets the exclusive lock. If the keeper is killed, the daemon ends; if the daemon
+/// ends, the keeper ends. Result: the bus, as soon as programs can connect. On failure CannotRun. Before: the
+/// caller holds the shared lock. It may have threads.
 Result<StartedService> startBus(const std::filesystem::path& daemon, ServiceStart start);
 
 }  // namespace vxtv

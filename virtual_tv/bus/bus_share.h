@@ -8,7 +8,7 @@ namespace vxtv {
 /// A session's share in the television's message bus.
 class BusShare {
  public:
-    /// Has none yet.
+    /// Holds no share yet.
     explicit BusShare(const Folder& folder);
 
     /// As LiveShare::take. On failure CannotRun (the daemon) or Io (the television's folder).

@@ -39,12 +39,12 @@ std::optional<CallRecord> recordIn(const std::string& line) {
 
 constexpr const char* kRead = "read";
 
-/// The lines of an open file, one after the other.
+/// Reads the lines of an open file one after the other.
 class Lines {
  public:
     explicit Lines(const Descriptor& file) : file_(file) {}
 
-    /// Result: whether there was one; `failed` tells an error from the end.
+    /// Result: whether there was another line; `failed` distinguishes an error from the end.
     bool next(std::string& line) {
         for (std::size_t end = 0; (end = pending_.find('\n', searched_)) == std::string::npos;) {
             searched_ = pending_.size();

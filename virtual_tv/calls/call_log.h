@@ -14,7 +14,7 @@
 
 namespace vxtv {
 
-/// One platform call as it is logged.
+/// A platform call as it is logged.
 struct CallRecord {
     std::int64_t timeUs = 0;  ///< of the monotonic clock, when the call had ended
     int process = 0;
@@ -28,16 +28,16 @@ struct CallRecord {
 /// The record as one JSON object, without a line end.
 vxcommon::JsonText toJsonText(const CallRecord& record);
 
-/// The platform calls of one television, one JSON object a line. Threads and processes: any.
+/// The platform calls of one television, one JSON object for each line. Threads and processes: any.
 class CallLog {
  public:
     explicit CallLog(const std::filesystem::path& file);
 
-    /// Adds the call; time, process and thread are filled in. Result: whether it was written.
+    /// Appends the call and fills in time, process and thread. Result: whether it was written.
     bool append(CallRecord record);
 
-    /// Hands every record to `visit`, oldest first. Result: how many lines were no record, as a full disk or
-    /// a killed process may leave them. Errors: Io.
+    /// Passes every record to `visit`, oldest first. Result: the number of lines that are not a record; a
+    /// full disk or a killed process may leave such lines. Errors: Io.
     Result<int> read(const std::function<void(const CallRecord&)>& visit) const;
 
     /// Empties the log. Errors: Io.

@@ -7,27 +7,27 @@
 
 namespace vxtv {
 
-/// What a fault can do to a platform call.
+/// The possible effects of a fault on a platform call.
 enum class CallKind {
     CanFail,    ///< its caller is told of a failure, by a status, a bool or a null
     NeverFails  ///< its caller is promised a result: a fault can only delay it
 };
 
-/// Whether the first argument that the call log shows of a call is a text, which a fault may ask for.
+/// Whether the first argument of a call in the call log is a text, so that a fault can select by it.
 enum class FirstArgument { Text, NoText };
 
-/// A platform call that a fault can reach. C++ operations carry their class or innermost namespace in their
-/// name: "CSourceAPI::GetSourceList".
+/// A platform call that a fault can affect. The name of a C++ operation contains its class or innermost
+/// namespace: "CSourceAPI::GetSourceList".
 struct ContractCall {
     std::string_view name;
     CallKind kind;
     FirstArgument firstArgument;
 };
 
-/// The call of that name, or nothing when the platform has none that a fault can reach.
+/// The call of that name; empty if the platform has no such call, or if a fault cannot affect it.
 std::optional<ContractCall> findCall(std::string_view name);
 
-/// The name of a platform call in our own code. A name that the platform does not have does not compile.
+/// The name of a platform call in our own code. An unknown name does not compile.
 class KnownCall {
  public:
     consteval KnownCall(const char* name);
@@ -39,8 +39,8 @@ class KnownCall {
 
 namespace detail {
 
-/// Every call of the platform that returns something; what returns nothing can neither fail nor needs a
-/// delay, and the logger keeps its own log.
+/// Every platform call that returns something. A call without a result cannot fail and needs no delay, and
+/// the logger has its own log.
 inline constexpr ContractCall kContractCalls[] = {
     {"CCCategoryUtil::GetInstance", CallKind::NeverFails, FirstArgument::NoText},
     {"CCCategoryUtil::GetNavigationList", CallKind::CanFail, FirstArgument::NoText},
@@ -101,7 +101,7 @@ inline constexpr ContractCall kContractCalls[] = {
     {"wqd_install_from_file", CallKind::CanFail, FirstArgument::Text},
 };
 
-/// The place of the call in the table, or the table's size.
+/// The index of the call in the table, or the size of the table.
 constexpr std::size_t placeOf(std::string_view name) {
     std::size_t place = 0;
     while (place < std::size(kContractCalls) && kContractCalls[place].name.compare(name) != 0) {

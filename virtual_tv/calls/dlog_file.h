@@ -7,16 +7,16 @@
 
 namespace vxtv {
 
-/// The television's log, one line a message:
-/// "<seconds.milliseconds of the monotonic clock> <process> <priority's letter> <tag>: <text>".
+/// The television's log, one line for each message: "<seconds.milliseconds of the monotonic clock> <process>
+/// <priority's letter> <tag>: <text>".
 ///
-/// Threads and processes: any; lines do not mix.
+/// Threads and processes: any; lines are never mixed.
 class DlogFile {
  public:
     explicit DlogFile(const std::filesystem::path& file) : file_(file) {}
 
-    /// Adds the message, of any length. Line ends in it become blanks, those at its end go; colour codes
-    /// stay. Result: whether it was written whole. May throw std::bad_alloc.
+    /// Appends a message of any length. Line ends within it become blanks, and those at its end are removed.
+    /// Colour codes stay. Result: whether it was written completely. May throw std::bad_alloc.
     bool append(int priority, std::string_view tag, std::string_view text);
 
  private:

@@ -8,7 +8,7 @@ namespace vxtv {
 
 namespace {
 
-// All columns: the plan of a television that was made before there were keys has one column less.
+// All columns, because televisions made by an earlier version have no column for the key.
 constexpr const char* kSelectAll = "SELECT * FROM faults ORDER BY id";
 constexpr const char* kSelectOfCall = "SELECT * FROM faults WHERE call = ? ORDER BY id";
 constexpr int kKeyColumn = 7;
@@ -106,7 +106,7 @@ bool matches(const Fault& fault, const std::optional<std::string_view>& key) {
     return !fault.key || (key && *fault.key == *key);
 }
 
-/// Counts the call in the plan. Result: the faults that it matches.
+/// Counts the call in the plan. Result: the faults that match it.
 std::vector<Fault> countCall(SQLite::Database& connection, const std::string& call,
                              const std::optional<std::string_view>& key) {
     SQLite::Statement rows(connection, kSelectOfCall);

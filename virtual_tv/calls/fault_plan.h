@@ -12,7 +12,8 @@
 
 namespace vxtv {
 
-/// Makes a platform call fail, or late. Calls are counted from when the fault is added, over all processes.
+/// Makes a platform call fail or come late. Calls of all processes are counted from the moment the fault was
+/// added.
 struct Fault {
     std::int64_t id = 0;             ///< given by the plan
     std::string call;                ///< as in contract_calls.h
@@ -24,7 +25,7 @@ struct Fault {
     std::optional<std::string> key;  ///< matches only calls with this first argument
 };
 
-/// What the plan does to one call.
+/// The effect of the plan on one call.
 struct FaultAction {
     std::int64_t id = 0;  ///< the first fault that acts
     std::optional<int> status;
@@ -39,20 +40,19 @@ class FaultPlan {
     /// Makes the table; part of the creation of a television.
     static void create(SQLite::Database& connection);
 
-    /// Adds the fault; its `id` and `seen` are not looked at. Result: the new id.
-    /// Errors: UnknownCall; OutOfRange for an nth below 1 or a negative delay; BadArgument when it has
-    /// neither status nor delay, a status for a call that never fails, an empty key, or a key for a call
-    /// whose first argument is no text.
+    /// Adds the fault; ignores its `id` and `seen`. Result: the new id. Errors: UnknownCall; OutOfRange for
+    /// an nth below 1 or a negative delay; BadArgument if it has neither status nor delay, a status for a
+    /// call that never fails, an empty key, or a key for a call whose first argument is not a text.
     Result<std::int64_t> add(const Fault& fault);
 
     /// All faults, ordered by id.
     Result<std::vector<Fault>> list() const;
 
-    /// Removes all faults. Result: how many there were.
+    /// Removes all faults. Result: the number of removed faults.
     Result<int> clear();
 
-    /// Counts one call and says what happens to it: nothing in the usual case, which costs one look-up. `key`
-    /// is its first argument if that is a text.
+    /// Counts one call. Result: what happens to it, usually nothing, which costs one look-up. `key` is its
+    /// first argument if that is a text.
     Result<std::optional<FaultAction>> onCall(std::string_view call,
                                               std::optional<std::string_view> key = std::nullopt);
 

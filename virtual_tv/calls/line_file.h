@@ -9,17 +9,17 @@
 
 namespace vxtv {
 
-/// A file to which many processes and threads add whole lines, each with one write at its end.
+/// A file to which many processes and threads append complete lines, each with one write.
 ///
-/// The file is made with the first line. What is no plain file, or is a link, is never written to. Threads
-/// and processes: any; lines do not mix.
+/// The first line creates the file. If it is a link or not a regular file, nothing is written. Threads and
+/// processes: any; lines are never mixed.
 class LineFile {
  public:
     explicit LineFile(std::filesystem::path path);
     LineFile(const LineFile&) = delete;
     LineFile& operator=(const LineFile&) = delete;
 
-    /// Adds the line, which ends in its line feed. Result: whether it was written whole.
+    /// Appends the line, which ends with a line feed. Result: whether it was written completely.
     bool append(std::string_view line);
 
  private:
@@ -30,8 +30,8 @@ class LineFile {
     Descriptor file_;
 };
 
-/// The time that both logs write: microseconds of the monotonic clock, which all processes of this machine
-/// share.
+/// The time in both logs: microseconds of the monotonic clock, which is the same for all processes of this
+/// machine.
 std::int64_t monotonicMicroseconds();
 
 }  // namespace vxtv

@@ -56,7 +56,7 @@ std::string indexOf(const ZipMembers& members) {
     return Json{{"format", kFormat}, {"version", kArchiveVersion}, {"members", told}}.dump();
 }
 
-/// Throws WrongMember unless the index is of this format and tells of these contents.
+/// Throws WrongMember unless the index has this format and matches the contents.
 void checkIndex(const Json& index, const ZipMembers& members) {
     const std::string where = kIndex;
     expectOnly(index, where, {"format", "version", "members"});
@@ -80,7 +80,7 @@ void checkIndex(const Json& index, const ZipMembers& members) {
     }
 }
 
-/// The folder, made when there is none, and gone again unless something was put into it.
+/// The folder. It is created if missing, and removed again if it stays empty.
 class TargetFolder {
  public:
     explicit TargetFolder(const fs::path& path) : path_(path.has_filename() ? path : path.parent_path()) {
@@ -94,7 +94,7 @@ class TargetFolder {
     }
     ~TargetFolder() {
         if (made_) {
-            // Fails, as it should, for one that is not empty.
+            // This fails, as intended, if the folder is not empty.
             rmdir(path_.c_str());
         }
     }
@@ -143,7 +143,7 @@ tl::unexpected<Error> cannotTake(const fs::path& file, std::string_view why) {
                                file.string(), why));
 }
 
-/// What `read` gives; what it throws becomes an error that names the file.
+/// Returns the result of `read`. An exception becomes an error that names the file.
 template <class Read>
 auto reading(const fs::path& file, Read read) -> Result<decltype(read())> {
     try {

@@ -18,11 +18,11 @@ nlohmann::json hotelListToJson(const std::vector<HotelChannel>& hotelList);
 
 std::vector<Transponder> transpondersIn(const nlohmann::json& document, const std::string& where);
 
-/// Channels of that many transponders, ordered by number.
+/// Channels on that number of transponders, sorted by number.
 std::vector<Channel> channelsIn(const nlohmann::json& document, const std::string& where,
                                 std::size_t transponders);
 
-/// Lines for some of these channels.
+/// Lines that refer to these channels.
 std::vector<HotelChannel> hotelListIn(const nlohmann::json& document, const std::string& where,
                                       const std::vector<Channel>& channels);
 

@@ -26,9 +26,9 @@ constexpr int kRadioEvery = 5;
 constexpr std::int64_t kEncryptedEvery = 4;
 constexpr std::int64_t kFirstServiceId = 257;
 
-/// A number that other transponders have otherwise, so that two towns do not have the same names.
+/// A number that depends on the transponders, so that two towns have different names.
 std::uint64_t seedOf(const std::vector<Transponder>& transponders) {
-    // The FNV-1a hash, of whole numbers; its upper half is mixed best.
+    // The FNV-1a hash over integers. Its upper half is mixed best.
     std::uint64_t hash = 0xcbf29ce484222325U;
     for (const Transponder& transponder : transponders) {
         hash = (hash ^ static_cast<std::uint64_t>(transponder.frequency)) * 0x100000001b3U;
@@ -37,7 +37,7 @@ std::uint64_t seedOf(const std::vector<Transponder>& transponders) {
 }
 
 std::string nameOf(std::uint64_t index, std::uint64_t seed) {
-    // Odd, so that the first 1,024 channels go through all names once.
+    // Odd, so that the first 1,024 channels use every name once.
     constexpr std::uint64_t kStep = 397;
     const std::uint64_t place = (index * kStep + seed % kNames) % kNames;
     std::string name = fmt::format("{} {}", kFirstWords.at(place / kSecondWords.size()),

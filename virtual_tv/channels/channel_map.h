@@ -18,7 +18,7 @@ struct Channel {
     bool isEncrypted = false;
 };
 
-/// A line of the hotel's own channel list, in the list's order.
+/// A line of the hotel's own channel list.
 struct HotelChannel {
     int channel = 0;   ///< the channel's number
     std::string name;  ///< what the hotel calls it
@@ -36,9 +36,9 @@ inline constexpr std::size_t kLongestChannelName = 128;
 inline constexpr std::size_t kMostHotelChannels = 1000;
 inline constexpr int kMostServicesPerTransponder = 64;
 
-/// Makes the channels that the transponders carry. The tables tell transponders only, so the services are
-/// made up from them, always the same for the same transponders: every fifth is radio, about every fourth
-/// encrypted, each has a name of its own. Before: no more services than `kMostServicesPerTransponder`.
+/// Makes the channels on the transponders. Scan tables hold only transponders, so the services are invented,
+/// always the same for the same transponders: every fifth is radio, about every fourth is encrypted, and each
+/// has its own name. Before: at most `kMostServicesPerTransponder` services.
 std::vector<Channel> makeChannels(const std::vector<Transponder>& transponders, int servicesPerTransponder);
 
 }  // namespace vxtv

@@ -185,7 +185,7 @@ constinit const DataService kChannelService = {"channels", createChannels, chann
 
 Result<ChannelMap> ChannelStore::map() const {
     return database_.read([](SQLite::Database& connection) -> Result<ChannelMap> {
-        // One look at both tables, whatever another process does meanwhile.
+        // One transaction, so that both tables are read in the same state.
         const SQLite::Transaction look(connection);
         return requireDataService(connection, kChannelService.name).map([&connection] {
             return ChannelMap{selectTransponders(connection), selectChannels(connection)};

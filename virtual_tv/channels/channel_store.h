@@ -24,8 +24,8 @@ class ChannelStore {
     Result<ChannelMap> map() const;
     Result<std::vector<HotelChannel>> hotelList() const;
 
-    /// Puts another map and hotel list in place of those that are there, in one step, and marks the
-    /// navigation lists that are thereby out of date.
+    /// Replaces map and hotel list in one step, and marks the navigation lists that are out of date because
+    /// of this.
     Result<void> replace(const ChannelMap& map, const std::vector<HotelChannel>& hotelList);
 
  private:

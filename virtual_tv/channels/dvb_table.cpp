@@ -35,10 +35,10 @@ std::optional<std::int64_t> frequencyIn(std::string_view text) {
     return whole && number > 0 && number <= kHighestFrequency ? std::optional(number) : std::nullopt;
 }
 
-/// Takes a table line by line; the first thing that is wrong is kept as a reason.
+/// Reads a table line by line and keeps the reason of the first error.
 class TableReader {
  public:
-    /// Nothing, or what is wrong with the line.
+    /// Empty, or what is wrong with the line.
     std::optional<std::string> take(std::string_view line) {
         line = trimmed(line);
         if (line.empty() || line.front() == '#') {
@@ -50,7 +50,7 @@ class TableReader {
         return member(line);
     }
 
-    /// Nothing, or what the section lacks that ends here.
+    /// Empty, or what the section that ends here lacks.
     std::optional<std::string> end() const {
         if (transponders_.empty()) {
             return std::nullopt;

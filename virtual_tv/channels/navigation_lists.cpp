@@ -107,7 +107,7 @@ std::vector<TvMode> placesOf(SQLite::Database& connection, const NavigationEntry
     return places;
 }
 
-/// Each place as antenna and service mode, such as "0/3"; -1 is every one.
+/// Each place as antenna and service mode, such as "0/3"; -1 means every one.
 std::string placesText(const std::vector<TvMode>& places) {
     std::string text;
     for (const TvMode& place : places) {

@@ -12,13 +12,13 @@
 
 namespace vxtv {
 
-/// What a navigation list is stored for. -1 means every one of the kind.
+/// The antenna and the service mode for which a navigation list is stored. -1 means every one.
 struct TvMode {
     int antenna = -1;
     int service = -1;
 };
 
-/// A list by which a guest leafs through channels: favourites, genres, ...
+/// A list with which a guest browses channels: favourites, genres, ...
 struct NavigationEntry {
     int mode = 0;  ///< what kind of list; with `id` its name
     std::int64_t id = 0;
@@ -32,29 +32,31 @@ struct NavigationEntry {
 /// The stored navigation lists, a part of the service "channels".
 ///
 /// A list is stored for an antenna (0, 1 or 2) and a service mode, or for every antenna and one of the
-/// service modes 3, 16, 19 and 20. A mode that is asked for with -1 meets every stored one, any other its
-/// equal alone.
+/// service modes 3, 16, 19 and 20. A query with -1 matches every stored value; another value matches only an
+/// equal one.
 ///
-/// Errors common to all: UnknownService, OutOfRange for a mode that a television does not have, and those of
-/// `Database`. Threads and processes: any.
+/// Errors common to all: UnknownService, OutOfRange for an invalid mode, and those of `Database`. Threads and
+/// processes: any.
 class NavigationLists {
  public:
     explicit NavigationLists(Database& database) : database_(database) {}
 
-    /// Makes the tables and fills them from the profile; part of the creation. Throws WrongMember.
+    /// Makes the tables and fills them from the profile; called when a television is created. Throws
+    /// WrongMember.
     static void create(SQLite::Database& connection, const nlohmann::json& content, const std::string& where);
 
-    /// All of each, by its mode and id.
+    /// All details of each list, by its mode and id.
     static Texts texts(SQLite::Database& connection);
 
-    /// Marks the lists of the modes 10 and 11: they are of channels, and the channels have been replaced.
+    /// Marks the lists of the modes 10 and 11 as out of date, because they list channels and the channels
+    /// were replaced.
     static void markStale(SQLite::Database& connection);
 
-    /// The lists that are stored for the mode, each once, by order and name, with all their places.
+    /// The lists that are stored for the mode, each once, sorted by order and name, with all their places.
     Result<std::vector<NavigationEntry>> list(TvMode mode) const;
 
-    /// Forgets the list for the mode, and altogether when it is stored for nothing any more. One that is not
-    /// stored for it is no failure.
+    /// Removes the list for the mode, and completely if it is stored for nothing else. A list that is not
+    /// stored for the mode is no failure.
     Result<void> remove(TvMode mode, int entryMode, std::int64_t id);
 
  private:

@@ -48,8 +48,8 @@ bool addMember(archive* writer, const std::string& name, const std::string& cont
                static_cast<la_ssize_t>(content.size());
 }
 
-// The record at the end of every archive: a signature, counts, the directory's size and place, and the length
-// of a remark, all numbers with the lowest byte first.
+// The end record of every zip archive: a signature, counts, size and place of the directory, and the length
+// of a comment. All numbers are little-endian.
 constexpr std::size_t kEndSize = 22;
 constexpr std::string_view kEndSignature("PK\5\6", 4);
 constexpr std::string_view kFirstSignature("PK\3\4", 4);
@@ -68,8 +68,8 @@ std::size_t numberAt(std::string_view bytes, std::size_t offset, std::size_t siz
     return number;
 }
 
-/// Whether the archive begins with its first member and ends with its directory and the end record, and has
-/// that many members.
+/// Whether the archive begins with its first member, ends with its directory and the end record, and has that
+/// number of members.
 bool hasPlainFrame(std::string_view archive, std::size_t members) {
     if (archive.size() < kEndSize || archive.substr(0, kFirstSignature.size()) != kFirstSignature) {
         return false;
@@ -82,7 +82,7 @@ bool hasPlainFrame(std::string_view archive, std::size_t members) {
            numberAt(end, kEndRemark, 2) == 0;
 }
 
-/// Why the entry is none that we take, or nothing.
+/// The reason why the entry is refused, or empty.
 std::optional<std::string> refusalOf(archive* reader, archive_entry* entry,
                                      const std::vector<std::string_view>& wanted, const ZipMembers& members) {
     const char* const name = archive_entry_pathname(entry);
@@ -100,7 +100,7 @@ std::optional<std::string> refusalOf(archive* reader, archive_entry* entry,
         (archive_entry_perm(entry) & (S_ISUID | S_ISGID | S_ISVTX)) != 0) {
         return "a member that is no plain file";
     }
-    // Fewer ways to unpack are fewer to attack.
+    // Fewer compression methods give an attacker fewer possibilities.
     const std::string_view format = archive_format_name(reader);
     const auto endsWith = [format](std::string_view text) {
         return format.size() >= text.size() && format.substr(format.size() - text.size()) == text;
@@ -113,7 +113,7 @@ std::optional<std::string> refusalOf(archive* reader, archive_entry* entry,
 
 enum class Reading { Done, TooLarge, Broken };
 
-/// Reads the member that the reader stands at, no further than the limit.
+/// Reads the reader's current member up to the limit.
 Reading readMember(archive* reader, std::size_t limit, std::string& content) {
     constexpr std::size_t kPiece = std::size_t{64} * 1024;
     std::string piece(kPiece, '\0');
@@ -183,7 +183,7 @@ Result<ZipMembers> unpackZip(std::string_view archive, const std::vector<std::st
     std::size_t room = archive.size() * kMostZipRatio;
     archive_entry* entry = nullptr;
     int status = ARCHIVE_OK;
-    // A warning is a refusal, too: one tells of contradictions between directory and member.
+    // A warning is refused, too: libarchive warns if directory and member contradict each other.
     while ((status = archive_read_next_header(reader.get(), &entry)) == ARCHIVE_OK) {
         if (const auto refusal = refusalOf(reader.get(), entry, wanted, members)) {
             return refused(name, *refusal);

@@ -10,22 +10,23 @@
 
 namespace vxtv {
 
-/// The members of an archive by their names.
+/// The members of an archive, by name.
 using ZipMembers = std::map<std::string, std::string>;
 
-/// What an archive may be that comes from anybody.
+/// The limits of an untrusted archive.
 inline constexpr std::size_t kLargestZip = 2U << 20U;
 inline constexpr std::size_t kLargestZipMember = 4U << 20U;
 inline constexpr std::size_t kMostZipRatio = 100;  ///< all members together against the archive
 
-/// The archive, the same for the same members: each deflated, in the order of their names, without times.
-/// Errors: Io when it cannot be made, BadArgument when it would be more than may be unpacked.
+/// Makes the archive. Equal members give an equal archive: each is deflated, they are sorted by name, and
+/// there are no times. Errors: Io if it cannot be made, BadArgument if it would exceed the limits for
+/// unpacking.
 Result<std::string> packZip(const ZipMembers& members);
 
-/// Unpacks an archive in memory. It must hold `wanted`, all of them and nothing else, each once, as a plain
-/// file, neither enciphered nor set-uid, deflated or stored; nothing may stand before, between the directory
-/// and the end, or behind. Nothing of it becomes a file. `name` is for the sentence.
-/// Errors: NotABackupFile for what is no such archive, DamagedBackup, BadBackup for what it may not hold.
+/// Unpacks an archive in memory. It must hold exactly the members `wanted`, each once, as regular files, not
+/// enciphered, not set-uid, deflated or stored. No bytes may stand before the first member, between the
+/// directory and the end record, or after it. No file is created. `name` is used in the sentence. Errors:
+/// NotABackupFile if it is not such an archive, DamagedBackup, BadBackup for forbidden content.
 Result<ZipMembers> unpackZip(std::string_view archive, const std::vector<std::string_view>& wanted,
                              const std::string& name);
 

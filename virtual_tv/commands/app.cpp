@@ -28,7 +28,7 @@ constexpr std::size_t kWidestName = 24;
 constexpr std::size_t kUsageIndent = 4;
 constexpr const char* kMargin = "  ";
 
-/// The line broken between words; what goes on is indented as the line itself, and by `more`.
+/// The line, broken between words. Continuation lines have the same indentation, plus `more`.
 std::string brokenLine(std::string_view line, std::size_t columns, std::size_t more) {
     const std::size_t blanks = std::min(line.find_first_not_of(' '), line.size());
     const std::size_t width = columns - std::min(blanks + more, columns - 1);
@@ -48,8 +48,8 @@ std::string brokenText(const std::string& text, std::size_t columns, std::size_t
     return result;
 }
 
-/// Help in lines of at most so many columns, broken between words. Says of an option what follows it, and no
-/// more: what is required stands in the usage line.
+/// Help in lines of limited width, broken between words. Behind an option stands only the name of its value;
+/// the usage line shows what is required.
 class HelpFormatter : public vxcommon::HelpFormatter {
  public:
     explicit HelpFormatter(std::size_t columns);

@@ -7,7 +7,7 @@
 namespace vxtv {
 
 /// The command line of vxtv: every verb and its help. Parsing it sets `chosen`, which must outlive it. The
-/// manual and the completions are made from it, too.
+/// manual and the completions are generated from it, too.
 std::unique_ptr<CLI::App> makeApp(Action& chosen);
 
 }  // namespace vxtv

@@ -26,7 +26,7 @@ struct AppOptions {
     bool json = false;
 };
 
-/// What is listed of an application.
+/// A row of the list of applications.
 struct Row {
     ApplicationManifest manifest;
     std::optional<pid_t> process;
@@ -90,7 +90,7 @@ int list(const AppOptions& options) {
     int status = kExitOk;
     std::vector<Row> rows;
     for (const std::string& id : *ids) {
-        // One that cannot be used does not hide the others.
+        // An unusable application must not hide the others.
         if (const auto manifest = applications.find(id)) {
             rows.push_back({*manifest, runningProcess(*folder, id), sizeOf(applications.dataOf(id))});
         } else {

@@ -24,14 +24,14 @@ std::string compact(const Json& value) {
     return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/// A text as it is where that can be told from the next word.
+/// A text without quotation marks, if it is still distinguishable from the next word.
 std::string word(const Json& value) {
     const bool isPlain = value.is_string() && !value.get_ref<const std::string&>().empty() &&
                          value.get_ref<const std::string&>().find_first_of(" \"") == std::string::npos;
     return isPlain ? value.get<std::string>() : compact(value);
 }
 
-/// "NAME=VALUE" for each member, with a blank between.
+/// "NAME=VALUE" for each member, separated by blanks.
 std::string words(const Json& object) {
     std::string text;
     for (const auto& [name, value] : object.items()) {

@@ -85,7 +85,7 @@ Printable identityLine(const std::string& folder, const Identity& identity) {
     return vxcommon::sentenceFor(outputScreen(), line) + "\n";
 }
 
-/// "AREA: same", or how many things of it differ.
+/// "AREA: same", or the number of differences.
 Printable verdictLine(const Compared& outcome, const AreaComparison& area, bool coloured) {
     const std::size_t count = area.differences.size();
     if (count == 0) {

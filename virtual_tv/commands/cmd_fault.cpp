@@ -18,7 +18,7 @@ struct FaultOptions {
     bool json = false;
 };
 
-/// A setting that the television does not have is a slip of the pen: the fault would wait for ever.
+/// A setting that the television does not have is probably mistyped, and the fault would never take effect.
 Result<void> checkSetting(const Television& television, const Fault& fault) {
     if (!fault.key || fault.key->empty() || fault.call.rfind("vconf_", 0) != 0) {
         return {};

@@ -28,7 +28,7 @@ tl::unexpected<Error> cannot(const char* what, const std::filesystem::path& path
                    fmt::format("{} cannot be {}: {}", path.string(), what, std::strerror(errno)));
 }
 
-/// Writes what the file holds from where it was read last to its end, whole lines.
+/// Writes the complete lines between the last read position and the end of the file.
 class LinePrinter {
  public:
     void copy(int file) {
@@ -64,7 +64,7 @@ Result<void> waitForChange(int watcher, const std::filesystem::path& path) {
 }
 
 Result<void> showLog(const std::filesystem::path& path, bool follow) {
-    // The first message makes the file; who follows the log may come before it.
+    // The first message creates the file, but somebody may follow the log before.
     const auto file = openOwnFile(path, O_RDONLY | (follow ? O_CREAT : 0));
     if (!file) {
         const bool empty = !follow && file.error().kind == ReadTrouble::Kind::Missing;

@@ -9,8 +9,8 @@ namespace vxtv {
 
 namespace {
 
-/// The arguments as they were typed. The parser would take ones such as [0-9] apart in an option of several
-/// values, so only the program's name is an option, and the rest is what the parser leaves over.
+/// The arguments as they were typed. In an option with several values, the parser would split arguments such
+/// as [0-9]. So only the program's name is an option, and the rest is what the parser leaves over.
 Result<std::vector<std::string>> commandOf(const CLI::App& verb, const std::string& program) {
     const auto rest = verb.remaining();
     std::vector<std::string> command = {program};

@@ -19,7 +19,7 @@ struct ServicesOptions {
     bool json = false;
 };
 
-/// What a television has of a service.
+/// The data of a service.
 struct ServiceContent {
     std::string name;
     Texts carried;

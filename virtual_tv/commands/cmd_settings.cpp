@@ -79,7 +79,8 @@ struct SetOptions {
     std::optional<std::string> value;
 };
 
-/// The value as it was typed. One that begins with a dash is what the parser leaves over.
+/// The value as it was typed. The parser does not assign a value that begins with a dash, so it is among the
+/// words that are left over.
 Result<std::string> valueOf(const SetOptions& options, std::vector<std::string> rest) {
     if (!rest.empty() && rest.front() == "--") {
         rest.erase(rest.begin());

@@ -27,7 +27,8 @@ struct ShowOptions {
     bool force = false;
 };
 
-/// Says before the work whether the page may be put there. What is no plain file, such as a device, stays.
+/// Checks before the work whether the page may be written there. A file that is not regular, such as a
+/// device, is refused.
 Result<void> checkPlace(const fs::path& file, bool force) {
     std::error_code ignored;
     const fs::file_status there = fs::symlink_status(file, ignored);

@@ -13,15 +13,15 @@ namespace vxtv {
 struct Setting;
 class Television;
 
-/// Exit statuses of vxtv. `run` and `shell` end with their command's own status instead.
+/// Exit statuses of vxtv. `run` and `shell` return the status of their command instead.
 inline constexpr int kExitOk = 0;
 inline constexpr int kExitDiffers = 1;  ///< `compare` found a difference
 inline constexpr int kExitFailed = 2;   ///< the sentence is on standard error
 
-/// What the parsed command line asks for; the result is the exit status.
+/// The action that the command line asks for. Result: the exit status.
 using Action = std::function<int()>;
 
-/// Each adds its verb to the application; parsing the verb sets `chosen`, which main then runs.
+/// Each function adds its verb to the application. Parsing the verb sets `chosen`, which main then runs.
 void addCreateCommand(CLI::App& app, Action& chosen);
 void addDestroyCommand(CLI::App& app, Action& chosen);
 void addRunCommand(CLI::App& app, Action& chosen);
@@ -45,12 +45,12 @@ void addTimersCommand(CLI::App& app, Action& chosen);
 /// Prints "vxtv: " and the sentence on standard error. Result: kExitFailed.
 int complain(const Error& error);
 
-/// The error with a question behind its sentence: which of the names was meant by what was typed. Unchanged
-/// where none is like it.
+/// The error with a question after its sentence: which of the names was probably meant by `typed`. Unchanged
+/// if no name is similar.
 Error asking(Error error, std::string_view typed, const std::vector<std::string>& names);
 
-/// The setting that a person typed the key of. Errors: those of `SettingsStore::get`; an unknown key comes
-/// with the one that was likely meant.
+/// The setting with the typed key. Errors: those of `SettingsStore::get`; for an unknown key the sentence
+/// suggests a similar one.
 Result<Setting> lookUpSetting(const Television& television, const std::string& key);
 
 }  // namespace vxtv

@@ -42,7 +42,7 @@ bool flushOutput() {
 }
 
 int finishOutput() {
-    // Who closes a pipe has read enough.
+    // A reader that closes the pipe has read enough.
     const int reason = vxcommon::finishStandardOutput();
     if (reason == 0 || reason == EPIPE) {
         return kExitOk;

@@ -12,8 +12,8 @@ namespace vxtv {
 /// A value in JSON's own type.
 nlohmann::ordered_json toJson(const SettingValue& value);
 
-/// What a table on standard output has to fit: the terminal; where there is none, nothing, so that each row
-/// is one line, which programs search.
+/// The width for a table on standard output: the terminal's. Without a terminal there is no limit, so that
+/// each row is one line for programs such as grep.
 vxcommon::Screen outputScreen();
 
 /// Writes the text on standard output.
@@ -28,12 +28,12 @@ void printJson(const nlohmann::ordered_json& document);
 /// Writes the document on standard output as one line.
 void printJsonLine(const nlohmann::ordered_json& document);
 
-/// Writes out what standard output still holds. Result: whether all that was ever written there is out.
+/// Writes out what standard output still buffers. Result: whether everything was written.
 bool flushOutput();
 
-/// Writes out what standard output still holds. Result: kExitOk, or kExitFailed with a sentence on standard
-/// error when not all of it could be written, as on a full disk. Whoever closes a pipe has read enough, and
-/// that is no failure.
+/// Writes out what standard output still buffers. Result: kExitOk, or kExitFailed with a sentence on standard
+/// error if not everything could be written, for example on a full disk. A closed pipe is no failure, because
+/// its reader has read enough.
 int finishOutput();
 
 }  // namespace vxtv

@@ -16,7 +16,7 @@ using Json = nlohmann::json;
 
 namespace {
 
-// The profile of a television has data for this program.
+// Profiles contain data only for this program.
 constexpr const char* kProgramWithData = "hotel_app";
 constexpr const char* kMember = "applications";
 

@@ -13,14 +13,14 @@
 
 namespace vxtv {
 
-/// An application that a new television gets: a program that ships with vxtv, and data for it.
+/// An application of a new television: a program that ships with vxtv, and its data.
 struct ProfileApplication {
     ApplicationManifest manifest;
     hotel::Content content;
     std::map<std::string, std::filesystem::path> pictures;  ///< by their names there: existing regular files
 };
 
-/// A path that a profile names, as the file that it means. Throws WrongMember.
+/// Finds the file that a path in a profile means. Throws WrongMember.
 using FindFile = std::filesystem::path (*)(const nlohmann::json& value, const std::string& where,
                                            const std::filesystem::path& profileFolder);
 

@@ -22,7 +22,7 @@ namespace {
 
 constexpr const char* kAbsent = "(not there)";
 
-/// Differences of two sets of named texts.
+/// Differences between two sets of named texts.
 std::vector<Difference> differencesOf(const Texts& first, const Texts& second) {
     std::set<std::string> names;
     for (const Texts* texts : {&first, &second}) {
@@ -62,7 +62,7 @@ Result<AreaComparison> compareSettings(const Television& first, const Television
     return AreaComparison{kSettingsArea, differencesOf(*firstTexts, *secondTexts)};
 }
 
-/// What a television has of a service.
+/// The data of a service.
 struct ServiceContent {
     bool present = false;
     Texts carried;
@@ -79,7 +79,7 @@ Result<ServiceContent> contentOf(const DataService& service, const Television& t
     });
 }
 
-/// Each service that one of the two has.
+/// Compares each service that one of the two has.
 Result<void> compareServices(const Television& first, const Television& second,
                              std::vector<AreaComparison>& comparisons) {
     for (const DataService& service : dataServices()) {
@@ -100,7 +100,7 @@ Result<void> compareServices(const Television& first, const Television& second,
     return {};
 }
 
-/// The applications, when one of the two has any.
+/// Compares the applications if one of the two has any.
 Result<void> compareApplications(const Television& first, const Television& second,
                                  std::vector<AreaComparison>& comparisons) {
     const auto mine = applicationTexts(first.folder());
@@ -127,7 +127,7 @@ std::string kindOf(const fs::path& path) {
     }
 }
 
-/// Everything below the directory, by its path relative to it, with what it is. No link is followed.
+/// Everything below the directory: relative path and content. No link is followed.
 Texts contentsOf(const fs::path& directory) {
     Texts contents;
     if (fs::is_directory(fs::symlink_status(directory))) {

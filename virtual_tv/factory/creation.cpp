@@ -31,8 +31,8 @@ tl::unexpected<Error> cannotMake(const fs::path& path, const std::error_code& er
         fmt::format("the television {} cannot be made: {}; {}", path.string(), error.message(), advice));
 }
 
-/// Why a file operation failed. The standard library keeps no reason of a write that failed while it copied a
-/// file; that a limit of the file size was met shows at the copy.
+/// The reason of a failed file operation. The standard library does not report why a write failed while it
+/// copied a file, so the size of the copy shows whether the limit of the file size was reached.
 std::error_code reasonOf(const fs::filesystem_error& error) {
     std::error_code unknown;
     const std::uintmax_t size = fs::file_size(error.path2(), unknown);

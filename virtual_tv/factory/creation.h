@@ -8,8 +8,8 @@
 
 namespace vxtv {
 
-/// Makes a television in the new folder `path` and opens it. It is built beside and appears whole or not at
-/// all; only the death of this process on the way leaves something, a hidden folder beside.
+/// Makes a television in the new folder `path` and opens it. It is built under another name and appears
+/// completely or not at all. Only if the process dies meanwhile, a hidden folder stays beside it.
 ///
 /// Errors: AlreadyExists, BadArgument for a missing parent folder, NoSpace, Io.
 Result<Television> createTelevision(const std::filesystem::path& path, const Profile& profile);

@@ -44,20 +44,20 @@ Result<void> checkIsTelevision(const Folder& folder) {
                     folder.root().string()));
 }
 
-/// Keeps sessions out while it lives; sessions hold the same lock shared.
+/// Prevents new sessions while it exists. Sessions hold the same lock shared.
 class ExclusiveLock {
  public:
     explicit ExclusiveLock(const fs::path& file)
         : file_(openOwnFile(file, O_RDONLY).value_or(Descriptor())) {}
 
-    /// Whether no session runs. A television in which none ever ran has no lock file.
+    /// Whether no session runs. If no session has ever run, there is no lock file.
     bool take() const { return !file_ || flock(file_.get(), LOCK_EX | LOCK_NB) == 0; }
 
  private:
     Descriptor file_;
 };
 
-/// What lies on another file system is not the television's.
+/// Data on another file system does not belong to the television.
 Result<void> checkRemovable(const Folder& folder) {
     const auto mount = vxcommon::findMountIn(folder.root());
     if (mount) {
@@ -70,7 +70,7 @@ Result<void> checkRemovable(const Folder& folder) {
                                folder.root().string(), mounted, mounted));
 }
 
-/// Takes the folder out of sight in one step, so that nobody opens a television that is half gone.
+/// Renames the folder in one step, so that nobody opens a television that is half removed.
 Result<fs::path> hide(const fs::path& root) {
     const std::string name = fmt::format(".{}.destroyed.{}", root.filename().string(), getpid());
     fs::path hidden = root.parent_path() / name;
@@ -94,7 +94,7 @@ Result<void> destroyTelevision(const fs::path& path) {
         return failure(ErrorCode::Busy,
                        fmt::format("a session runs in {}; end it and try again", folder.root().string()));
     }
-    // The applications of a killed session are just being ended, and write until then.
+    // The applications of a killed session may still be ending, and write until then.
     waitForEndOfLiveFile(folder.homeAddress());
     if (auto removable = checkRemovable(folder); !removable) {
         return removable;

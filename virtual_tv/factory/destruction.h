@@ -6,11 +6,11 @@
 
 namespace vxtv {
 
-/// Removes the television, also one that is damaged or of another version, as long as its tv.db says whose it
-/// is. No link is followed, the folder itself included.
+/// Removes the television, even if it is damaged or of another version, if its tv.db shows that it is one. No
+/// link is followed, not even the folder itself.
 ///
-/// Errors: NotATelevision, Busy while a session runs in it, Io. Nothing is removed then; but when the removal
-/// itself fails on the way, the sentence names where the rest lies.
+/// Errors: NotATelevision, Busy while a session runs in it, Io. Then nothing was removed. If the removal
+/// itself fails halfway, the sentence names the place of the rest.
 Result<void> destroyTelevision(const std::filesystem::path& path);
 
 }  // namespace vxtv

@@ -126,7 +126,7 @@ void readKeys(const Json& document, const fs::path& profileFolder, Profile& prof
     const auto fileOf = [&](const char* member) {
         const Json& value = memberOf(document, "", member);
         fs::path file = fileIn(value, member, profileFolder);
-        // A link may lead to anything that whoever reads the profile may read.
+        // A link could lead to any file that the user of the profile may read.
         if (linkOnTheWay(profileFolder, stringIn(value, member))) {
             throw WrongMember{member, fmt::format("names the file {}, to which a link leads; name the file "
                                                   "itself",
@@ -164,7 +164,7 @@ std::vector<Picture> readPictures(const Json& document, const fs::path& profileF
     return pictures;
 }
 
-/// Each service reads its own member when it is made.
+/// Each service checks its own member when it is made.
 void readServices(const Json& document, Profile& profile) {
     const std::string where = "services";
     const Json& services = memberOf(document, "", where);

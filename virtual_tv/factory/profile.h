@@ -15,14 +15,14 @@
 
 namespace vxtv {
 
-/// A picture that a new television gets.
+/// A picture for a new television.
 struct Picture {
     std::string area;              ///< as in picture_areas.h
     std::string name;              ///< the file's name in the television
     std::filesystem::path source;  ///< an existing regular file
 };
 
-/// What a new television is made from. The format is described in profiles/README.md.
+/// The description of a new television. profiles/README.md describes the format.
 struct Profile {
     Identity identity;
     std::vector<Feature> features;
@@ -31,17 +31,17 @@ struct Profile {
     std::string installationSecret;  ///< the fleet's; empty: the television has none
     std::string keyFile;             ///< a key file's bytes; empty: the television has none
     std::string packageKey;          ///< the cloning application's; empty: the television has none
-    /// What the services get that own data, by their names; one that is not here is absent.
+    /// The data of the services, by their names. A service that is not here does not exist.
     std::map<std::string, nlohmann::json> services;
     std::vector<ProfileApplication> applications;
     std::filesystem::path file;  ///< where the profile was read; empty: made by a program
 };
 
-/// Reads a profile strictly. Errors: UnknownProfile when there is no such file, Io when it cannot be read,
-/// BadProfile, whose sentence names the member and what is wrong with it.
+/// Reads a profile strictly. Errors: UnknownProfile if there is no such file, Io if it cannot be read,
+/// BadProfile with the member and the reason in the sentence.
 Result<Profile> readProfile(const std::filesystem::path& file);
 
-/// The error that names the profile and what is wrong in it.
+/// The error that names the profile and the mistake in it.
 tl::unexpected<Error> badProfile(const std::filesystem::path& file, std::string_view why);
 tl::unexpected<Error> badProfile(const std::filesystem::path& file, const WrongMember& wrong);
 

@@ -13,16 +13,16 @@ class ProfileShelf {
  public:
     explicit ProfileShelf(std::filesystem::path folder) : folder_(std::move(folder)) {}
 
-    /// The shelf of the running program: ../share/vxtv/profiles, seen from its own place.
+    /// The shelf of the running program: ../share/vxtv/profiles, relative to the program.
     static ProfileShelf ofThisProgram();
 
     const std::filesystem::path& folder() const { return folder_; }
 
-    /// The names of the shipped profiles, ordered.
+    /// The names of the shipped profiles, sorted.
     std::vector<std::string> names() const;
 
-    /// The file that the user means: a name of the shelf, or, with a "/" or ".json" at its end, a path.
-    /// Errors: UnknownProfile, with the names there are.
+    /// The file that the user means: a name of the shelf, or a path if it contains a "/" or ends with
+    /// ".json". Errors: UnknownProfile, with the existing names.
     Result<std::filesystem::path> find(const std::string& nameOrFile) const;
 
  private:

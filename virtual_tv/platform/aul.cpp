@@ -25,7 +25,8 @@ constexpr std::array kLaunchStatuses = {
     StatusOf{ErrorCode::CannotRun, -5},
 };
 
-/// The bundle as the application finds it in its environment. Throws for a value that is no UTF-8.
+/// The bundle in the form in which the application finds it in its environment. Throws for a value that is
+/// not UTF-8.
 std::string textOf(const bundle* launch) {
     if (launch == nullptr || launch->entries.empty()) {
         return {};

@@ -10,7 +10,7 @@ using namespace vxtv;
 
 namespace {
 
-// The table of statuses stands in virtual_tv/README.md as well.
+// virtual_tv/README.md contains the same table of statuses.
 constexpr int kBadArgument = -2;
 constexpr int kKeyIsThere = -3;
 constexpr int kNoSuchKey = -4;

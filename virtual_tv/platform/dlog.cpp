@@ -12,7 +12,7 @@ namespace {
 
 constexpr int kNotWritten = -1;
 
-/// The message, whatever its length.
+/// The message, of any length.
 __attribute__((format(printf, 1, 0))) std::string format(const char* fmt, va_list arguments) {
     std::array<char, 1024> usual{};
     va_list again;

@@ -26,7 +26,7 @@ CHomeDataControlAPI* CHomeDataControlAPI::GetInstance() {
                   [none](Television& television) { return hasHomeData(television) ? &instance : none; });
 }
 
-// The object holds nothing: what it works on is the television's.
+// Nothing to free: the object has no data, because all data belongs to the television.
 void CHomeDataControlAPI::Destroy() {}
 
 bool CHomeDataControlAPI::CopyCloneDataTVtoUSB(std::string directory, std::string option) {

@@ -26,8 +26,8 @@ std::string ownApplication() {
 }
 
 MessagePorts& portsOf(const Television& television) {
-    // Never removed: other threads may call while the process ends. Receivers are not called any more then,
-    // as the end takes away what they use.
+    // Never destroyed, because other threads may call it while the process ends. Receivers are no longer
+    // called then, because the data that they use may be destroyed already.
     static MessagePorts* const ports =
         std::make_unique<MessagePorts>(television.folder(), ownApplication()).release();
     struct Farewell {

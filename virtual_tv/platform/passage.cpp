@@ -29,7 +29,7 @@ std::optional<std::string_view> textOf(const char* text) {
     return text != nullptr ? std::optional<std::string_view>(text) : std::nullopt;
 }
 
-/// The first argument if it is a text.
+/// The first argument, if it is a text.
 std::optional<std::string_view> keyOf(Arguments arguments) {
     const bool any = arguments.size() > 0;
     return any ? arguments.begin()->text : std::nullopt;
@@ -58,7 +58,7 @@ Passage::Passage(KnownCall call, Arguments arguments)
     if (television_ == nullptr) {
         return;
     }
-    // A plan that cannot be read imposes nothing: the work meets the same trouble and answers for itself.
+    // If the plan cannot be read, the call is made without faults. It will meet the same error and report it.
     const auto action = television_->faults().onCall(call_.name(), keyOf(arguments_)).value_or(std::nullopt);
     if (action) {
         fault_ = action->id;

@@ -15,7 +15,7 @@
 
 namespace vxtv {
 
-/// What most platform calls return that could not do their work.
+/// The result of most platform calls that failed.
 inline constexpr int kFailed = -1;
 
 /// One argument of a platform call as the call log shows it.
@@ -28,23 +28,23 @@ struct Argument {
 };
 
 Argument number(const char* name, std::int64_t value);
-/// A text that tells what the call is about: a key, a path, a port.
+/// A text that names the subject of the call: a key, a path, a port.
 Argument named(const char* name, const char* text);
 Argument named(const char* name, const std::string& text);
-/// A text that may be somebody's PIN: its length is logged.
+/// A text that may be secret, such as a PIN. Only its length is logged.
 Argument secret(const char* name, const char* text);
 
 using Arguments = std::initializer_list<Argument>;
 
-/// A platform call on its way through the television's fault plan and call log.
+/// A platform call with its entry in the television's call log, and the effect of the fault plan.
 class Passage {
  public:
-    /// Counts the call in the fault plan of this process's television, and waits as long as that wants.
+    /// Counts the call in the fault plan of this process's television, and waits as long as the plan says.
     Passage(KnownCall call, Arguments arguments);
 
-    /// Null when there is no television.
+    /// Null if there is no television.
     Television* television() const { return television_; }
-    /// What the call has to return instead of doing its work.
+    /// The status that the call must return instead of doing its work.
     const std::optional<int>& imposedStatus() const { return imposedStatus_; }
     /// Writes the call to the log.
     void log(nlohmann::ordered_json result);
@@ -57,8 +57,8 @@ class Passage {
     std::optional<int> imposedStatus_;
 };
 
-/// A status in the type that the call returns: a bool is true for any but 0; for what is no number, a status
-/// means failure.
+/// The status as the type that the call returns. For a bool, every status except 0 is true. For a type that
+/// is not a number, a status means failure.
 template <class Value>
 Value fromStatus(int status, const Value& failed) {
     if constexpr (std::is_same_v<Value, bool>) {
@@ -70,7 +70,8 @@ Value fromStatus(int status, const Value& failed) {
     }
 }
 
-/// A result as the call log shows it: of a string that may be secret its length, of an object that it is one.
+/// A result as the call log shows it: the length of a string that may be secret, and only the existence of an
+/// object.
 template <class Value>
 nlohmann::ordered_json toLog(const Value& value) {
     if constexpr (std::is_same_v<Value, char*>) {
@@ -85,8 +86,8 @@ nlohmann::ordered_json toLog(const Value& value) {
     }
 }
 
-/// Answers a platform call: the fault plan first, then `work(television)`, then the call log. No exception
-/// leaves it. Result: what the work returns; `failed` without a television or when memory is short.
+/// Answers a platform call: first the fault plan, then `work(television)`, then the call log. Does not throw.
+/// Result: that of the work, or `failed` without a television or without enough memory.
 template <class Value, class Work>
 Value answer(KnownCall call, Arguments arguments, Value failed, Work work) noexcept {
     try {

@@ -12,7 +12,7 @@ namespace vxtv {
 
 namespace {
 
-/// Needs no memory of its own: there may be none.
+/// Allocates no memory, because there may be none.
 void sayThatThereIsNone(vxcommon::PrintableView why) {
     vxcommon::Writer errors = vxcommon::standardError();
     errors.write("vx-virtual-tv: no television, so every platform call fails: ");

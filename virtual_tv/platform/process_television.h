@@ -4,9 +4,9 @@
 
 namespace vxtv {
 
-/// The television in which this process runs, named by the environment variable `kTelevisionVariable` when
-/// the first platform call is made. Result: null when there is none, which one line on standard error tells
-/// once. Ownership: the process's, to its end. Threads: any.
+/// The television in which this process runs. The environment variable `kTelevisionVariable` names it when
+/// the first platform call is made. Result: null if there is none; one line on standard error says so once.
+/// Ownership: the process owns it until its end. Threads: any.
 Television* processTelevision() noexcept;
 
 }  // namespace vxtv

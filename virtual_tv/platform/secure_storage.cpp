@@ -28,7 +28,7 @@ Credential ownOf(const ss_credential& credential) {
     return own;
 }
 
-/// Hands the secret out in a buffer of the caller's. Result: 0, or a failure when memory is short.
+/// Copies the secret into a buffer for the caller. Result: 0, or a failure if there is not enough memory.
 int handOut(const std::string& secret, char** data, size_t* length) {
     auto* const buffer = static_cast<char*>(std::malloc(std::max<std::size_t>(secret.size(), 1)));
     if (buffer == nullptr) {

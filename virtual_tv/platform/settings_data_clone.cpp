@@ -9,7 +9,7 @@ using namespace vxtv;
 
 namespace {
 
-// The service says 0 when it failed, whatever the reason.
+// The service returns 0 for every failure.
 constexpr int kNotCloned = 0;
 constexpr int kCloned = 1;
 

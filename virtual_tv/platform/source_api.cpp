@@ -20,7 +20,7 @@ std::shared_ptr<Items> itemsOf(const std::vector<Source>& sources) {
 }  // namespace
 
 CSourceAPI* CSourceAPI::Get() {
-    // Promised to be there in any case; its operations say that the service is not.
+    // The contract says that the object always exists. Its operations report if the service does not.
     static CSourceAPI sources;
     return answer("CSourceAPI::Get", {}, &sources, [](Television&) { return &sources; });
 }

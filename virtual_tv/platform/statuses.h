@@ -7,13 +7,13 @@
 
 namespace vxtv {
 
-/// The status with which a service answers for an error. The tables stand in virtual_tv/README.md as well.
+/// The status that a service returns for an error. virtual_tv/README.md contains the same tables.
 struct StatusOf {
     ErrorCode code;
     int status;
 };
 
-/// The status for the error, or `otherwise` when the table has none.
+/// The status for the error, or `otherwise` if it is not in the table.
 template <class Table>
 int statusOf(const Table& table, ErrorCode code, int otherwise) {
     for (const StatusOf& entry : table) {
@@ -24,8 +24,8 @@ int statusOf(const Table& table, ErrorCode code, int otherwise) {
     return otherwise;
 }
 
-/// The statuses of the services that say 0 for success and a negative number for a failure. The table stands
-/// in virtual_tv/README.md as well.
+/// The statuses of the services that return 0 for success and a negative number for a failure.
+/// virtual_tv/README.md contains the same table.
 inline constexpr std::array kServiceStatuses = {
     StatusOf{ErrorCode::BadArgument, -2},    StatusOf{ErrorCode::OutOfRange, -2},
     StatusOf{ErrorCode::NoBackupFile, -3},   StatusOf{ErrorCode::NotABackupFile, -4},
@@ -39,8 +39,8 @@ inline int serviceStatus(const Result<void>& done) {
     return done ? 0 : statusOf(kServiceStatuses, done.error().code, kOtherFailure);
 }
 
-/// Writes the error of what failed into the television's log, for whoever sees the status alone: `vxtv log`
-/// shows it. Result: `done`, unchanged.
+/// Writes the error to the television's log, because the caller only sees the status. Result: `done`,
+/// unchanged.
 inline const Result<void>& logged(Television& television, const char* tag, const Result<void>& done) {
     constexpr int kErrorPriority = 6;
     if (!done) {

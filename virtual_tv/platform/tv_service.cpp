@@ -12,7 +12,7 @@ using namespace vxtv;
 
 namespace {
 
-// The channel map's two operations say it the other way round.
+// The two operations of the channel map return 1 for success, unlike the others.
 constexpr int kDone = 1;
 constexpr int kNotDone = 0;
 constexpr const char* kServiceLogTag = "tv-service";
@@ -21,7 +21,7 @@ ChannelArchive archiveOf(const Television& television) {
     return ChannelArchive(ChannelStore(television.database()));
 }
 
-/// Whether it was done; if not, the log says why.
+/// Whether it succeeded. If not, the log has the reason.
 bool noted(Television& television, const Result<void>& done) {
     return logged(television, kServiceLogTag, done).has_value();
 }
@@ -56,7 +56,7 @@ class B2BControl : public IB2BControl {
 
 class ServiceNavigation : public IServiceNavigation {};
 
-/// Hands out the service's one object of the class. Result: a status.
+/// Returns the service's one object of the class. Result: a status.
 template <class Object, class Interface>
 int handOut(Television& television, Interface** place) {
     static Object object;
@@ -110,7 +110,7 @@ int TVServiceAPI::CreateServiceNavigation(EProfile profile, int id, IServiceNavi
 }
 
 CCCategoryUtil* CCCategoryUtil::GetInstance() {
-    // Promised to be there in any case; its operations say that the service is not.
+    // The contract says that the object always exists. Its operations report if the service does not.
     static CCCategoryUtil categories;
     return answer("CCCategoryUtil::GetInstance", {}, &categories, [](Television&) { return &categories; });
 }

@@ -10,7 +10,7 @@ namespace {
 
 constexpr const char* kTimerLogTag = "tv-timer";
 
-/// Answers a call that works on a directory, by one of the store's operations.
+/// Answers a call for a directory with an operation of the store.
 template <class Operation>
 int answerFor(KnownCall call, const char* directory, Operation operation) {
     return answer(call, {named("directory", directory)}, kFailed, [&](Television& television) {

@@ -8,7 +8,7 @@ using namespace vxtv;
 
 namespace {
 
-/// Answers with what `take(state)` takes out of the state.
+/// Answers with the part of the state that `take(state)` returns.
 template <class Take>
 int answerFromState(KnownCall call, Take take) {
     return answer(call, {}, kFailed, [&take](Television& television) {

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* kNetworkSupport = "com.kestrel/featureconf/network.network_support";
 
-/// The applications come from the network: a model without one has no use for them.
+/// The applications come from the network, so a model without network does not support them.
 Result<void> requireNetwork(const Television& television) {
     return television.systemInformation().featureInt(kNetworkSupport).and_then([](int supported) {
         return supported != 0

@@ -15,7 +15,7 @@ constexpr int kInstalledBefore = 2;
 constexpr int kTarget = 2;
 constexpr int kOption = 0;
 
-// Its callers take 2 for success and look at the other bits alone: a failure has to have one of those.
+// Callers treat 2 as success and test only the other bits, so a failure must have one of those set.
 constexpr std::array kInstallStatuses = {
     StatusOf{ErrorCode::BadArgument, -2},  StatusOf{ErrorCode::NoKeyFile, -3},
     StatusOf{ErrorCode::NotAKeyFile, -4},  StatusOf{ErrorCode::OtherVersion, -5},

@@ -37,7 +37,7 @@ constexpr std::array kNamed = {
     Named{SD_BUS_ERROR_SERVICE_UNKNOWN, PortError::NoSuchPort},
     Named{SD_BUS_ERROR_NAME_HAS_NO_OWNER, PortError::NoSuchPort},
     Named{SD_BUS_ERROR_UNKNOWN_OBJECT, PortError::NoSuchPort},
-    // The bus says so of a receiver that ended before it answered.
+    // The bus answers this if a receiver ended before it replied.
     Named{SD_BUS_ERROR_NO_REPLY, PortError::NoSuchPort},
     Named{SD_BUS_ERROR_TIMEOUT, PortError::NoAnswer},
     Named{kReceiverFullName, PortError::ReceiverFull},
@@ -66,7 +66,7 @@ std::uint64_t toMicroseconds(Clock::duration time) {
     return static_cast<std::uint64_t>(std::chrono::duration_cast<microseconds>(time).count());
 }
 
-/// The greeting is exchanged here, since the library itself would wait for it a minute and more.
+/// The greeting is exchanged here, because the bus library itself would wait for it for more than a minute.
 int finishGreeting(sd_bus* bus) {
     const auto deadline = Clock::now() + kLongestWait;
     while (true) {

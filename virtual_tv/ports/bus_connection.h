@@ -10,7 +10,7 @@
 
 namespace vxtv {
 
-/// How long an operation may wait for the bus or for another application.
+/// The longest wait of an operation for the bus or for another application.
 inline constexpr std::chrono::seconds kLongestWait(3);
 
 struct FreeBus {
@@ -19,7 +19,7 @@ struct FreeBus {
 struct FreeMessage {
     void operator()(sd_bus_message* message) const { sd_bus_message_unref(message); }
 };
-/// To be used by one thread at a time.
+/// Only one thread at a time may use it.
 using BusConnection = std::unique_ptr<sd_bus, FreeBus>;
 using BusMessage = std::unique_ptr<sd_bus_message, FreeMessage>;
 
@@ -27,14 +27,13 @@ using BusMessage = std::unique_ptr<sd_bus_message, FreeMessage>;
 /// On failure NoBus or NoAnswer.
 PortResult<BusConnection> connectToBus(const std::string& address);
 
-/// Calls a method and waits for its answer.
-/// On failure what the answer stands for.
+/// Calls a method and waits for its answer. On failure the error that the answer means.
 PortResult<BusMessage> callOnBus(sd_bus* bus, sd_bus_message* call);
 
-/// What a negative error number of the bus library stands for.
+/// The error that a negative error number of the bus library means.
 PortError portErrorOf(int negativeErrno);
 
-/// The answer of a receiver that has no room for another message.
+/// The error name with which a full receiver answers.
 inline constexpr const char* kReceiverFullName = "vxtv.Error.ReceiverFull";
 
 }  // namespace vxtv

@@ -8,7 +8,7 @@ namespace vxtv {
 
 namespace {
 
-/// A receiver that takes longer does not keep a process from its end.
+/// A slow receiver delays the end of the process no longer than this.
 constexpr std::chrono::seconds kLongestFarewell{2};
 
 }  // namespace

@@ -12,12 +12,11 @@
 
 namespace vxtv {
 
-/// How many messages may wait for a process until it has looked at them.
+/// The number of messages that may wait for a process.
 inline constexpr std::size_t kMostWaiting = 64;
 
-/// Hands the messages of this process's ports to their receivers, one after the other, on a thread of its
-/// own: a receiver that waits for something holds up other messages, but nothing else.
-/// Threads: any.
+/// Passes the messages of this process's ports to their receivers, one after the other, on its own thread. A
+/// receiver that blocks delays other messages, but nothing else. Threads: any.
 class Delivery {
  public:
     using Receiver = std::function<void(int port, PortMessage message)>;
@@ -27,18 +26,18 @@ class Delivery {
     Delivery(const Delivery&) = delete;
     Delivery& operator=(const Delivery&) = delete;
 
-    /// From now on the port's messages, those that wait included, go to the receiver.
+    /// From now on the receiver gets the port's messages, including those that already wait.
     void setReceiver(int port, Receiver receiver);
 
-    /// Takes the message over. Result: false when there is no room for it.
+    /// Queues the message. Result: false if the queue is full.
     bool accept(int port, PortMessage message);
 
-    /// Delivers nothing more, and waits for the receiver that is being called. Messages that still wait are
-    /// dropped. Not to be called by a receiver.
+    /// Stops the delivery and waits for the receiver that is running. Waiting messages are dropped. A
+    /// receiver must not call it.
     void end();
 
-    /// Delivers nothing more, and waits for the receiver that is being called, but not for long: for a
-    /// process that ends. A receiver may call it, and does not wait for itself.
+    /// For a process that ends: stops the delivery and waits for a limited time for the receiver that is
+    /// running. A receiver may call it and does not wait for itself.
     void hush();
 
  private:

@@ -36,7 +36,7 @@ LocalPort::~LocalPort() {
     if (!thread_.joinable()) return;
     eventfd_write(stop_.get(), 1);
     thread_.join();
-    // The bus would find out by itself, a little later.
+    // The bus would notice the closed connection by itself, but a little later.
     sd_bus_release_name(bus_.get(), busName_.c_str());
 }
 

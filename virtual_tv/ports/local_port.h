@@ -11,20 +11,20 @@
 
 namespace vxtv {
 
-/// A port of this process: its name on the bus, on a connection of its own, with a thread that takes messages
-/// over for `Delivery` and tells the senders so. A receiver that is being called never keeps it from that.
+/// A port of this process: its bus name, on a connection of its own, with a thread that queues messages in
+/// `Delivery` and confirms them to the senders. A running receiver never blocks this thread.
 class LocalPort {
  public:
     /// Connects and takes the name. On failure NameTaken, NoBus, NoAnswer or Failed.
     /// Ownership: the delivery must outlive the port.
     static PortResult<std::unique_ptr<LocalPort>> open(const std::string& address, const std::string& busName,
                                                        int id, Delivery& delivery);
-    /// Gives the name back; when it returns, the port does not exist any more.
+    /// Releases the name. When it returns, the port does not exist any more.
     ~LocalPort();
     LocalPort(const LocalPort&) = delete;
     LocalPort& operator=(const LocalPort&) = delete;
 
-    /// Whether it still has its name: false once the bus is gone.
+    /// Whether it still has its name. False after the bus has ended.
     bool isOpen() const { return open_; }
     /// The address of its bus.
     const std::string& address() const { return address_; }

@@ -30,12 +30,13 @@ MessagePorts::MessagePorts(Folder folder, std::string application)
     : folder_(std::move(folder)), application_(std::move(application)), owner_(getpid()) {}
 
 MessagePorts::~MessagePorts() {
-    // A receiver may be sending something.
+    // A running receiver may be sending a message.
     delivery_.end();
 }
 
 void MessagePorts::hush() {
-    // A forked child has no such thread, and the lock may be held by one that is not there.
+    // A forked child does not have this thread, and the lock may be held by a thread that does not exist in
+    // the child.
     if (!isForked()) delivery_.hush();
 }
 
@@ -96,7 +97,7 @@ PortResult<void> MessagePorts::send(const std::string& application, const std::s
 }
 
 PortResult<std::string> MessagePorts::nameOf(int localPort) {
-    // In a forked child the lock may be held by a thread that is not there.
+    // In a forked child a thread that does not exist may hold the lock.
     if (isForked()) return tl::make_unexpected(PortError::NoBus);
     const std::lock_guard lock(portsMutex_);
     for (const auto& [name, own] : ports_) {
@@ -125,7 +126,7 @@ PortResult<BusMessage> MessagePorts::call(MakeCall makeCall) {
     VX_RETURN_IF_FAILED(message);
     auto answer = callOnBus(calls_.get(), message->get());
     const bool isUsable = answer || sd_bus_is_open(calls_.get()) > 0;
-    // An answer that comes after all would stay in the connection for good.
+    // A late answer would stay in the connection forever, so the connection is dropped.
     if (!isUsable || (!answer && answer.error() == PortError::NoAnswer)) calls_.reset();
     return answer;
 }

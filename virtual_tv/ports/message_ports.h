@@ -14,14 +14,14 @@
 
 namespace vxtv {
 
-/// How many ports one process may have.
+/// The maximum number of ports of one process.
 inline constexpr std::size_t kMostPorts = 16;
 
-/// The message ports of one application, on the bus of its television. Each operation looks for the bus anew,
-/// so one that was down when a port was made, or went down since, is found again by the next call.
+/// The message ports of one application on its television's bus. Each operation looks for the bus again, so
+/// if the bus was down or has been restarted, the next call finds it.
 ///
-/// Threads: any. Nothing here waits for a receiver of this process, and receivers may call everything.
-/// Processes: a process that forks leaves the child an object that refuses everything.
+/// Threads: any. No operation waits for a receiver of this process, and receivers may call all of them.
+/// Processes: after a fork, the child's object refuses every operation.
 class MessagePorts {
  public:
     MessagePorts(Folder folder, std::string application);
@@ -29,19 +29,19 @@ class MessagePorts {
     MessagePorts(const MessagePorts&) = delete;
     MessagePorts& operator=(const MessagePorts&) = delete;
 
-    /// For the end of the process: receivers are not called any more, and one that is being called has ended,
-    /// unless it takes long. Threads that call the other operations are not disturbed.
+    /// For the end of the process: receivers are no longer called, and a running one has ended, unless it
+    /// takes long. Threads in other operations are not disturbed.
     void hush();
 
-    /// Makes a port, and takes its messages from now on. Result: its id, 1 or more. The same name again gives
-    /// the same id, and the receiver replaces the one before.
+    /// Makes a port and begins to receive its messages. Result: its id, 1 or more. The same name again gives
+    /// the same id, and replaces the receiver.
     PortResult<int> open(const std::string& name, Delivery::Receiver receiver);
 
     /// Whether the application has the port now.
     PortResult<bool> exists(const std::string& application, const std::string& port);
 
-    /// Sends the entries, with the port of the id as the address for answers. Returns when the receiving
-    /// process has taken the message over, before its receiver runs.
+    /// Sends the entries, with the port `id` as the address for answers. Returns when the receiving process
+    /// has accepted the message, before its receiver runs.
     PortResult<void> send(const std::string& application, const std::string& port, const PortEntries& entries,
                           int localPort);
 

@@ -35,7 +35,8 @@ PortResult<std::string> portBusName(std::string_view application, std::string_vi
     if (kPrefix.size() + application.size() + 1 + port.size() > kLongestBusName) {
         return tl::make_unexpected(PortError::NameTooLong);
     }
-    // The last dot tells the two apart, so that no two ports share a name.
+    // A port has no dot, so the last dot separates application and port, and every port has a different bus
+    // name.
     if (!isMadeOfParts(application) || !isPart(port)) return tl::make_unexpected(PortError::BadArgument);
     return std::string(kPrefix).append(application).append(".").append(port);
 }

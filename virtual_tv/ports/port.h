@@ -9,7 +9,7 @@
 
 namespace vxtv {
 
-/// Why an operation on message ports failed: the status that the platform's call answers with.
+/// The reason of a failed operation on message ports. The value is the status that the platform call returns.
 enum class PortError : int {
     Failed = -1,       ///< short of memory, or the system said no
     BadArgument = -2,  ///< a null, an empty name, a character that names may not have, text that is no UTF-8
@@ -27,13 +27,12 @@ enum class PortError : int {
 template <class Value>
 using PortResult = tl::expected<Value, PortError>;
 
-/// Named strings, in the order in which they were added. A value stays where it is while others are added.
+/// Named strings in the order in which they were added. Adding an entry does not move the others in memory.
 using PortEntries = std::deque<std::pair<std::string, std::string>>;
 
-/// The name on the bus that stands for the application's port: "vxtv.APPLICATION.PORT". An application's id
-/// is made of parts between dots, a port's name is one part; a part has letters, digits, "-" and "_", and
-/// does not begin with a digit.
-/// On failure BadArgument or NameTooLong.
+/// The bus name of the application's port: "vxtv.APPLICATION.PORT". An application's id consists of parts
+/// separated by dots; a port's name is one part. A part has letters, digits, "-" and "_", and does not begin
+/// with a digit. On failure BadArgument or NameTooLong.
 PortResult<std::string> portBusName(std::string_view application, std::string_view port);
 
 }  // namespace vxtv

@@ -9,10 +9,10 @@
 
 namespace vxtv {
 
-/// How many bytes the keys and values of one message may have together.
+/// The maximum size of the keys and values of one message together, in bytes.
 inline constexpr std::size_t kLargestMessage = 64 * 1024;
 
-/// Of the keys and values together.
+/// The size of the keys and values together.
 std::size_t sizeOf(const PortEntries& entries);
 
 /// A message on its way to a port.
@@ -23,16 +23,17 @@ struct PortMessage {
     PortEntries entries;
 };
 
-/// Where a port's messages go: the one method of the one object that the owner of a port's name has.
+/// The object and its one method to which a port's messages are sent. The owner of the port's name has this
+/// object.
 inline constexpr const char* kPortObject = "/vxtv/port";
 inline constexpr const char* kPortInterface = "vxtv.MessagePort";
 inline constexpr const char* kDeliverMethod = "Deliver";
 
-/// The method call that delivers the message to the owner of the name.
-/// On failure BadArgument (a text that is no UTF-8), MessageTooLarge or Failed.
+/// The method call that delivers the message to the owner of the name. On failure BadArgument (a text that is
+/// not UTF-8), MessageTooLarge or Failed.
 PortResult<BusMessage> toCall(sd_bus* bus, const std::string& busName, const PortMessage& message);
 
-/// The message in a call of `kDeliverMethod`, or nothing when the call holds something else.
+/// The message in a call of `kDeliverMethod`; empty if the call holds something else.
 std::optional<PortMessage> fromCall(sd_bus_message* call);
 
 }  // namespace vxtv

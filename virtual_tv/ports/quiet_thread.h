@@ -7,7 +7,7 @@
 
 namespace vxtv {
 
-/// Starts a thread that takes no signals: they are meant for the program's own threads.
+/// Starts a thread with all signals blocked, because signals are for the program's own threads.
 template <class Work>
 std::thread quietThread(Work&& work) {
     sigset_t all;

@@ -34,7 +34,7 @@ Result<void> settle(const Job& job) {
                                    reason(error)));
     }
     if (job.isolation == Isolation::RealPaths) {
-        // Without a process namespace the orphans of the session have to be collected by hand.
+        // Without a process namespace, the session's orphans must be adopted to collect them.
         prctl(PR_SET_CHILD_SUBREAPER, 1);
     } else {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -56,7 +56,8 @@ Result<void> settle(const Job& job) {
 }
 
 Message notStarted(const std::string& program, int error) {
-    // A PATH with a directory that may not be read makes the system say "permission denied" of any name.
+    // If the PATH contains an unreadable directory, the system reports "permission denied" for every missing
+    // program.
     const bool isSearched = program.find('/') == std::string::npos;
     if (!findProgram(program) && (isSearched || error == ENOENT || error == ENOTDIR)) {
         return {Message::Kind::NotStarted, kNotFound,
@@ -72,7 +73,7 @@ Message notStarted(const std::string& program, int error) {
                     program, reason(error))};
 }
 
-/// The command's process, or why there is none.
+/// The command's process, or the reason why there is none.
 tl::expected<pid_t, Message> start(const Job& job, const sigset_t& mask, const Terminal& terminal) {
     std::array<int, 2> pipe{};
     if (pipe2(pipe.data(), O_CLOEXEC) != 0)
@@ -89,19 +90,20 @@ tl::expected<pid_t, Message> start(const Job& job, const sigset_t& mask, const T
     return tl::make_unexpected(notStarted(job.command.front(), error));
 }
 
-/// Collects whatever has ended. The command's exit status, once it has.
+/// Collects all ended processes. Result: the command's exit status, if the command has ended.
 std::optional<int> reap(pid_t command, bool continueStopped) {
     std::optional<int> ended;
     int status = 0;
     for (pid_t child = 0; (child = waitpid(-1, &status, WNOHANG | WUNTRACED)) > 0;) {
-        // The shell that started vxtv sees nothing of a stop in here, so nobody could continue the command.
+        // The shell that started vxtv does not see this stop, so nobody could continue the command.
         if (WIFSTOPPED(status) && child == command && continueStopped) kill(child, SIGCONT);
         if (!WIFSTOPPED(status) && child == command) ended = exitStatus(status);
     }
     return ended;
 }
 
-/// Until the command has ended: its exit status. Nothing when the other end of the channel is closed.
+/// Follows the command until it ends. Result: its exit status; empty if the other end of the channel was
+/// closed.
 std::optional<int> follow(pid_t command, const Job& job, const MessageChannel& channel,
                           const Descriptor& children) {
     std::array<pollfd, 2> ready = {pollfd{channel.descriptor(), POLLIN, 0},
@@ -120,7 +122,7 @@ std::optional<int> follow(pid_t command, const Job& job, const MessageChannel& c
     }
 }
 
-/// As the reaper of orphans every process of the session becomes our child sooner or later.
+/// All orphans of the session are adopted by this process, so they all become its children sooner or later.
 void killAllChildren() {
     do {
         std::ifstream children("/proc/thread-self/children");

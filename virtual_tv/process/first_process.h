@@ -8,10 +8,10 @@
 
 namespace vxtv {
 
-/// The life of a session's first process, just forked: settles into its namespaces, prepares, starts the
-/// command with the signal mask `mask`, takes care of orphans, and when the command has ended, or the other
-/// end of the channel is closed, ends every process of the session and itself. Reports over the channel: one
-/// message, of any kind but Signal.
+/// The main function of a session's first process, right after the fork. It enters its namespaces, prepares,
+/// starts the command with the signal mask `mask`, and adopts orphans. When the command has ended or the
+/// other end of the channel is closed, it ends all processes of the session and itself. It reports one
+/// message over the channel, of any kind except Signal.
 [[noreturn]] void runFirstProcess(const Job& job, const MessageChannel& channel, const sigset_t& mask,
                                   const Terminal& terminal);
 

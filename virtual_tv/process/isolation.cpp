@@ -37,7 +37,7 @@ const Way& wayOf(Isolation isolation) {
     return kWays[static_cast<std::size_t>(isolation)];
 }
 
-/// Asked once, before any namespace is entered: inside a new user namespace the answer is "nobody".
+/// Queried once, before any namespace is entered: inside a new user namespace the answer would be "nobody".
 struct ProcessIdentity {
     uid_t user = geteuid();
     gid_t group = getegid();
@@ -56,7 +56,7 @@ int writeFile(const char* path, const std::string& text) {
 
 int keepIdentity() {
     const auto [user, group] = identity();
-    // The kernel lets an unprivileged process map its group only after it has given up setgroups(2).
+    // The kernel lets an unprivileged process map its group only after setgroups(2) was disabled.
     if (const int error = writeFile("/proc/self/setgroups", "deny"); error != 0 && error != ENOENT)
         return error;
     if (const int error = writeFile("/proc/self/uid_map", fmt::format("{0} {0} 1", user)); error != 0) {
@@ -69,7 +69,7 @@ int cutOffMounts() {
     return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 ? 0 : errno;
 }
 
-/// Some systems allow the namespaces and then refuse the mounts in them, so a trial mounts something.
+/// Some systems allow the namespaces but refuse mounts in them, so the trial also mounts something.
 int tryOut(Isolation isolation) {
     const pid_t child = forkInto(isolation);
     if (child < 0) return errno;
@@ -110,7 +110,7 @@ pid_t forkInto(Isolation isolation) {
     identity();
     const auto namespaces = wayOf(isolation).namespaces;
     if (namespaces == 0) return fork();
-    // No library function forks into a namespace and leaves the caller where it is.
+    // No library function forks into a new namespace and leaves the caller in its old one.
     return static_cast<pid_t>(syscall(SYS_clone, namespaces | SIGCHLD, nullptr, nullptr, nullptr, nullptr));
 }
 

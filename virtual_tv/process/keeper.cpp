@@ -20,7 +20,8 @@ void endWithTheChild(int) {
     _exit(0);
 }
 
-/// Nothing of the caller's may stay open, or whoever waits for its end would wait for ours.
+/// Closes everything else of the caller; otherwise whoever waits for the caller's end would also wait for
+/// ours.
 void keepOnly(const std::array<int, kKeptDescriptors>& kept) {
     std::array<int, kKeptDescriptors> moved{};
     for (std::size_t i = 0; i < kept.size(); ++i) moved[i] = fcntl(kept[i], F_DUPFD, kOutOfTheWay);

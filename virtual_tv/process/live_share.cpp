@@ -34,12 +34,11 @@ tl::unexpected<Error> LiveShare::cannotUse(const std::filesystem::path& file) co
                                files_.name, file.string(), reason()));
 }
 
-/// The file of the address is locked for the service, which inherits the lock and keeps it for its whole
-/// life.
+/// The file with the address is locked for the service, which inherits the lock and keeps it until its end.
 Result<void> LiveShare::startNew(const Start& start) {
     const Descriptor file = opened(files_.address);
     Descriptor lock = opened(files_.lock);
-    // Whoever looks for the address has it locked for a moment.
+    // A process that looks for the address locks the file for a moment.
     const bool isOurs = lock && isLocked(file, LOCK_EX) && ftruncate(file.get(), 0) == 0;
     if (!isOurs) return cannotUse(files_.address);
     const auto service = start({std::move(lock), file.get()});
@@ -55,14 +54,14 @@ Result<void> LiveShare::startNew(const Start& start) {
 Result<void> LiveShare::take(const Start& start) {
     std::error_code ignored;
     std::filesystem::create_directory(files_.folder, ignored);
-    // One at a time finds out whether there is a service and starts it.
+    // Only one process at a time checks for a service and starts it.
     const Descriptor turn(open(files_.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!isLocked(turn, LOCK_EX)) return cannotUse(files_.folder);
-    // Whoever started a service and was killed before it wrote the address left one that nobody can reach.
-    // Its keeper ends it, unless a share is taken meanwhile.
+    // If a process started a service and was killed before it wrote the address, nobody can reach that
+    // service. Its keeper ends it, unless a share is taken meanwhile.
     if (!lineOfLiveFile(files_.address)) waitForEndOfLiveFile(files_.address);
     Descriptor lock = opened(files_.lock);
-    // A keeper that is ending its service has the lock until that is done.
+    // A keeper that is ending its service holds the lock until that is done.
     if (!isLocked(lock, LOCK_SH)) return cannotUse(files_.lock);
     if (!lineOfLiveFile(files_.address)) {
         if (const auto started = startNew(start); !started) return started;
@@ -73,7 +72,7 @@ Result<void> LiveShare::take(const Start& start) {
 
 void LiveShare::join() {
     Descriptor lock(open(files_.lock.c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
-    // A keeper that has the lock is ending its service.
+    // If a keeper has the lock, it is ending its service.
     const bool isShared = isLocked(lock, LOCK_SH | LOCK_NB);
     if (isShared && lineOfLiveFile(files_.address)) lock_ = std::move(lock);
 }

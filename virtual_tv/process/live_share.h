@@ -11,20 +11,20 @@
 
 namespace vxtv {
 
-/// A service that is up, and serves all sessions of a television.
+/// A running service for all sessions of a television.
 struct StartedService {
     std::string address;
     pid_t keeper = -1;  ///< a child of the caller's, to be waited for when it has ended
 };
 
-/// What such a service is started with.
+/// The arguments for starting such a service.
 struct ServiceStart {
     Descriptor lock;  ///< an own opening of the service's lock, which is taken to know when to end
     int life = -1;    ///< stays open while the service or its keeper is there
 };
 
-/// A session's share in a service. The service is there as long as any process holds one; the kernel gives a
-/// share back with the last process that was forked with it, however that ends.
+/// A session's share in a service. The service runs as long as any process holds a share. The kernel releases
+/// a share when the last process that inherited it has ended, for any reason.
 class LiveShare {
  public:
     struct Files {
@@ -35,22 +35,22 @@ class LiveShare {
     };
     using Start = std::function<Result<StartedService>(ServiceStart)>;
 
-    /// Has none yet.
+    /// Holds no share yet.
     explicit LiveShare(Files files) : files_(std::move(files)) {}
 
-    /// Takes a share in the service that is up, or starts one. When it returns, programs may connect.
-    /// Sessions that begin together get the same one. On failure that of `start`, or Io (the television's
-    /// folder), and there is no share.
+    /// Takes a share in the running service, or starts one. When it returns, programs can connect. Sessions
+    /// that start at the same time get the same service. On failure the error of `start`, or Io (the
+    /// television's folder), and there is no share.
     Result<void> take(const Start& start);
 
-    /// Takes a share in the service that is up; there is none when no service is.
+    /// Takes a share in the running service. Without a running service there is no share afterwards.
     void join();
 
-    /// Whether there is one.
+    /// Whether it holds a share.
     explicit operator bool() const { return static_cast<bool>(lock_); }
 
-    /// Gives the share back if there is one, waits for the end of the service and removes its files.
-    /// Before: nobody else has a share, or takes one meanwhile.
+    /// Releases the share, waits for the end of the service and removes its files. Before: nobody else has a
+    /// share or takes one meanwhile.
     void end();
 
  private:

@@ -9,7 +9,7 @@ namespace vxtv {
 
 namespace {
 
-/// A sentence with two of the longest paths in it.
+/// Long enough for a sentence with two of the longest paths.
 constexpr std::size_t kLongest = 16384;
 constexpr std::size_t kHead = sizeof(Message::Kind) + sizeof(int);
 

@@ -8,7 +8,7 @@
 
 namespace vxtv {
 
-/// What the two sides of a session tell each other.
+/// A message between the two sides of a session.
 struct Message {
     enum class Kind : char {
         Signal,      ///< outwards in: `number` is a signal for the command
@@ -21,22 +21,23 @@ struct Message {
     std::string text;
 };
 
-/// One end of a connection between two processes of a session; closed, the other end reads nothing any more.
+/// One end of a connection between two processes of a session. If it is closed, the other end receives
+/// nothing any more.
 class MessageChannel {
  public:
     MessageChannel() = default;
     /// Takes over the descriptor of an end.
     explicit MessageChannel(Descriptor socket) : socket_(std::move(socket)) {}
 
-    /// Both ends, to be shared out over a fork. Empty ends with errno set when the system has none.
+    /// Both ends, to be distributed by a fork. On failure the ends are empty, and errno is set.
     static std::pair<MessageChannel, MessageChannel> makePair();
 
     int descriptor() const { return socket_.get(); }
     explicit operator bool() const { return static_cast<bool>(socket_); }
     void close() { socket_.close(); }
-    /// Never waits for the reader. False when it is gone.
+    /// Does not wait for the reader. False if the other end is closed.
     bool send(const Message& message) const;
-    /// Waits for the next message; nothing when the other end is closed.
+    /// Waits for the next message; empty if the other end is closed.
     std::optional<Message> receive() const;
 
  private:

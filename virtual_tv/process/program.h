@@ -6,9 +6,9 @@
 
 namespace vxtv {
 
-/// The file that running `name` would start: `name` itself when it holds a slash, else the first executable
-/// of that name on the PATH. Absolute, not resolved. Nothing when there is none on this machine; a television
-/// may still have it.
+/// The file that would be run for `name`: `name` itself if it contains a slash, otherwise the first
+/// executable of that name on the PATH. Absolute, with links not resolved. Empty if there is none on this
+/// machine; a television may still have it.
 std::optional<std::filesystem::path> findProgram(const std::string& name);
 
 }  // namespace vxtv

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::array kPassedOn = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGUSR1, SIGUSR2};
 
-/// While it lives, the passed-on signals are read from a descriptor instead of being delivered.
+/// While it exists, the signals to pass on are read from a descriptor instead of being delivered.
 class SignalReader {
  public:
     SignalReader() {
@@ -34,8 +34,8 @@ class SignalReader {
     SignalReader(const SignalReader&) = delete;
     SignalReader& operator=(const SignalReader&) = delete;
     ~SignalReader() {
-        // One that came with the end of the command has nobody left to go to. Delivered, it would end this
-        // process with the session's things still there.
+        // A signal that arrived at the end of the command has no receiver any more. If it were delivered, it
+        // would end this process before the session is cleaned up.
         signalfd_siginfo unread{};
         while (read(reader_.get(), &unread, sizeof unread) == sizeof unread) continue;
         sigprocmask(SIG_SETMASK, &before_, nullptr);
@@ -43,8 +43,8 @@ class SignalReader {
 
     const sigset_t& before() const { return before_; }
     int descriptor() const { return reader_.get(); }
-    /// The next signal that has to be passed on. The kernel itself sends those of the terminal, and sends
-    /// them to the command as well.
+    /// The next signal to pass on. Signals that the terminal sends are skipped, because the kernel sends them
+    /// to the command as well.
     std::optional<int> next() const {
         signalfd_siginfo signal{};
         if (read(reader_.get(), &signal, sizeof signal) != sizeof signal || signal.ssi_code == SI_KERNEL) {

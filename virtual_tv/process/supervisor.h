@@ -10,7 +10,7 @@
 
 namespace vxtv {
 
-/// A command and the processes it will belong to.
+/// A command and the environment of its processes.
 struct Job {
     std::vector<std::string> command;  ///< the program, found on the PATH of the session, and its arguments
     std::vector<std::pair<std::string, std::string>> environment;  ///< added to the caller's
@@ -19,16 +19,16 @@ struct Job {
     bool interactive = false;               ///< the command gets the terminal to itself
 };
 
-/// How a job ended: an exit status as a shell gives it, and a sentence if the command could not be started.
+/// How a job ended: an exit status as in a shell, and a sentence if the command could not be started.
 struct Outcome {
     int status = 0;
     std::string complaint;
 };
 
-/// Runs the job and waits until its last process is gone. Meanwhile SIGINT, SIGTERM, SIGHUP, SIGQUIT,
-/// SIGUSR1 and SIGUSR2 that other processes send to the caller are passed on to the command; those of the
-/// terminal reach the command without our help. If the caller is killed, so is the job.
-/// On failure the error is that of `prepare`, or NoIsolation. Only one thread may run in the caller.
+/// Runs the job and waits until its last process has ended. Meanwhile SIGINT, SIGTERM, SIGHUP, SIGQUIT,
+/// SIGUSR1 and SIGUSR2 from other processes are passed on to the command; those from the terminal reach the
+/// command anyway. If the caller is killed, the job ends. On failure the error is that of `prepare`, or
+/// NoIsolation. The caller must have only one thread.
 Result<Outcome> supervise(const Job& job);
 
 }  // namespace vxtv

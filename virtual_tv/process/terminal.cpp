@@ -8,7 +8,8 @@ namespace vxtv {
 
 namespace {
 
-/// A background process that changes the foreground is stopped, unless it blocks the signal that does it.
+/// A background process that changes the foreground group is stopped by a signal, unless it blocks that
+/// signal.
 void putInForeground(int terminal, pid_t group) {
     sigset_t blocked;
     sigset_t before;

@@ -6,9 +6,9 @@
 
 namespace vxtv {
 
-/// The terminal a session was started from. An interactive shell takes the terminal's foreground over, and
-/// cannot give it back: the group that had it lies outside of the shell's process namespace. So whoever
-/// started the session takes it back with the end of this object.
+/// The terminal from which a session was started. An interactive shell takes over the terminal's foreground.
+/// It cannot give it back, because the previous group is outside of the shell's process namespace. So the
+/// destructor takes it back.
 class Terminal {
  public:
     Terminal();
@@ -16,10 +16,10 @@ class Terminal {
     Terminal& operator=(const Terminal&) = delete;
     ~Terminal();
 
-    /// Whether there is a terminal, and the calling process' group was in its foreground.
+    /// Whether there is a terminal and the calling process's group was in its foreground.
     bool isOurs() const { return ours_; }
 
-    /// Makes the calling process a group of its own, in the foreground if it was ours.
+    /// Makes the calling process a group of its own, and puts it into the foreground if ours was there.
     void handToSelf() const;
 
  private:

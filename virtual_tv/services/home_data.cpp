@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A link or a file in the folder's place comes from a package that no television made.
+/// A link or a file in place of the folder shows that no television made the package.
 Result<void> expectFolder(const fs::path& folder) {
     std::error_code error;
     const fs::file_status status = fs::symlink_status(folder, error);
@@ -27,7 +27,7 @@ Result<void> expectFolder(const fs::path& folder) {
 
 Result<void> backUpHomeData(Database& database, const fs::path& folder) {
     return expectFolder(folder).and_then([&] {
-        // When it fails, the file in it cannot be written, which says why.
+        // If this fails, writing the file fails, too, and gives the reason.
         std::error_code ignored;
         fs::create_directory(folder, ignored);
         return ServiceValues(database, homeDataService()).backUp(folder);

@@ -10,11 +10,11 @@
 
 namespace vxtv {
 
-/// Where a television has its time from, as it is in effect now. The settings of the same names are the
-/// menu's: they come into effect here only when a program says so.
+/// The source of a television's time that is currently in effect. The settings with the same names belong to
+/// the menu. They take effect here only when a program applies them.
 ///
-/// Errors common to all: UnknownService when the television does not have it, and those of `Database`. Errors
-/// of what changes it: NotSupported. Threads and processes: any.
+/// Errors common to all: UnknownService if the television does not have this service, and those of
+/// `Database`. Operations that change something: NotSupported. Threads and processes: any.
 class NetworkTime {
  public:
     struct State {
@@ -35,12 +35,12 @@ class NetworkTime {
     Result<void> setOn(bool on) const;
     /// Errors: OutOfRange.
     Result<void> setTimezone(int timezone) const;
-    /// Errors: BadArgument for what is no host name.
+    /// Errors: BadArgument for an invalid host name.
     Result<void> setServer(const std::string& server) const;
 
     static bool isTimezone(int timezone);
-    /// Letters, digits and inner hyphens in parts of at most 63, joined by dots, 253 bytes in all; or an IPv6
-    /// address; or nothing.
+    /// Whether the text is a host name (at most 253 bytes; its parts have letters, digits and inner hyphens,
+    /// and at most 63 bytes), an IPv6 address, or empty.
     static bool isServer(std::string_view server);
 
  private:

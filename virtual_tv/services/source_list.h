@@ -11,7 +11,7 @@
 
 namespace vxtv {
 
-/// The pictures that a program set for a source.
+/// The pictures that a program has set for a source.
 struct SourceIcons {
     std::string icon;
     std::string firstAppIcon;
@@ -19,7 +19,7 @@ struct SourceIcons {
     int iconType = 0;
 };
 
-/// Something that the television can show: a socket, a box behind it, a tuner.
+/// A source of pictures: a socket, a device connected to it, or a tuner.
 struct Source {
     int key = 0;  ///< its place in the list; several may have the same
     int id = 0;   ///< its own
@@ -28,10 +28,10 @@ struct Source {
     std::optional<SourceIcons> icons;
 };
 
-/// The list of sources. The sources stay with their television; a clone brings the pictures alone.
+/// The list of sources. The sources themselves are not cloned; a restore sets only their pictures.
 ///
-/// Errors common to all: UnknownService when the television does not have it, and those of `Database`.
-/// Threads and processes: any.
+/// Errors common to all: UnknownService if the television does not have this service, and those of
+/// `Database`. Threads and processes: any.
 class SourceList {
  public:
     explicit SourceList(Database& database) : database_(database) {}
@@ -41,11 +41,11 @@ class SourceList {
     static Texts texts(SQLite::Database& connection);
     static Texts keptTexts(SQLite::Database& connection);
 
-    /// All sources, ordered by their keys, those of one key as the profile has them.
+    /// All sources, sorted by their keys. Sources with the same key are in the order of the profile.
     Result<std::vector<Source>> list() const;
 
-    /// Notes which pictures the source has now. Errors: UnknownEntry when there is no such source,
-    /// BadArgument when a path is no absolute one of a PNG or JPEG file.
+    /// Records the current pictures of the source. Errors: UnknownEntry if there is no such source,
+    /// BadArgument if a path is not the absolute path of a PNG or JPEG file.
     Result<void> setIcons(int id, const SourceIcons& icons) const;
 
  private:

@@ -36,7 +36,7 @@ std::string wordIn(const Json& value, const std::string& where, const Words& wor
     return word;
 }
 
-/// The number in two or four digits, or -1.
+/// The number with two or four digits, or -1.
 int digitsIn(std::string_view text) {
     int number = 0;
     for (const char c : text) {
@@ -87,7 +87,7 @@ Timer timerIn(const Json& value, const std::string& where) {
     return timer;
 }
 
-/// Timers with rising ids.
+/// Timers, sorted by id.
 std::vector<Timer> timersIn(const Json& document, const std::string& where) {
     expectShortArray(document, where, kMostTimers);
     std::vector<Timer> timers;

@@ -15,7 +15,7 @@ namespace vxtv {
 /// The service of recordings and wake-ups.
 extern const DataService kTimerService;
 
-/// The file of the timers, in the directory that a caller names; docs/service-backups.md describes it.
+/// The file of the timers, in the directory that the caller passes; docs/service-backups.md describes it.
 inline constexpr const char* kTimerFile = "timers.backup";
 
 struct Timer {
@@ -31,21 +31,21 @@ struct Timer {
 /// The timers as the JSON document of their file and of `vxtv timers --json`.
 nlohmann::json timersToJson(const std::vector<Timer>& timers);
 
-/// The timers of a television, ordered by id.
+/// The timers of a television, sorted by id.
 ///
-/// Errors common to all: UnknownService when the television has no timers, and those of `Database`. Threads
-/// and processes: any.
+/// Errors common to all: UnknownService if the television has no timers, and those of `Database`. Threads and
+/// processes: any.
 class TimerStore {
  public:
     explicit TimerStore(Database& database) : database_(database) {}
 
     Result<std::vector<Timer>> list() const;
 
-    /// Writes the timers into the directory, which must be there. Errors: those of writeBackupFile.
+    /// Writes the timers into the directory, which must exist. Errors: those of writeBackupFile.
     Result<void> exportTo(const std::filesystem::path& directory) const;
 
-    /// Puts the timers of the directory in place of the television's, all of them or, after an error, none.
-    /// Errors: those of readBackupFile; BadBackup for what is no timer.
+    /// Replaces the television's timers by those in the directory: all of them or, after an error, none.
+    /// Errors: those of readBackupFile; BadBackup for an invalid timer.
     Result<void> importFrom(const std::filesystem::path& directory);
 
  private:

@@ -8,7 +8,7 @@
 
 namespace vxtv {
 
-/// A service that is nothing but values: what they may be, and the file by which they travel.
+/// A service that consists only of values: the rules for them, and the file in which they are saved.
 struct ValueService {
     std::string_view name;  ///< as in dataServices()
     std::string_view file;  ///< the name of its backup file
@@ -16,13 +16,13 @@ struct ValueService {
     ValueShape shape;
 };
 
-/// What a restore brings back.
+/// The part of the values that a restore loads.
 enum class Stage { Whole, Early, Later };
 
-/// The values that a television holds of such a service.
+/// The values of such a service on a television.
 ///
-/// Errors common to all: UnknownService when the television does not have it, and those of `Database`.
-/// Threads and processes: any.
+/// Errors common to all: UnknownService if the television does not have it, and those of `Database`. Threads
+/// and processes: any.
 class ServiceValues {
  public:
     ServiceValues(Database& database, const ValueService& service) : database_(database), service_(service) {}
@@ -30,16 +30,16 @@ class ServiceValues {
     /// As DataService::create.
     static void create(SQLite::Database& connection, const ValueService& service,
                        const ServiceSection& section);
-    /// As DataService::texts, of these parts.
+    /// As DataService::texts, for these parts.
     static Texts texts(SQLite::Database& connection, const ValueService& service, Parts parts);
 
-    /// Writes the values that travel to the service's file in the folder, which must be there. Errors: those
-    /// of `writeBackupFile`.
+    /// Writes the cloned values to the service's file in the folder, which must exist. Errors: those of
+    /// `writeBackupFile`.
     Result<void> backUp(const std::filesystem::path& folder) const;
 
-    /// Takes the values over from the service's file in the folder: all of the stage or none. The later stage
-    /// is for a television whose early values are those of the file. Errors: those of `readBackupFile`,
-    /// BadBackup, TooEarly.
+    /// Loads the values of the stage from the service's file in the folder: all of them or none. The later
+    /// stage requires that the television's early values are those of the file. Errors: those of
+    /// `readBackupFile`, BadBackup, TooEarly.
     Result<void> restore(const std::filesystem::path& folder, Stage stage = Stage::Whole) const;
 
  private:
@@ -49,7 +49,7 @@ class ServiceValues {
     const ValueService& service_;
 };
 
-/// The entry of dataServices() for a service of values.
+/// The entry in dataServices() for a service of values.
 template <const ValueService& (*service)()>
 DataService valueDataService() {
     return {service().name,

@@ -4,7 +4,7 @@
 
 namespace vxtv {
 
-// The services that are nothing but values. Each table says once what there is and what it may be.
+// The services that consist only of values. Each table defines the values of a service and their rules.
 
 const ValueService& factoryService();
 const ValueService& avService();

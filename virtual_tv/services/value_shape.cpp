@@ -40,7 +40,7 @@ void expectText(const ValueRule& rule, const std::string& text, const std::strin
     if (std::any_of(text.begin(), text.end(), isControl)) {
         throw WrongMember{where, "holds a control character"};
     }
-    // The largest document is far below what an int can count.
+    // The conversion is safe, because the largest document is much shorter than the range of int.
     expectRange(rule, static_cast<int>(text.size()), " bytes long", where);
 }
 
@@ -62,7 +62,7 @@ void expectValue(const ValueRule& rule, const Json& value, const std::string& wh
     }
 }
 
-/// Checks the values and gives them as a document of their own.
+/// Checks the values and returns them as a separate document.
 Json checkedValues(const Json& document, const std::string& where, const std::vector<ValueRule>& rules,
                    Parts parts) {
     Json values = Json::object();
@@ -80,7 +80,7 @@ Json checkedValues(const Json& document, const std::string& where, const std::ve
     return values;
 }
 
-/// Throws for what the document has beyond `known`, which holds all that it may have.
+/// Throws for members of the document that are not in `known`, which holds all allowed ones.
 void expectNoMore(const Json& document, const Json& known, const std::string& where) {
     for (const auto& [name, value] : document.items()) {
         const std::string member = within(where, name);

@@ -10,14 +10,14 @@
 
 namespace vxtv {
 
-/// How a value of a service travels.
+/// How a value of a service is cloned.
 enum class Part {
     Carried,  ///< a clone carries it
     Early,    ///< the same, and it is restored before the others
     Kept,     ///< it stays with the television
 };
 
-/// What a single value may be.
+/// The rule for a single value.
 struct ValueRule {
     enum class Kind { Number, OnOff, OneOf, Text };
     std::string name;  ///< the path to it in the service's document: "picture/movie/backlight"
@@ -31,16 +31,15 @@ struct ValueRule {
 ValueRule numberFrom(std::string_view name, int lowest, int highest);
 ValueRule onOff(std::string_view name);
 ValueRule oneOf(std::string_view name, std::vector<std::string_view> choices);
-/// Without control characters.
+/// A text without control characters.
 ValueRule textOf(std::string_view name, int shortest, int longest);
-/// The rule for a value that travels in another way.
+/// The rule for a value that is cloned in another way.
 ValueRule as(Part part, ValueRule rule);
-/// The rules, each below each of the paths.
+/// The rules, repeated for each of the paths.
 std::vector<ValueRule> below(std::initializer_list<std::string_view> paths,
                              const std::vector<ValueRule>& rules);
 
-/// A list of entries that are all alike, each with a text of its own by which it is known. A clone carries
-/// the list as a whole.
+/// A list of similar entries, each identified by a text. A clone copies the list as a whole.
 struct ListRule {
     std::string name;  ///< its member of the service's document, an array of objects
     std::string key;   ///< the field by which an entry is known
@@ -49,7 +48,7 @@ struct ListRule {
     std::vector<ValueRule> fields;
 };
 
-/// What the document of a service holds, no more and no less.
+/// The exact content of a service's document.
 struct ValueShape {
     std::vector<ValueRule> values;
     std::vector<ListRule> lists = {};
@@ -59,16 +58,16 @@ using Parts = std::initializer_list<Part>;
 inline constexpr Parts kAllParts = {Part::Carried, Part::Early, Part::Kept};
 inline constexpr Parts kTravellingParts = {Part::Carried, Part::Early};
 
-/// Nothing when the document holds exactly the values of the parts, each as its rule wants it; throws
-/// WrongMember otherwise. `where` is the path to the document.
+/// Succeeds if the document holds exactly the values of the parts, and each matches its rule; otherwise
+/// throws WrongMember. `where` is the path to the document.
 void expectShape(const nlohmann::json& document, const std::string& where, const ValueShape& shape,
                  Parts parts);
 
-/// The values of these parts alone. Before: the document has the shape, perhaps in more parts.
+/// Only the values of these parts. Before: the document has the shape, possibly with more parts.
 nlohmann::json partsOf(const nlohmann::json& document, const ValueShape& shape, Parts parts);
 
-/// The values of these parts by their names. An entry of a list goes by its key; in one whose order counts it
-/// has a "position", from 1 on. Before: as for `partsOf`.
+/// The values of these parts by their names. An entry of a list is named by its key. If the order of the list
+/// counts, the entry has a "position", from 1. Before: as for `partsOf`.
 Texts textsIn(const nlohmann::json& document, const ValueShape& shape, Parts parts);
 
 }  // namespace vxtv

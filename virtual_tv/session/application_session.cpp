@@ -20,8 +20,8 @@ namespace {
 
 constexpr int kReport = 3;
 
-/// Lets go of the caller's terminal, directory and descriptors. The report's becomes kReport, which programs
-/// that are started inherit.
+/// Drops the caller's terminal, directory and descriptors. The report's descriptor becomes kReport, which
+/// started programs inherit.
 void becomeIndependent(int report) {
     setsid();
     const int null = open("/dev/null", O_RDWR | O_CLOEXEC);

@@ -9,10 +9,9 @@
 
 namespace vxtv {
 
-/// Starts the application in a session of its own, which ends with it and belongs to nobody. Result: the
-/// application's process as that session counts it, when it runs; of one that runs already, too. Errors:
-/// those of Session::open and of launchApplication.
-/// Before: the process has one thread.
+/// Starts the application in an orphaned session of its own, which ends with it. Result: the application's
+/// process number in that session, when it runs. This also holds for an application that already runs.
+/// Errors: those of Session::open and of launchApplication. Before: the process has one thread.
 Result<pid_t> startInOwnSession(const std::filesystem::path& television, const std::string& id);
 
 }  // namespace vxtv

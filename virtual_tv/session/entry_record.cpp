@@ -17,7 +17,7 @@ namespace {
 
 constexpr int kDirectory = O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr mode_t kRecordMode = 0644;
-/// A path may hold any other character.
+/// A path may contain every other character.
 constexpr char kEnd = '\0';
 
 void removeEntry(const Descriptor& parent, const char* name) {

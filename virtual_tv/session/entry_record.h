@@ -9,28 +9,29 @@
 
 namespace vxtv {
 
-/// What sessions put into a television's folder and take out again: empty directories to mount on, and links.
-/// Each is written down in the television's run folder before it is made, so that whichever session is the
-/// last, or the first one after a crash, can remove them all and nothing else.
+/// The entries that sessions temporarily create in a television's folder: empty directories as mount points,
+/// and links. Each is recorded in the television's run folder before it is created. So the last session, or
+/// the first one after a crash, can remove all of them and nothing else.
 ///
-/// Paths are relative to the television's folder. No link in the folder is ever followed: what runs in a
-/// television may have put it there. Safe for several processes; `removeAll` needs the session lock alone.
+/// Paths are relative to the television's folder. Links in the folder are never followed, because programs in
+/// the television may have created them. Safe for several processes; `removeAll` requires the exclusive
+/// session lock.
 class EntryRecord {
  public:
     explicit EntryRecord(Folder folder) : folder_(std::move(folder)) {}
 
-    /// Makes the directory and those above it that are missing. What exists is left alone and not recorded.
-    /// On failure (Io) the sentence names what is in the way; what was made so far stays recorded.
+    /// Creates the directory and its missing parents. Existing ones are not changed and not recorded. On
+    /// failure (Io) the sentence names the obstacle; directories that were created stay recorded.
     Result<void> makeDirectory(const std::filesystem::path& path) const;
 
-    /// Makes a symbolic link in a directory that exists. Fails (AlreadyExists, Io) as `makeDirectory`.
+    /// Creates a symbolic link in an existing directory. Fails (AlreadyExists, Io) as `makeDirectory`.
     Result<void> makeLink(const std::filesystem::path& path, const std::filesystem::path& target) const;
 
-    /// Whether some session made `path`.
+    /// Whether a session created `path`.
     bool holds(const std::filesystem::path& path) const;
 
-    /// Removes every recorded link and every recorded directory that is empty, then the record. An entry that
-    /// is gone, or that the television has filled meanwhile, is passed over.
+    /// Removes every recorded link and every recorded directory that is empty, then the record. Entries that
+    /// do not exist any more, or that the television has filled meanwhile, are skipped.
     void removeAll() const;
 
  private:

@@ -22,7 +22,7 @@ namespace vxtv {
 
 namespace {
 
-// Where the descriptors of the keeper and the home are. The last one is the keeper's own.
+// The numbers of the descriptors in the keeper and the home. Only the keeper has the last one.
 enum : int { kHomeDoorAt = kFirstKept, kHomeReportAt, kHomeLifeAt, kHomeLockAt };
 
 tl::unexpected<Error> homeNotStarted(const std::string& why) {
@@ -33,16 +33,16 @@ tl::unexpected<Error> homeNotStarted(const std::string& why) {
                     why));
 }
 
-/// Applications know the address of the message bus from their start, so the bus lives as long as the home,
-/// however the sessions end. The caller's share keeps it until we have ours. Result: our share, or nothing
-/// when there is no bus.
+/// Applications get the address of the message bus at their start, so the bus must live as long as the home.
+/// The caller's share keeps the bus alive until the home has its own. Result: the home's share, or empty if
+/// there is no bus.
 Descriptor shareOfBus(const Folder& folder) {
     Descriptor lock(open(folder.busLock().c_str(), O_RDWR | O_NOFOLLOW | O_CLOEXEC));
     if (lock) flock(lock.get(), LOCK_SH);
     return lock;
 }
 
-/// In a child of the home's: starts what is asked for over the connection.
+/// In a child of the home: starts what the request on the connection asks for.
 [[noreturn]] void serve(const Folder& folder, const Descriptor& connection) {
     try {
         if (const auto request = readRequest(connection)) {
@@ -58,7 +58,8 @@ Descriptor shareOfBus(const Folder& folder) {
 
 void answerAtTheDoor(const Folder& folder, const HomeDoor& door) {
     const Descriptor connection = door.accept();
-    // A child takes the time that a request needs. When there can be none, whoever asked reads the end.
+    // A child serves the request, so that a slow request does not delay others. If fork fails, the requester
+    // reads the end of the connection.
     if (connection && fork() == 0) serve(folder, connection);
 }
 

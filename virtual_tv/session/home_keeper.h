@@ -9,19 +9,18 @@
 
 namespace vxtv {
 
-/// What a home of applications needs to know.
+/// The data for starting a home of applications.
 struct HomePlan {
     Folder folder;
     Isolation isolation = Isolation::Root;
     std::function<Result<void>()> furnish;  ///< called in the home, inside its namespaces
 };
 
-/// Starts the home of a television's applications: the first process of namespaces of its own, which starts
-/// applications for whoever asks at its door, and a keeper, which outlives the caller and ends the home, with
-/// all applications, as soon as it gets the lock exclusively. A keeper that is killed takes the home with it,
-/// and a home that ends its keeper.
-/// Result: the home, when programs may ask. On failure CannotRun, NoIsolation, or that of `furnish`.
-/// Before: the caller holds the lock shared, and has one thread.
+/// Starts the home of a television's applications, and a keeper. The home is the first process of its own
+/// namespaces and starts applications on request. The keeper outlives the caller. As soon as it gets the
+/// exclusive lock, it ends the home with all applications. If the keeper is killed, the home ends; if the
+/// home ends, the keeper ends. Result: the home, when it accepts requests. On failure CannotRun, NoIsolation,
+/// or the error of `furnish`. Before: the caller holds the shared lock and has one thread.
 Result<StartedService> startHome(const HomePlan& plan, ServiceStart start);
 
 }  // namespace vxtv

@@ -93,7 +93,7 @@ std::vector<std::filesystem::path> coveredPaths() {
     return paths;
 }
 
-/// Whether a need has to give way to what the television has at its path.
+/// Whether the television has something else at the path of a need, so that the need is left out.
 Result<bool> isHidden(const Folder& folder, const Need& need, const EntryRecord& record) {
     const auto inside = pathInFolder(need.path);
     if (inside.empty() || record.holds(inside)) return false;
@@ -110,7 +110,7 @@ Result<bool> isHidden(const Folder& folder, const Need& need, const EntryRecord&
                     need.path.string(), own.string()));
 }
 
-/// Whether a stick's folder, seen in /media, shows or hides the need already.
+/// Whether a stick's folder, mounted in /media, already shows or hides the need.
 Result<bool> isOnStick(const std::vector<Stick>& sticks, const Need& need) {
     for (const auto& stick : sticks) {
         const auto seenAs = kSticksSeenAt / stick.name;
@@ -145,7 +145,7 @@ tl::unexpected<Error> cannotBind(const Bind& bind) {
                                bind.source.string(), bind.target.string(), reason()));
 }
 
-/// A remount has to repeat what the mount already forbids; a user namespace may not allow it again.
+/// A remount must repeat the restrictions of the mount, because a user namespace must not remove them.
 unsigned long keptFlags(const std::filesystem::path& mounted) {
     struct Kept {
         unsigned long asStatus;
@@ -165,7 +165,7 @@ unsigned long keptFlags(const std::filesystem::path& mounted) {
 
 bool isBound(const Descriptor& source, const Bind& bind) {
     const auto opened = fmt::format("/proc/self/fd/{}", source.get());
-    // A user namespace may copy a mount only together with those below it.
+    // In a user namespace, a mount can only be copied together with the mounts below it.
     if (mount(opened.c_str(), bind.target.c_str(), nullptr, MS_BIND | MS_REC, nullptr) != 0) return false;
     if (!bind.readOnly) return true;
     const auto flags = MS_REMOUNT | MS_BIND | MS_RDONLY | keptFlags(bind.target);

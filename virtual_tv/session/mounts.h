@@ -10,66 +10,66 @@
 
 namespace vxtv {
 
-/// A directory of this machine that a session covers with one of the television's.
+/// A directory of this machine over which a session mounts one of the television's.
 struct CoveredRoot {
     std::filesystem::path seenAs;    ///< where the session sees it, such as /opt
     std::filesystem::path inFolder;  ///< the television's directory of that name, relative to its folder
 };
 
-/// /opt, /tmp and /media; in addition what they really are on a machine on which one is a symbolic link.
+/// /opt, /tmp and /media. If one of them is a symbolic link on this machine, also its target.
 const std::vector<CoveredRoot>& coveredRoots();
 
-/// Whether `path` is strictly below `ancestor`. Both absolute and normal; the file system is not asked.
+/// Whether `path` is strictly below `ancestor`. Both are absolute and normal; the file system is not
+/// accessed.
 bool isBelow(const std::filesystem::path& path, const std::filesystem::path& ancestor);
 
-/// The root that `path` lies strictly below, or null.
+/// The root that `path` is strictly below, or null.
 const CoveredRoot* coveringRoot(const std::filesystem::path& path);
 
-/// Where what the session sees as `path` lies in the television, relative to its folder. Empty when `path`
-/// is not below a covered root.
+/// The place in the television, relative to its folder, of the path that the session sees as `path`. Empty if
+/// `path` is not below a covered root.
 std::filesystem::path pathInFolder(const std::filesystem::path& path);
 
-/// Which directories have to be mounted again at their own paths so that all of `needed` stay visible when
-/// `covered` are mounted over. Sorted, a parent before what lies beside it; none lies below another, since a
-/// directory brings all that is in it. A path that is itself one of `covered` is never in the result: a
-/// television's /tmp is its own.
-/// Paths are absolute and normal; the file system is not asked.
+/// The directories that must be mounted again at their own paths, so that all of `needed` stay visible when
+/// `covered` are mounted over. Sorted, with parents first. None is below another, because a directory
+/// contains everything below it. A path in `covered` is never in the result: a television has its own /tmp.
+/// Paths are absolute and normal; the file system is not accessed.
 std::vector<std::filesystem::path> pathsToExpose(const std::vector<std::filesystem::path>& needed,
                                                  const std::vector<std::filesystem::path>& covered);
 
-/// `path` as it was written and as it really is: either may be asked for inside.
+/// `path` as it was written and with links resolved, because programs may use either.
 std::vector<std::filesystem::path> bothNames(const std::filesystem::path& path);
 
 /// The folder that holds this program's bin and lib folders: a build's or an installation's.
 std::filesystem::path ownTree();
 
-/// One directory to be seen at a second path.
+/// A directory that is made visible at a second path.
 struct Bind {
     std::filesystem::path source;
     std::filesystem::path target;
     bool readOnly = false;
 };
 
-/// A directory that a session wants to keep in sight.
+/// A directory that must stay visible in a session.
 struct Need {
     std::filesystem::path path;  ///< absolute, normal
     bool required = false;       ///< without it the session cannot work
 };
 
-/// The binds of a session, in the order in which they have to be done: the television's directories over
-/// /opt, /tmp and /media, the sticks, and then what these cover but the session needs. Their mount points in
-/// the television are made, and written down in the record.
-/// A need that the television hides with a directory of its own is left out, or, when required, refused
-/// (AlreadyExists) unless that directory is empty.
+/// The binds of a session in the order in which they must be done: first the television's directories over
+/// /opt, /tmp and /media, then the sticks, then directories that these cover but the session needs. Their
+/// mount points in the television are created and recorded. If the television has a directory of its own at
+/// the path of a need, the need is left out. If it is required and that directory is not empty, the session
+/// is refused (AlreadyExists).
 Result<std::vector<Bind>> prepareBinds(const Folder& folder, const std::vector<Stick>& sticks,
                                        const std::vector<Need>& needs, const EntryRecord& record);
 
-/// Does the binds in the calling process' mount namespace. All sources are opened before the first bind is
-/// done, so a bind may cover the source of a later one.
-/// On failure (NoIsolation) the sentence names the two directories; what was mounted stays mounted.
+/// Does the binds in the calling process's mount namespace. All sources are opened before the first bind is
+/// done, so a bind may cover the source of a later one. On failure (NoIsolation) the sentence names the two
+/// directories, and earlier mounts stay.
 Result<void> doBinds(const std::vector<Bind>& binds);
 
-/// The same with empty directories in memory mounted first at `memoryRoots`; targets are made in them.
+/// The same, but first mounts empty directories in memory at `memoryRoots`. Targets are created in them.
 Result<void> doBindsOverMemory(const std::vector<std::filesystem::path>& memoryRoots,
                                const std::vector<Bind>& binds);
 

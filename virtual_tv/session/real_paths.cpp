@@ -18,7 +18,7 @@ tl::unexpected<Error> ioFailure(const char* what, const fs::path& path, const st
                                path.string(), error.message()));
 }
 
-/// Whether the link was made for a television's opt or media folder.
+/// Whether the link leads into a television's opt or media folder.
 bool leadsIntoATelevision(const fs::path& link) {
     std::error_code error;
     const auto target = fs::read_symlink(link, error);
@@ -27,7 +27,8 @@ bool leadsIntoATelevision(const fs::path& link) {
            fs::exists(Folder(target.parent_path().parent_path()).database(), error);
 }
 
-/// A killed session leaves links of its television behind: they would show parts of a second one.
+/// A killed session leaves links of its television behind. With them a second television would show parts of
+/// the first.
 void removeLeftovers(const fs::path& root) {
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(root, error)) {

@@ -11,16 +11,16 @@
 
 namespace vxtv {
 
-/// A television on the machine's own paths, where no namespace is allowed: for everything at the top of its
-/// opt and media folders a symbolic link of that name in /opt and /media. A stick is a link in the media
-/// folder itself. /tmp stays the machine's.
+/// A television on the machine's own paths, for machines that allow no namespace. For every entry at the top
+/// of its opt and media folders there is a symbolic link of that name in /opt and /media. A stick is a link
+/// in the media folder itself. /tmp stays the machine's.
 ///
-/// There can be one at a time: /opt of the machine is held locked. Links are removed with the object; those
-/// that a killed session left are known by leading into a television, and are replaced.
+/// Only one is possible at a time: /opt of the machine is locked. The destructor removes the links. Links of
+/// a killed session are recognised because they lead into a television, and are replaced.
 class RealPaths {
  public:
-    /// On failure nothing of what was made is left: Busy when a television has the paths already,
-    /// AlreadyExists when something else is there, Io otherwise; the sentence names the path.
+    /// On failure nothing stays behind: Busy if a television already uses the paths, AlreadyExists if
+    /// something else is there, otherwise Io. The sentence names the path.
     static Result<RealPaths> take(const Folder& folder, const std::vector<Stick>& sticks,
                                   const EntryRecord& record);
     RealPaths(RealPaths&&) = default;

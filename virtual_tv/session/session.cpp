@@ -39,7 +39,7 @@ Result<Folder> findTelevision(const fs::path& path) {
     });
 }
 
-/// The very directory of before, if it is still seen at its path.
+/// Returns to the same directory as before, if it is still visible at its path.
 void returnTo(const fs::path& directory) {
     struct stat before {};
     struct stat now {};
@@ -49,8 +49,8 @@ void returnTo(const fs::path& directory) {
     if (chdir("/") != 0) _exit(1);
 }
 
-/// The processes of the session instead of the machine's. Some containers forbid it, and the session works
-/// without.
+/// Makes /proc show the processes of the session instead of the machine's. Some containers forbid this, and
+/// the session works without it.
 void showOwnProcesses() {
     mount("proc", "/proc", "proc", MS_NOSUID | MS_NODEV | MS_NOEXEC, nullptr);
 }
@@ -87,7 +87,7 @@ Result<Session> Session::open(const SessionWish& wish) {
     const auto isolation = chooseIsolation(wish.isolation);
     VX_RETURN_IF_FAILED(isolation);
     auto lock = SessionLock::acquire(*folder, [&] {
-        // That of a killed session is just being ended.
+        // The home of a killed session may still be ending.
         waitForEndOfLiveFile(folder->homeAddress());
         removeStaleMarks(*folder);
         EntryRecord(*folder).removeAll();
@@ -96,11 +96,12 @@ Result<Session> Session::open(const SessionWish& wish) {
     Session session(std::move(*folder), std::move(*sticks), *isolation, wish, std::move(*lock));
     const auto mark = placeOf(session.folder_, kSecureStorageReady);
     std::error_code ignored;
-    // In the television's own /tmp a mark of whoever made it would be a lie.
+    // The television's own /tmp may hold a mark that somebody else made. Without a storage it would be wrong.
     if (!session.markStorage(mark)) fs::remove(mark, ignored);
     if (const auto taken = session.bus_.take(); !taken) session.warn_(taken.error());
     if (*isolation == Isolation::RealPaths) {
-        // The machine's own paths are this session's alone, so it makes no home there that outlives it.
+        // With the machine's own paths, only this session sees the television. So it makes no home that would
+        // outlive it.
         session.home_.join();
     } else if (const auto shared = session.shareHome(); !shared) {
         session.warn_(shared.error());
@@ -108,7 +109,8 @@ Result<Session> Session::open(const SessionWish& wish) {
     return session;
 }
 
-/// The home sees what every session sees: no sticks and no working directory, which are one command's.
+/// The home sees what every session sees, but no sticks and no working directory, because these belong to one
+/// command.
 Result<void> Session::shareHome() {
     const auto binds = prepareBinds(folder_, {}, {{ownTree(), true}, {folder_.root(), true}}, record_);
     if (!binds) return {};  // nothing can be run then, which says why
@@ -122,7 +124,7 @@ Result<void> Session::shareHome() {
     });
 }
 
-/// The mark says what is: it is there while the storage is up.
+/// The mark exists exactly as long as the storage is ready.
 bool Session::markStorage(const fs::path& mark) const {
     auto up = SecureStorage(folder_).checkUp();
     if (up) {
@@ -161,7 +163,7 @@ Result<Outcome> Session::run(const std::vector<std::string>& command) const {
 Result<Outcome> Session::runOnRealPaths(Job job) const {
     const auto paths = RealPaths::take(folder_, sticks_, record_);
     VX_RETURN_IF_FAILED(paths);
-    // Here programs look for the mark in the machine's /tmp.
+    // Without namespaces, programs look for the mark in the machine's /tmp.
     markStorage(kSecureStorageReady);
     job.prepare = [this] {
         startAutostartApplications(folder_, home_ ? StartPlace::Home : StartPlace::Here);

@@ -19,7 +19,7 @@
 
 namespace vxtv {
 
-/// What a session is asked for.
+/// The options of a session.
 struct SessionWish {
     std::filesystem::path television;        ///< its folder
     std::vector<std::string> sticks;         ///< each HOSTDIR or HOSTDIR:NAME
@@ -28,24 +28,24 @@ struct SessionWish {
     std::function<void(const Error&)> warn;  ///< told of trouble that keeps no command from running
 };
 
-/// A command's stay in a television.
+/// The run of a command in a television.
 ///
 /// Life cycle:
-///  1. `open` checks the television and the sticks, finds a way to isolate, and takes the session lock. If no
-///     other session runs, it first takes out what a killed one left in the television. When the secure
-///     storage is up, its mark is made. The message bus and the home of the applications are started, or
-///     shared with the other sessions, and the applications that every session wants are started.
-///  2. `run` makes the mount points, forks the session's first process into its namespaces, which mounts the
-///     television over /opt, /tmp and /media and what that covers back to its place, and starts the command.
-///     When the command has ended, all processes of the session are ended, and the mounts go with them.
-///  3. The destructor ends the applications and the bus and takes the mount points out again if this was the
-///     last session, and gives the lock back.
-/// If the process is killed meanwhile, the kernel ends the session's processes and step 1 of the next session
-/// does what is left of step 3.
+///  1. `open` checks the television and the sticks, chooses the isolation, and takes the session lock. If no
+///     other session runs, it first removes what a killed one left in the television. If the secure storage
+///     is ready, it makes the mark. It starts the message bus and the home of the applications, or shares
+///     those of the other sessions, and starts the applications with `autostart`.
+///  2. `run` makes the mount points and forks the session's first process into its namespaces. That process
+///     mounts the television over /opt, /tmp and /media, makes the covered directories that the session needs
+///     visible again, and starts the command. When the command has ended, all processes of the session are
+///     ended, and the mounts disappear with them.
+///  3. The destructor releases the lock. If this was the last session, it first ends the applications and the
+///     bus, and removes the mount points.
+/// If the process is killed meanwhile, the kernel ends the session's processes, and step 1 of the next
+/// session does the rest of step 3.
 ///
-/// Several sessions of one television may run at a time, except on the machine's own paths, where the
-/// applications live and end with their session. Only one thread
-/// may run in the process.
+/// Several sessions of one television may run at the same time, except on the machine's own paths, where the
+/// applications belong to their session and end with it. The process must have only one thread.
 class Session {
  public:
     /// On failure NotATelevision, BadArgument (a stick), NoIsolation or Io; nothing is left behind.
@@ -54,11 +54,11 @@ class Session {
     Session& operator=(Session&&) = delete;
     ~Session();
 
-    /// The way that was taken.
+    /// The chosen isolation.
     Isolation isolation() const { return isolation_; }
 
-    /// Runs the command and waits for its end. It finds the television's folder in VXTV_TELEVISION, and is in
-    /// the caller's working directory if the session sees it, else in "/".
+    /// Runs the command and waits for its end. VXTV_TELEVISION holds the television's folder. The working
+    /// directory is the caller's if the session sees it, otherwise "/".
     Result<Outcome> run(const std::vector<std::string>& command) const;
 
  private:

@@ -24,7 +24,7 @@ int lockFile(const Descriptor& file, int how) {
     return result;
 }
 
-/// The last session removes the file, so a lock is worth something only on the file that is there now.
+/// The last session removes the file, so a lock only counts if it is on the file that exists now.
 bool isStillThere(const Descriptor& file, const std::filesystem::path& path) {
     struct stat held {};
     struct stat there {};

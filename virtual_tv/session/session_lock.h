@@ -6,14 +6,14 @@
 
 namespace vxtv {
 
-/// Tells the sessions of one television of each other: each holds the television's session lock shared for
-/// its whole life. Whoever gets it alone knows that no session runs. The kernel gives it back when the last
-/// process of a session is gone, however it went.
+/// Coordinates the sessions of one television: each holds the television's session lock shared for its whole
+/// life. A process that gets it exclusively knows that no session runs. The kernel releases the lock when the
+/// last process of a session has ended, for any reason.
 class SessionLock {
  public:
-    /// Takes the lock shared, and waits for a session that is just cleaning up. `whenAlone` is called before,
-    /// with the lock held alone, if no other session runs.
-    /// On failure (Io) the sentence names the folder.
+    /// Takes the lock shared, and waits for a session that is just cleaning up. If no other session runs,
+    /// `whenAlone` is called first, with the lock held exclusively. On failure (Io) the sentence names the
+    /// folder.
     template <class Function>
     static Result<SessionLock> acquire(const Folder& folder, Function&& whenAlone) {
         auto lock = open(folder);
@@ -22,8 +22,8 @@ class SessionLock {
         return lock;
     }
 
-    /// Calls `whenLast` with the lock held alone and removes the lock's file, if no other session runs. The
-    /// lock is given back in any case.
+    /// Releases the lock. If no other session runs, `whenLast` is called first, with the lock held
+    /// exclusively, and the lock's file is removed.
     template <class Function>
     void release(Function&& whenLast) {
         if (!becomeAlone()) return file_.close();

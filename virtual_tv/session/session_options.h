@@ -10,18 +10,18 @@
 
 namespace vxtv {
 
-/// What the user typed for a session: the wish, and what is only for the command line.
+/// The options of a session on the command line.
 struct SessionOptions {
     SessionWish wish;
     bool quiet = false;
 };
 
-/// Adds to the verb the folder of the television and the options that every session has.
+/// Adds the folder of the television and the options of every session to the verb.
 std::shared_ptr<SessionOptions> addSessionOptions(CLI::App& verb);
 
-/// Opens the session, says on standard error how it is isolated, and runs the command. What went wrong is
-/// handed to `complain`, whose result is the exit status then; a command that could not be started gives 126
-/// or 127, any other its own.
+/// Opens the session, prints on standard error how it is isolated, and runs the command. An error is passed
+/// to `complain`, whose result is then the exit status. A command that could not be started gives 126 or 127,
+/// any other its own status.
 int runSession(const SessionOptions& options, const std::vector<std::string>& command,
                const std::function<int(const Error&)>& complain);
 

@@ -28,7 +28,7 @@ bool isPlainName(const std::string& name) {
            name.find('/') == std::string::npos && std::none_of(name.begin(), name.end(), isControl);
 }
 
-/// Root passes every permission check, so the permission bits are asked as well.
+/// For root, access(2) always succeeds, so the permission bits are checked as well.
 bool isWriteProtected(const std::filesystem::path& folder) {
     using std::filesystem::perms;
     constexpr auto kWrite = perms::owner_write | perms::group_write | perms::others_write;

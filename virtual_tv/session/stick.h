@@ -9,19 +9,18 @@
 
 namespace vxtv {
 
-/// A folder of this machine that plays a USB stick in the television.
+/// A folder of this machine that acts as a USB stick in the television.
 struct Stick {
     std::filesystem::path hostFolder;  ///< absolute, real
     std::string name;                  ///< it is seen as /media/NAME
     bool readOnly = false;             ///< nobody may write to the folder: a write-protected stick
 };
 
-/// Reads HOSTDIR or HOSTDIR:NAME; without a name the stick is called `usb`. What follows the last colon is
-/// the name unless it holds a slash.
-/// On failure (BadArgument) the sentence says whether the folder or the name is wrong.
+/// Reads HOSTDIR or HOSTDIR:NAME; the default name is `usb`. The text after the last colon is the name unless
+/// it contains a slash. On failure (BadArgument) the sentence says whether the folder or the name is wrong.
 Result<Stick> parseStick(std::string_view text);
 
-/// The same for several, of which no two may have one name.
+/// The same for several sticks, whose names must be different.
 Result<std::vector<Stick>> parseSticks(const std::vector<std::string>& texts);
 
 }  // namespace vxtv

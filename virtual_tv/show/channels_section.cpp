@@ -10,7 +10,7 @@ namespace vxtv::show {
 
 namespace {
 
-/// Tables tell a satellite's frequencies in kHz, all others in Hz.
+/// Scan tables give the frequencies of a satellite in kHz, all others in Hz.
 std::string megahertz(const Transponder& transponder) {
     const bool isSatellite = transponder.system.rfind("DVBS", 0) == 0;
     return fmt::format("{:.7g} MHz", static_cast<double>(transponder.frequency) / (isSatellite ? 1e3 : 1e6));

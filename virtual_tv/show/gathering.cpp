@@ -58,7 +58,7 @@ Result<void> addSettings(const Television& television, Page& page) {
     });
 }
 
-/// Adds the section, or hands its error on.
+/// Adds the section, or returns its error.
 Result<void> add(Page& page, Result<Section> section) {
     return std::move(section).map([&page](Section made) { page.sections.push_back(std::move(made)); });
 }
@@ -74,7 +74,8 @@ Result<void> addValues(const Television& television, Page& page) {
 Result<Page> gatherPage(const Television& television, std::size_t mostChannels) {
     Page page;
     page.folder = television.folder().root().string();
-    // The television's own pictures come first, so that an application's many cannot displace them.
+    // The television's own pictures are read first, so that an application with many pictures cannot displace
+    // them.
     PictureReader reader(television.folder().root());
     Section pictures = picturesSection(television, reader);
     page.logo = firstOf(pictures, 0);

@@ -5,12 +5,12 @@
 
 namespace vxtv::show {
 
-/// How many channels a page shows when it is not asked for all.
+/// The number of channels on a page by default.
 inline constexpr std::size_t kFirstChannels = 20;
 
-/// Reads all that is shown of the television, which may be in use meanwhile; changes nothing. A service that
-/// it does not have is a section that says so. `mostChannels` limits the list of channels alone.
-/// Errors: those of what is read.
+/// Reads everything that a page shows of the television, which may be in use meanwhile. Changes nothing. A
+/// service that it does not have becomes a section that says so. `mostChannels` limits only the list of
+/// channels. Errors: those of the parts.
 Result<Page> gatherPage(const Television& television, std::size_t mostChannels);
 
 }  // namespace vxtv::show

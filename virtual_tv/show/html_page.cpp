@@ -11,7 +11,7 @@ namespace vxtv::show {
 
 namespace {
 
-/// The style of a colour. Colours never say anything that the text does not.
+/// The style of a colour. A colour never carries information that is not in the text.
 std::string classOf(Colour colour) {
     switch (colour) {
         case Colour::Good:
@@ -34,7 +34,7 @@ std::string sizeText(std::uintmax_t bytes) {
                         : fmt::format("{:.1f} kB", static_cast<double>(bytes) / kKilobyte);
 }
 
-/// The picture itself. Before: it has bytes.
+/// The image element. Before: the picture has bytes.
 Markup imageOf(const Picture& picture, const std::string& whatItShows) {
     return Markup::single("img", {{"src", dataAddress(picture.mediaType, picture.bytes)},
                                   {"alt", whatItShows + " " + picture.name},
@@ -130,7 +130,7 @@ Markup titleOf(const Card& card) {
     return title;
 }
 
-/// Nothing for no facts.
+/// Empty if there are no facts.
 Markup factList(const std::vector<Fact>& facts) {
     Markup list;
     for (const Fact& fact : facts) {
@@ -159,7 +159,7 @@ Markup head(const Page& page) {
     return Markup::element(
         "head", {},
         Markup::single("meta", {{"charset", "utf-8"}}) +
-            // Nothing in the page may load or run anything, whatever a name in it may try.
+            // The page must not load or run anything, even if a name in it contains markup.
             Markup::single("meta",
                            {{"http-equiv", "Content-Security-Policy"},
                             {"content", "default-src 'none'; img-src data:; style-src 'unsafe-inline'"}}) +
@@ -170,7 +170,7 @@ Markup head(const Page& page) {
             Markup::element("style", {}, Markup::constant(kStyle)));
 }
 
-/// The identity without the model, which is the heading, and names without the path that all features share.
+/// The identity without the model, which is the heading; the names without the path that all features share.
 std::vector<Fact> badgesOf(const Page& page) {
     std::vector<Fact> badges;
     for (const Fact& fact : page.identity) {

@@ -6,8 +6,8 @@
 
 namespace vxtv::show {
 
-/// The page as one HTML document that needs nothing else: no network, no script. `madeAt` is for its last
-/// line.
+/// The page as one HTML document without scripts and without references to other files. `madeAt` is for its
+/// last line.
 std::string htmlPage(const Page& page, const std::string& madeAt);
 
 }  // namespace vxtv::show

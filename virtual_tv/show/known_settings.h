@@ -4,21 +4,21 @@
 
 namespace vxtv::show {
 
-// The settings that a page treats in a way of their own. A television need not have them.
+// The settings that a page shows in a special way. A television need not have them.
 inline constexpr std::string_view kProgressKey = "db/hotel/clone_progress";
 inline constexpr std::string_view kResultKey = "db/hotel/clone_result";
 inline constexpr std::string_view kWelcomeMessageKey = "db/vxhotel/hotelmenu/welcomemessage";
 inline constexpr std::string_view kWelcomeTitleKey = "db/vxhotel/welmsg/welcomemsgtitle";
 inline constexpr std::string_view kWelcomeBodyKey = "db/vxhotel/welmsg/welcomemsgbody";
 
-/// Keys that begin alike, and what they are about.
+/// Keys with the same beginning, and their heading.
 struct SettingGroup {
     std::string_view prefix;
     std::string_view title;
     bool isTable = false;  ///< the rest of each key is "item/field"
 };
 
-/// The first that fits counts; the last fits all.
+/// The first match counts; the last entry matches all keys.
 inline constexpr SettingGroup kSettingGroups[] = {
     {"db/vxhotel/hotelmenu/", "Hotel menu"},
     {"db/vxhotel/welmsg/", "Welcome message"},

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";
 
-/// What stands for a byte in markup; empty when it stands for itself.
+/// The escape for a byte in markup; empty if it needs none.
 std::string_view escapeOf(char letter) {
     switch (letter) {
         case '&':
@@ -29,7 +29,7 @@ std::string_view escapeOf(char letter) {
     }
 }
 
-/// What stands for the character in markup; empty when it stands for itself.
+/// The escape for a character in markup; empty if it needs none.
 std::string_view escapeOf(const vxcommon::Character& character) {
     const char32_t value = character.value;
     const bool space = value == U'\n' || value == U'\t';

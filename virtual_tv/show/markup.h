@@ -7,7 +7,7 @@
 
 namespace vxtv::show {
 
-/// Markup that stands in this program's text, and can have come from nowhere else.
+/// Markup from a literal in this program's source. It cannot be made from other text.
 class Constant {
  public:
     // NOLINTNEXTLINE(google-explicit-constructor): a literal is meant to become one without ado
@@ -18,25 +18,25 @@ class Constant {
     std::string_view text_;
 };
 
-/// An attribute; its value may hold anything.
+/// An attribute. Its value may contain any text.
 struct Attribute {
     Constant name;
     std::string value;
 };
 
-/// A piece of an HTML document. Only constants and escaped text get into one, so no name that somebody else
-/// chose can become markup.
+/// A part of an HTML document. Only constants and escaped text can become a part of it, so a name from
+/// outside can never become markup.
 class Markup {
  public:
     Markup() = default;
 
-    /// The text as a reader is to see it. What is no UTF-8, control characters and those that turn the
+    /// Text for a reader. Bytes that are not UTF-8, control characters and characters that change the
     /// direction of writing become the replacement character.
     static Markup text(std::string_view text);
     static Markup constant(Constant markup) { return Markup(std::string(markup.text())); }
     /// An element with its content, and its end tag.
     static Markup element(Constant name, std::initializer_list<Attribute> attributes, const Markup& content);
-    /// One that has no content and no end tag, such as an image.
+    /// An element without content and end tag, such as an image.
     static Markup single(Constant name, std::initializer_list<Attribute> attributes);
 
     Markup& operator+=(const Markup& other);
@@ -51,7 +51,7 @@ class Markup {
     std::string html_;
 };
 
-/// The bytes as an address that holds them: "data:image/png;base64,...".
+/// A data URL that contains the bytes: "data:image/png;base64,...".
 std::string dataAddress(std::string_view mediaType, std::string_view bytes);
 
 }  // namespace vxtv::show

@@ -12,7 +12,7 @@ namespace vxtv::show {
 
 using vxcommon::Colour;
 
-/// A file that should be a picture. `bytes` is empty when it is not, or when the page would become too large.
+/// A file that should be a picture. `bytes` is empty if it is none, or if the page would become too large.
 struct Picture {
     std::string name;
     std::uintmax_t size = 0;  ///< of the file, in bytes
@@ -23,7 +23,7 @@ struct Picture {
     std::string bytes;
 };
 
-/// A name and what the television has for it.
+/// A name and its value.
 struct Fact {
     std::string name;
     std::string value;
@@ -36,14 +36,14 @@ struct GridCell {
     std::optional<Picture> picture = std::nullopt;
 };
 
-/// Things that are alike, a row each.
+/// Similar things, one in each row.
 struct Grid {
     std::vector<std::string> columns;
     std::vector<std::vector<GridCell>> rows;
     std::size_t leftOut = 0;  ///< how many rows more there are
 };
 
-/// What belongs together in a section. Any part may be empty.
+/// Things that belong together in a section. Any part may be empty.
 struct Card {
     std::string title;
     std::string note;
@@ -60,8 +60,8 @@ struct Section {
     std::vector<Card> cards = {};
 };
 
-/// All that is shown of a television, whichever way. Its texts are as the television holds them: a view has
-/// to make them safe.
+/// Everything that is shown of a television, in either view. The texts are unchanged, so a view must make
+/// them safe.
 struct Page {
     std::string folder;
     std::string model;

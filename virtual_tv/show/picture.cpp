@@ -17,7 +17,7 @@ using namespace std::string_view_literals;
 constexpr std::string_view kPngStart = "\x89PNG\r\n\x1a\n\0\0\0\rIHDR"sv;
 constexpr std::string_view kJpegStart = "\xff\xd8\xff"sv;
 
-/// The number that begins at a place of the bytes, its highest byte first.
+/// The big-endian number at a position of the bytes.
 std::optional<std::uint32_t> numberAt(std::string_view bytes, std::size_t at, std::size_t length) {
     if (at > bytes.size() || bytes.size() - at < length) {
         return std::nullopt;
@@ -35,7 +35,7 @@ PictureForm pngForm(std::string_view bytes) {
     return width && height ? PictureForm{"image/png", *width, *height} : PictureForm();
 }
 
-/// Whether the segment is one that tells the size of the picture.
+/// Whether the segment contains the size of the picture.
 bool isStartOfFrame(std::uint32_t marker) {
     constexpr std::uint32_t kHuffmanTable = 0xc4;
     constexpr std::uint32_t kExtension = 0xc8;

@@ -8,13 +8,13 @@
 
 namespace vxtv::show {
 
-/// What a page may hold of a picture, and of all together.
+/// The limits for one picture, and for all pictures of a page together.
 inline constexpr std::size_t kLargestPicture = 2U << 20U;
 inline constexpr std::size_t kMostPictureBytes = 16U << 20U;
 inline constexpr std::uint32_t kLongestPictureSide = 8192;
 inline constexpr std::size_t kMostFilesOfAFolder = 200;
 
-/// What the first bytes of a PNG or JPEG file say. `mediaType` is empty for any other.
+/// The type and size from the first bytes of a PNG or JPEG file. `mediaType` is empty for any other file.
 struct PictureForm {
     std::string_view mediaType;
     std::uint32_t width = 0;
@@ -22,17 +22,17 @@ struct PictureForm {
 };
 PictureForm formOf(std::string_view bytes);
 
-/// Reads a television's pictures until the page has enough of them. Follows no link to a file, and no
-/// folder's link out of the television.
+/// Reads a television's pictures until the limits of a page are reached. Does not follow links to files, nor
+/// folders that are links out of the television.
 class PictureReader {
  public:
     explicit PictureReader(const std::filesystem::path& television);
 
-    /// Never fails: what is wrong with the file is told by the picture.
+    /// Never fails: the picture itself says what is wrong with the file.
     Picture read(const std::filesystem::path& file, std::string name);
 
-    /// The files below the folder by their paths in it, ordered; at most kMostFilesOfAFolder of them. None
-    /// when there is no folder, or when it cannot be read.
+    /// The files below the folder by their relative paths, sorted; at most kMostFilesOfAFolder of them. Empty
+    /// if the folder does not exist or cannot be read.
     std::vector<Picture> readFolder(const std::filesystem::path& folder);
 
  private:

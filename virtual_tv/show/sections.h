@@ -6,9 +6,9 @@
 
 namespace vxtv::show {
 
-// The sections of a page. Errors of each: those of what it reads.
+// The sections of a page. Errors of each: those of the data that it reads.
 
-/// The status of the last run of the clone library: how far it came, and how each category ended.
+/// The status of the last run of the clone library: its progress, and the result of each category.
 Section lastCloneSection(const std::vector<Setting>& settings);
 Section settingsSection(const std::vector<Setting>& settings);
 
@@ -16,13 +16,13 @@ Result<Section> channelsSection(const Television& television, std::size_t mostCh
 Result<Section> timersSection(const Television& television);
 Result<Section> sourcesSection(const Television& television, PictureReader& pictures);
 Result<Section> networkTimeSection(const Television& television);
-/// One for each service that is nothing but values.
+/// A section for each service that consists only of values.
 Result<std::vector<Section>> valueSections(const Television& television);
 
 Result<Section> applicationsSection(const Television& television, PictureReader& pictures);
 Section picturesSection(const Television& television, PictureReader& pictures);
 
-/// What is shown in place of a service that the television lacks; any other error stays one.
+/// The section with a note if the television lacks the service; any other error is returned.
 Result<Section> absentOr(const Error& error, Section section);
 
 }  // namespace vxtv::show

@@ -24,7 +24,7 @@ constexpr std::array kValueSections = {
     ValueSection{"home-data", "Home screen"}, ValueSection{"was", "Web applications"},
     ValueSection{"factory", "Factory"}};
 
-/// The cards of a service; an error when the television lacks it.
+/// The cards of a service. An error if the television lacks it.
 Result<std::vector<Card>> serviceCards(const Television& television, std::string_view name) {
     return television.database().read([name](SQLite::Database& connection) {
         return requireDataService(connection, name).map([&connection, name] {

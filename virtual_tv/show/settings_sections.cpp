@@ -16,7 +16,7 @@ struct Outcome {
 };
 constexpr Outcome kOutcomes[] = {{"-SUCCESS", "success", Colour::Good}, {"-FAIL", "failed", Colour::Bad}};
 
-/// The library reports a failure of this one whatever happened, so its line tells nothing.
+/// The library always reports a failure for this category, so its line has no meaning.
 constexpr std::string_view kNotEvaluated = "VXCLONE_FACTORY_SETTINGS";
 
 Fact outcomeFact(std::string_view line) {

@@ -16,7 +16,7 @@ namespace {
 constexpr std::pair<PictureArea, const char*> kAreas[] = {
     {kBootLogoArea, "Boot logo"}, {kHomeMenuArea, "Home menu"}, {kMbrLogoArea, "Set-top box"}};
 
-/// What the application holds, without the files that are shown as pictures.
+/// The data of the application without the files that are shown as pictures.
 std::vector<Fact> contentFacts(const Texts& texts, const std::string& id,
                                const std::vector<Picture>& pictures) {
     const std::string prefix = id + "/";

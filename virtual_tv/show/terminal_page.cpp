@@ -67,7 +67,7 @@ Printable cardTitle(const Card& card, const Screen& screen) {
            "\n";
 }
 
-/// A line of its own, when there is any text.
+/// The text on a line of its own; empty for an empty text.
 Printable lineOf(const std::string& text, const Screen& screen) {
     return text.empty() ? Printable() : sentenceFor(screen, text) + "\n";
 }

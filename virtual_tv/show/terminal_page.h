@@ -4,7 +4,7 @@
 
 namespace vxtv::show {
 
-/// The page as text for the screen, where nothing in it steers a terminal.
+/// The page as text for the screen. Nothing in it controls the terminal.
 vxcommon::Printable terminalPage(const Page& page, const vxcommon::Screen& screen);
 
 }  // namespace vxtv::show

@@ -9,15 +9,15 @@
 
 namespace vxtv::show {
 
-/// The fact, with a value that can be seen when it is empty.
+/// The fact, with a visible value even if that is empty.
 Fact factOf(std::string name, std::string value, Colour colour = Colour::Plain);
 
-/// A table of names that are pairs, "item/field": a row for each item, or for each field when there are many
-/// of these. A pair that is not there is an empty cell.
+/// A table for names of the form "item/field": a row for each item, or for each field if there are many of
+/// these. A missing pair becomes an empty cell.
 Grid gridOf(const Texts& pairs);
 
-/// Values with paths for names, a card for what the first word has in common: "region/code" is a fact,
-/// "sound/usb/bass" the cell of a table. Strings lose the quotation marks that they have in JSON.
+/// Values whose names are paths, with a card for each first word: "region/code" becomes a fact,
+/// "sound/usb/bass" a cell of a table. Strings lose their JSON quotation marks.
 std::vector<Card> cardsOf(const Texts& values, Colour colour = Colour::Plain);
 
 }  // namespace vxtv::show

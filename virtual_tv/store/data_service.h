@@ -12,10 +12,10 @@
 
 namespace vxtv {
 
-/// Things by their names, as a comparison shows them.
+/// Named texts, as a comparison shows them.
 using Texts = std::map<std::string, std::string>;
 
-/// What a service gets of the profile that its television is made from.
+/// The part of the profile for one service of a new television.
 struct ServiceSection {
     const nlohmann::json& content;
     std::string where;                    ///< the path to the content, for WrongMember
@@ -24,36 +24,37 @@ struct ServiceSection {
 
 /// A service that owns tables in tv.db.
 ///
-/// It is driven by what creates and compares televisions; its operations stand in a class of its own.
+/// The functions here are for creating and comparing televisions. The operations of the service are in a
+/// class of its own.
 struct DataService {
     std::string_view name;  ///< its member of a profile, and its area in a comparison
 
-    /// Makes the tables and fills them; part of the creation of a television, which a failure undoes. Throws
-    /// WrongMember for what a profile may not say, and what the database throws.
+    /// Makes the tables and fills them when a television is created; a failure undoes the creation. Throws
+    /// WrongMember for an invalid profile, and what the database throws.
     void (*create)(SQLite::Database& connection, const ServiceSection& section);
 
-    /// All that a clone carries of it. Throws what the database throws.
+    /// All data of the service that is cloned. Throws what the database throws.
     Texts (*texts)(SQLite::Database& connection);
 
-    /// What else it holds, and keeps when its television takes over a clone; null: nothing. Throws what the
-    /// database throws.
+    /// All other data, which stays when the television is restored from a clone; null if there is none.
+    /// Throws what the database throws.
     Texts (*keptTexts)(SQLite::Database& connection) = nullptr;
 
-    /// The area of a comparison in which that stands, where a restore may take it away; else empty.
+    /// The area of a comparison for that data, if a restore may remove it; otherwise empty.
     std::string_view lostArea = {};
 };
 
-/// Makes the table of the services that a television has; part of its creation. Throws what the database
-/// throws, as the next two do.
+/// Makes the table of a television's services when the television is created. This function and the next two
+/// throw what the database throws.
 void createServiceTable(SQLite::Database& connection);
 
-/// Notes that this television has the service.
+/// Records that this television has the service.
 void noteDataService(SQLite::Database& connection, std::string_view name);
 
 /// Whether this television has the service.
 bool hasDataService(SQLite::Database& connection, std::string_view name);
 
-/// Nothing when this television has the service. Errors: UnknownService.
+/// Succeeds if this television has the service. Errors: UnknownService.
 Result<void> requireDataService(SQLite::Database& connection, std::string_view name);
 
 }  // namespace vxtv

@@ -30,7 +30,7 @@ constexpr std::uint32_t kDatabaseVersion = 3;         // 3: televisions whose se
 constexpr int kBusyTimeoutMs = 5000;
 constexpr const char* kStartAnew = "remove its folder and create the television again";
 
-// The file header of the SQLite format: magic text, then big-endian numbers at fixed places.
+// The file header of the SQLite format: magic text, then big-endian numbers at fixed offsets.
 constexpr std::size_t kDatabaseHeaderSize = 100;
 constexpr std::string_view kHeaderMagic("SQLite format 3\0", 16);
 constexpr std::size_t kDatabaseVersionOffset = 60;
@@ -45,7 +45,7 @@ tl::unexpected<Error> damagedDatabase(const fs::path& file, std::string_view why
     return failure(ErrorCode::Damaged, fmt::format("{} is damaged ({}); {}", file.string(), why, kStartAnew));
 }
 
-/// The header, or nothing when the file cannot be opened (errno says why) or is too short.
+/// The header; empty if the file cannot be opened (errno has the reason) or is too short.
 std::optional<Header> readHeader(const fs::path& file) {
     errno = 0;
     std::ifstream stream(file, std::ios::binary);
@@ -90,7 +90,7 @@ constexpr std::array kFailings = {
 constexpr Failing kOtherFailing = {0, ErrorCode::Io,
                                    "check that the folder may be written and its disk is sound"};
 
-/// Whether a limit of the file size keeps the database, or what lies beside it, from being written.
+/// Whether the limit of the file size prevents writing the database or the files beside it.
 bool meetsFileSizeLimit(const fs::path& file) {
     constexpr std::uintmax_t kSharedIndexBytes = 32U << 10U;  // of the file that SQLite calls -shm, at least
     if (fileMayNotGrow(kSharedIndexBytes - 1)) {
@@ -119,7 +119,7 @@ Error errorOf(const fs::path& file, const SQLite::Exception& exception) {
                                        limited ? kRaiseFileSizeLimit : failing->advice)};
 }
 
-/// The files in which changes wait are opened like the database itself.
+/// The files beside the database, with pending changes, must be safe to open, too.
 Result<void> checkBeside(const fs::path& file) {
     for (const char* const ending : {"-wal", "-shm", "-journal"}) {
         const fs::path beside = file.string() + ending;
@@ -133,7 +133,7 @@ Result<void> checkBeside(const fs::path& file) {
     return {};
 }
 
-/// A view or a trigger runs when the table of its name is used, for as long as who made it likes.
+/// A view or a trigger runs when somebody uses the table of its name, and it may run endlessly.
 bool holdsTablesAlone(SQLite::Database& connection) {
     connection.exec("PRAGMA trusted_schema = OFF");
     return connection
@@ -219,7 +219,7 @@ Database::Database(const fs::path& file, int openFlags)
 
 Database::~Database() {
     if (isForked()) {
-        // Closing it here would drop files that the parent still works with.
+        // Intended leak: closing it here would drop files that the parent process still uses.
         static_cast<void>(connection_.release());
     }
 }
@@ -259,7 +259,7 @@ void Database::WriteTransaction::commit() {
 
 Database::WriteTransaction::~WriteTransaction() {
     if (open_) {
-        // An error that ended the transaction already (a full disk) makes this one fail, which is fine.
+        // If an error, such as a full disk, has ended the transaction already, this fails and may be ignored.
         connection_.tryExec("ROLLBACK");
     }
 }

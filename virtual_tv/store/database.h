@@ -14,37 +14,36 @@
 
 namespace vxtv {
 
-/// The file that holds everything the television's services own.
+/// The file with all data of the television's services.
 ///
-/// Threads: any; one piece of work at a time in a process. Processes: any number; a write waits up to five
-/// seconds for the others, then fails with Busy. What a write committed outlives the death of its process.
-/// A process that forks leaves the child an object that refuses every piece of work.
+/// Threads: any; one operation at a time in a process. Processes: any number; a write waits up to five
+/// seconds for the others, then fails with Busy. A committed write survives the death of its process. After a
+/// fork, the child's object refuses every operation.
 class Database {
  public:
-    /// Errors: NotATelevision, Damaged, OtherVersion, Busy, Io. Nothing is written to a file that is not
-    /// ours.
+    /// Errors: NotATelevision, Damaged, OtherVersion, Busy, Io. A foreign file is never written to.
     static Result<std::unique_ptr<Database>> open(const std::filesystem::path& file);
 
-    /// Makes the file, which must not exist, without any table.
+    /// Makes the file without any table. The file must not exist.
     static Result<std::unique_ptr<Database>> create(const std::filesystem::path& file);
 
-    /// Says what the file is, without opening it as a database: nothing, or one of NotATelevision, Damaged,
+    /// Checks the file's kind without opening it as a database: success, or one of NotATelevision, Damaged,
     /// OtherVersion and Io.
     static Result<void> identify(const std::filesystem::path& file);
 
-    /// Whether the file says that a television made it, damaged or of another version as it may be.
+    /// Whether the file belongs to a television, even if it is damaged or of another version.
     static bool isOurs(const std::filesystem::path& file);
 
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    /// Does `work(connection)`, which returns a Result, and hands its result back; an exception of the
-    /// database becomes an error.
+    /// Calls `work(connection)`, which returns a Result, and returns its result. An exception of the database
+    /// becomes an error.
     template <class Work>
     auto read(Work&& work) -> std::invoke_result_t<Work, SQLite::Database&>;
 
-    /// The same as one transaction, which stands when the work succeeds and leaves no trace when it fails.
+    /// The same as one transaction, which is committed if the work succeeds and rolled back if it fails.
     template <class Work>
     auto write(Work&& work) -> std::invoke_result_t<Work, SQLite::Database&>;
 

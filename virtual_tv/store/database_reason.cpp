@@ -14,13 +14,13 @@ struct ReasonFact {
     const char* words;
 };
 
-// The last one stands for every other code.
+// The last entry is for every other code.
 constexpr std::array kReasons = {
     ReasonFact{SQLITE_BUSY, "another process uses it"},
     ReasonFact{SQLITE_LOCKED, "another process uses it"},
     ReasonFact{SQLITE_CORRUPT, "its content is damaged"},
     ReasonFact{SQLITE_NOTADB, "it is no database"},
-    // Our statements are fixed: one that does not fit means that a table is not as it was made.
+    // Our statements are fixed, so this error means that a table does not have its original form.
     ReasonFact{SQLITE_ERROR, "a table in it is not as it was made"},
     ReasonFact{SQLITE_SCHEMA, "a table in it is not as it was made"},
     ReasonFact{SQLITE_CONSTRAINT, "a table in it is not as it was made"},

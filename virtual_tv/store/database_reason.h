@@ -6,7 +6,7 @@
 
 namespace vxtv {
 
-/// Why a call of a database failed, in words for people that go on after the file's name and a colon.
+/// The reason of a failed database call in words, to follow the file's name and a colon.
 std::string databaseReason(const SQLite::Exception& exception);
 
 }  // namespace vxtv

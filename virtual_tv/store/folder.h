@@ -9,36 +9,37 @@
 
 namespace vxtv {
 
-/// Where things lie in a television's folder. The only place that names them.
+/// The paths in a television's folder. No other code names them.
 class Folder {
  public:
     explicit Folder(std::filesystem::path root) : root_(std::move(root)) {}
 
     const std::filesystem::path& root() const { return root_; }
-    /// Everything the services own.
+    /// The data of all services.
     std::filesystem::path database() const { return root_ / "tv.db"; }
     /// The secure storage: the key that seals its entries, the entries, and the secret that opens key files.
     std::filesystem::path secure() const { return root_ / "secure"; }
     std::filesystem::path deviceKey() const { return secure() / "device.key"; }
     std::filesystem::path secureEntries() const { return secure() / "entries"; }
     std::filesystem::path installationSecret() const { return secure() / "installation.secret"; }
-    /// Seen as /opt, /tmp and /media by what runs in the television.
+    /// Programs in the television see them as /opt, /tmp and /media.
     std::filesystem::path opt() const { return root_ / "opt"; }
     std::filesystem::path tmp() const { return root_ / "tmp"; }
     std::filesystem::path media() const { return root_ / "media"; }
-    /// The lines of `__dlog_print`, one a call.
+    /// The log, one line for each call of `__dlog_print`.
     std::filesystem::path dlog() const { return root_ / "log" / "dlog.txt"; }
-    /// The platform calls, one JSON object a line.
+    /// The platform calls, one JSON object for each line.
     std::filesystem::path calls() const { return root_ / "log" / "calls.jsonl"; }
-    /// Locks and sockets of what runs now; empty when nothing does.
+    /// Locks and sockets of running processes; empty if nothing runs.
     std::filesystem::path run() const { return root_ / "run"; }
-    /// Each session holds it with a shared flock(2); who wants the television for itself, exclusively.
+    /// Each session holds a shared flock(2) on it. For exclusive use of the television, it is locked
+    /// exclusively.
     std::filesystem::path sessionLock() const { return run() / "session.lock"; }
-    /// The same for the message bus alone: its keeper waits for it exclusively, to know when to end the bus.
+    /// The same for the message bus: its keeper waits for the exclusive lock and then ends the bus.
     std::filesystem::path busLock() const { return run() / "bus.lock"; }
-    /// The address of the message bus; locked while the bus is up.
+    /// The address of the message bus. The file is locked while the bus runs.
     std::filesystem::path busAddress() const { return run() / "bus"; }
-    /// The same two for the home of the applications.
+    /// The same two files for the home of the applications.
     std::filesystem::path homeLock() const { return run() / "home.lock"; }
     std::filesystem::path homeAddress() const { return run() / "home"; }
 
@@ -46,13 +47,12 @@ class Folder {
     std::filesystem::path root_;
 };
 
-/// The mark of a secure storage that is up, and the key file of the clone key, as programs in the television
-/// see them.
+/// The mark that the secure storage is ready, and the key file with the clone key, as programs in the
+/// television see them.
 inline constexpr const char* kSecureStorageReady = "/tmp/securestorage-ready";
 inline constexpr const char* kCloneKeyFile = "/usr/share/wqd/vx-clone-api-key/00000044.bin";
 
-/// The environment variable that tells the platform libraries which television they run in: its folder's
-/// absolute path.
+/// The environment variable with the absolute path of the television's folder, for the platform libraries.
 inline constexpr const char* kTelevisionVariable = "VXTV_TELEVISION";
 
 /// A directory of pictures in the television.
@@ -66,20 +66,20 @@ inline constexpr PictureArea kHomeMenuArea = {"home-menu", "/opt/usr/data/hotel/
 inline constexpr PictureArea kMbrLogoArea = {"mbr-logo", "/opt/usr/data/hotel/mbrlogo"};
 inline constexpr std::array kPictureAreas = {kBootLogoArea, kHomeMenuArea, kMbrLogoArea};
 
-/// The data directory of the cloning application; the clone directory itself is the application's to make.
+/// The data directory of the cloning application. The application itself creates the clone directory in it.
 inline constexpr std::string_view kCloningDataPath = "/opt/usr/apps/org.vorta.vxhotel-cloning/data";
 
-/// Where an absolute path, as seen in the television, lies in its folder.
+/// The place in the television's folder of an absolute path as programs in the television see it.
 std::filesystem::path placeOf(const Folder& folder, std::string_view pathInTelevision);
 
-/// Where the cloning application keeps the package that it makes or unpacks, for services that are not told.
-/// The application makes it.
+/// The directory in which the cloning application makes or unpacks a package, for services that do not get it
+/// as an argument. The application creates it.
 inline std::filesystem::path cloneDirectory(const Folder& folder) {
     return placeOf(folder, kCloningDataPath) / "Clone";
 }
 
-/// Whether each folder that makes a television is a folder of its own and no link. Error: Damaged, with the
-/// link's name.
+/// Requires that each folder of a television is a real folder and not a link. Error: Damaged, with the link's
+/// name.
 Result<void> checkOwnFolders(const Folder& folder);
 
 }  // namespace vxtv

@@ -31,7 +31,7 @@ constexpr std::size_t kLargestEntry = 64 * 1024;
 constexpr std::chrono::seconds kLockPatience(5);
 constexpr std::chrono::milliseconds kLockPause(10);
 
-/// What else could be the name of a file elsewhere.
+/// Other characters could name a file in another place.
 bool isEntryName(std::string_view name) {
     constexpr std::size_t kLongestName = 64;
     constexpr std::string_view kAllowed = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_";
@@ -85,7 +85,7 @@ Result<std::string> unsealEntry(const SealingKey& key, const std::string& name, 
     if (!value) {
         return value.error().code == ErrorCode::BrokenSeal ? brokenEntry(name) : value;
     }
-    // The owner stands outside of what is enciphered, but under the seal: judged only after it was tried.
+    // The owner is not enciphered but covered by the seal, so it is checked only after the seal.
     if (credentialIn(header.substr(kCredentialOffset)) != credential) {
         return failure(
             ErrorCode::WrongCredential,
@@ -195,7 +195,7 @@ fs::path SecureStorage::entriesBeside(const char* what) const {
     return folder_.secureEntries().string() + what;
 }
 
-/// What is no plain file is no entry, and goes.
+/// Keeps all other entries. Files that are not regular are not entries and are dropped.
 Result<void> SecureStorage::keepOtherEntries(const std::vector<Secret>& secrets,
                                              const fs::path& beside) const {
     std::error_code error;
@@ -215,7 +215,7 @@ Result<void> SecureStorage::keepOtherEntries(const std::vector<Secret>& secrets,
             return kept;
         }
     }
-    // Entries that were not seen would be gone with the exchange.
+    // Without a complete list, unseen entries would be lost in the exchange.
     const bool none = error == std::errc::no_such_file_or_directory;
     return error && !none ? cannotChange(folder_.secureEntries(), error) : Result<void>();
 }
@@ -223,7 +223,7 @@ Result<void> SecureStorage::keepOtherEntries(const std::vector<Secret>& secrets,
 Result<void> SecureStorage::writeEntries(const SealingKey& key, const std::vector<Secret>& secrets,
                                          const Credential& credential) const {
     const fs::path beside = entriesBeside(".new");
-    // What a killed process may have left.
+    // Removes what a killed process may have left.
     if (const auto removed = vxcommon::removeTree(beside); !removed) {
         return cannotChange(beside, {removed.error().reason, std::generic_category()});
     }
@@ -250,13 +250,13 @@ Result<void> SecureStorage::swapIn() const {
     const fs::path entries = folder_.secureEntries();
     const fs::path beside = entriesBeside(".new");
     std::error_code error;
-    // In one step: whoever reads meanwhile, or after a kill, finds all entries of before or all new ones.
-    // An answer that fails counts as "none": then the rename fails, and nothing is lost.
+    // In one step: a reader, or the state after a kill, has either all old or all new entries. If the check
+    // fails, it counts as "none"; then the rename fails, and nothing is lost.
     const Existing existing = fs::exists(entries, error) ? Existing::Exchange : Existing::Refuse;
     const int refused = vxcommon::putInPlace(beside, entries, {existing});
     const Result<void> done = refused == 0 ? flushFolder(folder_.secure())
                                            : cannotChange(entries, {refused, std::generic_category()});
-    // Not before the exchange is on the disk: until then a power cut may bring the old ones back.
+    // Only after the exchange is on the disk, because before that a power cut may bring the old folder back.
     static_cast<void>(vxcommon::removeTree(beside));
     return done;
 }

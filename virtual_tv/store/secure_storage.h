@@ -35,27 +35,26 @@ class SecureStorage {
  public:
     explicit SecureStorage(Folder folder) : folder_(std::move(folder)) {}
 
-    /// Makes an empty storage with a new device key; part of the creation of a television. Errors: NoSpace,
-    /// Io.
+    /// Makes an empty storage with a new device key when a television is created. Errors: NoSpace, Io.
     static Result<void> create(const Folder& folder);
 
-    /// Whether the storage is up: its device key can be read.
+    /// Checks that the storage is ready: its device key can be read.
     Result<void> checkUp() const;
 
-    /// Keeps other processes and threads from changing the storage until the result goes; waits for them up
-    /// to five seconds. Errors: Busy, Io.
+    /// Locks the storage against changes by other processes and threads until the result is destroyed. Waits
+    /// for them up to five seconds. Errors: Busy, Io.
     Result<Descriptor> lock() const;
 
-    /// The value of the entry, for the one it belongs to. Errors: UnknownEntry, WrongCredential, BrokenSeal
-    /// for an entry that is damaged or of another television, Io.
+    /// The value of the entry, for its owner. Errors: UnknownEntry, WrongCredential; BrokenSeal for an entry
+    /// that is damaged or from another television; Io.
     Result<std::string> read(const std::string& name, const Credential& credential) const;
 
-    /// Puts the secrets into the storage, all of them or, on failure, none; other entries stay. Before: the
-    /// caller holds the lock. Errors: NoSpace, Io.
+    /// Stores all secrets or, on failure, none. Other entries stay. Before: the caller holds the lock.
+    /// Errors: NoSpace, Io.
     Result<void> put(const std::vector<Secret>& secrets, const Credential& credential) const;
 
-    /// Forgets the secrets of these names; one that is not there counts as forgotten. Before: the caller
-    /// holds the lock. Errors: Io.
+    /// Removes the secrets with these names; a missing one is no error. Before: the caller holds the lock.
+    /// Errors: Io.
     Result<void> forget(const std::vector<std::string>& names) const;
 
  private:

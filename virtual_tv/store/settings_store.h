@@ -12,7 +12,7 @@ namespace vxtv {
 
 enum class SettingType { Int, Bool, String };
 
-/// A setting's value; the alternatives stand in the order of `SettingType`.
+/// A setting's value. The alternatives are in the order of `SettingType`.
 using SettingValue = std::variant<int, bool, std::string>;
 
 /// "int", "bool" or "string".
@@ -25,14 +25,14 @@ struct Setting {
     bool isStatus = false;  ///< tells how a run goes; no setting that a clone carries
 };
 
-/// The keys of the settings store. Keys and their types are fixed when the television is created.
+/// The settings of a television. Keys and their types are fixed when the television is created.
 ///
 /// Errors common to all: UnknownKey, WrongType, and those of `Database`. Threads and processes: any.
 class SettingsStore {
  public:
     explicit SettingsStore(Database& database) : database_(database) {}
 
-    /// Makes the table and its rows; part of the creation of a television.
+    /// Makes the table and its rows when a television is created.
     static void create(SQLite::Database& connection, const std::vector<Setting>& settings);
 
     Result<int> getInt(const std::string& key) const;
@@ -40,13 +40,13 @@ class SettingsStore {
     Result<std::string> getString(const std::string& key) const;
     Result<Setting> get(const std::string& key) const;
 
-    /// All settings, ordered by key.
+    /// All settings, sorted by key.
     Result<std::vector<Setting>> list() const;
 
-    /// Stores the value when the key has its type. Errors: OutOfRange for a string that holds a NUL.
+    /// Stores the value if the key has its type. Errors: OutOfRange for a string that contains a NUL.
     Result<void> set(const std::string& key, const SettingValue& value);
 
-    /// Stores a bool given as a number. Errors: OutOfRange unless it is 0 or 1.
+    /// Stores a bool that is given as a number. Errors: OutOfRange unless it is 0 or 1.
     Result<void> setBool(const std::string& key, int value);
 
  private:

@@ -22,8 +22,9 @@ bool isRelease(int command, const void* argument) {
     return command == F_SETLK && static_cast<const struct flock*>(argument)->l_type == F_UNLCK;
 }
 
-/// True while this thread is in the call below. A program and its platform library each have this code: when
-/// both have put theirs in front of the other's, the second time round has to leave for the system's.
+/// True while this thread is in the call below. A program and its platform library each contain this code. If
+/// both have installed their function in front of the other's, the second call must go to the system's
+/// function.
 thread_local bool isBelow = false;
 
 int callOnce(int file, int command, void* argument) {
@@ -36,7 +37,7 @@ int callOnce(int file, int command, void* argument) {
     return result;
 }
 
-// SQLite calls it as the system's function is declared.
+// Declared like the system's function, because SQLite calls it instead.
 int steadyFcntl(int file, int command, ...) {  // NOLINT(cert-dcl50-cpp)
     va_list arguments;
     va_start(arguments, command);

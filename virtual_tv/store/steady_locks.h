@@ -2,12 +2,11 @@
 
 namespace vxtv {
 
-/// Has SQLite repeat, a few times, a call on a lock that a signal interrupted and a release that failed. Of
-/// itself it takes an interrupted call for a lock that somebody else holds; when that was a
-/// release, the lock stays, and every other process waits for a writer that has long finished.
+/// Makes SQLite repeat a lock call that a signal interrupted, a few times, and a release that failed. By
+/// default SQLite treats an interrupted call as a lock of another process. If the call was a release, the
+/// lock stays, and every other process waits for a writer that has already finished.
 ///
-/// Counts for all databases of the process, from the next call on a lock. May be called again and again.
-/// Threads: any.
+/// Affects all databases of the process from the next lock call on. May be called repeatedly. Threads: any.
 void makeLocksSteady();
 
 }  // namespace vxtv

@@ -10,33 +10,33 @@
 
 namespace vxtv {
 
-/// What kind of television this is.
+/// The model and identity of a television.
 struct Identity {
     std::string model;
     std::string productTag;
     int tunerType = 0;
 };
 
-/// Something the model was configured with: a number or a switch.
+/// A configured property of the model: a number or a switch.
 struct Feature {
     std::string name;
     std::variant<int, bool> value;
 };
 
-/// The television's identity and features, fixed when it is created.
+/// The television's identity and features, which are fixed when it is created.
 ///
 /// Errors common to all: those of `Database`. Threads and processes: any.
 class SystemInformation {
  public:
     explicit SystemInformation(Database& database) : database_(database) {}
 
-    /// Makes the tables and their rows; part of the creation of a television.
+    /// Makes the tables and their rows when a television is created.
     static void create(SQLite::Database& connection, const Identity& identity,
                        const std::vector<Feature>& features);
 
     Result<Identity> identity() const;
 
-    /// All features, ordered by name.
+    /// All features, sorted by name.
     Result<std::vector<Feature>> features() const;
 
     /// Errors: UnknownKey, WrongType for a switch.

@@ -16,7 +16,7 @@ namespace vxtv {
 
 namespace {
 
-/// By its content we know our mark again.
+/// The content identifies our own mark.
 constexpr std::string_view kContent = "made by vxtv\n";
 
 bool isOurs(const std::filesystem::path& mark) {

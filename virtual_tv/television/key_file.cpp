@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A line end in it, so that a copy made in text mode is noticed at once.
+// It contains a line end, so that a copy made in text mode is noticed.
 constexpr std::string_view kKeyFileMagic("VXKEY\r\n\x1a", 8);
 constexpr std::uint32_t kKeyFileVersion = 1;
 constexpr std::size_t kKeyFileNonceOffset = kKeyFileMagic.size() + kNumberSize;
@@ -27,12 +27,12 @@ constexpr std::size_t kContentSize = kCredentialSize + CloneKey::kKeySize + Clon
 constexpr std::size_t kFileSize = kKeyFileHeaderSize + kContentSize + kTagSize;
 constexpr std::string_view kPurpose = "vx-clone key file";
 
-/// A sealing key for this file alone.
+/// A sealing key only for this file.
 Result<SealingKey> sealingKeyOf(std::string_view secret, std::string_view nonce) {
     return SealingKey(secret).derive(std::string(kPurpose) + std::string(nonce));
 }
 
-/// Random bytes other than NUL: who reads a secret as a text drops a NUL at its end.
+/// Random bytes without NUL, because a reader of a text drops a NUL at its end.
 Result<std::string> randomText(std::size_t count) {
     Result<std::string> text = randomBytes(count);
     while (text && text->find('\0') != std::string::npos) {
@@ -41,7 +41,7 @@ Result<std::string> randomText(std::size_t count) {
     return text;
 }
 
-/// Whether header and length are those of a key file that this version knows.
+/// Checks that header and length are those of a key file of this version.
 Result<void> checkShape(std::string_view bytes, const fs::path& file) {
     const std::string_view magic = bytes.substr(0, kKeyFileMagic.size());
     if (magic != kKeyFileMagic.substr(0, magic.size())) {

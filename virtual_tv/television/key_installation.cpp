@@ -24,7 +24,7 @@ fs::path lookUp(const Folder& folder, const std::string& path) {
     return isOwn ? own : fs::path(path);
 }
 
-/// What the file at the path holds, opened with the television's installation secret.
+/// The content of the file at the path, opened with the television's installation secret.
 Result<CloneKey> openKeyFile(const Folder& folder, const fs::path& file) {
     return readFleetSecret(folder.installationSecret()).and_then([&file](const std::string& secret) {
         return readKeyFile(file).and_then(
@@ -96,7 +96,7 @@ Result<std::string> readPackageKey(const std::filesystem::path& file) {
         return *bytes;
     }
     return failure(
-        ErrorCode::NoFleetSecret,
+        ErrorCode::NoPackageKey,
         fmt::format("{} is no package key: {}; give a plain file of {} random bytes", file.string(),
                     bytes ? "it has another length" : bytes.error().reason, kPackageKeySize));
 }

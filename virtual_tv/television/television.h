@@ -15,10 +15,10 @@
 
 namespace vxtv {
 
-/// A virtual television that is in use by this process. Any number of processes may use it at once.
+/// A virtual television that this process uses. Any number of processes may use it at the same time.
 ///
-/// Ownership: the services work on the television and must not outlive it; moving it leaves them valid.
-/// Threads: everything but moving may be used from any thread.
+/// Ownership: the services work on the television and must not outlive it. They stay valid if it is moved.
+/// Threads: everything except moving may be used from any thread.
 class Television {
  public:
     /// Errors: NotATelevision, Damaged, OtherVersion, Io. Nothing is changed.
@@ -43,7 +43,7 @@ class Television {
     std::unique_ptr<DlogFile> dlog_;
 };
 
-/// The path made absolute and free of "." and "..", and of a slash at its end.
+/// The path made absolute, without "." and "..", and without a slash at its end.
 std::filesystem::path absoluteFolder(const std::filesystem::path& path);
 
 }  // namespace vxtv

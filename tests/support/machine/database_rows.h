@@ -8,11 +8,10 @@
 
 namespace vxtest {
 
-/// Every row of a television's database, for comparing it exactly, but for the plan of the faults, which
-/// counts calls.
+/// Every row of a television's database for an exact comparison, except the fault plan, which counts calls.
 inline FileTree databaseRows(const std::filesystem::path& television) {
     FileTree rows;
-    // Whoever else reads it may close it at this moment, and has it for itself then.
+    // Another reader may be closing it at this moment, and then has exclusive access.
     constexpr int kMostMilliseconds = 20'000;
     SQLite::Database database((television / "tv.db").string(), SQLite::OPEN_READONLY, kMostMilliseconds);
     SQLite::Statement tables(database, "SELECT name FROM sqlite_master WHERE type = 'table'");

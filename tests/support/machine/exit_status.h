@@ -4,7 +4,7 @@
 
 namespace vxtest {
 
-/// The exit statuses of vxclone, as its manual promises them.
+/// The exit statuses of vxclone, as documented in its manual.
 namespace ended {
 inline constexpr int kDone = 0;
 inline constexpr int kIncomplete = 1;
@@ -24,7 +24,7 @@ inline constexpr int kSignalBase = 128;
 /// Of a program that could not be started.
 inline constexpr int kCannotStart = 127;
 
-/// What waitpid says of a process that ended, as a shell gives it.
+/// The exit status of a process, as in a shell, from the result of waitpid.
 inline int exitStatusOf(int waited) {
     return WIFSIGNALED(waited) ? kSignalBase + WTERMSIG(waited) : WEXITSTATUS(waited);
 }

@@ -5,12 +5,12 @@
 
 namespace vxtest {
 
-/// Gives the calling process, and every process it starts from then on, an empty /opt, /tmp and /media of its
-/// own, in memory, so that tests may work on the compiled-in paths, side by side and without a trace. The
-/// build tree, the source tree and the working directory stay in sight if they lie below one of the three.
+/// Gives the calling process, and all processes that it starts later, an empty /opt, /tmp and /media in
+/// memory. So tests can use the compiled-in paths in parallel and leave nothing behind. The build tree, the
+/// source tree and the working directory stay visible if they are below one of the three.
 ///
-/// Result: nothing on success, else the sentence that says why. Call it first in main: only one thread may
-/// run. Works as root, else where user namespaces are allowed.
+/// Result: empty on success, otherwise the reason. Must be called first in main, because the process must
+/// have only one thread. Works as root, or where user namespaces are allowed.
 [[nodiscard]] std::optional<std::string> enterPrivateFilesystem();
 
 }  // namespace vxtest

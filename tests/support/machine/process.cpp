@@ -18,7 +18,7 @@ namespace vxtest {
 
 namespace {
 
-/// The input lies in a file without a name, so that nobody has to feed it to the program.
+/// The input is in an unnamed file, so that no thread has to write it to the program.
 int fileWith(const std::string& content) {
     std::FILE* const file = std::tmpfile();
     if (file == nullptr) return -1;
@@ -107,7 +107,7 @@ Finished RunningProcess::wait() {
     return finished_;
 }
 
-/// False when both streams are at their end, or the time is over.
+/// False if both streams are at their end, or the time is over.
 bool RunningProcess::readMore() {
     const auto left =
         std::chrono::ceil<std::chrono::milliseconds>(deadline_ - std::chrono::steady_clock::now());

@@ -10,7 +10,7 @@
 
 namespace vxtest {
 
-/// A program to run. There is no shell in between.
+/// A program to run, without a shell.
 struct Program {
     std::vector<std::string> command;                ///< the program, searched on the PATH, and its arguments
     std::map<std::string, std::string> environment;  ///< added to that of the test
@@ -31,10 +31,11 @@ struct Finished {
 /// Runs the program to its end.
 Finished run(const Program& program);
 
-/// The text with each run of blanks and line breaks as one blank, as if no line had to fit a terminal.
+/// The text with every sequence of blanks and line breaks replaced by one blank, so that its wrapping does
+/// not matter.
 std::string unwrapped(const std::string& text);
 
-/// A program that runs beside the test. One that is still running at the end of the object's life is killed.
+/// A program that runs in parallel to the test. The destructor kills it if it is still running.
 class RunningProcess {
  public:
     explicit RunningProcess(const Program& program);

@@ -5,8 +5,8 @@
 
 namespace vxtest {
 
-/// A new, empty directory below /tmp that is removed, with all that is in it, at the end of the object's
-/// life. Ends the program when the system gives none: there is no test without it.
+/// A new, empty directory below /tmp. The destructor removes it with its content. Ends the program if it
+/// cannot be created, because there is no test without it.
 class TemporaryDirectory {
  public:
     TemporaryDirectory();

@@ -71,7 +71,7 @@ int Terminal::wait() {
     return exitStatusOf(status);
 }
 
-/// False when nobody has the terminal open any more, or the time is over.
+/// False if no process has the terminal open any more, or the time is over.
 bool Terminal::readMore() {
     const auto left =
         std::chrono::ceil<std::chrono::milliseconds>(deadline_ - std::chrono::steady_clock::now());

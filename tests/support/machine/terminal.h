@@ -6,8 +6,7 @@
 
 namespace vxtest {
 
-/// A program at a terminal of its own, as a person would run it. One that is still running at the end of the
-/// object's life is killed.
+/// A program at its own terminal, as a person would run it. The destructor kills it if it is still running.
 class Terminal {
  public:
     Terminal(const Program& program, unsigned short columns);

@@ -8,7 +8,7 @@ namespace vxtest {
 std::filesystem::path vxtvProgram();
 std::filesystem::path vxcloneProgram();
 
-/// Where the build puts programs and libraries, and where it and its sources lie.
+/// The folder of the build's programs and libraries, the build folder, and the source folder.
 std::filesystem::path toolFolder();
 std::filesystem::path libraryFolder();
 std::filesystem::path buildFolder();

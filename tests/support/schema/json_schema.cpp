@@ -28,7 +28,7 @@ bool isBoolean(const Json& value) {
     return value.is_boolean();
 }
 
-/// Stricter than the language, for which 2.0 is an integer: other programs' readers may see it otherwise.
+/// Stricter than the standard, for which 2.0 is an integer, because other readers may not agree.
 bool isInteger(const Json& value) {
     return value.is_number_integer();
 }
@@ -160,7 +160,7 @@ class Reading {
         return schema.contains("items") ? faultOf(schema.at("items"), where + "/items") : std::nullopt;
     }
 
-    /// Whether a value could be judged for ever: a schema that is judged again of the same value.
+    /// Whether checking a value would never end, because a schema is applied again to the same value.
     bool endsNever(const Json& schema, std::size_t followed = 0) const {
         if (followed > partOf(document_, "definitions").size()) {
             return true;
@@ -190,7 +190,7 @@ class Reading {
         if (name == "$ref" && findDefinition(document_, argument) == nullptr) {
             return "refers to " + argument.get<std::string>() + ", which is not there";
         }
-        // By the language nothing beside a reference counts.
+        // The standard ignores keywords beside a reference.
         if (name == "$ref" && schema.size() > 1 + schema.count("description")) {
             return "a rule stands beside \"$ref\"";
         }
@@ -200,7 +200,7 @@ class Reading {
     const Json& document_;
 };
 
-/// Holds values against the schemas of one document.
+/// Checks values against the schemas of one document.
 class Judgement {
  public:
     explicit Judgement(const Json& document) : document_(document) {}

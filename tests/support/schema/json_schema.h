@@ -7,16 +7,16 @@
 
 namespace vxtest {
 
-/// A JSON schema (draft 07), of those keywords that our schemas use. What it does not know it refuses, so
-/// that no rule of a schema goes unchecked.
+/// A JSON schema (draft 07) with the keywords that our schemas use. Unknown keywords are refused, so that no
+/// rule stays unchecked.
 class JsonSchema {
  public:
     /// Reads a schema. Errors: a sentence about the first keyword that is unknown, is used wrongly or refers
     /// to nothing, with its place in the schema.
     static tl::expected<JsonSchema, std::string> read(nlohmann::json document);
 
-    /// What the schema has against the value: a sentence each, with the place in the value. Empty when it
-    /// fits.
+    /// The violations of the schema by the value, each a sentence with the place in the value. Empty if the
+    /// value is valid.
     std::vector<std::string> complaints(const nlohmann::json& value) const;
 
  private:

@@ -12,13 +12,13 @@ using ::testing::IsEmpty;
 using vxtest::JsonSchema;
 using Json = nlohmann::json;
 
-/// What the schema has against the value; for a schema that cannot be read, why not.
+/// The violations of the schema by the value, or the reason why the schema cannot be read.
 std::vector<std::string> complaints(const char* schema, const char* value) {
     const auto read = JsonSchema::read(Json::parse(schema));
     return read ? read->complaints(Json::parse(value)) : std::vector<std::string>{read.error()};
 }
 
-/// Why a schema cannot be read; empty when it can.
+/// The reason why a schema cannot be read; empty if it can.
 std::string faultOf(const char* schema) {
     const auto read = JsonSchema::read(Json::parse(schema));
     return read ? std::string() : read.error();

@@ -12,7 +12,7 @@ inline ScriptedPlatform& platform() {
     return ScriptedPlatform::instance();
 }
 
-/// A string as it stands in the record of a call.
+/// A string as it appears in the record of a call.
 inline std::string quoted(const char* text) {
     return text == nullptr ? "null" : "\"" + std::string(text) + "\"";
 }
@@ -30,7 +30,7 @@ auto answered(const char* call, const std::string& arguments, Work work) -> decl
     return static_cast<decltype(work())>(decision.status);
 }
 
-/// The same for a call that hands out a pointer: any scripted status means null.
+/// The same for a call that returns a pointer: every scripted status means null.
 template <class Work>
 auto answeredPointer(const char* call, const std::string& arguments, Work work) -> decltype(work()) {
     return platform().decide(call, arguments).forced ? nullptr : work();

@@ -44,7 +44,7 @@ int bundle_get_str(bundle* b, const char* key, char** value) {
     });
 }
 
-// Whatever it is told to answer, nobody else can free the bundle.
+// Freed with every scripted status, because nobody else can free it.
 int bundle_free(bundle* b) {
     if (b != nullptr) {
         platform().locked([](ScriptedPlatform::State& state) { --state.bundlesHeld; });

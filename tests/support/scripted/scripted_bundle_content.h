@@ -8,7 +8,7 @@
 #include "platform/bundle.h"
 #include "tests/support/scripted/answering.h"
 
-/// The entries, in the order in which they were added. A value stays at its place while others are added.
+/// The entries in the order in which they were added. Adding an entry does not move the others in memory.
 struct _bundle_t {
     std::deque<std::pair<std::string, std::string>> entries;
 };
@@ -28,7 +28,7 @@ inline bundle bundleOf(const std::map<std::string, std::string>& message) {
     return {{message.begin(), message.end()}};
 }
 
-/// A bundle as it stands in the record of a call.
+/// A bundle as it appears in the record of a call.
 inline std::string written(const bundle* content) {
     if (content == nullptr) {
         return "null";

@@ -18,7 +18,7 @@ std::string formatted(const char* format, va_list arguments) {
     return {buffer.data(), static_cast<std::size_t>(length)};
 }
 
-/// Takes a line of the library apart; one of another form keeps its whole text as the message.
+/// Splits a line of the library into its parts. A line of another form is stored as the message.
 void takeApart(const std::string& text, vxtest::LogLine& line) {
     const std::string head = line.source + ": " + line.function + "(" + std::to_string(line.line) + ") > ";
     const std::string placed = "[" + line.place + "] > ";

@@ -6,7 +6,7 @@ using namespace vxtest;
 namespace VXSystemAPI {
 namespace nsVXSystemInfoAPI {
 
-// What the caller initialised an out value with is recorded as its argument.
+// For an out value, its initial value is recorded as the argument.
 
 int CheckNTPSupport(bool& supported) {
     return answered("nsVXSystemInfoAPI::CheckNTPSupport", fmt::format("{}", supported), [&] {

@@ -18,7 +18,7 @@ struct _bundle_t;
 
 namespace vxtest {
 
-/// One line that the library logged, taken apart.
+/// A line that the library logged, split into its parts.
 struct LogLine {
     int logId = 0;
     int priority = 0;
@@ -31,42 +31,41 @@ struct LogLine {
     std::string message;   ///< the message, formatted
 };
 
-/// The line as a test writes it: "E/35 m_CreateDir: message", the priority's letter, the colour's number, the
-/// function and the message.
+/// The line in the form in which tests write it: "E/35 m_CreateDir: message" with the priority's letter, the
+/// colour's number, the function and the message.
 std::string described(const LogLine& line);
 
-/// A setting of the scripted store: its type is the alternative, a bool is kept apart from an int.
+/// A setting of the scripted store. The alternative is its type; a bool is different from an int.
 struct BoolSetting {
     int value = 0;
 };
 using Setting = std::variant<int, BoolSetting, std::string>;
 
-/// A television that does what the test says and remembers everything that was asked of it.
+/// A television that does what the test says and records all calls.
 ///
-/// Every call of the platform is recorded as text, `name(arguments)` with strings in quotes, in the order in
-/// which it was made; log lines stand in the same order among them. Unless told otherwise, a call succeeds
-/// by its own convention. Threads: may be called from several at once.
+/// Every platform call is recorded as text, `name(arguments)` with strings in quotes, in order; log lines are
+/// recorded in the same order. By default a call succeeds by its own convention. Threads: may be called from
+/// several at the same time.
 class ScriptedPlatform {
  public:
-    /// The one that the platform functions of this process answer from.
+    /// The instance behind the platform functions of this process.
     static ScriptedPlatform& instance();
     ~ScriptedPlatform();
 
-    /// Forgets everything that was scripted and recorded, once the replies under way have been delivered.
+    /// Deletes all scripts and records, after replies in progress were delivered.
     void reset();
 
-    // What the test says.
+    // Scripting, for the test.
 
-    /// From its nth call on (1 is the next), the call answers the status instead of doing its work. For calls
-    /// that hand out a pointer any status means null; for those that return a bool, 0 means false.
+    /// From its nth call on (1 is the next), the call returns the status instead of doing its work. For calls
+    /// that return a pointer, every status means null; for those that return a bool, 0 means false.
     void answer(const std::string& call, int status, int fromNth = 1);
-    /// The same for the nth call alone.
+    /// The same only for the nth call.
     void answerOnce(const std::string& call, int status, int nth = 1);
     /// Runs the action when the call is made, before it is answered.
     void onCall(const std::string& call, std::function<void()> action);
-    /// Decides about every call, by its name and its arguments as recorded: the status that it answers
-    /// instead of doing its work, or nothing to leave it alone. Called on the calling thread, and may script
-    /// meanwhile.
+    /// Decides about every call by its name and its recorded arguments. Result: the status to return instead
+    /// of doing the work, or empty. Called on the calling thread, and may change the script.
     using Judge = std::function<std::optional<int>(const std::string& call, const std::string& arguments)>;
     void onEveryCall(Judge judge);
     void setSetting(const std::string& key, Setting value);
@@ -77,7 +76,7 @@ class ScriptedPlatform {
     void setFeature(const std::string& name, int value);
     /// Puts an entry into the secure storage, byte for byte.
     void setSecret(const std::string& name, std::string content);
-    /// What an installation of a key file puts there.
+    /// The entries that an installation of a key file adds.
     void setInstalledSecrets(std::map<std::string, std::string> secrets);
     void setDirectories(std::string bootLogo, std::string mbrLogo, std::string homeMenu);
     /// Whether the television can take its time from the network.
@@ -85,34 +84,33 @@ class ScriptedPlatform {
     void setTimezone(int timezone);
     void setSources(std::multimap<int, CSourceItem> sources);
     void setNavigation(std::list<CCNavigationModeInfo> entries);
-    /// Whether the application has ports. One that was never named here has them.
+    /// Whether the application has ports. By default every application has them.
     void setRemotePort(const std::string& app, bool exists);
-    /// Whether the application runs. One that was never named here does not, until it is launched.
+    /// Whether the application runs. By default it does not run until it is launched.
     void setRunning(const std::string& app, bool runs);
-    /// After each message that is sent from now on, the application answers with this one, on a thread of its
-    /// own. Nothing: it never answers.
+    /// After each message that is sent from now on, the application answers with `reply`, on a thread of its
+    /// own. Without a value it never answers.
     void replyToSends(std::optional<std::map<std::string, std::string>> reply);
-    /// Runs the callback of the port that was registered last, on the calling thread. Result: whether there
-    /// is one.
+    /// Runs the callback of the last registered port on the calling thread. Result: whether there is one.
     bool deliver(const std::string& app, const std::map<std::string, std::string>& message);
 
-    // What the library did.
+    // Records of what the library did.
 
     /// The platform calls, in order, without the log.
     std::vector<std::string> calls() const;
-    /// The calls of the one name.
+    /// The calls with this name.
     std::vector<std::string> callsOf(const std::string& name) const;
     /// The log lines, in order.
     std::vector<LogLine> log() const;
     /// The messages of the log, in order.
     std::vector<std::string> messages() const;
-    /// Calls and log lines of the calling thread in one order. A log line reads as `described`.
+    /// Calls and log lines of the calling thread in one order, with log lines as `described`.
     std::vector<std::string> transcript() const;
     /// The log lines of all threads, each as `described`.
     std::vector<std::string> describedLog() const;
-    /// How many buffers of the secure storage have not been released.
+    /// The number of buffers of the secure storage that were not released.
     int secretsHeld() const;
-    /// How many bundles were created and not freed.
+    /// The number of bundles that were created and not freed.
     int bundlesHeld() const;
     bool hasSetting(const std::string& key) const;
     Setting setting(const std::string& key) const;

@@ -1,5 +1,5 @@
-// The services that only have to succeed or fail: timers, factory, picture and sound, settings data, home
-// data, web applications; and the directories.
+// The services that only succeed or fail: timers, factory, picture and sound, settings data, home data, web
+// applications; and the directories.
 
 #include "platform/avoc.h"
 #include "platform/factory_clone.h"

@@ -8,7 +8,7 @@
 
 namespace vxtest {
 
-/// Two documents of every shape: all values at their lowest, or all at their highest.
+/// Documents with all values at their lowest, or all at their highest.
 enum class Sample { Lowest, Highest };
 
 inline nlohmann::json sampleOf(const vxtv::ValueRule& rule, Sample sample) {
@@ -43,7 +43,7 @@ inline nlohmann::json sampleOf(const vxtv::ValueShape& shape, Sample sample) {
     return document;
 }
 
-/// The source that a program may give icons to; its icon type is 0.
+/// The source that accepts icons; its icon type is 0.
 inline constexpr int kSampleSource = 10;
 
 /// Gives the profile the services of values, the network time and the sources.
@@ -62,7 +62,7 @@ inline void addSampleServices(vxtv::Profile& profile, Sample sample) {
     profile.features.push_back({"com.kestrel/featureconf/network.network_support", 1});
 }
 
-/// The first bytes of a picture, enough to be taken for one.
+/// The first bytes of a picture, enough to be recognised as one.
 inline const std::string kPngBytes = "\x89PNG\r\n\x1a\nrest";
 
 }  // namespace vxtest

@@ -1,5 +1,5 @@
-// Written out from what a television's services and the library promise, not from the library's code: what
-// each call decides, and which of its answers is a failure.
+// The rules follow the documentation of the services and the library, not the library's code: what each call
+// decides, and which of its results are a failure.
 
 #include "call_rules.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 constexpr const char* kNone = "";
 
-/// First those that mean something else to a restore than to a backup.
+/// First the rules that differ between restore and backup.
 constexpr CallRule kRestoreRules[] = {
     {"vconf_get_int", "ntp/ntp_mode", Fails::NotZero, Effect::Failed, "VXCLONE_NTP_SETTINGS_DATA"},
     {"vconf_get_str", "ntp/server_url", Fails::Always, Effect::Failed, "VXCLONE_NTP_SETTINGS_DATA"},
@@ -32,11 +32,11 @@ constexpr CallRule kRules[] = {
     {"message_port_register_local_port", "", Fails::Always, Effect::NoPort, kNone},
     {"message_port_check_remote_port", "", Fails::Always, Effect::PortUnseen, kNone},
     {"message_port_send_message_with_local_port", "", Fails::Always, Effect::ExchangeFailed, kNone},
-    // The report itself, which the verdict follows call by call.
+    // The calls that write the report. The expected verdict follows them one by one.
     {"vconf_get_str", "db/hotel/clone_result", Fails::Never, Effect::None, kNone},
     {"vconf_set_str", "db/hotel/clone_result", Fails::Never, Effect::None, kNone},
     {"vconf_set_int", "db/hotel/clone_progress", Fails::Never, Effect::None, kNone},
-    // Reported as a failure whatever it answers.
+    // Always reported as a failure.
     {"factory_clone_tv_to_usb", "", Fails::Never, Effect::None, kNone},
     {"factory_clone_usb_to_tv", "", Fails::Never, Effect::None, kNone},
     {"avoc_backup_all_settings", "", Fails::NotZero, Effect::Failed, "VXCLONE_AV_SETTINGS"},
@@ -57,7 +57,7 @@ constexpr CallRule kRules[] = {
     {"vconf_set_str", "", Fails::Always, Effect::SettingLost, kNone},
     {"vconf_set_bool", "", Fails::Always, Effect::SettingLost, kNone},
     {"TVServiceAPI::CreateUtil", "", Fails::Always, Effect::Failed, "VXCLONE_BROADCAST_TVS"},
-    // The channel map is a success whatever export, import and the navigation lists answer.
+    // The channel map is always reported as a success.
     {"TVServiceAPI::CreateB2BControl", "", Fails::Never, Effect::None, kNone},
     {"IUtil::ExportChannelMap", "", Fails::Never, Effect::None, kNone},
     {"IB2BControl::ExportChannelMap", "", Fails::Never, Effect::None, kNone},
@@ -67,7 +67,7 @@ constexpr CallRule kRules[] = {
     {"CCCategoryUtil::GetNavigationList", "", Fails::Never, Effect::None, kNone},
     {"CCCategoryUtil::RemoveNavigation", "", Fails::Never, Effect::None, kNone},
     {"SettingsDataCloneAPI::BackupSettingsData", "", Fails::Zero, Effect::Failed, "VXCLONE_SETTINGS_DATA"},
-    // Of the two halves the later one alone decides.
+    // Of the two parts, only the later one decides.
     {"SettingsDataCloneAPI::RestoreSettingsData", ", 1", Fails::Never, Effect::None, kNone},
     {"SettingsDataCloneAPI::RestoreSettingsData", ", 2", Fails::Zero, Effect::Failed,
      "VXCLONE_SETTINGS_DATA"},

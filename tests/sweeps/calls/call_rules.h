@@ -7,10 +7,10 @@ namespace vxtest {
 
 enum class Direction { Backup, Restore };
 
-/// Which answers of a call are a failure of what it decides.
+/// The results of a call that are a failure.
 enum class Fails { Never, Always, NotZero, Zero, BelowOne };
 
-/// What a failing call does to the outcome. `Failed` is said of the rule's category.
+/// The effect of a failed call on the result of the run. `Failed` affects the rule's category.
 enum class Effect {
     None,            ///< the run does not ask, or does not look
     Failed,          ///< the category is reported as failed
@@ -22,7 +22,7 @@ enum class Effect {
     SettingLost      ///< the setting does not travel, and nobody reports it
 };
 
-/// What the library has to make of one call's failure.
+/// The expected effect of a failure of one call.
 struct CallRule {
     const char* call;
     const char* argument;  ///< what the recorded arguments hold: tells calls of one name apart
@@ -30,9 +30,9 @@ struct CallRule {
     Effect effect;
     const char* category;
 
-    /// Whether the status, answered instead of the work, is a failure.
+    /// Whether this status is a failure.
     bool isFailure(int status) const;
-    /// A status that says that the call failed.
+    /// A status that means a failure.
     int failure() const { return fails == Fails::Zero ? 0 : -1; }
 };
 

@@ -11,7 +11,7 @@ constexpr int kPortChecks = 11;
 constexpr const char* kProgress = "db/hotel/clone_progress";
 constexpr const char* kResults = "db/hotel/clone_result";
 
-/// What each direction reports, after the applications.
+/// The reports of each direction, after the applications.
 const std::vector<std::string> kBackupOrder = {
     "VXCLONE_FACTORY_SETTINGS", "VXCLONE_AV_SETTINGS",          "VXCLONE_HOME_INTERNAL_API_DATA",
     "VXCLONE_WAS_API_DATA",     "VXCLONE_BROADCAST_TVS",        "VXCLONE_SETTINGS_DATA",
@@ -58,7 +58,7 @@ void ExpectedVerdict::follow(const std::string& call, const std::string& argumen
     } else if (call == "vconf_set_str" && arguments == "\"" + std::string(kResults) + "\", \"\"") {
         before_ = done ? "" : before_;
     } else if (keyIn(arguments) == kResults) {
-        // An entry is lost when the list cannot be read, or cannot be written after that.
+        // An entry is lost if the list cannot be read, or then cannot be written.
         reports_ += call == "vconf_get_str" ? 1U : 0U;
         if (!done) {
             lostReports_.insert(reports_ - 1);

@@ -10,26 +10,26 @@
 
 namespace vxtest {
 
-/// What a run must report, known from the calls that it made and the answers that it got: the rules of
-/// call_rules.h, call by call. Not for several threads at once.
+/// The expected report of a run, computed from its calls and their results with the rules of call_rules.h.
+/// Threads: one at a time.
 class ExpectedVerdict {
  public:
-    /// `stale` is what the result list holds before the run.
+    /// `stale` is the content of the result list before the run.
     ExpectedVerdict(Direction direction, std::string stale);
 
-    /// The run made the call. Status: what was answered instead of the work.
+    /// The run made the call. `status` is the result if it did not do its work.
     void called(const std::string& call, const std::string& arguments, std::optional<int> status);
-    /// The category cannot succeed, for what a call gave is of no use to it.
+    /// The category cannot succeed, because it cannot use the value that a call returned.
     void fail(const std::string& category) { failed_.insert(category); }
-    /// The list, when it is read next, holds this.
+    /// The next read of the list returns this.
     void listBecomes(std::string content);
-    /// The setting does not travel, and nobody reports it.
+    /// The setting is not saved, and nobody reports this.
     void lose(const std::string& setting) { lostSettings_.insert(setting); }
 
     std::string results() const;
     int progress() const { return progress_; }
     const std::set<std::string>& lostSettings() const { return lostSettings_; }
-    /// The settings whose reading succeeded without giving a value.
+    /// The settings that were read successfully but had no value.
     const std::set<std::string>& emptySettings() const { return emptySettings_; }
     /// The calls that have no rule.
     const std::vector<std::string>& unknown() const { return unknown_; }

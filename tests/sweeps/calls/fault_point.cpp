@@ -11,7 +11,8 @@ namespace vxtest {
 
 namespace {
 
-/// Calls whose 0 is the failure: those that give a truth value, and those that succeed with any other number.
+/// Calls for which 0 means failure: those that return a bool, and those that return another number for
+/// success.
 constexpr std::array<std::string_view, 10> kZeroIsFailure = {
     "CCCategoryUtil::RemoveNavigation",
     "CHomeDataControlAPI::CopyCloneDataTVtoUSB",
@@ -68,7 +69,7 @@ std::vector<std::string> FaultPoint::arguments() const {
 }
 
 std::vector<FaultPoint> faultPoints(const std::vector<std::string>& calls, bool all, bool withApplications) {
-    // In the short form one operation in three, by their first calls.
+    // In the short form every third operation, by their first calls.
     const std::size_t step = all || withApplications ? 1 : 3;
     std::map<std::string, int> count;
     std::vector<FaultPoint> points;

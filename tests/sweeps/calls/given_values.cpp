@@ -52,8 +52,7 @@ std::optional<int> giveZone(SweptRun& run, const MadeCall&, Given kind) {
     return std::nullopt;
 }
 
-/// No directory: the pictures of a package have nowhere to be loaded to. The home menu is a success even
-/// then.
+/// Without a directory, the pictures of a package cannot be loaded. The home menu is a success even then.
 std::optional<int> giveDirectory(SweptRun& run, const MadeCall& call, Given kind) {
     const auto given = [&](const char* name, const char* usual) {
         return call.name == name ? text(kind) : usual;
@@ -83,7 +82,7 @@ std::optional<int> giveNavigation(SweptRun& run, const MadeCall&, Given kind) {
     return std::nullopt;
 }
 
-/// A key of another type is one that cannot be read: the store itself says so to the library.
+/// A key of another type cannot be read: the store itself reports that.
 std::optional<int> giveWrongType(SweptRun& run, const MadeCall& call, Given) {
     const bool isText = call.name == "vconf_get_str";
     run.setFromOutside(keyOf(call), isText ? Setting(1) : Setting(std::string("text")));
@@ -127,7 +126,8 @@ const Giver* findGiver(const MadeCall& call, Given kind) {
 }  // namespace
 
 bool canGive(Direction direction, const MadeCall& call, Given kind) {
-    // A result list that is no text cannot be compared, and an empty home directory is the root of the disk.
+    // A result list that is not a text cannot be compared, and an empty home directory would be the root of
+    // the disk.
     const bool isList = kind == Given::WrongType && keyOf(call) == kReportKey;
     const bool isRoot =
         kind == Given::Empty && direction == Direction::Restore && call.name == "vx_get_homemenu_path";

@@ -4,13 +4,13 @@
 
 namespace vxtest {
 
-/// What a call gives instead of an ordinary value.
+/// The special value that a call returns.
 enum class Given { Empty, Huge, Least, Most, WrongType };
 
-/// Whether the call gives a value that can be of the kind.
+/// Whether the call returns a value that can be of this kind.
 bool canGive(Direction direction, const MadeCall& call, Given kind);
 
-/// Lets the call find such a value, and tells the verdict what it means. Result: as SweptRun::Tamper.
+/// Makes the call return such a value, and tells the verdict its meaning. Result: as SweptRun::Tamper.
 std::optional<int> give(SweptRun& run, const MadeCall& call, Given kind);
 
 }  // namespace vxtest

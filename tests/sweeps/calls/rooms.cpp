@@ -24,7 +24,7 @@ Finished finish(std::vector<std::string> command) {
     return run(program);
 }
 
-/// What a process was started with; empty when it is gone.
+/// The command line of a process; empty if it has ended.
 std::string commandLine(const fs::path& process) {
     std::ifstream file(process / "cmdline");
     std::ostringstream text;

@@ -11,26 +11,26 @@
 
 namespace vxtest {
 
-/// The command, which declares that the television has no applications where it has none.
+/// The command. If the television has no applications, it declares that.
 std::vector<std::string> withDeclared(std::vector<std::string> command, bool withApplications);
 
-/// Two televisions with different settings and a stick, made once and copied afresh for every point.
+/// Two televisions with different settings and a stick, made once and copied for every point.
 class Rooms {
  public:
-    /// With cooperating applications or, which is faster, without.
+    /// With cooperating applications, or without, which is faster.
     explicit Rooms(bool withApplications);
 
-    /// Both televisions, and the stick with the first one's package, as they were made.
+    /// Restores both televisions, and the stick with the first one's package, to their original state.
     void renew() const;
 
     Finished vxtv(std::vector<std::string> arguments) const;
     Finished vxclone(const std::string& room, std::vector<std::string> arguments) const;
-    /// The calls that the television's log holds, in order.
+    /// The calls in the television's log, in order.
     std::vector<std::string> callsOf(const std::string& room) const;
     void addFault(const std::string& room, const FaultPoint& point) const;
 
     std::filesystem::path folder(const std::string& name) const { return place_ / "now" / name; }
-    /// How many processes were started for one of these televisions and still run.
+    /// The number of processes of these televisions that are still running.
     int processes() const;
 
  private:

@@ -4,8 +4,8 @@
 
 namespace vxtest {
 
-/// Ends the whole program, with the point's name, when one run takes longer than a minute: a thread that
-/// hangs cannot be taken back. One at a time.
+/// Ends the whole program with the name of the point if a run takes longer than a minute, because a hanging
+/// thread cannot be ended. One at a time.
 class RunDeadline {
  public:
     explicit RunDeadline(const std::string& point);

@@ -1,5 +1,5 @@
-// Each platform call of a whole backup and a whole restore fails in turn, is slow, or answers what nobody
-// expects: the run ends, reports what the rules say, and leaves nothing behind.
+// Each platform call of a whole backup and a whole restore fails in turn, is slow, or returns an unexpected
+// value. The run must end, report what the rules say, and leave nothing behind.
 
 #include <climits>
 #include <thread>
@@ -18,7 +18,7 @@ bool isReport(const MadeCall& call) {
     return call.arguments.find("db/hotel/clone_") != std::string::npos;
 }
 
-/// A port that was not registered or a message that was not sent, although the call says so: the library
+/// The call reports success although the port was not registered or the message was not sent, so the library
 /// waits four seconds for a reply.
 bool isWaitedFor(const MadeCall& call, int status) {
     return (call.name == "message_port_register_local_port" && status >= 0) ||
@@ -35,7 +35,7 @@ class ScriptedCallsTest : public testing::TestWithParam<Direction> {
         points_.note("of " + std::to_string(calls_.size()) + " calls");
     }
 
-    /// A choice of the calls in the short form: every so many.
+    /// A sample of the calls for the short form.
     std::vector<MadeCall> everySoMany(std::size_t step) const {
         std::vector<MadeCall> chosen;
         for (std::size_t number = 0; number < calls_.size(); number += isLongSweep() ? 1 : step) {

@@ -25,15 +25,15 @@ std::size_t tasks() {
     return entriesOf("/proc/self/task");
 }
 
-/// Counted by a thread that is left out itself: with a process's first one the thread sanitizer starts its
-/// own.
+/// Counted by a thread that is not counted itself, because the thread sanitizer starts a thread of its own
+/// with the first one of a process.
 std::size_t tasksBesideThisCount() {
     std::size_t count = 0;
     std::thread([&count] { count = tasks() - 1; }).join();
     return count;
 }
 
-/// Waits until no more threads run than at the beginning; the point's deadline bounds it.
+/// Waits until there are no more threads than at the beginning. The deadline of the point limits this.
 void awaitTasks(std::size_t count) {
     while (tasks() > count) {
         std::this_thread::yield();
@@ -65,7 +65,7 @@ Setting own(const SettingKey& row) {
     return {};
 }
 
-/// The setting as the snapshot holds it.
+/// The setting in the form of the snapshot.
 Json::Value written(const Setting& setting) {
     Json::Value value;
     if (const int* const number = std::get_if<int>(&setting)) {
@@ -154,8 +154,8 @@ void SweptRun::run(const std::string& point, Tamper tamper) {
     direction_ == Direction::Backup ? expectSnapshot() : expectRestored();
 }
 
-/// Every setting that could be read stands in the snapshot with the television's value, and no other; one
-/// that was read without a value is 0.
+/// Expects that the snapshot holds exactly the settings that could be read, with the television's values. A
+/// setting that was read without a value is 0.
 void SweptRun::expectSnapshot() const {
     Json::Value expected(Json::objectValue);
     for (const SettingKey& row : kExpectedSettings) {
@@ -172,7 +172,7 @@ void SweptRun::expectSnapshot() const {
     EXPECT_EQ(document.isNull() ? Json::Value(Json::objectValue) : document, expected);
 }
 
-/// Every setting that could be written has the package's value, and the others their own.
+/// Expects that every setting that could be written has the package's value, and the others are unchanged.
 void SweptRun::expectRestored() const {
     for (const SettingKey& row : kExpectedSettings) {
         if (setFromOutside_.count(row.key) == 0) {
@@ -184,5 +184,5 @@ void SweptRun::expectRestored() const {
 
 }  // namespace vxtest
 
-/// The disk has nothing to do with it, and is slow.
+/// The disk does not matter here, and sync is slow.
 extern "C" void __wrap_sync() {}

@@ -17,37 +17,36 @@ inline constexpr const char* kBootLogo = "/tmp/area/boot";
 inline constexpr const char* kMbrLogo = "/tmp/area/mbr";
 inline constexpr const char* kHomeMenu = "/tmp/area/home";
 
-/// One platform call of a run.
+/// A platform call of a run.
 struct MadeCall {
     std::size_t number = 0;  ///< from 0
     std::string name;
     std::string arguments;
 };
 
-/// A whole backup or restore on a scripted television where two applications cooperate and every category has
-/// something to carry. The two threads of the run take turns, so that the calls come in the same order every
-/// time: the applications' before the services'.
+/// A whole backup or restore on a scripted television with two cooperating applications and data in every
+/// category. The two threads of the run take turns, so the calls have the same order every time: first those
+/// of the applications, then those of the services.
 class SweptRun : public EngineTest {
  public:
-    /// What is done to a call: the status that it answers instead of its work, or nothing.
+    /// Changes a call: the status to return instead of doing its work, or empty.
     using Tamper = std::function<std::optional<int>(SweptRun& run, const MadeCall& call)>;
 
     explicit SweptRun(Direction direction);
     ~SweptRun() override;
 
-    /// Runs, and expects what must hold whatever the television answered: the run ends, reports exactly what
-    /// the rules say, and leaves nothing behind. A run that does not end ends the program, with the point's
-    /// name.
+    /// Runs, and expects that the run ends, reports exactly what the rules say, and leaves nothing behind,
+    /// for any results of the television. If a run does not end, the program ends with the name of the point.
     void run(const std::string& point, Tamper tamper);
     /// The calls of the run.
     const std::vector<MadeCall>& calls() const { return calls_; }
 
-    // For a tampering hand.
+    // For `Tamper`.
 
     ScriptedPlatform& television() { return tv; }
     ExpectedVerdict& verdict() { return verdict_; }
     Direction direction() const { return direction_; }
-    /// The setting is changed from outside, so that what it holds in the end says nothing.
+    /// The setting is changed from outside, so its final value is not checked.
     void setFromOutside(const std::string& key, Setting value);
 
  private:

@@ -1,5 +1,5 @@
-// Each platform call of a vxclone backup fails in turn: the run says what happened, the stick holds a whole
-// package, and the next backup is as if nothing had been.
+// Each platform call of a vxclone backup fails in turn. The run must report it, the stick must hold a
+// complete package, and the next backup must be undisturbed.
 
 #include <algorithm>
 #include <iterator>
@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A failure that the library does not see or does not tell: the backup ends well without what was lost.
+/// A failure that the library does not see or report: the backup ends well without this data.
 struct Unseen {
     const char* call;  ///< how its name begins
     const char* lost;  ///< how the names of what may be missing begin
@@ -27,13 +27,13 @@ constexpr Unseen kUnseen[] = {
      "\"category\":\"settings-keys\",\"result\":\"success\",\"detail\":\"saved, "},
     {"aul_launch_app", "org.vorta.orvel-app",
      "\"result\":\"not-reported\",\"application\":\"org.vorta.orvel-app\""},
-    // A television need not have a list of the hotel's channels.
+    // A television need not have a hotel channel list.
     {"TVServiceAPI::CreateB2BControl", "tvs-chms/hotel-channels.backup", ""},
     {"IB2BControl::ExportChannelMap", "tvs-chms/hotel-channels.backup", ""},
 };
 constexpr const char* kAllSettings = "saved, 54 settings";
 
-/// A file of a package that may differ from one backup to the next: it holds the moment or is made of that.
+/// A file of a package that differs between two backups, because it depends on the time.
 bool isOfTheMoment(const std::string& path) {
     return path == "manifest.json" || path == "validate.txt";
 }
@@ -48,8 +48,7 @@ class VirtualBackupTest : public VirtualCallsTest {
  protected:
     fs::path package() const { return rooms_.folder(kStick) / "clone"; }
 
-    /// A package that is called good holds what it would hold without the fault, or the run says what it
-    /// lacks.
+    /// Expects that a package is complete, or that the run says what it lacks.
     void expectWholeOrSaid(const FaultPoint& point, const Finished& broken, const FileTree& whole) const {
         for (const std::string& path : differing(content(package()), whole)) {
             const auto* const unseen =
@@ -70,11 +69,11 @@ class VirtualBackupTest : public VirtualCallsTest {
         if (broken.status == 0) {
             expectWholeOrSaid(point, broken, whole);
         }
-        // Nothing half written, beside or in place of the package that was there.
+        // Nothing unfinished is beside the package or replaces it.
         EXPECT_THAT(snapshot(rooms_.folder(kStick)),
                     testing::Each(testing::Key(testing::StartsWith("clone/"))));
         const Finished verify = rooms_.vxclone(kSecond, {"verify", kPackage});
-        // A package that is not complete says so itself.
+        // The package itself says that it is not complete.
         EXPECT_EQ(verify.status, broken.status == 1 ? 1 : 0) << broken.output << verify.output;
         EXPECT_THAT(rooms_.vxclone(kFirst, {"status"}).status, testing::AnyOf(0, 1));
         const Finished again = rooms_.vxclone(kFirst, backup_);

@@ -11,11 +11,11 @@ namespace {
 
 using nlohmann::json;
 
-/// What says of one thing that it is not as it should be, or that nobody could look.
+/// A pattern for texts that report a problem, or that something could not be checked.
 constexpr const char* kNotGood =
     "\"(result|readBack)\":\"(failed|differs|not-applied|not-compared|unknown)\"|could not be read back";
 
-/// The last line of what a run with `--json` said; no object when it said nothing.
+/// The last line of a run with `--json`; not an object if there is none.
 json lastLine(const Finished& run) {
     std::istringstream lines(run.output);
     std::string last;
@@ -32,7 +32,7 @@ void expectDocumentedEnd(const Finished& broken) {
     EXPECT_NE(broken.status, ended::kUsage) << broken.errors;
 }
 
-/// A run that did not end well says so in its last line and, when it came to its end, of the thing itself.
+/// Expects that a failed run says so in its last line and, if it was completed, for the affected item.
 void expectSaid(const Finished& broken) {
     const json last = lastLine(broken);
     ASSERT_TRUE(last.is_object()) << broken.output << broken.errors;
@@ -55,7 +55,7 @@ std::vector<FaultPoint> VirtualCallsTest::pointsOf(const std::string& room,
     const std::vector<std::string> calls = rooms_.callsOf(room);
     points.note("of " + std::to_string(calls.size()) + " calls");
     std::vector<FaultPoint> all = faultPoints(calls, isLongSweep(), GetParam());
-    // A message that is not freed is a leak, on purpose here, which the sanitizer would count as one of ours.
+    // A message that is not freed is an intended leak here, which the sanitizer would report.
     std::erase_if(all, [](const FaultPoint& point) { return VX_SANITIZED && point.call == "bundle_free"; });
     return all;
 }

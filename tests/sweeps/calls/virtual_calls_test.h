@@ -11,18 +11,17 @@
 
 namespace vxtest {
 
-/// Whole televisions of which each platform call fails in turn, with cooperating applications or without.
+/// Whole televisions in which each platform call fails in turn, with cooperating applications or without.
 class VirtualCallsTest : public testing::TestWithParam<bool> {
  protected:
     VirtualCallsTest() : rooms_(GetParam()) {}
 
-    /// The points of the command, which ends well without a fault.
+    /// The points of the command. Without a fault it must succeed.
     std::vector<FaultPoint> pointsOf(const std::string& room, const std::vector<std::string>& command,
                                      SweepPoints& points) const;
 
-    /// Runs the command in the television as it was made, with the fault, and takes that away again. Expects
-    /// what holds at every point: a documented end, a run that says when something is not as it should be,
-    /// and no process left.
+    /// Runs the command with the fault in a fresh copy of the television, and removes the fault. Expects what
+    /// must hold at every point: a documented end, a report of every problem, and no remaining process.
     Finished runWithFault(const std::string& room, const FaultPoint& point,
                           const std::vector<std::string>& command) const;
 
@@ -33,7 +32,7 @@ inline std::string nameOfApplications(const testing::TestParamInfo<bool>& with) 
     return with.param ? "with" : "without";
 }
 
-/// The paths of what the two do not have in common.
+/// The paths in which the two differ.
 std::vector<std::string> differing(const FileTree& some, const FileTree& other);
 
 }  // namespace vxtest

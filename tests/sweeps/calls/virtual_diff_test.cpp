@@ -1,5 +1,5 @@
-// Each platform call of a comparison fails in turn: what differs is never called the same, and the television
-// is afterwards as it was.
+// Each platform call of a comparison fails in turn. A difference is never called the same, and afterwards the
+// television is unchanged.
 
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -10,14 +10,14 @@
 namespace vxtest {
 namespace {
 
-/// The rooms differ in every category that a package holds, and it holds all but applications where there are
-/// none.
+/// The rooms differ in every category of a package. The package holds everything, except applications if
+/// there are none.
 class VirtualDiffTest : public VirtualCallsTest {
  protected:
     FileTree files() const { return snapshot(rooms_.folder(kSecond) / "opt"); }
     FileTree rows() const { return databaseRows(rooms_.folder(kSecond)); }
 
-    /// Whether that is true of the part of the package that the line tells of.
+    /// Whether the result is true for its part of the package.
     static bool isTrue(const nlohmann::json& said) {
         const std::string result = said.value("result", "");
         const bool held = GetParam() || said.value("category", "") != "apps";
@@ -38,7 +38,7 @@ class VirtualDiffTest : public VirtualCallsTest {
         SCOPED_TRACE(point.name());
         const Finished broken = runWithFault(kSecond, point, diff_);
         expectNothingCalledTheSame(broken);
-        // What could not be put back is put back by the next command.
+        // The next command restores what could not be put back.
         if (broken.status > 1) {
             EXPECT_EQ(rooms_.vxclone(kSecond, {"verify", kPackage}).status, verified_);
         }

@@ -1,13 +1,13 @@
-// Each platform call of a vxclone restore fails in turn: the run says what happened, the stick stays as it
-// is, and the next restore puts all right.
+// Each platform call of a vxclone restore fails in turn. The run must report it, the stick must not change,
+// and the next restore must succeed.
 
 #include "tests/sweeps/calls/virtual_calls_test.h"
 
 namespace vxtest {
 namespace {
 
-/// An application whose outcome is missing and that runs afterwards is named, and no failure: the library's
-/// list loses an outcome now and then, which looks the same.
+/// An application without an outcome that runs afterwards is named, and is no failure. The library's list
+/// sometimes loses an outcome, which looks the same.
 bool saysThatAnApplicationDidNotAnswer(const Finished& broken) {
     return broken.output.find("\"result\":\"not-reported\",\"application\":") != std::string::npos;
 }

@@ -1,6 +1,6 @@
-// Two `vxtv run` of one television at a time, each at another moment: the end of the one takes nothing from
-// the other, so each does its work or finds that the other is at it. Whether the work was done is seen in the
-// applications' data on the stick and in the television.
+// Two `vxtv run` of one television at the same time, starting at different moments. The end of one must not
+// affect the other, so each does its work or is refused because the other is working. The applications' data
+// on the stick and in the television shows whether the work was done.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,7 +30,7 @@ constexpr int kLongTries = 500;
 constexpr int kLongestPauseMs = 150;
 constexpr std::array kApplications = {"org.vorta.orvel-app", "org.harbour.firstscreen"};
 
-/// VX_SWEEP_MOST bounds them.
+/// Limited by VX_SWEEP_MOST.
 int triesOfEach() {
     const char* const most = std::getenv("VX_SWEEP_MOST");
     const int all = isLongSweep() ? kLongTries : kShortTries;
@@ -70,7 +70,7 @@ class SideBySideTest : public testing::TestWithParam<const char*> {
 
     milliseconds pause() { return milliseconds(std::uniform_int_distribution(0, kLongestPauseMs)(random_)); }
 
-    /// Takes away what the work is to bring: the package, or what it holds of the applications.
+    /// Removes the result of the work: the package, or the data that it holds of the applications.
     void undoTheWork() const {
         if (GetParam() == kBackup) {
             fs::remove_all(place_ / "stick/clone");

@@ -1,5 +1,5 @@
-// vxclone gets no memory: once, or from one call on for good. Where a thread of a library meets that, the
-// program dies, which a stick and a television have to bear as they bear kill -9.
+// vxclone gets no memory: once, or from one call on. If this happens in a thread of a library, the program
+// dies, and stick and television must survive that as they survive kill -9.
 
 #include "tests/sweeps/storage/failing_points_test.h"
 
@@ -9,7 +9,7 @@ namespace {
 constexpr const char* kCall = "malloc";
 constexpr int kBrokenOff = 10;
 
-/// As many numbers from 1 to `calls` as wanted, spread evenly.
+/// `wanted` numbers from 1 to `calls`, spread evenly.
 std::vector<unsigned long> spread(unsigned long calls, unsigned long wanted) {
     std::vector<unsigned long> numbers;
     for (unsigned long point = 0; point < wanted; ++point) {
@@ -61,7 +61,7 @@ TEST_P(AllocationTest, supportBundleIsWrittenWholeOrNotAtAll) {
         const bool written = std::filesystem::exists(bundle);
         EXPECT_TRUE(written || finished.status != 0);
         EXPECT_TRUE(!written || std::filesystem::file_size(bundle) == whole) << finished.errors;
-        // What failed once is told as a program wants it: for the line there is memory again.
+        // A failure that happens once is reported as usual, because then there is memory for the line.
         EXPECT_TRUE(GetParam() || finished.status != kBrokenOff ||
                     finished.output.find(R"("event":"error")") != std::string::npos)
             << finished.output << finished.errors;

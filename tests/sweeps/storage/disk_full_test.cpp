@@ -1,4 +1,4 @@
-// A stick and a television's disk of every size from nothing to enough, in bytes and in files.
+// Disks of a stick and of a television with every size from nothing to enough, in bytes and in files.
 
 #include <algorithm>
 #include <array>
@@ -22,7 +22,7 @@ constexpr const char* kNamesTheStick =
     "the package \\(.*\\) needs .*, the stick has |cannot write /media/usb/clone: No space left on device; "
     "free some space on the stick";
 
-/// What a disk is counted in: the option that limits it, and the size that holds all that is needed.
+/// The unit in which a disk is limited: its option, and a sufficient size.
 struct Measure {
     const char* name;
     const char* option;
@@ -42,7 +42,7 @@ std::string sizeOption(const Measure& measure, int units) {
     return measure.option + std::to_string(units * measure.unit);
 }
 
-/// The rooms to try for a restore, the last of which is enough.
+/// The free room to try for a restore; the last is sufficient.
 std::vector<int> roomsForARestore(const Measure& measure) {
     const int step = measure.enoughForARestore / (isLongSweep() ? 100 : 4);
     std::vector<int> rooms(measure.hard.begin(), measure.hard.end());
@@ -54,7 +54,7 @@ std::vector<int> roomsForARestore(const Measure& measure) {
     return rooms;
 }
 
-/// The sizes to try, the last of which is enough.
+/// The sizes to try; the last is sufficient.
 std::vector<int> sizesFrom(int least, int enough) {
     const int step = isLongSweep() ? 1 : std::max(1, (enough - least) / 4);
     std::vector<int> sizes;
@@ -73,7 +73,7 @@ class DiskFullTest : public StorageTest, public testing::WithParamInterface<Meas
         std::filesystem::remove_all(std::filesystem::path(stick) / "clone");
     }
 
-    /// Moves what the television has in /opt to a disk of its own with so much room left.
+    /// Moves the television's /opt to a disk of its own with that much free room.
     std::unique_ptr<SmallDisk> smallDiskOf(const std::string& television, int room) const {
         const std::filesystem::path opt = std::filesystem::path(television) / "opt";
         const std::filesystem::path kept = place / "kept";
@@ -87,8 +87,8 @@ class DiskFullTest : public StorageTest, public testing::WithParamInterface<Meas
         return disk;
     }
 
-    /// Moves all of the television to a disk of its own with so much room left: its settings and its log,
-    /// too.
+    /// Moves the whole television, including its settings and log, to a disk of its own with that much free
+    /// room.
     std::unique_ptr<SmallDisk> diskOfAll(const std::string& television, int room) const {
         const std::filesystem::path kept = place / "whole";
         if (!std::filesystem::exists(kept)) {
@@ -101,8 +101,8 @@ class DiskFullTest : public StorageTest, public testing::WithParamInterface<Meas
         return disk;
     }
 
-    /// A restore of all, or of nothing, and in the former case an undo with less room than a package takes.
-    /// Result: whether it was restored.
+    /// Expects a complete restore or none. After a complete one, expects an undo with less room than a
+    /// package needs. Result: whether it was restored.
     bool restoreOrNothing(const SmallDisk& disk) const {
         const std::string before = settingsOf(second);
         const Finished restore = vxclone(second, {"restore", kPackage});
@@ -128,8 +128,7 @@ class DiskFullTest : public StorageTest, public testing::WithParamInterface<Meas
         EXPECT_EQ(onStick(), before);
     }
 
-    /// A backup of the first television onto a stick of this size, beside what is there.
-    /// Result: whether the package is there.
+    /// A backup of the first television to a stick of this size. Result: whether the package exists.
     bool backUpOntoFull() const {
         const FileTree before = onStick();
         const Finished backup = vxclone(first, {"backup", kPackage});

@@ -13,18 +13,18 @@
 
 namespace vxtest {
 
-/// What a disk may hold after a power cut, of what was written to it.
+/// The possible states of a disk after a power cut.
 ///
-/// Data is sure to be there once its file was flushed, an entry of a folder (made, moved, removed) once that
-/// folder was. Each other change may be there or not, whatever became of those before it; only a change of
-/// several names, a move or an exchange, is there as a whole or not at all.
+/// Data is safe after its file was flushed. An entry of a folder (created, moved, removed) is safe after that
+/// folder was flushed. Every other change may be there or not, independently of earlier ones. A change of
+/// several names, a move or an exchange, is there completely or not at all.
 class DiskModel {
  public:
     /// A file or a folder, whatever it is called.
     using Node = std::uint64_t;
 
     explicit DiskModel(Node root) : root_(root) { folders_.insert(root); }
-    /// A disk that holds what is in the folder, safely.
+    /// A disk on which the content of the folder is safe.
     static DiskModel of(const std::filesystem::path& folder);
 
     void makeFile(Node folder, const std::string& name, Node file);
@@ -37,13 +37,13 @@ class DiskModel {
     void flush(Node node);
     void flushAll();
 
-    /// One change that was not flushed, as a power cut sees it.
+    /// A change that was not flushed.
     enum class Kind { Data, Entry };
     using Survives = std::function<bool(Kind kind)>;
-    /// The disk after a power cut now. `survives` is asked once for each change that was not flushed, in
-    /// their order.
+    /// The disk after a power cut now. `survives` is called once for each change that was not flushed, in
+    /// order.
     FileTree after(const Survives& survives) const;
-    /// How many changes were not flushed.
+    /// The number of changes that were not flushed.
     std::size_t unsure() const;
 
  private:

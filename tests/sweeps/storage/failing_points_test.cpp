@@ -21,8 +21,8 @@ std::string textOf(const Finished& finished) {
     return finished.output + finished.errors;
 }
 
-/// What a package may lack when the backup says that nobody reported on it. Of two applications the library
-/// does not tell which one reported.
+/// What a package may lack if the backup says that nobody reported it. For two applications the library does
+/// not say which one reported.
 struct Unreported {
     const char* words;
     const char* path;
@@ -35,8 +35,8 @@ constexpr std::array kUnreported = {
     Unreported{"factory settings +not evaluated", "factory.backup"},
 };
 
-/// What the package of such a backup has to have. Where memory is short the list of the hotel's channels may
-/// be missing: a television need not have one, and the library does not tell why there is none.
+/// What the package of such a backup must hold. If memory is short, the hotel's channel list may be missing:
+/// a television need not have one, and the library does not report why it is missing.
 FileTree expectedOf(const Finished& backup, FileTree complete, bool memoryIsShort) {
     if (backup.status != ended::kDone) {
         return {};
@@ -53,14 +53,14 @@ FileTree expectedOf(const Finished& backup, FileTree complete, bool memoryIsShor
     return complete;
 }
 
-/// Whether the library that packs archives ended the program, by the way that it has for missing memory.
+/// Whether the archive library ended the program because of missing memory.
 bool wasEndedByTheArchiver(const Finished& finished) {
     return std::regex_search(finished.errors,
                              std::regex("Fatal Internal Error in libarchive: (No|Out of) memory"));
 }
 
-/// `mayDie`: memory is short. Then a thread of a library may abort the program, and a library of the system
-/// may crash it: that which packs archives writes where it was given no memory. Nothing of ours crashes.
+/// `mayDie` means that memory is short. Then a thread of a library may abort the program, or a system library
+/// may crash it: the archive library writes to memory that it did not get. Our own code must not crash.
 void expectDocumented(const Finished& finished, bool mayDie) {
     if (mayDie && finished.status == kCrashed) {
         EXPECT_THAT(finished.errors, ContainsRegex("crashed in (/usr)?/lib"));
@@ -106,7 +106,7 @@ void FailingPointsTest::expectWholeBackup(const Variables& variables, bool mayDi
     const bool died = backup.status > ended::kHighest || (mayDie && wasEndedByTheArchiver(backup));
     deaths += died ? 1 : 0;
     if ((!died && backup.status <= ended::kIncomplete) || package() != kept) {
-        // One that died may have found out that something is lacking, or not.
+        // A program that died may or may not have found out that something is lacking.
         const std::vector<int> statuses = died ? std::vector<int>{0, 1} : std::vector<int>{backup.status};
         EXPECT_TRUE(packageIsGood(expectedOf(backup, complete, mayDie), statuses)) << textOf(backup);
         kept = package();
@@ -133,8 +133,8 @@ void FailingPointsTest::expectHonestRestore(const Variables& variables, bool may
 
 void FailingPointsTest::expectNextRestoreIsGood() const {
     const Finished restore = vxclone(second, {"restore", kPackage});
-    // Of two outcomes at the very same moment the library's list loses one: an application is then called not
-    // applied.
+    // If two outcomes are appended at the same moment, the library's list loses one. The application is then
+    // called not applied.
     const bool lostOne = restore.status == ended::kIncomplete &&
                          restore.output.find("(failed or different: apps)") != std::string::npos;
     EXPECT_TRUE(restore.status == ended::kDone || lostOne) << textOf(restore);

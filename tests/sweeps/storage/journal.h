@@ -8,17 +8,17 @@
 
 namespace vxtest {
 
-/// One change of a disk as `interposer/file_journal.cpp` wrote it down.
+/// A change of a disk as `interposer/file_journal.cpp` recorded it.
 struct JournalLine {
     std::string word;  ///< file, folder, write, move, exchange, remove, flush, flush-all
     DiskModel::Node node = 0;
     std::vector<std::string> rest;
 };
 
-/// Everything in the journal, in order. Throws std::runtime_error for what is none.
+/// The whole journal, in order. Throws std::runtime_error for an invalid journal.
 std::vector<JournalLine> readJournal(const std::filesystem::path& file);
 
-/// Lets the model go through one change. Throws std::runtime_error for a word it does not know.
+/// Applies a change to the model. Throws std::runtime_error for an unknown word.
 void apply(const JournalLine& line, DiskModel& model);
 
 }  // namespace vxtest

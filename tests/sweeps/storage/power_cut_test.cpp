@@ -1,5 +1,5 @@
-// A power cut, or the stick pulled out, after every step of a backup: whatever of what was not flushed is on
-// the stick, it holds the old package or the new one.
+// A power cut, or pulling the stick, after every step of a backup. For every possible loss of data that was
+// not flushed, the stick holds the old package or the new one.
 
 #include <random>
 #include <set>
@@ -15,7 +15,7 @@ namespace {
 using Kind = DiskModel::Kind;
 using Lines = std::vector<JournalLine>;
 
-/// The states that a power cut can leave, each once.
+/// The possible states after a power cut, each once.
 class States {
  public:
     void add(FileTree state) {
@@ -34,8 +34,8 @@ class States {
     std::set<std::size_t> seen_;
 };
 
-/// A power cut after each step: nothing that is not sure, all of it, the entries without the data, the data
-/// without the entries, and as many choices as wanted.
+/// A power cut after each step, with these losses: everything that is not safe, nothing, only data, only
+/// entries, and `choices` random ones.
 void cutEverywhere(DiskModel model, const Lines& lines, int choices, States& states) {
     std::minstd_rand random(20260301);
     std::bernoulli_distribution coin;
@@ -58,7 +58,7 @@ Lines withoutFlushes(Lines lines) {
 
 class PowerCutTest : public StorageTest {
  protected:
-    /// Writes down what a backup of the television changes on the stick. The journal has to tell all of it.
+    /// Records the changes of a backup of the television on the stick. The journal must contain all of them.
     Lines journalOf(const std::string& television, bool canExchange = true) {
         before = DiskModel::of(stick);
         const FileTree old = package();
@@ -79,7 +79,7 @@ class PowerCutTest : public StorageTest {
         return lines;
     }
 
-    /// Judges every state. Result: how many there are in which the stick holds neither package whole.
+    /// Checks every state. Result: the number of states in which the stick holds neither package completely.
     int broken(const Lines& lines, SweepPoints& points, bool oldMayBeAside = false) {
         int count = 0;
         States states;
@@ -92,7 +92,7 @@ class PowerCutTest : public StorageTest {
         return count;
     }
 
-    /// Whether the next start finds the old package or the new one and removes everything else.
+    /// Whether the next command finds the old package or the new one and removes everything else.
     bool nextStartFinds(const FileTree& state) const {
         TemporaryDirectory afterwards;
         for (const auto& [path, content] : state) {

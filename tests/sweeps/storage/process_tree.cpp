@@ -11,11 +11,11 @@ namespace vxtest {
 
 namespace {
 
-/// What /proc says; empty for a process that has ended.
+/// The content of a file in /proc; empty for a process that has ended.
 std::string factOf(pid_t process, const char* fact) {
     std::ifstream file("/proc/" + std::to_string(process) + "/" + fact, std::ios::binary);
     std::ostringstream text;
-    // One that ends while it is read is an error of the stream here; with iterators it would be thrown.
+    // With a stream, a process that ends meanwhile is an error and not an exception as with iterators.
     text << file.rdbuf();
     return text.str();
 }
@@ -34,7 +34,7 @@ std::vector<pid_t> processes() {
 pid_t parentOf(pid_t process) {
     const std::string facts = factOf(process, "stat");
     const std::size_t afterName = facts.rfind(") ");
-    // Behind the name: the state, a letter, and the parent.
+    // After the name: the state, a letter, and the parent.
     return afterName == std::string::npos ? 0 : std::stoi(facts.substr(afterName + 4));
 }
 

@@ -7,8 +7,8 @@
 
 namespace vxtest {
 
-/// A process of this name that descends from `ancestor`, and that has the text in its environment. None where
-/// there is none now.
+/// A descendant of `ancestor` with this name and with the text in its environment; empty if there is none
+/// now.
 std::optional<pid_t> findDescendant(pid_t ancestor, const std::string& name,
                                     const std::string& environment = {});
 

@@ -1,5 +1,4 @@
-// Processes around a run are killed while it goes on: a cooperating application, the bus of the television,
-// and vxclone itself.
+// Processes are killed during a run: a cooperating application, the television's bus, and vxclone itself.
 
 #include <array>
 #include <csignal>
@@ -21,7 +20,7 @@ constexpr int kKilled = 137;
 constexpr const char* kDelay = "3000";
 constexpr const char* kLog = "log/calls.jsonl";
 
-/// Who is killed, and when: as soon as the call log has the text, while the call is held up.
+/// The process to kill, and the moment: when the call log has the text, while the call is delayed.
 struct Victim {
     const char* name;
     const char* process;
@@ -45,7 +44,7 @@ constexpr const char* kBus = "dbus-daemon";
 
 class VictimTest : public FailingPointsTest, public testing::WithParamInterface<Victim> {
  protected:
-    /// Waits until the call log has the text and the process is there.
+    /// Waits until the call log has the text and the process exists.
     std::optional<pid_t> awaitVictim(const std::string& television, pid_t session) const {
         const std::filesystem::path log = std::filesystem::path(television) / kLog;
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
@@ -62,7 +61,7 @@ class VictimTest : public FailingPointsTest, public testing::WithParamInterface<
         return std::nullopt;
     }
 
-    /// Runs vxclone in the television and kills the victim on the way.
+    /// Runs vxclone in the television and kills the victim meanwhile.
     Finished runAndKill(const std::string& television, const std::vector<std::string>& arguments) const {
         vxtv({"fault", television, "add", GetParam().heldCall, "--nth", "1", "--delay", kDelay});
         std::filesystem::remove(std::filesystem::path(television) / kLog);
@@ -107,7 +106,7 @@ TEST_P(VictimTest, restoreNamesTheApplicationThatDidNotAnswer) {
     expectNextRestoreIsGood();
 }
 
-/// Those of the short sweep first.
+/// The first ones are those of the short sweep.
 constexpr std::array kVictims = {
     Victim{"applicationBeforeTheRequest", kApplication, kOrvelIs, kFilled, kSend},
     Victim{"busBeforeTheRequest", kBus, "", kFilled, kSend},

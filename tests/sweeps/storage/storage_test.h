@@ -25,14 +25,14 @@ class StorageTest : public testing::Test {
     /// `vxtv` with the arguments; a failure fails the test.
     Finished vxtv(const std::vector<std::string>& arguments) const;
 
-    /// `vxclone` in a session of the television, with the variables set for it alone.
+    /// `vxclone` in a session of the television. Only it gets the variables.
     Program program(const std::string& television, const std::vector<std::string>& arguments,
                     const Variables& variables = {}) const;
     Finished vxclone(const std::string& television, const std::vector<std::string>& arguments,
                      const Variables& variables = {}) const;
 
-    /// The variables with which vxclone writes down what it changes on the stick, in the television's
-    /// tmp/journal. The stick is a disk of its own.
+    /// The variables with which vxclone records its changes of the stick in the television's tmp/journal. The
+    /// stick must be a disk of its own.
     static Variables journalling();
 
     /// A backup of the television that has to succeed.
@@ -42,17 +42,17 @@ class StorageTest : public testing::Test {
     FileTree onStick() const { return snapshot(stick); }
     /// The package's folder and nothing beside it, or nothing at all.
     bool stickIsTidy() const;
-    /// Whether the package is there, unaltered, and has everything that `complete` has, and `verify`
-    /// ends with one of the statuses: 1 where it says that something is lacking.
+    /// Whether the package exists, is unaltered, and holds everything in `complete`, and `verify` ends with
+    /// one of the statuses: 1 if it says that something is lacking.
     testing::AssertionResult packageIsGood(const FileTree& complete = {},
                                            const std::vector<int>& statuses = {0}) const;
-    /// The television's settings, without what a run says of itself.
+    /// The television's settings without those that report a run.
     std::string settingsOf(const std::string& television) const;
 
     TemporaryDirectory place;
     const std::string first = (place / "first").string();
     const std::string second = (place / "second").string();
-    /// A third, that only says what it thinks of a package.
+    /// A third television, which only checks packages.
     const std::string judge = (place / "judge").string();
     const std::string stick = (place / "stick").string();
 };
@@ -64,7 +64,7 @@ inline constexpr const char* kApplicationData = "opt/usr/apps/org.vorta.vxhotel-
 /// What is below a folder of a tree; nothing where the folder is not there.
 FileTree below(const FileTree& tree, const std::string& folder);
 
-/// A library of this build that is loaded before the others.
+/// A library of this build for preloading.
 std::string interposer(const std::string& name);
 
 }  // namespace vxtest

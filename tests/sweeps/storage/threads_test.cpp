@@ -1,4 +1,4 @@
-// The system gives vxclone no thread: one after the other, or none from one on for good.
+// vxclone cannot start a thread: each one in turn, or all from one on.
 
 #include "tests/sweeps/storage/failing_points_test.h"
 
@@ -9,7 +9,7 @@ constexpr const char* kCall = "pthread_create";
 
 class ThreadsTest : public FailingPointsTest {
  protected:
-    /// One at a time, and where every point is wanted all of them and also all from that one on.
+    /// Each one in turn. In the long form also all from that one on.
     static std::vector<Variables> points(unsigned long calls) {
         std::vector<Variables> all;
         for (unsigned long nth = 1; nth <= calls; nth += isLongSweep() ? 1U : 3U) {

@@ -19,7 +19,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kData = "opt/usr/apps/org.vorta.vxhotel-cloning/data";
-/// Long enough for a machine that is busy with other things: only a run that hangs takes it.
+/// Long enough for a busy machine. Only a hanging run takes so long.
 constexpr std::chrono::seconds kLongest{120};
 
 std::string joined(const std::vector<std::string>& words) {

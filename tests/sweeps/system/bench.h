@@ -10,7 +10,7 @@
 
 namespace vxtest {
 
-/// Which system calls of a program are broken, and how.
+/// The system calls of a program that are broken, and how.
 struct BreakPoint {
     std::string how;                 ///< "count", "interrupt", "kill", "short", or the name of an error
     std::string calls;               ///< the calls that count, separated by commas; empty: all
@@ -22,7 +22,7 @@ struct BreakPoint {
     std::string text() const;
 };
 
-/// A call that was broken, or counted: its name and the files that it names.
+/// A call that was broken or counted: its name and its files.
 struct CountedCall {
     std::string name;
     std::string paths;
@@ -33,7 +33,7 @@ struct BrokenRun {
     std::vector<CountedCall> calls;
 };
 
-/// A television and a stick that a test may spoil, copied from others.
+/// A copy of a television and a stick that a test may damage.
 class Bench {
  public:
     Bench(const std::filesystem::path& television, const std::filesystem::path& stick);
@@ -41,12 +41,12 @@ class Bench {
     Finished vxclone(const std::vector<std::string>& arguments) const;
     /// vxclone, with one of its system calls broken.
     BrokenRun broken(const std::vector<std::string>& arguments, const BreakPoint& point) const;
-    /// Whether `vxtv compare` finds no difference to another television. Result: what it says; empty: none.
+    /// The differences to another television according to `vxtv compare`; empty if there are none.
     std::string differenceTo(const std::filesystem::path& other) const;
     /// The names at the top of the stick, and of the application's data on the television.
     std::vector<std::string> namesOnStick() const;
     std::vector<std::string> namesOfData() const;
-    /// The phase of the run that the television records; empty where there is no record.
+    /// The phase in the television's record of the run; empty without a record.
     std::string recordedPhase() const;
 
     std::filesystem::path television() const { return place_ / "tv"; }
@@ -58,17 +58,17 @@ class Bench {
     TemporaryDirectory place_;
 };
 
-/// Where the calls lie that touch the stick or what the television keeps.
+/// The places of files that matter: the stick, and what the television keeps.
 std::vector<std::string> filesThatMatter(const Bench& bench);
 
-/// Calls `visit` with each number below `count`, two or more at a time.
+/// Calls `visit` with each number below `count`, at least two in parallel.
 void inParallel(std::size_t count, const std::function<void(std::size_t)>& visit);
 
-/// At most `most` numbers of 1 to `count`, evenly spread; a single one is the one in the middle.
+/// At most `most` numbers from 1 to `count`, spread evenly. A single one is in the middle.
 std::vector<std::size_t> spread(std::size_t count, std::size_t most);
 
-/// How many points of a kind are tried: so many in the short form; in the long one all, or as many as the
-/// variable VX_SWEEP_MOST says.
+/// The number of points of a kind to try: `shortForm` in the short form; in the long form all, or the value
+/// of VX_SWEEP_MOST.
 std::size_t mostPoints(std::size_t shortForm);
 
 }  // namespace vxtest

@@ -1,4 +1,4 @@
-// kill -9 before every system call that changes a file, and before a choice of the others.
+// kill -9 before every system call that changes a file, and before a sample of the others.
 
 #include <gmock/gmock.h>
 
@@ -17,12 +17,12 @@ constexpr const char* kChanging =
     "unlinkat,"
     "chmod,fchmod,fchmodat,truncate,ftruncate,fallocate,copy_file_range";
 constexpr int kKilled = 137;
-/// Of all calls, those that change no file among them, the long form tries so many.
+/// The number of other calls that the long form tries.
 constexpr std::size_t kOthers = 200;
 
 class KillSweep : public SystemSweep {
  protected:
-    /// The points of a command that is recorded; `visit` gets the bench on which it was killed.
+    /// The points of a recorded command. `visit` gets the bench on which it was killed.
     template <typename Visit>
     void sweep(const char* name, const Subject& subject, std::size_t shortPoints, const Visit& visit) {
         std::atomic<int> killed = 0;
@@ -63,8 +63,8 @@ class KillSweep : public SystemSweep {
             tried.tried();
         }
         tried.note(std::to_string(reached) + " killed");
-        // The counted run may have saved a category twice, since its outcome was lost: this one had fewer
-        // calls.
+        // The counted run may have saved a category twice because its outcome was lost; this one then had
+        // fewer calls.
         EXPECT_GT(reached * 2, static_cast<int>(points.size()));
     }
 
@@ -77,7 +77,7 @@ class KillSweep : public SystemSweep {
         return points;
     }
 
-    /// The next start names a run that died. Result: whether there was one.
+    /// Expects that the next command names a run that died. Result: whether there was one.
     static bool expectNamed(const Bench& bench) {
         const std::string phase = bench.recordedPhase();
         const bool died = !phase.empty() && phase != "done";

@@ -1,4 +1,4 @@
-// What each command writes, makes, names anew or removes: nothing but what the rules allow.
+// The paths that each command writes, creates, renames or removes: only those that the rules allow.
 
 #include <gmock/gmock.h>
 
@@ -19,7 +19,7 @@ const std::string kData = "/opt/usr/apps/org.vorta.vxhotel-cloning/data/";
 const std::string kPictures = "/opt/usr/data/hotel/";
 const std::string kKeys = "/secure/";
 
-/// The paths of a call that it changes: of a copy that is the second one alone.
+/// The paths that a call changes. A copy changes only the second one.
 std::vector<std::string> changedBy(const CountedCall& call) {
     std::istringstream words(call.paths);
     std::vector<std::string> paths;
@@ -37,7 +37,7 @@ bool beginsWithAnyOf(const std::string& path, const std::vector<std::string>& be
                        [&path](const std::string& beginning) { return path.rfind(beginning, 0) == 0; });
 }
 
-/// A command, and the paths that it may change, as the television names them.
+/// A command, and the paths that it may change, as programs in the television see them.
 struct Allowed {
     const char* name;
     std::vector<std::string> command;
@@ -53,7 +53,7 @@ const std::vector<std::string> kOfALoad = {kData, kPictures, kKeys};
 
 class ChangedPathsTest : public SystemSweep, public testing::WithParamInterface<Allowed> {
  protected:
-    /// What no rule allows, of the paths that the command changed.
+    /// The changed paths of the command that no rule allows.
     std::vector<std::string> forbiddenOf(const Subject& subject) const {
         const std::vector<std::string> allowed = {"pipe:", "socket:", "anon_inode:", "/dev/null"};
         const auto calls = count(subject, kWriting, Among::AllFiles);
@@ -70,7 +70,7 @@ class ChangedPathsTest : public SystemSweep, public testing::WithParamInterface<
     }
 
  private:
-    /// The bench's television lies in a folder of its own; what runs in it sees it as its root as well.
+    /// The bench's television is in a folder of its own. Programs in it see it as their root as well.
     static bool isAllowedOnTheTelevision(const std::string& path) {
         const std::string marker = "/tv/";
         const std::size_t at = path.find(marker);
@@ -82,7 +82,7 @@ class ChangedPathsTest : public SystemSweep, public testing::WithParamInterface<
 
 TEST_P(ChangedPathsTest, areThoseThatTheRulesAllow) {
     const std::string name = GetParam().name;
-    // A look at a television on which nothing ran yet would install its keys.
+    // On a new television, a command that only looks would install its keys.
     Subject subject = name == "backup"    ? backup()
                       : name == "restore" ? restore()
                       : name == "undo"    ? undo()

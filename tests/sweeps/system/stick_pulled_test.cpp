@@ -1,4 +1,4 @@
-// The stick is pulled: from one call on, every call on its files fails.
+// The stick is pulled out: from one call on, all calls on its files fail.
 
 #include <gmock/gmock.h>
 
@@ -15,7 +15,7 @@ using testing::AnyOf;
 using testing::HasSubstr;
 
 constexpr const char* kStick = "/media/usb";
-/// All calls that a stick answers itself. Closing a file of a stick that is gone works.
+/// All calls that access the stick. Closing a file of a missing stick works.
 constexpr const char* kOnStick =
     "open,openat,read,pread64,write,writev,pwrite64,fsync,fdatasync,syncfs,rename,renameat,renameat2,mkdir,"
     "mkdirat,"

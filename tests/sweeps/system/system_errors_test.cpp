@@ -1,4 +1,4 @@
-// Every system call of vxclone fails in turn, in the ways in which it can fail.
+// Every system call of vxclone fails in turn, in each way in which it can fail.
 
 #include <gmock/gmock.h>
 
@@ -17,8 +17,8 @@ using testing::HasSubstr;
 using testing::Not;
 using Ways = std::vector<std::string>;
 
-/// How calls fail. Those that are not here have no failure that a disk, a stick or a table of files can
-/// cause.
+/// The possible failures of each call. Calls that are not listed cannot fail because of a disk, a stick or a
+/// table of files.
 const std::map<std::string, Ways> kWays = {
     {"open", {"EIO", "EMFILE"}},
     {"openat", {"EIO", "EMFILE", "ENOSPC"}},
@@ -64,7 +64,7 @@ const std::map<std::string, Ways> kWays = {
     {"pipe2", {"EMFILE"}},
 };
 
-/// The questions whether something is there: an answer that fails must not be taken for "no".
+/// Calls that check whether something exists. A failure must not be treated as "no".
 const std::map<std::string, Ways> kQuestions = {
     {"access", {"EIO"}}, {"faccessat2", {"EIO"}}, {"getdents64", {"EIO"}}};
 
@@ -74,8 +74,8 @@ class SystemErrorSweep : public SystemSweep {
 
     static Among amongFiles() { return isLongSweep() ? Among::AllFiles : Among::FilesThatMatter; }
 
-    /// The n-th call of each kind fails. A short sweep takes `shortForm` of each kind, of those that touch
-    /// what matters.
+    /// The nth call of each kind fails. A short sweep takes `shortForm` points of each kind, among those on
+    /// files that matter.
     std::vector<BreakPoint> pointsOf(const Subject& subject, const std::map<std::string, Ways>& kinds,
                                      std::size_t shortForm) const {
         std::map<std::string, std::size_t> counts;
@@ -115,8 +115,8 @@ class SystemErrorSweep : public SystemSweep {
             tried.tried();
         }
         tried.note(std::to_string(reached) + " reached, " + std::to_string(succeeded) + " ended well");
-        // The counted run may have saved a category twice, since its outcome was lost: this one had fewer
-        // calls.
+        // The counted run may have saved a category twice because its outcome was lost; this one then had
+        // fewer calls.
         EXPECT_GT(reached * 2, static_cast<int>(points.size()));
     }
 
@@ -127,7 +127,7 @@ class SystemErrorSweep : public SystemSweep {
                 EXPECT_NE(snapshot(bench.stick()), before) << "it said that it made a backup";
                 expectPackageGood(bench);
             } else {
-                // A package that is not complete says so itself.
+                // The package itself says that it is not complete.
                 expectStickWhole(bench, finished.status == 1 ? 1 : 0);
             }
         });

@@ -11,15 +11,15 @@
 
 namespace vxtest {
 
-/// What a command must have done when it says that all went well, and what it must not have spoilt else.
+/// What a command must have done if it reports success, and what it must not have damaged otherwise.
 struct Subject {
     std::vector<std::string> command;
     std::filesystem::path begin;  ///< the television before the command
     std::filesystem::path end;    ///< the television after the unbroken command
 };
 
-/// Televisions and a stick to copy for each point, as unbroken runs leave them. Skips the test where no
-/// program can be traced.
+/// Televisions and a stick to copy for each point, in the states of undisturbed runs. Skips the test if
+/// programs cannot be traced.
 class SystemSweep : public testing::Test {
  protected:
     SystemSweep();
@@ -28,27 +28,27 @@ class SystemSweep : public testing::Test {
     Subject backup() const { return {{"backup", kPackage}, source(), source()}; }
     Subject restore() const { return {{"restore", kPackage}, target(), restored()}; }
     Subject undo() const { return {{"undo"}, restored(), target()}; }
-    /// Of a television whose clone folder is not empty, with the package that is its own.
+    /// For a television with a clone folder that is not empty, and with its own package.
     Subject diff() const { return {{"diff", kPackage}, backedUp(), backedUp()}; }
 
     enum class Among { AllFiles, FilesThatMatter };
-    /// The calls of the unbroken command, those of these names alone where there are any.
+    /// The calls of the undisturbed command, restricted to these names if there are any.
     std::vector<CountedCall> count(const Subject& subject, const std::string& calls, Among among) const;
     Bench benchOf(const Subject& subject) const { return {subject.begin, stick()}; }
 
-    /// A run that is no crash, did not hang, and says what went wrong where something did.
+    /// Expects no crash and no hang, and a message if something went wrong.
     static void expectTold(const Finished& finished);
-    /// The stick holds a whole package and nothing else.
+    /// Expects exactly one complete package on the stick.
     static void expectPackageGood(const Bench& bench);
-    /// The stick holds a whole package, the next backup works, and nothing else is left on stick or
+    /// Expects a complete package on the stick, a successful next backup, and no leftovers on stick or
     /// television.
     static void expectStickWhole(const Bench& bench, int verifyStatus = 0);
-    /// The television is as the subject found it, or undo brings it back to that.
+    /// Expects that the television is unchanged, or that undo brings it back.
     static void expectWayBack(const Bench& bench, const Subject& subject);
-    /// The command, done again, comes to the same end as one that was never broken.
+    /// Expects that repeating the command has the same result as an undisturbed one.
     void expectConverges(const Bench& bench, const Subject& subject) const;
-    /// The television is as the subject found it, its clone folder and its last results too, at the latest
-    /// after the next command that only looks.
+    /// Expects that the television, its clone folder and its last results are unchanged, at the latest after
+    /// the next command that only looks.
     static void expectNoTrace(const Bench& bench, const Subject& subject);
 
     std::filesystem::path source() const { return place_ / "source"; }

@@ -1,4 +1,4 @@
-// A restore is killed, or stopped, at each of its system calls that changes something.
+// A restore is killed or stopped at each of its system calls that changes something.
 
 #include <algorithm>
 
@@ -23,7 +23,7 @@ class BrokenRestoreTest : public UndoSweep {
         }
     }
 
-    /// Breaks the restore at so many of its calls; `most` in the long form.
+    /// Breaks the restore at `shortPoints` of its calls, or at `most` in the long form.
     void sweep(const std::string& how, std::size_t shortPoints, std::size_t most) {
         SweepPoints tried("undo, " + how);
         const std::vector<std::size_t> points = spread(changes(), std::min(mostPoints(shortPoints), most));
@@ -57,7 +57,7 @@ class BrokenRestoreTest : public UndoSweep {
     }
 };
 
-/// A restore died while it loaded. Runs come after it to their end, and the last one is killed.
+/// A restore died while it loaded. Later runs are completed, and the last one is killed.
 class LaterRunTest : public BrokenRestoreTest {
  protected:
     using Command = std::vector<std::string>;
@@ -76,7 +76,7 @@ class LaterRunTest : public BrokenRestoreTest {
         ASSERT_NE(deadly_, 0U);
     }
 
-    /// The restore that dies, and those runs after it.
+    /// The restore that dies, and the later runs.
     void runBefore(const Bench& bench, const std::vector<Command>& runs) const {
         bench.broken(restore_, deathAt(bench, deadly_));
         for (const Command& run : runs) {

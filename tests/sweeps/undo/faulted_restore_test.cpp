@@ -1,5 +1,5 @@
 // Each platform call of a restore fails in turn, in the safety backup, in the load and in the read-back:
-// once, and from that one on.
+// once, and from that call on.
 
 #include <algorithm>
 #include <array>
@@ -17,7 +17,7 @@ namespace {
 
 using nlohmann::json;
 
-/// The first call of a restore that belongs to the load; all before it are questions and the safety backup.
+/// The first call of the load. All earlier calls are queries and the safety backup.
 constexpr const char* kFirstOfTheLoad = "factory_clone_usb_to_tv";
 constexpr const char* kFirstScreen = "db/first_screen/type";
 constexpr std::array kOfApplications = {"aul_", "bundle_", "message_port_"};
@@ -38,7 +38,7 @@ bool isOfApplications(const json& call) {
            call.at("arguments").dump().find(kFirstScreen) != std::string::npos;
 }
 
-/// When a fault acted first.
+/// When a fault first took effect.
 enum class Acted { Never, BeforeTheLoad, Later };
 
 Acted whenActed(const std::vector<json>& calls) {
@@ -59,8 +59,8 @@ class FaultedRestoreTest : public UndoSweep, public testing::WithParamInterface<
  protected:
     FaultedRestoreTest() : UndoSweep(GetParam()) {}
 
-    /// Each call of an unbroken restore that can fail, once and from then on. With applications, which take
-    /// their time: only the calls that need them.
+    /// Each call of an undisturbed restore that can fail, once and from then on. With applications, which are
+    /// slow, only the calls that need them.
     std::vector<FaultPoint> allPoints() const {
         const Bench bench = newBench();
         EXPECT_EQ(bench.vxclone(restore_).status, 0);
@@ -78,7 +78,7 @@ class FaultedRestoreTest : public UndoSweep, public testing::WithParamInterface<
         return points;
     }
 
-    /// Result: when the fault acted.
+    /// Result: when the fault took effect.
     Acted tryPoint(const FaultPoint& point) {
         SCOPED_TRACE(point.name());
         const Bench bench = newBench();
@@ -126,7 +126,7 @@ TEST_P(FaultedRestoreTest, restoreWithACallThatFailsIsUndone) {
 INSTANTIATE_TEST_SUITE_P(Applications, FaultedRestoreTest, testing::Bool(),
                          [](const auto& with) { return with.param ? "with" : "without"; });
 
-/// Calls whose failure nobody reports, so that a safety backup lacks what it does not name.
+/// Calls whose failure is not reported, so the safety backup lacks something without saying so.
 using SafetyBackupTest = FaultedRestoreTest;
 
 TEST_P(SafetyBackupTest, callThatFailsOnceWhileItIsMadeTakesNoWayBack) {

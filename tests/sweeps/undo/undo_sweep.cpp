@@ -20,8 +20,8 @@ using testing::Not;
 constexpr const char* kWayBack = "vxclone undo";
 constexpr const char* kNotBegun = "the restore did not begin";
 
-/// What a clone carries, as `vxtv compare` calls it; of some areas also the kinds of things in them. The
-/// icons of a source are not here: a restore sets the same paths on every television.
+/// The cloned parts, with the names of `vxtv compare`. Some areas are divided by the kind of their content.
+/// The icons of a source are left out, because a restore sets the same paths on every television.
 const std::vector<std::string> kParts = {"av",
                                          "boot-logo",
                                          "channels/channel",
@@ -39,7 +39,7 @@ const std::vector<std::string> kParts = {"av",
 const std::vector<std::string> kPartsOfApplications = {"apps/org.harbour.firstscreen",
                                                        "apps/org.vorta.orvel-app"};
 
-/// The areas that are told apart by what they hold, and what ends the name of the kind.
+/// The areas that are divided by their content, and the character that ends the name of the kind.
 constexpr std::pair<std::string_view, char> kDivided[] = {{"channels", ' '}, {"apps", '/'}};
 
 std::string partOf(const std::string& area, const std::string& name) {
@@ -101,7 +101,7 @@ std::vector<std::string> UndoSweep::differingParts(const fs::path& one, const fs
     const Json compared = Json::parse(vxtv({"compare", one, other, "--json"}).output);
     std::set<std::string> parts;
     for (const Json& area : compared.at("areas")) {
-        // No clone carries these.
+        // Not cloned.
         if (area.at("area") == "navigation-lists") {
             continue;
         }

@@ -14,7 +14,7 @@
 
 namespace vxtest {
 
-/// What became of the points of a sweep, for the line at its end.
+/// The counted results of the points, for the line at the end.
 struct UndoCounts {
     std::atomic<int> untouched = 0;  ///< no way back, and none was needed
     std::atomic<int> undone = 0;
@@ -23,21 +23,21 @@ struct UndoCounts {
     std::string text() const;
 };
 
-/// A television, and a package that differs from it in all that a clone carries. Whatever happens to a
-/// restore: if it says or leaves a way back, then `vxclone undo` makes the television what it was; if not,
-/// the television is what it was.
+/// A television, and a package that differs from it in all cloned parts. After any disturbance of a restore:
+/// if it offers or leaves a way back, `vxclone undo` restores the television's old state; otherwise the
+/// television is unchanged.
 class UndoSweep : public testing::Test {
  protected:
-    /// With cooperating applications or, which is faster, without.
+    /// With cooperating applications, or without, which is faster.
     explicit UndoSweep(bool withApplications);
 
-    /// The restore of the package, unbroken, leaves a way back that is one. Fails the test where the sweep
-    /// would see nothing.
+    /// Checks that the undisturbed restore leaves a way back that works. Fails the test if the sweep could
+    /// not detect anything.
     void SetUp() override;
 
     Bench newBench() const { return {target(), stick()}; }
 
-    /// Expects what holds after a restore that ended, died or was stopped, of which `text` was said.
+    /// Checks this after a restore that ended, died or was stopped. `text` is its output.
     void expectWayBack(const Bench& bench, const std::string& text);
 
     std::filesystem::path target() const { return place_ / "target"; }
@@ -49,7 +49,7 @@ class UndoSweep : public testing::Test {
  private:
     void makeProfiles() const;
     void make(const char* television, const char* profile) const;
-    /// The areas, and what they hold, in which the two differ: "channels/hotel list", "timers".
+    /// The parts in which the two differ: "channels/hotel list", "timers".
     std::vector<std::string> differingParts(const std::filesystem::path& one,
                                             const std::filesystem::path& other) const;
 

@@ -42,7 +42,7 @@ class PortInbox {
         };
     }
 
-    /// The messages so far, when there are as many as that or time is over.
+    /// The messages so far, as soon as there are `count` of them or the time is over.
     std::vector<PortMessage> waitFor(std::size_t count) {
         std::unique_lock lock(door);
         changed_.wait_for(lock, std::chrono::seconds(10), [&] { return received_.size() >= count; });

@@ -41,7 +41,7 @@ Pipe makePipe(int flags) {
     return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
-/// What the application is started with.
+/// The data for starting the application.
 struct Start {
     std::string id;
     std::string program;
@@ -76,7 +76,7 @@ struct Start {
     _exit(kCannotRun);
 }
 
-/// The application's process, when its program could be started.
+/// The application's process, if its program could be started.
 Result<pid_t> startApplication(const Start& start, const Descriptor& output, int lock) {
     Pipe failed = makePipe(0);
     const pid_t host = getpid();
@@ -103,7 +103,7 @@ std::string describeEnd(int status) {
                                : fmt::format("ended with status {}", WEXITSTATUS(status));
 }
 
-/// The signals that this process reads instead of being ended by them.
+/// Blocks the signals that would end this process, and makes them readable from a descriptor.
 Descriptor readSignals() {
     sigset_t signals;
     sigemptyset(&signals);
@@ -133,7 +133,7 @@ void passRequestsOn(int requests, pid_t application) {
     }
 }
 
-/// Until the application has ended: how it did.
+/// Passes signals and output on until the application has ended. Result: its exit status.
 int follow(pid_t application, int signals, int requests, int output, LineReader& lines) {
     std::array<pollfd, 3> ready = {pollfd{signals, POLLIN, 0}, pollfd{requests, POLLIN, 0},
                                    pollfd{output, POLLIN, 0}};
@@ -163,8 +163,8 @@ Result<Start> prepare(const Folder& folder, const std::string& id) {
     });
 }
 
-/// The mark, or the process of an application that runs already. One that is just being started or has just
-/// ended is waited for, since it is soon the one or the other.
+/// The mark, or the process of an application that already runs. If an application is just starting or
+/// ending, this waits until it runs or has ended.
 Result<pid_t> takeMark(const Folder& folder, const std::string& id, std::optional<RunningMark>& mark) {
     for (int waited = 0;; waited += kPauseMs) {
         auto taken = RunningMark::take(folder, id);
@@ -183,14 +183,14 @@ Result<pid_t> takeMark(const Folder& folder, const std::string& id, std::optiona
     }
 }
 
-/// Until the application has written something or ended, but not for long: one that serves says so, and a
-/// launch that returns earlier makes its caller look for a port that is not there yet.
+/// Waits for a short time until the application has written something or ended. An application writes when it
+/// is ready. If the launch returned earlier, its caller would look for a port that does not exist yet.
 void awaitFirstWord(const Descriptor& output, const Descriptor& signals) {
     std::array<pollfd, 2> ready = {pollfd{output.get(), POLLIN, 0}, pollfd{signals.get(), POLLIN, 0}};
     poll(ready.data(), ready.size(), kFirstWordMs);
 }
 
-/// Stays with the application to its end.
+/// Serves the application until it ends.
 void stayWith(pid_t application, std::optional<RunningMark>& mark, int signals, const Descriptor& output,
               const std::string& id, DlogFile& log) {
     LineReader lines([&log, &id](std::string_view line) { log.append(DLOG_INFO, id, line); });

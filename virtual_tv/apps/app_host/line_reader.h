@@ -6,15 +6,15 @@
 
 namespace vxtv {
 
-/// Takes a stream of output apart into lines. A line that does not end is handed over in pieces.
+/// Splits a stream of output into lines. A very long line is passed on in pieces.
 class LineReader {
  public:
     using Take = std::function<void(std::string_view line)>;
     explicit LineReader(Take take) : take_(std::move(take)) {}
 
-    /// Reads what `descriptor`, which does not block, has now. False when it is at its end.
+    /// Reads the available bytes from `descriptor`, which is non-blocking. False at its end.
     bool readFrom(int descriptor);
-    /// Hands over what stands behind the last line end.
+    /// Passes on the rest after the last line end.
     void finish();
 
  private:

@@ -1,4 +1,5 @@
-// The parent of one application of a virtual television; see virtual_tv/applications/application_launch.h.
+// The parent process of one application of a virtual television; see
+// virtual_tv/applications/application_launch.h.
 
 #include <fcntl.h>
 #include <signal.h>
@@ -20,12 +21,12 @@ namespace {
 constexpr int kArguments = 5;
 constexpr int kWrongCall = 2;
 
-/// Leaves a child to go on, which belongs to nobody.
+/// Continues in an orphaned child.
 void detach() {
     if (fork() != 0) {
         _exit(0);
     }
-    // A launcher's working directory is nothing that an application should hold on to.
+    // An application must not keep its launcher's working directory in use.
     if (chdir("/") != 0) {
         _exit(1);
     }
@@ -59,7 +60,7 @@ int main(int argc, char** argv) {
     if (isDetached) {
         detach();
     }
-    // A launcher that does not wait for the report has closed its end.
+    // A launcher that does not wait for the report has closed its end of the pipe.
     signal(SIGPIPE, SIG_IGN);
     try {
         return host(argv[1], argv[2], isDetached ? vxtv::HostWay::Detached : vxtv::HostWay::Attached, report);

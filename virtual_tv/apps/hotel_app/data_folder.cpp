@@ -35,7 +35,8 @@ Result<void> DataFolder::recover() const {
         if (fs::exists(path() / kDatabaseName)) {
             return {};
         }
-        // Made beside, since an application that dies on the way must find it whole or not at all.
+        // Made under another name first, so that the database exists completely or not at all even if the
+        // application dies.
         const fs::path beside = folder_ / "hotel.db.new";
         fs::remove(beside);
         return createDatabase(beside, {}).and_then([&] { return flushFile(beside); }).map([&] {

@@ -7,36 +7,37 @@
 
 namespace vxtv::hotel {
 
-/// The application's own data, in the folder `data` of the application's folder, and how all of it is
-/// replaced in one step. One process at a time works with it: the application.
+/// The application's own data, in the folder `data` of the application's folder, and its replacement in one
+/// step. Only one process may use it at a time: the application.
 class DataFolder {
  public:
     explicit DataFolder(std::filesystem::path applicationFolder) : folder_(std::move(applicationFolder)) {}
 
     std::filesystem::path path() const { return folder_ / "data"; }
-    /// Where new data is put together.
+    /// The folder in which new data is prepared.
     std::filesystem::path staging() const { return folder_ / "data.new"; }
 
-    /// Makes the data usable after any death of the application: takes away what was half done, and gives an
-    /// application without data an empty database. Errors: Io, NoSpace.
+    /// Makes the data usable after the application died: removes unfinished changes, and creates an empty
+    /// database if there is none. Errors: Io, NoSpace.
     Result<void> recover() const;
 
-    /// An empty staging folder with a folder for pictures. Errors: Io, NoSpace.
+    /// Makes an empty staging folder with a folder for pictures. Errors: Io, NoSpace.
     Result<void> beginStaging() const;
 
-    /// Puts what was staged, which is flushed, in the place of the data, and removes the old. A crash leaves
-    /// the one or the other. On failure (Io) the data is as it was, and nothing is staged any more.
+    /// Replaces the data by the staged data, which must be flushed, and removes the old data. After a crash
+    /// either the old or the new data is there. On failure (Io) the data is unchanged, and the staged data is
+    /// removed.
     Result<void> replaceByStaged() const;
 
-    /// Leaves the data as it was.
+    /// Removes the staged data. The application's data is unchanged.
     void dropStaged() const;
 
  private:
     std::filesystem::path folder_;
 };
 
-/// Puts the folder `made`, which is flushed, in the place of `target`, whole or not at all; what was there
-/// before goes. Both lie in one folder. Errors: Io.
+/// Replaces `target` by the folder `made`, which must be flushed, in one step, and removes the old one. Both
+/// are in the same folder. Errors: Io.
 Result<void> putInPlace(const std::filesystem::path& made, const std::filesystem::path& target);
 
 /// Writes a new file and flushes it. Errors: NoSpace, Io.

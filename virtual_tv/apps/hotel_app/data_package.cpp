@@ -29,7 +29,7 @@ tl::unexpected<Error> damaged(const fs::path& file, std::string_view why) {
                    fmt::format("{} {}; copy the package again, or make it anew", file.string(), why));
 }
 
-/// A file's bytes, when it is a plain one of at most the size.
+/// The bytes of a regular file of at most `limit` bytes.
 Result<std::string> bytesOf(const fs::path& file, std::size_t limit) {
     auto bytes = readPlainFile(file, limit + 1);
     if (!bytes) {
@@ -81,7 +81,7 @@ Result<void> fill(const DataFolder& data, const fs::path& package, const std::st
         .and_then([&] { return flushFolder(package); });
 }
 
-/// The package holds what its index lists and nothing else: no link, no pipe, no further file.
+/// Requires that the package holds exactly what its index lists: no link, no pipe, no other file.
 Result<void> checkNames(const fs::path& package, const std::vector<IndexEntry>& files) {
     std::set<fs::path> known = {kIndexName};
     for (const IndexEntry& file : files) {
@@ -131,7 +131,7 @@ Result<fs::path> packageIn(const fs::path& where, const std::string& application
                                package.string()));
 }
 
-/// Runs the work, and turns what the file system throws in it into an error.
+/// Runs the work, and turns exceptions of the file system into an error.
 template <class Work>
 Result<void> guarded(const Work& work) {
     try {

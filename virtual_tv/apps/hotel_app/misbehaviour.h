@@ -7,7 +7,7 @@
 
 namespace vxtv::hotel {
 
-/// What the application does wrong, for tests of its callers.
+/// Violations of the rules by the application, for tests of its callers.
 struct Misbehaviour {
     int latePortMs = 0;   ///< how long after its start it has a port
     int lateReplyMs = 0;  ///< how long after its work it answers
@@ -19,7 +19,7 @@ struct Misbehaviour {
     bool crashInRestore = false;
 };
 
-/// Reads NAME and NAME=MS. Errors: BadArgument, with the names there are.
+/// Reads NAME and NAME=MS. Errors: BadArgument, with the existing names.
 Result<Misbehaviour> readMisbehaviour(const std::vector<std::string>& texts);
 
 /// The names, for the help.

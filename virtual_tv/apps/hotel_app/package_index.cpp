@@ -26,7 +26,7 @@ constexpr int kDeepest = 4;
 constexpr int kIndent = 2;
 constexpr std::size_t kLongestName = 255;
 
-/// Empty when libcrypto fails, which no entry fits.
+/// Empty if libcrypto fails; then no entry matches.
 std::string sha256Of(std::string_view bytes) {
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
     unsigned int size = 0;

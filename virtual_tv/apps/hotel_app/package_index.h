@@ -10,8 +10,8 @@
 
 namespace vxtv::hotel {
 
-// The list of what a package of the application's data holds, beside the data: index.json, an object with
-// "format", "version", "application" and "files", of which each has "name", "size" and "sha256".
+// The index of a package of the application's data: index.json, an object with "format", "version",
+// "application" and "files". Each file has "name", "size" and "sha256".
 
 inline constexpr const char* kIndexName = "index.json";
 inline constexpr std::size_t kLargestIndex = 256U << 10U;
@@ -28,15 +28,15 @@ struct IndexEntry {
 
 IndexEntry describe(const std::string& name, std::string_view bytes);
 
-/// Whether the bytes are those that the entry tells of.
+/// Whether the bytes match the entry.
 bool fits(const IndexEntry& entry, std::string_view bytes);
 
-/// Errors: BadArgument for a name that is no UTF-8.
+/// Errors: BadArgument for a name that is not UTF-8.
 Result<std::string> indexText(const std::string& application, const std::vector<IndexEntry>& files);
 
-/// Reads an index that may come from anybody: it is the application's own, in a known version, names the
-/// database, no file twice, and stays within the limits above. Errors: NotABackupFile, OtherVersion,
-/// OtherService when it is another application's.
+/// Reads an untrusted index. It must be the application's own, have a known version, contain the database and
+/// no file twice, and be within the limits above. Errors: NotABackupFile, OtherVersion, OtherService for
+/// another application's index.
 Result<std::vector<IndexEntry>> readIndex(const std::filesystem::path& file, const std::string& application);
 
 }  // namespace vxtv::hotel

@@ -19,7 +19,7 @@ namespace vxtv::hotel {
 
 namespace {
 
-// The words by which cloning applications and those that have data of their own talk.
+// The words of the protocol between cloning applications and applications with data of their own.
 constexpr const char* kPort = "VxCloneMessagePort";
 constexpr const char* kRequestKey = "externalRequest";
 constexpr const char* kPathKey = "path";
@@ -50,7 +50,7 @@ Descriptor endingSignals() {
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGINT);
-    // Before the platform starts threads of its own, which inherit it.
+    // Blocked before the platform starts its threads, which inherit the mask.
     sigprocmask(SIG_BLOCK, &signals, nullptr);
     return Descriptor(signalfd(-1, &signals, SFD_CLOEXEC));
 }
@@ -86,7 +86,7 @@ int Service::run() {
     }
 }
 
-/// The platform's thread only takes the request down: a caller may wait for its port to be free again.
+/// The platform's thread only queues the request, because a caller may wait until its port is free again.
 void Service::receive(int localPort, const char* application, const char* port, bool /*trusted*/,
                       bundle* message, void* service) {
     auto& self = *static_cast<Service*>(service);
@@ -102,7 +102,7 @@ void Service::receive(int localPort, const char* application, const char* port, 
     eventfd_write(self.waiting_.get(), 1);
 }
 
-/// True when the application is told to end meanwhile.
+/// Waits. True if the application is told to end meanwhile.
 bool Service::waitsFor(int milliseconds) const {
     pollfd ending = {ending_.get(), POLLIN, 0};
     return milliseconds > 0 && poll(&ending, 1, milliseconds) > 0;

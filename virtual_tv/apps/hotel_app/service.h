@@ -11,14 +11,14 @@
 
 namespace vxtv::hotel {
 
-/// The application at work: it has the port by which cloning applications ask for its data, and serves one
+/// The running application. It has the port at which cloning applications ask for its data, and serves one
 /// request after the other until a signal ends it.
 class Service {
  public:
-    /// The data folder has been recovered. SIGTERM and SIGINT are blocked from then on and end `run`.
+    /// Before: the data folder has been recovered. From then on SIGTERM and SIGINT are blocked and end `run`.
     Service(std::string id, DataFolder data, Misbehaviour misbehaviour);
 
-    /// Result: the exit status, 0 when it was told to end.
+    /// Result: the exit status; 0 if it was told to end.
     int run();
 
  private:

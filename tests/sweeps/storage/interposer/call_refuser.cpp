@@ -28,7 +28,7 @@ struct Plan {
     bool fromThenOn = false;
 };
 
-// No call may ask for memory here: these are what gives it.
+// No call may allocate memory here, because this code implements the allocation.
 constinit Plan plan;
 constinit std::atomic<unsigned long> calls = 0;
 
@@ -61,7 +61,7 @@ __attribute__((constructor)) void readPlan() {
     const char* const nth = getenv("VX_REFUSE_NTH");
     plan.nth = nth == nullptr ? 0 : strtoul(nth, nullptr, 10);
     plan.fromThenOn = getenv("VX_REFUSE_ON") != nullptr;
-    // The first look at the calls loads a library, for which there will be no memory later.
+    // The first backtrace loads a library, for which there will be no memory later.
     void* frame = nullptr;
     backtrace(&frame, 1);
     std::signal(SIGSEGV, sayWhere);
@@ -83,7 +83,8 @@ __attribute__((destructor)) void writeCount() {
 }
 
 #ifdef VX_COVERAGE
-/// What writes the counters down at the program's very end crashes without memory: it gets what it wants.
+/// The code that writes coverage counters at the program's end crashes without memory, so it always gets
+/// memory.
 void spareTheCounters() {
     static constinit std::atomic<bool> isSpared = false;
     if (!isSpared.exchange(true)) {
@@ -109,7 +110,7 @@ void* noMemory() {
 
 extern "C" {
 
-// The C library's own, which need no search by name.
+// The C library's own functions, which need no search by name.
 void* __libc_malloc(size_t size) noexcept;
 void* __libc_calloc(size_t count, size_t size) noexcept;
 void* __libc_realloc(void* old, size_t size) noexcept;

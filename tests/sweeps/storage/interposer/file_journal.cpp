@@ -29,7 +29,7 @@ Call* original(const char* name) {
     return reinterpret_cast<Call*>(dlsym(RTLD_NEXT, name));
 }
 
-/// The journal of this process. Nothing is written down where the two variables are missing.
+/// The journal of this process. Nothing is recorded if the two variables are not set.
 class Journal {
  public:
     Journal() {
@@ -48,7 +48,7 @@ class Journal {
         }
     }
 
-    /// The inode, if it lies on the file system.
+    /// The inode, if it is on the file system.
     std::optional<Inode> inodeOf(int descriptor) const {
         struct stat facts {};
         const bool on = file_ >= 0 && fstat(descriptor, &facts) == 0 && facts.st_dev == device_;
@@ -66,7 +66,7 @@ class Journal {
         }
     }
 
-    /// One change at a time, so that the order in the journal is the order on the disk.
+    /// One change at a time, so that journal and disk have the same order.
     std::mutex& mutex() { return mutex_; }
 
  private:

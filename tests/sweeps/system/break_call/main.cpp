@@ -1,4 +1,4 @@
-// Runs a program and breaks one of its system calls: vx-break-call --help tells how.
+// Runs a program and breaks one of its system calls. vx-break-call --help explains it.
 
 #include <CLI/CLI.hpp>
 #include <cerrno>

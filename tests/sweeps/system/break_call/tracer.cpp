@@ -25,7 +25,7 @@ namespace {
 constexpr int kSystemCallStop = SIGTRAP | 0x80;
 constexpr unsigned kEventShift = 16;
 
-/// The register of a system call's argument, of the third or the fifth.
+/// The register with the third or the fifth argument of a system call.
 unsigned long long& argumentOf(user_regs_struct& registers, std::size_t index) {
     return index == 2 ? registers.rdx : registers.r8;
 }
@@ -110,7 +110,7 @@ void Tracer::stopped(pid_t thread, int status) {
     ptrace(PTRACE_SYSCALL, thread, nullptr, passedOn);
 }
 
-/// Where the loader of shared libraries lies: whether the program starts at all is not its own doing.
+/// Finds the loader of shared libraries. Its calls do not count, because they do not belong to the program.
 void Tracer::findLoader() {
     std::ifstream maps("/proc/" + std::to_string(process_) + "/maps");
     for (std::string line; std::getline(maps, line);) {

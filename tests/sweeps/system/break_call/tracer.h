@@ -14,7 +14,7 @@ namespace vxtest {
 
 struct WatchedCall;
 
-/// What becomes of a call.
+/// What happens to a call.
 enum class Breakage {
     None,       ///< it is only counted
     Error,      ///< it does not happen, and fails; a close happens and is said to have failed
@@ -33,13 +33,14 @@ struct BreakOrder {
     std::string log;  ///< the file that gets a line for each call that was broken, or that was counted
 };
 
-/// Runs a program and breaks one of its system calls, or all from one on. The threads of the program count
-/// together; programs that it starts, and the loading of shared libraries, do not count.
+/// Runs a program and breaks one of its system calls, or all from one on. The calls of all threads of the
+/// program are counted together. Programs that it starts, and the loading of shared libraries, are not
+/// counted.
 class Tracer {
  public:
     explicit Tracer(BreakOrder order);
 
-    /// Result: the exit status of the program as a shell gives it; none where it could not be traced.
+    /// Result: the exit status of the program as in a shell; empty if it could not be traced.
     std::optional<int> run(char** command);
 
  private:

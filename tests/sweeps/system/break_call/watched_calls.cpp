@@ -69,7 +69,7 @@ std::string textAt(pid_t thread, std::uint64_t address) {
     std::string text;
     std::array<char, 256> chunk{};
     while (text.size() < PATH_MAX) {
-        // Up to the end of a page: the next one need not be there.
+        // Only up to the end of a page, because the next one may not exist.
         const std::size_t size = chunk.size() - (address + text.size()) % chunk.size();
         const iovec here{chunk.data(), size};
         const iovec there{reinterpret_cast<void*>(address + text.size()), size};

@@ -10,7 +10,7 @@
 
 namespace vxtest {
 
-/// Where the arguments of a system call name a file.
+/// The arguments of a system call that name a file.
 enum class NamedBy { Descriptor, Path, FolderAndPath, TwoPaths, TwoFoldersAndPaths, FirstAndThird, Nothing };
 
 /// A system call that can be broken.
@@ -21,11 +21,10 @@ struct WatchedCall {
     std::size_t sizeArgument = 2;  ///< where the number of bytes stands, of a call that can be shortened
 };
 
-/// The call of that number; null where it is none that is watched.
+/// The call with that number; null if it is not watched.
 const WatchedCall* findWatchedCall(std::uint64_t number);
 
-/// The absolute paths of the files that the call of the stopped thread names; what cannot be told is left
-/// out.
+/// The absolute paths of the files of the stopped thread's call. Unknown ones are left out.
 std::vector<std::string> pathsOf(const WatchedCall& call, const std::array<std::uint64_t, 6>& arguments,
                                  pid_t thread);
 
