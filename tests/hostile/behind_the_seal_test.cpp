@@ -103,7 +103,7 @@ void expectAllKept(const std::vector<Hidden>& cases) {
     for (const Hidden& one : cases) {
         for (const auto& seal : {sealAgain, sealWithoutManifest}) {
             SCOPED_TRACE(one.name + (seal == sealAgain ? "" : ", without a manifest"));
-            if (!inLongForm() &&
+            if (!isLongForm() &&
                 (tried >= kTriedBehindTheSeal || (seal == sealWithoutManifest && tried > 1))) {
                 continue;
             }
@@ -246,7 +246,7 @@ TEST(HostileServicesTest, filesThatNoServiceMadeAreRefusedByTheService) {
             readFile(Stage::instance().good() / (file == kFiles[0].file ? kFiles[1].file : kFiles[0].file));
         cases.push_back(fileOf(category, file, "another service", strange));
         cases.push_back(fileOf(category, file, "deep JSON", deep("[", "]")));
-        if (inLongForm()) {
+        if (isLongForm()) {
             cases.push_back(fileOf(category, file, "nothing", ""));
             cases.push_back(fileOf(category, file, "one byte less", good.substr(0, good.size() - 1)));
             cases.push_back(fileOf(category, file, "one byte more", good + "x"));

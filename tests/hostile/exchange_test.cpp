@@ -104,7 +104,7 @@ void say(const Tally& tally) {
 
 TEST(HostileExchangeTest, packageThatChangesUnderTheCheckIsRefusedOrTheGoodOne) {
     Stage& stage = Stage::instance();
-    const std::size_t runs = inLongForm() ? 5000 : 30;
+    const std::size_t runs = isLongForm() ? 5000 : 30;
     Tally tally;
     for (std::size_t run = 0; goesOn(run, runs, tally); ++run) {
         const Pair& pair = pairs().at(run % pairs().size());
@@ -132,7 +132,7 @@ TEST(HostileExchangeTest, restoreOfAPackageThatChangesLoadsTheGoodOneOrNothing) 
     const std::string television = stage.there().folder().string();
     const auto welcome = [&] { return stage.vxtv({"get", television, kWelcome}).output; };
     const std::string good = stage.vxtv({"get", stage.source().string(), kWelcome}).output;
-    const std::size_t runs = inLongForm() ? 500 : 4;
+    const std::size_t runs = isLongForm() ? 500 : 4;
     Tally tally;
     for (std::size_t run = 0; goesOn(run, runs, tally); ++run) {
         // Every other run exchanges whole packages, because only then the good one can be met completely.

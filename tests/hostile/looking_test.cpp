@@ -30,7 +30,7 @@ std::vector<Look> damagedPackages() {
         "ProductCloneInfo.txt", "manifest.json", "validate.txt", "vconf",
         "vconf/Vconf.json",     "logo",          "logo/logo.png"};
     std::vector<Impostor> kinds = {Impostor::RelativeLink, Impostor::Fifo};
-    if (inLongForm()) {
+    if (isLongForm()) {
         kinds.clear();
         for (const NamedImpostor& impostor : specialImpostors()) {
             kinds.push_back(impostor.kind);

@@ -53,7 +53,7 @@ TEST(HostilePlacesTest, impostorInTheHomeMenuIsRefusedByNameAndLeadsNowhere) {
             for (const Arguments& arguments : runs()) {
                 // In the short form each impostor is tried with some of the commands, and each command with
                 // some impostors.
-                if (!inLongForm() && number++ % 5 != 0) {
+                if (!isLongForm() && number++ % 5 != 0) {
                     continue;
                 }
                 SCOPED_TRACE(joined(arguments) + impostor.name + " at " + name);
@@ -170,7 +170,7 @@ TEST(HostilePlacesTest, closedStandardDescriptorsLeaveEveryFileAsItWouldBe) {
 TEST(HostilePlacesTest, fileSizeLimitEndsABackupWithAStatusAndKeepsThePackage) {
     Stage& stage = Stage::instance();
     for (const int blocks :
-         inLongForm() ? std::vector<int>{0, 1, 2, 4, 8, 16, 32, 64, 128, 256} : std::vector<int>{0, 4, 64}) {
+         isLongForm() ? std::vector<int>{0, 1, 2, 4, 8, 16, 32, 64, 128, 256} : std::vector<int>{0, 4, 64}) {
         SCOPED_TRACE(blocks);
         stage.layPackage();
         const FileTree before = snapshot(stage.package());

@@ -65,7 +65,7 @@ void expectRefusals(const std::vector<Case>& cases) {
     std::size_t tried = 0;
     std::size_t byProgram = 0;
     // An odd step, so that a table that repeats a few kinds is tried for all of them.
-    const std::size_t step = inLongForm() ? 1 : (cases.size() / kTriedOfATable) | 1U;
+    const std::size_t step = isLongForm() ? 1 : (cases.size() / kTriedOfATable) | 1U;
     for (std::size_t number = 0; number < cases.size(); number += step) {
         const Case& one = cases[number];
         SCOPED_TRACE(one.name);
@@ -76,7 +76,7 @@ void expectRefusals(const std::vector<Case>& cases) {
         }
         ++tried;
         expectRefused(one, stage.here(), [&] { return stage.restoreHere(one.expect); });
-        if (byProgram == 0 || inLongForm()) {
+        if (byProgram == 0 || isLongForm()) {
             ++byProgram;
             SCOPED_TRACE("by the program");
             std::vector<std::string> arguments;

@@ -131,12 +131,12 @@ void expectSafe(const fs::path& tree, const fs::path& theirs, const std::string&
 TEST_F(HostileRemovalTest, mountThatAppearsAtAnyMomentEndsTheRemoval) {
     int tried = 0;
     const bool allowed = withOwnMounts([this, &tried] {
-        const int step = inLongForm() ? 1 : 5;
+        const int step = isLongForm() ? 1 : 5;
         const std::vector<std::string> folders = makeTree(tree());
         const int removals = static_cast<int>(folders.size()) * 3 + 1;
         for (int moment = 0; moment < removals; moment += step) {
             for (std::size_t number = static_cast<std::size_t>(moment) % 3; number < folders.size();
-                 number += inLongForm() ? 1U : 3U) {
+                 number += isLongForm() ? 1U : 3U) {
                 for (const bool bind : {false, true}) {
                     fs::remove_all(tree());
                     makeTree(tree());

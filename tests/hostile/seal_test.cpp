@@ -37,7 +37,7 @@ TEST(HostileSealTest, everyBitOfTheSealIsRefusedWhenItIsFlipped) {
 
 TEST(HostileSealTest, everyBlockOfEveryFileIsRefusedWhenAByteIsFlipped) {
     const Stage& stage = Stage::instance();
-    const std::size_t step = inLongForm() ? kBlock * 8 : kBlock * 128;
+    const std::size_t step = isLongForm() ? kBlock * 8 : kBlock * 128;
     std::vector<Case> cases;
     for (const std::string& entry : entriesOf(stage.good())) {
         if (!fs::is_regular_file(stage.good() / entry) || entry == "validate.txt") {

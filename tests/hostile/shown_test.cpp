@@ -102,7 +102,7 @@ void poison(const fs::path& package, std::mt19937& generator) {
 
 TEST(HostileShownTest, namesInAPackageSteerNoTerminalAndFakeNoLine) {
     Stage& stage = Stage::instance();
-    const unsigned rounds = inLongForm() ? 40 : 3;
+    const unsigned rounds = isLongForm() ? 40 : 3;
     for (unsigned seed = 0; seed < rounds; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         std::mt19937 generator(seed);

@@ -111,8 +111,8 @@ TEST(HostileSizesTest, packagesBeyondTheLimitsAreRefused) {
 
 /// Needs as much memory or disk as the size of the file, so it runs only in the long form.
 TEST(HostileSizesTest, sparseFilesThatFitOnTheDiskAreReadWholeAndRefused) {
-    if (!inLongForm()) {
-        GTEST_SKIP() << "a part of the long form: VX_LONG=1";
+    if (!isLongForm()) {
+        GTEST_SKIP() << "a part of the long form: VX_SWEEP=long";
     }
     Stage& stage = Stage::instance();
     for (const std::uint64_t size : {2 * kGiB - 1, 2 * kGiB, 2 * kGiB + 1, 4 * kGiB - 1, 4 * kGiB}) {

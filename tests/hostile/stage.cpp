@@ -79,11 +79,6 @@ Outcome outcomeOf(const Finished& finished) {
 
 }  // namespace
 
-bool inLongForm() {
-    const char* const wanted = std::getenv("VX_LONG");
-    return wanted != nullptr && *wanted != '\0';
-}
-
 Target::Target(fs::path folder, fs::path opt) : folder_(std::move(folder)), opt_(std::move(opt)) {}
 
 fs::path Target::cloneRoot() const {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/support/machine/file_tree.h"
+#include "tests/support/machine/long_form.h"
 #include "tests/support/machine/process.h"
 #include "tests/support/machine/temporary_directory.h"
 
@@ -98,8 +99,5 @@ class Stage {
     Target here_;
     Target there_;
 };
-
-/// Whether every case is also run with the whole program: the variable VX_LONG is set.
-bool inLongForm();
 
 }  // namespace vxtest

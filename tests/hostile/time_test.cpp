@@ -85,7 +85,7 @@ void expectLinear(const std::string& name, std::size_t count,
 
 TEST(HostileTimeTest, jsonOfAnyShapeIsReadInATimeThatGrowsAsItDoes) {
     for (const Growing& growing : growingTexts()) {
-        expectLinear(growing.name, inLongForm() ? 16'000 : 2'000, [&growing](std::size_t count) {
+        expectLinear(growing.name, isLongForm() ? 16'000 : 2'000, [&growing](std::size_t count) {
             return [text = textOf(growing, count)] { vxcommon::parseStrictly(text, {}); };
         });
     }

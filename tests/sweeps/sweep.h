@@ -1,19 +1,13 @@
 #pragma once
 
 #include <chrono>
-#include <cstdlib>
 #include <iostream>
 #include <string>
-#include <string_view>
 #include <utility>
 
-namespace vxtest {
+#include "tests/support/machine/long_form.h"
 
-/// Whether every point is tried, as in scripts/sweep, or only a sample.
-inline bool isLongSweep() {
-    const char* const form = std::getenv("VX_SWEEP");
-    return form != nullptr && std::string_view(form) == "long";
-}
+namespace vxtest {
 
 /// Counts the points of a sweep. The destructor prints one line with their number: `sweep NAME: N points,
 /// NOTE, S s`.

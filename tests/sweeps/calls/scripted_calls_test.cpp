@@ -38,7 +38,7 @@ class ScriptedCallsTest : public testing::TestWithParam<Direction> {
     /// A sample of the calls for the short form.
     std::vector<MadeCall> everySoMany(std::size_t step) const {
         std::vector<MadeCall> chosen;
-        for (std::size_t number = 0; number < calls_.size(); number += isLongSweep() ? 1 : step) {
+        for (std::size_t number = 0; number < calls_.size(); number += isLongForm() ? 1 : step) {
             chosen.push_back(calls_[number]);
         }
         return chosen;
@@ -99,7 +99,7 @@ TEST_P(ScriptedCallsTest, callThatIsSlowChangesNothing) {
 TEST_P(ScriptedCallsTest, callThatAnswersAnyStatusIsJudgedByItsOwnRule) {
     for (const int status : kStatuses) {
         for (const MadeCall& at : everySoMany(3)) {
-            if (!isLongSweep() && isWaitedFor(at, status)) {
+            if (!isLongForm() && isWaitedFor(at, status)) {
                 continue;
             }
             tryPoint(at, "answers " + std::to_string(status), [&](SweptRun&, const MadeCall& call) {

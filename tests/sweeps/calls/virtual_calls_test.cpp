@@ -54,7 +54,7 @@ std::vector<FaultPoint> VirtualCallsTest::pointsOf(const std::string& room,
     EXPECT_EQ(unbroken.status, 0) << unbroken.output << unbroken.errors;
     const std::vector<std::string> calls = rooms_.callsOf(room);
     points.note("of " + std::to_string(calls.size()) + " calls");
-    std::vector<FaultPoint> all = faultPoints(calls, isLongSweep(), GetParam());
+    std::vector<FaultPoint> all = faultPoints(calls, isLongForm(), GetParam());
     // A message that is not freed is an intended leak here, which the sanitizer would report.
     std::erase_if(all, [](const FaultPoint& point) { return VX_SANITIZED && point.call == "bundle_free"; });
     return all;

@@ -33,7 +33,7 @@ constexpr std::array kApplications = {"org.vorta.orvel-app", "org.harbour.firsts
 /// Limited by VX_SWEEP_MOST.
 int triesOfEach() {
     const char* const most = std::getenv("VX_SWEEP_MOST");
-    const int all = isLongSweep() ? kLongTries : kShortTries;
+    const int all = isLongForm() ? kLongTries : kShortTries;
     return most != nullptr ? std::min(all, std::atoi(most)) : all;
 }
 

@@ -24,7 +24,7 @@ TEST_P(AllocationTest, backupLeavesTheOldOrTheNewPackage) {
     SweepPoints points(GetParam() ? "allocation, backup, from then on" : "allocation, backup, once");
     const unsigned long calls = callsOf(kCall, first, {"backup", kPackage});
     kept = package();
-    for (const unsigned long nth : spread(calls, isLongSweep() ? 1000 : 10)) {
+    for (const unsigned long nth : spread(calls, isLongForm() ? 1000 : 10)) {
         SCOPED_TRACE(nth);
         expectWholeBackup(refusing(kCall, nth, GetParam()), true);
         points.tried();
@@ -37,7 +37,7 @@ TEST_P(AllocationTest, restoreIsAppliedOrNamedAsNotApplied) {
     SweepPoints points(GetParam() ? "allocation, restore, from then on" : "allocation, restore, once");
     const unsigned long calls = callsOf(kCall, second, {"restore", kPackage});
     points.note(std::to_string(calls) + " allocations");
-    for (const unsigned long nth : spread(calls, isLongSweep() ? 300 : 4)) {
+    for (const unsigned long nth : spread(calls, isLongForm() ? 300 : 4)) {
         SCOPED_TRACE(nth);
         vxtv({"set", second, kWelcome, "before " + std::to_string(nth)});
         expectHonestRestore(refusing(kCall, nth, GetParam()), true);
@@ -53,7 +53,7 @@ TEST_P(AllocationTest, supportBundleIsWrittenWholeOrNotAtAll) {
     const unsigned long calls = callsOf(kCall, first, command);
     const auto whole = std::filesystem::file_size(bundle);
     points.note(std::to_string(calls) + " allocations");
-    for (const unsigned long nth : spread(calls, isLongSweep() ? 1000 : 10)) {
+    for (const unsigned long nth : spread(calls, isLongForm() ? 1000 : 10)) {
         SCOPED_TRACE(nth);
         std::filesystem::remove(bundle);
         const Finished finished = vxclone(first, command, refusing(kCall, nth, GetParam()));

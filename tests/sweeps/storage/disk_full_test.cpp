@@ -44,7 +44,7 @@ std::string sizeOption(const Measure& measure, int units) {
 
 /// The free room to try for a restore; the last is sufficient.
 std::vector<int> roomsForARestore(const Measure& measure) {
-    const int step = measure.enoughForARestore / (isLongSweep() ? 100 : 4);
+    const int step = measure.enoughForARestore / (isLongForm() ? 100 : 4);
     std::vector<int> rooms(measure.hard.begin(), measure.hard.end());
     for (int room = measure.leastForASession; room < measure.enoughForARestore; room += step) {
         rooms.push_back(room);
@@ -56,7 +56,7 @@ std::vector<int> roomsForARestore(const Measure& measure) {
 
 /// The sizes to try; the last is sufficient.
 std::vector<int> sizesFrom(int least, int enough) {
-    const int step = isLongSweep() ? 1 : std::max(1, (enough - least) / 4);
+    const int step = isLongForm() ? 1 : std::max(1, (enough - least) / 4);
     std::vector<int> sizes;
     for (int size = least; size < enough; size += step) {
         sizes.push_back(size);

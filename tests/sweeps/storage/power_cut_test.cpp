@@ -88,7 +88,7 @@ class PowerCutTest : public StorageTest {
             const bool asPromised = oldMayBeAside || whole.count(below(state, "clone")) != 0;
             count += asPromised && nextStartFinds(state) ? 0 : 1;
         };
-        cutEverywhere(before, lines, isLongSweep() ? 100 : 1, states);
+        cutEverywhere(before, lines, isLongForm() ? 100 : 1, states);
         return count;
     }
 

@@ -119,7 +119,7 @@ constexpr std::array kVictims = {
 constexpr std::ptrdiff_t kShort = 2;
 
 std::vector<Victim> victims() {
-    return {kVictims.begin(), isLongSweep() ? kVictims.end() : kVictims.begin() + kShort};
+    return {kVictims.begin(), isLongForm() ? kVictims.end() : kVictims.begin() + kShort};
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, VictimTest, testing::ValuesIn(victims()),
@@ -135,7 +135,7 @@ TEST_F(KilledBackupTest, nextStartNamesItAndMakesAGoodPackage) {
     ASSERT_EQ(vxclone(first, {"backup", kPackage}, journalling()).status, 0);
     kept = package();
     const std::size_t changes = readJournal(std::filesystem::path(first) / "tmp/journal").size();
-    for (std::size_t change = 1; change <= changes; change += isLongSweep() ? 1 : changes / 4) {
+    for (std::size_t change = 1; change <= changes; change += isLongForm() ? 1 : changes / 4) {
         SCOPED_TRACE(change);
         Variables variables = journalling();
         variables["VX_JOURNAL_KILL_AT"] = std::to_string(change);

@@ -12,9 +12,9 @@ class ThreadsTest : public FailingPointsTest {
     /// Each one in turn. In the long form also all from that one on.
     static std::vector<Variables> points(unsigned long calls) {
         std::vector<Variables> all;
-        for (unsigned long nth = 1; nth <= calls; nth += isLongSweep() ? 1U : 3U) {
+        for (unsigned long nth = 1; nth <= calls; nth += isLongForm() ? 1U : 3U) {
             all.push_back(refusing(kCall, nth, false));
-            if (isLongSweep()) {
+            if (isLongForm()) {
                 all.push_back(refusing(kCall, nth, true));
             }
         }

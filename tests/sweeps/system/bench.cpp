@@ -129,7 +129,7 @@ std::vector<std::string> filesThatMatter(const Bench& bench) {
 }
 
 void inParallel(std::size_t count, const std::function<void(std::size_t)>& visit) {
-    const std::size_t workers = isLongSweep() ? 4 : 2;
+    const std::size_t workers = isLongForm() ? 4 : 2;
     std::atomic<std::size_t> next = 0;
     std::vector<std::jthread> threads;
     for (std::size_t worker = 0; worker < workers; ++worker) {
@@ -157,7 +157,7 @@ std::size_t mostPoints(std::size_t shortForm) {
     const char* const given = std::getenv("VX_SWEEP_MOST");
     constexpr std::size_t kAll = 1'000'000;
     const std::size_t longForm = given != nullptr ? std::stoul(given) : kAll;
-    return isLongSweep() ? longForm : shortForm;
+    return isLongForm() ? longForm : shortForm;
 }
 
 }  // namespace vxtest

@@ -39,7 +39,7 @@ class KillSweep : public SystemSweep {
     template <typename Visit>
     void killAtEach(const char* name, const Subject& subject, std::size_t shortPoints, const Visit& visit) {
         std::vector<BreakPoint> points = pointsOf(subject, kChanging, mostPoints(shortPoints));
-        if (isLongSweep()) {
+        if (isLongForm()) {
             const auto others = pointsOf(subject, "", kOthers);
             points.insert(points.end(), others.begin(), others.end());
         }

@@ -72,7 +72,7 @@ class SystemErrorSweep : public SystemSweep {
  protected:
     static constexpr std::size_t kQuestionsTried = 4;
 
-    static Among amongFiles() { return isLongSweep() ? Among::AllFiles : Among::FilesThatMatter; }
+    static Among amongFiles() { return isLongForm() ? Among::AllFiles : Among::FilesThatMatter; }
 
     /// The nth call of each kind fails. A short sweep takes `shortForm` points of each kind, among those on
     /// files that matter.
