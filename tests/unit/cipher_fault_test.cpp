@@ -8,7 +8,7 @@
 namespace vxtest {
 namespace {
 
-/// How many calls of each wrapped function still succeed; below zero: all of them.
+/// How many calls of each wrapped function still succeed. A negative number means all.
 struct Faults {
     int contexts = -1;
     int inits = -1;
@@ -18,10 +18,10 @@ struct Faults {
 };
 Faults faults;
 
-/// How often a context was cleared of its key.
+/// The number of times that a context was cleared of its key.
 int resets = 0;
 
-/// Whether this call is the one that fails. A failing function leaves an error behind, as libcrypto does.
+/// Whether this call fails. A failing function leaves an error in libcrypto's queue, as the real one does.
 bool fails(int& left) {
     if (left < 0) {
         return false;
@@ -37,7 +37,7 @@ bool fails(int& left) {
 
 #define WRAPPED_NAME(name) __wrap_##name
 #define REAL_NAME(name) __real_##name
-// Two steps, so that a name that libcrypto has renamed is taken by its new one.
+// Two steps, so that a name that libcrypto has renamed by a macro is expanded first.
 #define WRAPPED(name) WRAPPED_NAME(name)
 #define REAL(name) REAL_NAME(name)
 

@@ -18,7 +18,7 @@ Lines joined(const Parts&... parts) {
     return all;
 }
 
-// The transcripts of the members that every cloner uses.
+// The transcripts of the helpers that every cloner uses.
 
 inline Lines asked(const std::string& path) {
     return {"E/35 m_IsDataFileExist: IsDataFileExist strPath.c_str() " + path + "\n"};
@@ -43,20 +43,20 @@ inline Lines copied(const std::string& source, const std::string& destination, i
     return lines;
 }
 
-/// An outcome such as "VXCLONE_AV_SETTINGS-FAIL" that joins a result list.
+/// The transcript of adding an outcome such as "VXCLONE_AV_SETTINGS-FAIL" to a result list.
 inline Lines reported(const std::string& outcome, const std::string& before = "") {
     return {"I/32 m_AppendCloneResultVConf: ", "vconf_get_str(\"db/hotel/clone_result\")",
             "vconf_set_str(\"db/hotel/clone_result\", \"" + before + outcome + "\n\")"};
 }
 
-/// An engine whose result list is empty, as at the start of a run.
+/// An engine with an empty result list, as at the start of a run.
 class ClonerTest : public EngineTest {
  protected:
     using Cloner = bool (VXCloneHandler::*)();
 
     ClonerTest() { tv.setSetting(kCloneResultKey, std::string()); }
 
-    /// Runs the cloner in a direction: 0 is a backup, 1 is a restore, and 2 is neither.
+    /// Runs the cloner with a direction: 0 is a backup, 1 is a restore, 2 is invalid.
     bool run(Cloner cloner, std::int32_t direction) {
         VXCloneHandler::m_ecloneType = direction;
         return (engine.*cloner)();

@@ -17,8 +17,8 @@ namespace vxtest {
 
 namespace fs = std::filesystem;
 
-/// An engine on a scripted television whose clone directory is there and empty. The paths are the real ones:
-/// the executable runs in a file system of its own.
+/// An engine on a scripted television with an empty clone directory. The paths are the real ones, because the
+/// program runs in a private file system.
 class EngineTest : public testing::Test {
  protected:
     EngineTest() {
@@ -34,7 +34,7 @@ class EngineTest : public testing::Test {
         VXCloneHandler::m_jscloneParam = Json::Value();
     }
 
-    /// A directory for files that are not the clone's.
+    /// A directory for other files.
     static constexpr const char* kWorkDirectory = "/tmp/area";
     static fs::path work(const std::string& name) { return fs::path(kWorkDirectory) / name; }
     static fs::path clone(const std::string& name) { return fs::path(kCloneDirectory) / name; }

@@ -7,8 +7,8 @@ namespace vxtest {
 
 enum class SettingType { Int, String, Bool };
 
-/// The settings that must travel, in the order in which they are read and written. Written out here once
-/// more, so that a slip in the library's own table is seen.
+/// The settings that must be cloned, in the order of reading and writing. They are repeated here, so that a
+/// mistake in the library's own table is found.
 struct SettingKey {
     const char* key;
     SettingType type;

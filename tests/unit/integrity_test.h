@@ -5,7 +5,7 @@
 
 namespace vxtest {
 
-/// An engine on a television whose secure storage is up and holds the clone key.
+/// An engine on a television whose secure storage is ready and holds the clone key.
 class IntegrityTest : public EngineTest {
  protected:
     IntegrityTest() {
@@ -22,7 +22,7 @@ class IntegrityTest : public EngineTest {
         return CVXCloneUtil::EncryptDecryptFile(from.string(), to.string(), key, iv, CRYPT_OP_DECRYPT);
     }
 
-    /// Bytes without a pattern that a block could hide.
+    /// Bytes without a pattern of the size of a block.
     static std::string someBytes(std::size_t count) {
         std::string bytes(count, '\0');
         unsigned state = 12345;

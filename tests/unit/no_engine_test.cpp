@@ -1,5 +1,5 @@
-// The facade when memory was short as the library was loaded. The allocation that must not throw fails in
-// this executable, so that the one manager of the process has no engine.
+// The facade after there was not enough memory while the library was loaded. In this program the allocation
+// with nothrow fails, so the process's manager has no engine.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

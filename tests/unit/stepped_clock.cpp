@@ -22,7 +22,7 @@ std::atomic<bool> waitsExpire = false;
 std::atomic<long long> offset = 0;
 std::atomic<int> openWaitsSeen = 0;
 
-/// What the sleeps were told and what they will be told.
+/// The arguments of the sleeps, and their scripted results.
 struct Sleeps {
     std::mutex mutex;
     std::vector<long> seen;
@@ -48,7 +48,7 @@ timespec realTime(clockid_t clock) {
     return now;
 }
 
-/// The function that this executable's own hides.
+/// The function of the system that this program's own function hides.
 template <class Function>
 Function* hidden(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));

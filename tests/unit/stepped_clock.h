@@ -5,8 +5,8 @@
 
 namespace vxtest {
 
-/// A monotonic clock that a test steps instead of waiting it out. While one is alive, `nanosleep` steps the
-/// clock of the whole process and returns at once; the code under test is not changed for it.
+/// A monotonic clock that a test advances instead of waiting. While it exists, `nanosleep` advances the clock
+/// of the whole process and returns at once. The code under test is unchanged.
 ///
 /// One at a time. Threads: any may sleep and wait meanwhile.
 class SteppedClock {
@@ -16,16 +16,16 @@ class SteppedClock {
     SteppedClock(const SteppedClock&) = delete;
     SteppedClock& operator=(const SteppedClock&) = delete;
 
-    /// From now on a wait with a deadline finds that nothing came, and the clock at its deadline.
+    /// From now on a wait with a deadline ends without a signal, with the clock at its deadline.
     void letWaitsExpire();
-    /// A signal cuts the next sleep short, with so much of it left.
+    /// A signal interrupts the next sleep, with `left` of it remaining.
     void interruptNextSleep(timespec left);
 
-    /// What was slept for so far, in nanoseconds.
+    /// The sleeps so far, in nanoseconds.
     std::vector<long> sleeps() const;
-    /// By how much sleeps and waits have stepped the clock, in milliseconds.
+    /// The milliseconds by which sleeps and waits have advanced the clock.
     long stepped() const;
-    /// How many waits without a deadline have begun.
+    /// The number of waits without a deadline that have begun.
     int openWaits() const;
 };
 

@@ -11,7 +11,7 @@ std::uint32_t hashOf(const std::string& text, std::uint32_t from = 0) {
     return VXCloneFileHash(from, reinterpret_cast<const unsigned char*>(text.data()), text.size());
 }
 
-/// The definition, a byte at a time.
+/// The definition, byte by byte.
 std::uint32_t hashByDefinition(const std::string& text, std::uint32_t hash = 0) {
     for (const char byte : text) {
         hash = hash * 3 + static_cast<std::uint32_t>(static_cast<int>(static_cast<signed char>(byte)));

@@ -1,4 +1,5 @@
-// The category of the applications' own data: who is asked, in which order, and what is reported.
+// The category of the applications' own data: which applications are asked, in which order, and what is
+// reported.
 
 #include "VxMessagePortAPI.h"
 #include "engine_test.h"

@@ -29,7 +29,7 @@ class DirectoryTest : public EngineTest {
     }
 };
 
-/// Within its life no file can be opened, as when the process has used up its descriptors.
+/// While it exists, no file can be opened, as if all descriptors were used.
 class NoDescriptors {
  public:
     NoDescriptors() {
@@ -45,7 +45,7 @@ class NoDescriptors {
     rlimit before_{};
 };
 
-/// A file system of its own at the path, which cannot be removed while it is there.
+/// A file system mounted at the path, which therefore cannot be removed.
 class MountedAt {
  public:
     explicit MountedAt(const fs::path& path) : path_(path.string()) {

@@ -13,7 +13,7 @@
 namespace vxtest {
 namespace {
 
-/// Done after each stream that the library closes.
+/// Called after each stream that the library closes.
 std::function<void()> onceClosed;
 
 }  // namespace
@@ -55,13 +55,13 @@ class ManifestTest : public IntegrityTest {
         return work(name).string();
     }
 
-    /// The plain text of a validation file.
+    /// The plain text of a seal file.
     std::string opened(const fs::path& sealed) {
         EXPECT_TRUE(decipher(sealed, work("opened")));
         return readFile(work("opened"));
     }
 
-    /// Makes a validation file of the text.
+    /// Makes a seal file with the text.
     void sealText(const std::string& text) {
         writeFile(work("text"), text);
         ASSERT_TRUE(encipher(work("text"), work("drive.txt")));
@@ -122,7 +122,7 @@ TEST_F(ManifestTest, sealLeavesNoFileOpen) {
     EXPECT_EQ(openFiles(), before);
 }
 
-/// A caller that has closed its standard input gives the first file that number.
+/// If the caller has closed its standard input, the first file gets the number 0.
 TEST_F(ManifestTest, sealOfAFileThatIsDescriptorZeroCountsAndClosesIt) {
     const std::string a = fileWith("a", "A");
     const int kept = fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 3);

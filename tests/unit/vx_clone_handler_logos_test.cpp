@@ -3,7 +3,7 @@
 #include "cloner_test.h"
 
 extern "C" {
-/// Wrapped, so that it is seen among the calls. The file systems of this machine are not written back.
+/// Wrapped to record it among the calls. The real sync is not called.
 void __wrap_sync(void) {
     vxtest::ScriptedPlatform::instance().decide("sync", "");
 }
@@ -132,9 +132,9 @@ class IconsTest : public LogosTest {
     const Lines kSourceJpg = asked("/tmp/area/mbr/stb_source_icon.jpg");
     const Lines kAppJpg = asked("/tmp/area/mbr/stb_app_icon.jpg");
     const Lines kSourceList = {"CSourceAPI::Get()", "CSourceAPI::GetSourceList()"};
-    /// Both icons are looked for and found, each twice.
+    /// Both icons are checked and found, each twice.
     const Lines kBothFound = joined(kIconPath, kSourceJpg, kAppJpg, kSourceJpg, kAppJpg);
-    /// The icons go to the second source.
+    /// The second source gets the icons.
     const Lines kGiven =
         joined(kSourceList, sourceLine("HDMI1 31 1"), sourceLine("STB 32 0"), Lines{"CSourceAPI::Get()"},
                Lines{registered("stb_source_icon.jpg", "stb_app_icon.jpg")});
@@ -204,7 +204,7 @@ TEST_F(IconsTest, listThatIsPromisedAndNotGivenSetsNothingAndIsNoCrash) {
     EXPECT_THAT(tv.callsOf("CSourceAPI::SetCustomIconPath"), IsEmpty());
 }
 
-/// Which files are there, and what comes of it.
+/// The existing files, and the expected result.
 struct Icons {
     const char* name;
     std::vector<const char*> files;

@@ -1,4 +1,4 @@
-// What kind of television a package came from.
+// The kind of television that a package came from.
 
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -9,11 +9,11 @@
 namespace vxtest {
 namespace {
 
-/// Which system call of the writer fails next.
+/// The system call of the writer that fails next.
 bool fchmodFails = false;
 int closeFailsFor = -1;
 
-/// How long the file was when its mode was set.
+/// The length of the file when its mode was set.
 off_t lengthAtFchmod = 0;
 
 }  // namespace
@@ -91,7 +91,7 @@ TEST_F(ProductInfoTest, writeLeavesNoFileOpen) {
     const auto openFiles = [] {
         return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
     };
-    // Once before, because sanitizers open descriptors of their own at the first call.
+    // Called once before, because sanitizers open descriptors of their own at the first call.
     EXPECT_EQ(write(), 1);
     const auto before = openFiles();
     EXPECT_EQ(write(), 1);
@@ -149,9 +149,9 @@ TEST_F(ProductInfoTest, writeWithoutProductTagLeavesAnEmptyFile) {
 }
 
 TEST_F(ProductInfoTest, writeWhereTheSecondOpenFailsLeavesAnEmptyFile) {
-    // Once before, because sanitizers open descriptors of their own at the first call.
+    // Called once before, because sanitizers open descriptors of their own at the first call.
     EXPECT_EQ(write(), 1);
-    // One more descriptor is there: the stream takes it.
+    // Only one more descriptor is available, and the stream takes it.
     const int next = dup(0);
     close(next);
     rlimit before{};

@@ -24,7 +24,7 @@ constexpr auto kTimers = &VXCloneHandler::m_VXTVTimerDataClone;
 
 using ServicesTest = ClonerTest;
 
-/// A service that answers the status, and everything that must come of it.
+/// A service that returns the status, and all expected effects.
 struct Answered {
     std::string name;
     bool (VXCloneHandler::*cloner)();
@@ -175,7 +175,7 @@ INSTANTIATE_TEST_SUITE_P(SettingsData, AnsweredTest,
                                          settingsBackup("backupOfZero", 0, false)),
                          [](const auto& test) { return test.param.name; });
 
-/// The two halves of a restore of the settings data: what they answer, and what that makes of the category.
+/// The two parts of a restore of the settings data: their results, and that of the category.
 struct Halves {
     const char* name;
     int early;
@@ -250,7 +250,7 @@ TEST_F(ServicesTest, guideDoesNothingAndReportsNothingInAnyDirection) {
     EXPECT_THAT(tv.transcript(), IsEmpty());
 }
 
-/// What a direction that is neither backup nor restore leads to.
+/// The effect of an invalid direction.
 struct Directionless {
     const char* name;
     bool (VXCloneHandler::*cloner)();

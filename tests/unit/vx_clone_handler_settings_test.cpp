@@ -38,7 +38,7 @@ class SettingsTest : public EngineTest {
         }
     }
 
-    /// The file as it must be written: members sorted by name, tabs, no line end after the last brace.
+    /// The expected file: members sorted by name, tabs, no line end after the last brace.
     std::string expectedFile() const {
         std::map<std::string, std::string> members;
         for (const SettingKey& row : kExpectedSettings) {
@@ -276,7 +276,7 @@ TEST_F(SettingsTest, anotherDirectionIsFalseInSilence) {
     EXPECT_THAT(tv.transcript(), IsEmpty());
 }
 
-/// What must be refused as a whole.
+/// Files that must be refused completely.
 class UnreadableFileTest : public SettingsTest,
                            public testing::WithParamInterface<std::pair<const char*, std::string>> {};
 
@@ -302,7 +302,7 @@ TEST_F(SettingsTest, restoreOfADirectoryInPlaceOfTheFileIsAParseError) {
     EXPECT_EQ(tv.messages().back(), "Parse error");
 }
 
-/// Values that convert to nothing: their own key fails, and it alone.
+/// Values that cannot be converted. Only their own key fails.
 struct BadMember {
     const char* name;
     const char* key;
@@ -342,7 +342,7 @@ INSTANTIATE_TEST_SUITE_P(
                     BadMember{"boolKeyIsTrue", "db/hotel/dooreye", "true", kBoolFailed}),
     [](const auto& test) { return test.param.name; });
 
-/// Documents that are no object: every key fails, none is written, and the restore goes on.
+/// Documents that are not an object: every key fails, none is written, and the restore continues.
 class RootTest : public SettingsTest,
                  public testing::WithParamInterface<std::pair<const char*, const char*>> {};
 

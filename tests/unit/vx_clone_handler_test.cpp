@@ -1,4 +1,4 @@
-// The two runs: what is called, in which order, on which thread.
+// The two runs: the calls, their order, and their threads.
 
 #include <algorithm>
 #include <system_error>
@@ -26,7 +26,7 @@ class RunTest : public WholeEngineTest {
         return static_cast<std::size_t>(std::count(messages.begin(), messages.end(), message));
     }
 
-    /// Where the text stands in what the calling thread did.
+    /// The position of the text in the calling thread's transcript.
     std::ptrdiff_t placeOf(const std::string& text) const {
         const auto transcript = tv.transcript();
         const auto found = std::find(transcript.begin(), transcript.end(), text);

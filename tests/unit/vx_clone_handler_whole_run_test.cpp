@@ -1,5 +1,4 @@
-// A whole backup and a whole restore on a television where every service answers: all that is asked of it, in
-// order.
+// A whole backup and a whole restore on a television where every service succeeds: all calls in order.
 
 #include <chrono>
 #include <iterator>
@@ -23,7 +22,7 @@ std::string inQuotes(const std::string& text) {
     return "\"" + text + "\"";
 }
 
-/// The calls of a run as they must be made by the calling thread, and the result list as it grows.
+/// The expected calls of a run on the calling thread, and the growing result list.
 class ExpectedRun {
  public:
     /// The calls.
@@ -63,8 +62,8 @@ class WholeRunTest : public WholeEngineTest {
                                    : row.type == SettingType::String ? Setting(std::string("own"))
                                                                      : Setting(BoolSetting{1}));
         }
-        // The two threads of a run append to the result list without a lock: the first service waits until
-        // the other thread has reported, so that the list is the same every time.
+        // The two threads of a run append to the result list without a lock. The first service waits until
+        // the other thread has reported, so that the list is always the same.
         for (const char* const firstService : {"factory_clone_tv_to_usb", "factory_clone_usb_to_tv"}) {
             tv.onCall(firstService, [this] { awaitApplicationsEntry(); });
         }
@@ -77,7 +76,7 @@ class WholeRunTest : public WholeEngineTest {
         }
     }
 
-    /// What the calling thread asked of the television. A line of the log begins with its priority.
+    /// The platform calls of the calling thread. A log line begins with its priority.
     std::vector<std::string> callsOfThisThread() const {
         std::vector<std::string> calls;
         for (const std::string& line : tv.transcript()) {
@@ -138,8 +137,8 @@ TEST_F(WholeRunTest, backupAsksEveryServiceInOrder) {
 class WholeRestoreTest : public WholeRunTest {
  protected:
     WholeRestoreTest() {
-        // Each category has something in the package. Of the settings only two travel; the others, which the
-        // file lacks, become 0 or empty.
+        // The package has something of each category. Only two settings are in the file; the others become 0
+        // or empty.
         writeFile(clone("vconf/Vconf.json"), R"({"db/menu/system/time/ntp/ntp_mode": {"int": 0},
             "db/menu/system/time/ntp/server_url": {"string": "time.example"}})");
         writeFile(clone("tvs-chms/tvs-chms.zip"), "map");

@@ -202,7 +202,7 @@ TEST_F(UtilTest, keyPairChecksReadinessAgainAfterTheInstallation) {
     EXPECT_EQ(tv.messages().back(), "Securestorage Isn't Ready");
 }
 
-/// What the cipher makes of a text, computed without files.
+/// The enciphered text, computed without files.
 std::string cipherText(const std::string& text, const std::string& key, const std::string& iv) {
     EVP_CIPHER_CTX* const context = EVP_CIPHER_CTX_new();
     std::string output(text.size() + 32, '\0');

@@ -29,13 +29,13 @@ class MessagePortTest : public EngineTest {
         VxMessagePortAPI::waiting_ = false;
     }
 
-    /// How often the text was logged.
+    /// The number of times that the text was logged.
     long logged(const std::string& text) const {
         const auto messages = tv.messages();
         return std::count(messages.begin(), messages.end(), text);
     }
 
-    /// Until the condition holds; the test's own time-out is the limit.
+    /// Waits for the condition. The test's time-out is the limit.
     template <class Condition>
     static void await(Condition holds) {
         while (!holds()) {
@@ -43,7 +43,7 @@ class MessagePortTest : public EngineTest {
         }
     }
 
-    /// Until `count` exchanges have found that there is no reply yet.
+    /// Waits until `count` exchanges have found that there is no reply yet.
     void awaitWaits(long count) {
         await([&] { return logged("Clone check waiting 1") >= count; });
     }
@@ -204,7 +204,7 @@ TEST_F(MessagePortTest, waitEndsAfterFourSecondsWithoutReply) {
     clock.letWaitsExpire();
     EXPECT_FALSE(VxMessagePortAPI::Backup(kApp));
     auto expected = exchangeUpToTheWait("request_clone_backup");
-    // Evaluated once more at the deadline.
+    // The condition is evaluated once more at the deadline.
     expected.emplace_back("E/35 operator(): Clone check waiting 1");
     EXPECT_EQ(tv.transcript(), expected);
     EXPECT_GT(clock.stepped(), 3900);
@@ -260,7 +260,7 @@ TEST_F(MessagePortTest, exchangeThatQueuesUpStartsAfterTheFirstAndWaitsForItsOwn
     await([&] { return clock.openWaits() > 0; });
     EXPECT_TRUE(reply("first", "success"));
     EXPECT_TRUE(first.get());
-    // Had the reply to the first ended the second's wait, it would say "waiting 0" at once.
+    // If the reply to the first had ended the second's wait, it would log "waiting 0" at once.
     awaitWaits(2);
     EXPECT_EQ(logged("Clone check waiting 0"), 1);
     EXPECT_TRUE(reply("second", "fail"));
@@ -278,7 +278,7 @@ TEST_F(MessagePortTest, exchangeThatQueuesUpStartsAfterTheFirstAndWaitsForItsOwn
 TEST_F(MessagePortTest, callerThatQueuesUpBetweenReplyAndWakingCostsNoReply) {
     auto exchange = std::async(std::launch::async, [] { return VxMessagePortAPI::Backup(kApp); });
     awaitWaits(1);
-    // The callback reads the message while it holds the lock: nobody has seen the reply yet.
+    // The callback reads the message while it holds the lock, so nobody has seen the reply yet.
     tv.onCall("bundle_get_str", [] { VxMessagePortAPI::waiting_ = true; });
     EXPECT_TRUE(reply(kApp, "success"));
     EXPECT_TRUE(exchange.get());
@@ -311,7 +311,7 @@ TEST_F(MessagePortTest, manyThreadsAtOnceAreServedOneByOne) {
     for (auto& caller : callers) {
         EXPECT_EQ(caller.get(), kRounds);
     }
-    // From one exchange's registration to its end no other one registers.
+    // No other exchange registers between the registration and the end of one.
     int open = 0;
     for (const std::string& message : tv.messages()) {
         open += message == "port_id: 1" ? 1 : 0;

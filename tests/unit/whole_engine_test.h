@@ -4,12 +4,12 @@
 
 namespace vxtest {
 
-/// How a run asks whether the television has network support.
+/// The calls by which a run asks for network support.
 inline constexpr const char* kReadNetworkSupport =
     "system_info_get_custom_int(\"com.kestrel/featureconf/network.network_support\")";
 
-/// An engine for whole runs, on a television with directories of its own. No application cooperates unless a
-/// test says so: what the calling thread does is then everything that is reported.
+/// An engine for whole runs, on a television with its own directories. By default no application cooperates,
+/// so everything that is reported comes from the calling thread.
 class WholeEngineTest : public EngineTest {
  protected:
     WholeEngineTest() {

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The library's own hash: names do not count, nor does the order of the files.
+/// The library's own hash. It does not depend on the names and the order of the files.
 std::uint32_t hashOf(const std::vector<std::string>& files) {
     std::uint32_t total = 0;
     for (const std::string& path : files) {
@@ -59,7 +59,7 @@ vxclone::Result<bool> FakeEngine::seal(const std::vector<std::string>& files, co
         return sealing;
     }
     writeFile(seal, std::to_string(hashOf(files)));
-    // As the real one does: a seal put under its own name would be gone.
+    // As the real library does, so a seal with its own name would be lost.
     std::filesystem::remove(folder / "validate_temp.txt");
     std::filesystem::remove(folder / "validate.txt");
     return true;

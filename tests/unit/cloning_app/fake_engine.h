@@ -7,7 +7,7 @@
 #include "cloning_app/television/clone_engine.h"
 #include "cloning_app/television/settings_store.h"
 
-/// A library of these tests: does what it is told to and reports as the real one does.
+/// A library for tests. It does what the test says, and reports as the real one does.
 struct FakeEngine final : vxclone::CloneEngine {
     vxclone::Result<void> backUp() override {
         if (save) {
@@ -45,7 +45,7 @@ struct FakeEngine final : vxclone::CloneEngine {
     std::vector<std::string> sealed;   ///< the files of the latest sealing
     std::vector<std::string> checked;  ///< the files of the latest check
 
-    /// The check of the identity compares, as the real one does, instead of answering what it is told to.
+    /// With this answer, the check of the identity compares, as the real one does.
     static constexpr int kCompares = 1000;
 
  private:

@@ -6,8 +6,8 @@
 
 #include "cloning_app/storage/mounts.h"
 
-/// A kernel that takes every folder in or below `stick` for one on a stick, plugged in at /media/usb, and
-/// every other one for the television's own.
+/// A kernel for which every folder in or below `stick` is on a stick at /media/usb, and every other one on
+/// the television itself.
 inline vxclone::MountQuestions stickAt(std::filesystem::path stick) {
     vxclone::MountQuestions questions;
     questions.placeOf = [stick = std::move(stick)](int folder) -> std::optional<vxclone::FolderPlace> {

@@ -2,14 +2,14 @@
 
 #include <filesystem>
 
-/// Where the television of these tests keeps its logos and its home menu, behind the platform's own
-/// functions: nowhere, until a test says otherwise. An empty path: the platform names none.
+/// The folders of logos and home menu, behind the platform's own functions. By default there are none. An
+/// empty path means that the platform does not name the folder.
 struct FakePaths {
     std::filesystem::path bootLogo = "/not-there/boot-logo";
     std::filesystem::path mbrLogo = "/not-there/mbr-logo";
     std::filesystem::path homeMenu = "/not-there/home-menu";
 
-    /// The one of the process.
+    /// The instance of the process.
     static FakePaths& instance();
     static void reset() { instance() = {}; }
 };

@@ -12,7 +12,7 @@ inline constexpr const char* kPinSetting = "db/vxhotel/securitymode/changepin";
 /// The setting that holds the alarm's volume, a number.
 inline constexpr const char* kVolume = "db/vxmenu/system/Alarm/Volume";
 
-/// The settings store of these tests, behind the platform's own six functions. Any thread.
+/// The settings store of these tests, behind the platform's own six functions. Threads: any.
 class FakeSettingsStore {
  public:
     struct Bool {
@@ -20,10 +20,10 @@ class FakeSettingsStore {
     };
     using Value = std::variant<int, Bool, std::string>;
 
-    /// The one store of the process.
+    /// The instance of the process.
     static FakeSettingsStore& instance();
 
-    /// A television as it leaves the factory: the two keys of a run, nothing else.
+    /// Resets to the factory state: only the two keys of a run.
     void reset();
     void set(const std::string& key, Value value);
     std::optional<Value> get(const std::string& key);

@@ -6,7 +6,7 @@
 #include <functional>
 #include <thread>
 
-/// Runs `body` on a thread whose mounts nobody else sees. Result: whether this machine allows it.
+/// Runs `body` on a thread with private mounts. Result: whether this machine allows it.
 inline bool withOwnMounts(const std::function<void()>& body) {
     bool allowed = false;
     std::thread([&] {

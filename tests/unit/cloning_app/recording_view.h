@@ -7,7 +7,7 @@
 
 #include "cloning_app/report/progress_view.h"
 
-/// Keeps everything that a run shows.
+/// Records everything that a run shows.
 struct RecordingView : vxclone::ProgressView {
     void progress(const vxclone::Progress& progress) override {
         steps.push_back(progress);

@@ -16,7 +16,7 @@
 #include "tests/unit/cloning_app/test_folder.h"
 #include "tests/unit/cloning_app/whole_package.h"
 
-/// A television as it leaves the factory, in a process of its own.
+/// A television in its factory state.
 struct NewTelevision {
     NewTelevision() {
         FakeSettingsStore::instance().reset();
@@ -26,7 +26,7 @@ struct NewTelevision {
     }
 };
 
-/// What every run of these tests works with.
+/// The common parts of all tests of runs.
 class RunTest : public testing::Test {
  protected:
     static const vxclone::Row& rowFor(const vxclone::Report& report, VXClone category) {
@@ -39,7 +39,7 @@ class RunTest : public testing::Test {
         return report.rows.front();
     }
 
-    /// The percentages that were shown in the phase.
+    /// The percentages that were shown during the phase.
     std::vector<int> shownOf(vxclone::ShownPhase phase) const {
         std::vector<int> percents;
         for (const vxclone::Progress& step : view_.steps) {

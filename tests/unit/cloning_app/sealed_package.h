@@ -6,7 +6,7 @@
 #include "cloning_app/check/sealing.h"
 #include "tests/unit/cloning_app/fake_engine.h"
 
-/// What a package of this television says of where it comes from.
+/// The origin of a package of this television.
 inline vxclone::PackageOrigin originHere() {
     return {"Room 101",
             "2026-03-01T12:30:00Z",
@@ -15,7 +15,7 @@ inline vxclone::PackageOrigin originHere() {
             {{"av", "success"}, {"apps", "success", "it answered", "org.vorta.orvel-app"}}};
 }
 
-/// Makes what is in the folder a package of this television, complete and sealed. Result: its digest.
+/// Completes and seals the folder as a package of this television. Result: its digest.
 inline std::string sealFolder(const std::filesystem::path& folder,
                               const vxclone::PackageOrigin& origin = originHere()) {
     FakeEngine engine;
@@ -27,7 +27,7 @@ inline std::string sealFolder(const std::filesystem::path& folder,
     return sealed ? sealed->digest : std::string();
 }
 
-/// What a television makes of the folder that is another tool's: the identity and the seal alone.
+/// Makes the folder a package of another tool: only with identity and seal.
 inline void sealFolderWithoutManifest(const std::filesystem::path& folder) {
     sealFolder(folder);
     std::filesystem::remove(folder / "manifest.json");

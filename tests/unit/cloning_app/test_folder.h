@@ -6,7 +6,7 @@
 #include <map>
 #include <string>
 
-/// A folder of one test, removed at its end.
+/// A folder for one test; the destructor removes it.
 class TestFolder {
  public:
     TestFolder() {
@@ -24,7 +24,7 @@ class TestFolder {
     std::filesystem::path path_;
 };
 
-/// Writes the file and the folders above it.
+/// Writes the file and creates its parent folders.
 inline void writeFile(const std::filesystem::path& path, const std::string& content) {
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << content;
@@ -35,12 +35,12 @@ inline std::string readFile(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-/// Who may do what with the file or folder, as in "0755".
+/// The permissions of the file or folder, as in "0755".
 inline int modeOf(const std::filesystem::path& path) {
     return static_cast<int>(std::filesystem::status(path).permissions());
 }
 
-/// Everything under the folder: files with their content, folders as "/", links as "->".
+/// Everything in the folder: files with their content, folders as "/", links as "->".
 inline std::map<std::string, std::string> contentOf(const std::filesystem::path& folder) {
     std::map<std::string, std::string> content;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {

@@ -9,7 +9,7 @@
 #include "cloning_app/television/settings_store.h"
 #include "tests/unit/cloning_app/test_folder.h"
 
-/// Every outcome that the library reports when all goes well.
+/// All outcomes that the library reports for a successful run.
 inline constexpr const char* kWholeReport =
     "VXCLONE_FACTORY_SETTINGS-FAIL\nVXCLONE_AV_SETTINGS-SUCCESS\nVXCLONE_HOME_INTERNAL_API_DATA-SUCCESS\n"
     "VXCLONE_WAS_API_DATA-SUCCESS\nVXCLONE_BROADCAST_TVS-SUCCESS\nVXCLONE_SETTINGS_DATA-SUCCESS\n"
@@ -20,8 +20,8 @@ inline constexpr const char* kWholeReport =
 /// The settings by their keys, each as JSON: `7`, `"text"`.
 using SettingValues = std::map<std::string, std::string>;
 
-/// A settings file with a value for every setting: 1, or "x", or what `values` says; an empty one leaves it
-/// out.
+/// A settings file with a value for every setting: 1 or "x", or the one in `values`. An empty value leaves
+/// the setting out.
 inline std::string wholeSettings(const SettingValues& values = {}) {
     std::string text;
     for (const vxclone::SettingFacts& facts : vxclone::clonedSettings()) {
@@ -38,7 +38,7 @@ inline std::string wholeSettings(const SettingValues& values = {}) {
     return text + "}";
 }
 
-/// Fills the folder with what a whole package holds, beside its logos: settings, an entry of each service, an
+/// Fills the folder with a complete package without logos: settings, an entry of each service, an
 /// application.
 inline void writeWholePackage(const std::filesystem::path& folder, const SettingValues& values = {}) {
     writeFile(folder / "vconf/Vconf.json", wholeSettings(values));
@@ -51,8 +51,7 @@ inline void writeWholePackage(const std::filesystem::path& folder, const Setting
     std::filesystem::create_directories(folder / "VXHotel");
 }
 
-/// What the library does with the settings of a package: writes each into the store, 0 or "" where it is
-/// lacking.
+/// The library's load of the settings: writes each into the store, and 0 or "" if it is missing.
 inline void loadSettings(const std::filesystem::path& folder) {
     const auto read = nlohmann::json::parse(readFile(folder / "vconf/Vconf.json"), nullptr, false);
     const nlohmann::json settings = read.is_object() ? read : nlohmann::json::object();

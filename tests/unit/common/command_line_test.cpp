@@ -8,7 +8,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-/// A program with every kind of command that ours have.
+/// A program with every kind of command that our programs have.
 class CommandLineTest : public testing::Test {
  protected:
     CommandLineTest() {

@@ -8,7 +8,8 @@
 
 namespace vxcommon {
 
-/// What the body returns in a process of its own, or the signal that ended it as a negative number.
+/// Runs the body in a process of its own. Result: its return value, or the negative number of the signal that
+/// ended it.
 inline int inAProcess(const std::function<int()>& body) {
     const pid_t child = fork();
     if (child == 0) {

@@ -45,7 +45,7 @@ TEST(PrintableText, secondPassChangesNothing) {
     EXPECT_EQ(printable(once.text()), once);
 }
 
-// What was not born in our source needs `printable`, and forgetting it does not compile.
+// Text that is no literal of our sources needs `printable`. Forgetting it does not compile.
 template <class Text>
 constexpr bool kBecomesPrintable =
     std::is_constructible_v<Printable, Text> || std::is_constructible_v<PrintableView, Text> ||

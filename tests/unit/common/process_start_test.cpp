@@ -39,7 +39,7 @@ TEST(ProcessStartTest, writingToAStandardDescriptorThatWasClosedFailsAsBefore) {
     EXPECT_EQ(reason, EBADF);
 }
 
-/// Writes two bytes into a new file that may have one.
+/// Writes two bytes to a new file with a size limit of one byte.
 int writeBeyondTheLimit(const std::string& file) {
     const int opened = open(file.c_str(), O_WRONLY | O_CREAT, 0600);
     const rlimit one = {1, 1};

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::size_t kMoreThanIsHeld = 100'000;
 
-/// What `finish` gives after the text was written to the descriptor, each character by itself or all at once.
+/// The result of `finish` after the text was written to the descriptor, in single characters or at once.
 int finishAfter(int descriptor, const std::string& text, bool inPieces = false) {
     return inAProcess([&] {
         signal(SIGPIPE, SIG_IGN);

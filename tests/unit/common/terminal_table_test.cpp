@@ -53,7 +53,7 @@ Screen columns(std::size_t count) {
     return {count, false, false};
 }
 
-/// The columns of the widest line.
+/// The width of the widest line in columns.
 std::size_t widestLine(const std::string& text) {
     std::size_t widest = 0;
     for (std::size_t begin = 0; begin < text.size();) {

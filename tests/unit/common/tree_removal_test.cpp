@@ -21,7 +21,7 @@ class TreeRemovalTest : public testing::Test {
  protected:
     ~TreeRemovalTest() override { close(folder_); }
 
-    /// A descriptor knows the mounts of the time when it was opened.
+    /// A descriptor keeps the mounts of the time when it was opened.
     void openAnew() {
         close(folder_);
         folder_ = openPlace();
@@ -30,7 +30,7 @@ class TreeRemovalTest : public testing::Test {
 
     bool isThere(const std::string& name) const { return fs::exists(fs::symlink_status(place_ / name)); }
 
-    /// What stands in the way is a mount at the path.
+    /// Expects that the removal was stopped by a mount at the path.
     static void expectRefusalAt(const std::string& path, const Removal& removal) {
         ASSERT_FALSE(removal);
         EXPECT_EQ(removal.error().path, path);

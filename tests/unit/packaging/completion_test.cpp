@@ -1,4 +1,4 @@
-// What bash and zsh offer at a terminal, key by key as a person types.
+// The completions of bash and zsh at a terminal, for the keys that a person types.
 
 #include <gmock/gmock.h>
 
@@ -17,13 +17,13 @@ using testing::Not;
 
 const std::filesystem::path kShare = VX_SHARE;
 
-/// A line to be completed, and what becomes of it.
+/// A line to complete, and the expected result.
 struct Typed {
     std::string line;
     std::string result;
 };
 
-/// Televisions and folders with names that no other completes to.
+/// Televisions and folders whose names are no completions of others.
 class Completion : public testing::Test {
  protected:
     static void SetUpTestSuite() {

@@ -1,4 +1,4 @@
-// The manual pages and completions: complete, and taken by the programs that read them.
+// The manual pages and completions are complete, and the programs that read them accept them.
 
 #include "packaging/pages.h"
 

@@ -17,10 +17,10 @@ namespace {
 constexpr const char* kPrompt = "READY>";
 constexpr const char* kComplete = "\x07";
 constexpr const char* kTell = "\x18";
-// Wide enough for every line to stay in one.
+// Wide enough that no line is wrapped.
 constexpr unsigned short kColumns = 4000;
 
-// What the shells read when they start.
+// The start files of the shells.
 constexpr const char* kBashStart = R"(PS1=$PROMPT
 source "$SHARE/bash-completion/completions/vxclone"
 source "$SHARE/bash-completion/completions/vxtv"
@@ -30,7 +30,7 @@ bind '"\C-g": insert-completions'
 bind -x '"\C-x": printf "\n[[%s]]\n" "$READLINE_LINE"'
 )";
 
-// What is offered passes through `compadd`; a call with -O, -A or -D asks for matches and offers nothing.
+// zsh passes completions to `compadd`. A call with -O, -A or -D asks for matches and offers nothing.
 constexpr const char* kZshStart = R"(PS1=$PROMPT
 fpath=("$SHARE/zsh/site-functions" $fpath)
 autoload -Uz compinit
@@ -58,8 +58,8 @@ std::map<std::string, std::string> environmentFor(const std::filesystem::path& s
             {"SHARE", share.string()}};
 }
 
-/// Types the line and two keys at the prompt: for the completion, and for what tells the result between "[["
-/// and "]]". Result: that, or all of the terminal's text where it did not come.
+/// Types the line and two keys at the prompt: one for the completion, and one that prints the result between
+/// "[[" and "]]". Result: this text, or all text of the terminal if it does not appear.
 std::string answerTo(const vxtest::Program& shell, const std::string& line) {
     vxtest::Terminal terminal(shell, kColumns);
     if (!terminal.waitFor(kPrompt)) {

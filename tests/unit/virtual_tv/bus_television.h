@@ -14,7 +14,7 @@
 
 namespace vxtv {
 
-/// A television's folder with a bus, and nothing else.
+/// A television's folder with nothing but a bus.
 class BusTelevision {
  public:
     BusTelevision() {
@@ -31,7 +31,7 @@ class BusTelevision {
     BusShare share{folder};
 };
 
-/// Takes messages; while it is shut, the one who brings a message waits.
+/// Receives messages. While it is shut, senders wait.
 class PortInbox {
  public:
     Delivery::Receiver receiver() {

@@ -4,8 +4,8 @@
 
 namespace vxtv::test {
 
-/// The television that the platform of this process finds, of the small profile. A process has one for its
-/// whole life, so all tests of the executable share it and clean up what they change.
+/// The television of this process's platform, with the small profile. A process has only one, so all tests of
+/// the program share it and undo their changes.
 const Television& sharedTelevision();
 
 }  // namespace vxtv::test

@@ -30,7 +30,7 @@ TEST(DiskSpace, fatStickRefusesNamesThatItCannotHold) {
     EXPECT_THAT(problemWith(fat, "org.vorta.homedatacontrol-service", 1), IsEmpty());
 }
 
-/// What is said of the last of the paths, which all lie in one tree.
+/// The problem with the last of the paths, which are all in one tree.
 std::string problemWithLast(long fileSystemType, const std::vector<std::string>& paths) {
     TreeJudge judge(rulesOf(fileSystemType));
     std::string problem;
@@ -88,7 +88,7 @@ TEST(DiskSpace, treeOfMoreFilesThanTheDiskTakesIsRefusedNamingBothNumbers) {
     if (facts.f_files == 0) {
         GTEST_SKIP() << "this file system does not count its files";
     }
-    // So many files that they would fit by their bytes, were the disk as large as that.
+    // So many files that only their number exceeds the disk, not their bytes.
     const TreeSize size{facts.f_favail + 1000, 0, 0};
     const auto stick =
         checkSpace({opened.get(), "stick", Place::Stick}, size, {0, 0, std::uint64_t{1} << 60U});

@@ -41,7 +41,7 @@ class TreeCopyTest : public testing::Test {
                         {to.get(), to_.path().string(), Place::Television}, limits_, flush, calls_, stop_);
     }
 
-    /// What measuring and copying both refuse the tree for.
+    /// The error code with which both measuring and copying refuse the tree.
     ErrorCode refusal() {
         const auto measured = measure();
         const auto copied = copy();

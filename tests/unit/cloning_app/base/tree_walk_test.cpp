@@ -42,7 +42,7 @@ TEST_F(HasEntryTest, folderThatCannotBeAskedIsAnErrorThatNamesTheEntry) {
     EXPECT_THAT(none.error().sentence, HasSubstr("/media/usb/clone"));
 }
 
-/// Passes everything.
+/// Accepts every entry.
 class AnyEntry final : public TreeVisitor {
  public:
     Result<void> file(const TreeEntry& /*entry*/, int /*descriptor*/) override { return {}; }

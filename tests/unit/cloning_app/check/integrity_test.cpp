@@ -56,7 +56,7 @@ class IntegrityTest : public testing::Test {
         return found;
     }
 
-    /// Sealed, then changed: altered, and the change is named.
+    /// Seals a package, changes it, and expects that it is altered and that the change is named.
     void expectAltered(const std::function<void()>& change, const std::string& named) {
         ASSERT_TRUE(seal());
         change();
@@ -66,7 +66,7 @@ class IntegrityTest : public testing::Test {
                     AllOf(HasSubstr("P was altered after it was made"), HasSubstr(named)));
     }
 
-    /// No seal, and none of the library's working files.
+    /// Expects no seal and none of the library's working files.
     void expectNoSeal() const {
         for (const char* const name : {"validate.txt", "validate_temp.txt", "validate.vxclone-new"}) {
             EXPECT_FALSE(std::filesystem::exists(folder_ / name)) << name;

@@ -19,7 +19,7 @@ class FileDigestsTest : public testing::Test {
         return Descriptor(open((folder_ / "file").c_str(), O_RDONLY | O_CLOEXEC));
     }
 
-    /// Digests as many files as there are, each with a content of its own.
+    /// Computes the digests of `count` files with different contents.
     void expectRightDigests(int count) {
         FileDigests digests;
         for (int k = 0; k < count; ++k) {
@@ -37,7 +37,7 @@ class FileDigestsTest : public testing::Test {
     TestFolder folder_;
 };
 
-/// The process may open no more descriptors than it has, until the end of this object.
+/// As long as this object exists, the process cannot open further descriptors.
 class NoMoreDescriptors {
  public:
     NoMoreDescriptors() {

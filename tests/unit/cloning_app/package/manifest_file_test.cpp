@@ -29,7 +29,7 @@ class ManifestFileTest : public testing::Test {
         return readManifest(tree(), PackageKey::ofTelevision());
     }
 
-    /// The error's code, or what the manifest is worth.
+    /// The error's code, or whether the manifest is genuine.
     std::string outcome(const std::string& text) {
         const auto read = reading(text);
         if (!read) {

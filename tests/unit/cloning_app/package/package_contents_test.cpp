@@ -22,7 +22,7 @@ class PackageContentsTest : public testing::Test {
         return contents.value_or(PackageContents{});
     }
 
-    /// The entries, a line each.
+    /// The entries, one on each line.
     std::string list(Place place = Place::Television) {
         std::string lines;
         for (const PackageEntry& entry : read(place).entries) {
@@ -32,7 +32,7 @@ class PackageContentsTest : public testing::Test {
         return lines;
     }
 
-    /// The differences must tell of the change that is made.
+    /// Expects that the change is reported as differences.
     void expectSeen(const std::function<void()>& change, const std::vector<std::string>& paths) {
         const auto before = read().entries;
         change();

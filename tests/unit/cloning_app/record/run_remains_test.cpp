@@ -25,7 +25,7 @@ RunRecord recordOf(RunKind kind, RunPhase phase, bool wayBack = true) {
     return record;
 }
 
-/// The same run, which ended by itself.
+/// The same run after its end.
 RunRecord ended(RunRecord record, int exitStatus) {
     record.brokeOffIn = record.phase;
     record.phase = RunPhase::Done;

@@ -22,7 +22,7 @@ const Row kChannelsFailed{VXCLONE_BROADCAST_TVS, Verdict::Failed, "the package h
 
 class JsonLinesTest : public testing::Test {
  protected:
-    /// Every line that was written; each must fit the schema.
+    /// Every written line. Each must match the schema.
     std::vector<Json> lines() const {
         std::vector<Json> parsed = jsonLines(out_.str());
         for (const Json& line : parsed) {

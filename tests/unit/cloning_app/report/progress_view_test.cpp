@@ -103,7 +103,7 @@ TEST_F(ProgressViewTest, plainEndIsTheTableAndTheSentences) {
     EXPECT_THAT(out_.str(), HasSubstr("\nSafe to remove the stick.\n"));
 }
 
-/// A restore's end with everything that it may hold.
+/// A report of a restore with all possible parts.
 Report longReport() {
     Report report{{{VXCLONE_AV_SETTINGS, Verdict::NotChosen},
                    {VXCLONE_VCONF_DATA, Verdict::Done, "applied, 54 settings", "", ReadBack::Same},

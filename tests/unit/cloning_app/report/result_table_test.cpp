@@ -120,7 +120,7 @@ vxcommon::Screen columns(std::size_t count) {
     return {count, false, false};
 }
 
-/// What a restore of five categories may end with, in the library's order.
+/// Possible results of a restore of five categories, in the library's order.
 std::vector<Row> restored() {
     return {{VXCLONE_FACTORY_SETTINGS, Verdict::NotEvaluated, "", "", ReadBack::Same},
             {VXCLONE_AV_SETTINGS, Verdict::NotChosen},

@@ -20,7 +20,7 @@ using testing::IsEmpty;
 constexpr std::chrono::seconds kPatience{20};
 const std::vector<VXClone> kList = {VXCLONE_AV_SETTINGS, VXCLONE_VCONF_DATA, VXCLONE_BROADCAST_TVS};
 
-/// Tells when it has shown an outcome and then the second step.
+/// Signals when it has shown an outcome and then the second step.
 struct WaitedForView : RecordingView {
     void progress(const Progress& progress) override {
         RecordingView::progress(progress);
@@ -31,7 +31,7 @@ struct WaitedForView : RecordingView {
     std::promise<void> shown;
 };
 
-/// The entries that were shown as done, one step after the other.
+/// The numbers of finished entries that were shown, one after the other.
 std::vector<std::size_t> entriesOf(const RecordingView& view) {
     std::vector<std::size_t> entries;
     for (const Progress& step : view.steps) {

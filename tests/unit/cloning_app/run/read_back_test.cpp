@@ -15,7 +15,7 @@ PackageEntry file(const std::string& path, const std::string& digest) {
 
 class ReadBackTest : public testing::Test {
  protected:
-    /// Compares for one row alone.
+    /// Compares a single row.
     Row compared(Row row) {
         std::vector<Row> rows = {std::move(row)};
         comparison_ = compareRows(expected_, after_, unsaved_, rows);

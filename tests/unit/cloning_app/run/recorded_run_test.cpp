@@ -19,7 +19,7 @@ class VisitTest : public RunTest {
     std::map<std::string, std::string> dataContent() const { return contentOf(data()); }
     static std::string results() { return store::readString(kResultKey).value(); }
 
-    /// What a visit leaves that dies while the library saves the television.
+    /// Leaves the state of a visit that died while the library saved the television.
     void dieWhileTheLibraryWorks() {
         writeFile(data() / "Clone.kept/a", "1");
         writeFile(root_ / "of-the-library", "x");

@@ -18,7 +18,7 @@ using testing::Pair;
 
 constexpr std::chrono::seconds kLongEnough{20};
 
-/// Begins every phase, and has each half done.
+/// Begins every phase and finishes half of each.
 void walkThrough(RunProgress& progress, const ShownPhases& phases) {
     for (const ShownPhase phase : phases) {
         progress.progress({phase});
@@ -114,7 +114,7 @@ TEST(RunProgressTest, whatIsShownIsTold) {
                                   Pair(ShownPhase::Closing, 100)));
 }
 
-/// Fails each time that it is ticked, as where memory is short, and tells of the third time.
+/// Each tick fails, as without memory. Signals the third time.
 struct FailingView : RecordingView {
     void tick() override {
         RecordingView::tick();
@@ -133,7 +133,7 @@ TEST(RunProgressTest, timePassesInThePhaseThatTellsNothingAndInAViewThatFails) {
     EXPECT_EQ(third.wait_for(kLongEnough), std::future_status::ready);
 }
 
-/// Sees whether two threads are in it at the same time.
+/// Detects whether two threads use it at the same time.
 struct JealousView : RecordingView {
     void enter() {
         EXPECT_FALSE(busy.exchange(true));

@@ -12,7 +12,7 @@ namespace {
 
 using Content = std::map<std::string, std::string>;
 
-/// A clone folder that holds two things.
+/// A clone folder with two entries.
 class KeptContentTest : public testing::Test {
  protected:
     KeptContentTest() {

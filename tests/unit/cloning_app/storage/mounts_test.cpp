@@ -31,7 +31,7 @@ Mount optMount() {
     return {kOptMount, kOwnDisk, "/tv/opt", "/opt"};
 }
 
-/// Whether a folder on the mount is the television's own, its clone folder being on /opt.
+/// Whether a folder on the mount belongs to the television, whose clone folder is on /opt.
 bool isOwnOn(const Mount& mount) {
     return isTelevisionsOwn({mount.device, mount.number}, kCloneFolder, {optMount(), mount});
 }
@@ -44,7 +44,7 @@ TEST(Mounts, folderOnTheMountOfTheCloneFolderIsTheTelevisionsOwn) {
 TEST(Mounts, folderOnAMountBelowMediaIsOnAStick) {
     EXPECT_FALSE(isOwnOn({kStickMount, kStickDisk, "/", "/media/usb"}));
     EXPECT_FALSE(isOwnOn({kStickMount, kStickDisk, "/", "/media/usb/inner"}));
-    // A folder of the same disk that is no part of what the television shows as its own: a virtual stick.
+    // A folder of the same disk that the television does not show as its own: a virtual stick.
     EXPECT_FALSE(isOwnOn({kStickMount, kOwnDisk, "/stick", "/media/usb"}));
 }
 
@@ -104,14 +104,14 @@ TEST(Mounts, backslashThatBeginsNoNumberStays) {
     EXPECT_EQ(mounts[0].point, "/a\\09\\");
 }
 
-/// What goes where, of a television whose kernel is asked what these tests say.
+/// The place of written files, for a television with a scripted kernel.
 class GoesOntoAStickTest : public testing::Test {
  protected:
     GoesOntoAStickTest() {
         std::filesystem::create_directories(folder_ / "media/clones");
         questions_.placeOf = [this](int) -> std::optional<FolderPlace> {
             errno = EIO;
-            // First the folder that the user named is asked for, then the television's.
+            // The first query is for the user's folder, the second for the television's.
             const std::size_t asked = asked_++;
             return asked < answers_.size() ? std::optional(answers_[asked]) : std::nullopt;
         };

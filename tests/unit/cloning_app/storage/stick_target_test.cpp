@@ -16,7 +16,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Real calls of which the nth of one kind fails.
+/// The real calls, except that the nth of one kind fails.
 struct FailingCall {
     enum Kind { Nothing, Write, Flush, Rename, MakeFolder };
     Kind kind = Nothing;
@@ -59,7 +59,7 @@ DiskCalls callsWith(FailingCall& failing, bool exchanges) {
     return calls;
 }
 
-/// A package of these tests is whole when its settings file has something in it.
+/// In these tests a package is complete if its settings file is not empty.
 bool isWhole(const Tree& package) {
     struct stat facts {};
     return fstatat(package.descriptor, "vconf/Vconf.json", &facts, 0) == 0 && facts.st_size != 0;

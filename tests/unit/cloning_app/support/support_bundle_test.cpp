@@ -19,7 +19,7 @@ using testing::Not;
 
 constexpr const char* kPin = "4711";
 
-/// The files of an archive, read by the library that others read it with.
+/// The files of an archive, read with another common library.
 std::map<std::string, std::string> contentOfTar(const std::string& tar) {
     std::map<std::string, std::string> files;
     const std::unique_ptr<archive, int (*)(archive*)> reader(archive_read_new(), archive_read_free);

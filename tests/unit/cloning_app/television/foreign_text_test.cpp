@@ -33,7 +33,7 @@ TEST(ForeignText, onlyATextThatTheTelevisionHoldsInOtherBytesCannotTravel) {
     const std::string mangled = "caf\xef\xbf\xbd";
     EXPECT_THAT(textsThatCannotTravel({{kTitle, mangled}, {kPinSetting, std::string("\xc3\xa9")}}),
                 ElementsAre(kTitle));
-    // One that the television no longer tells, and keys that do not travel, are nobody's to judge.
+    // Keys that the television does not report any more, and keys that are not cloned, are not checked.
     EXPECT_THAT(textsThatCannotTravel({{"db/home/url_launcher/AppID", mangled}, {"a", mangled}}), IsEmpty());
     EXPECT_THAT(textsThatCannotTravel({{kVolume, Setting::Int{7}}}), IsEmpty());
 }

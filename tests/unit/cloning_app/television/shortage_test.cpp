@@ -9,7 +9,7 @@
 namespace vxclone {
 namespace {
 
-/// Lets this process open no more than a few files, as long as the object lives.
+/// As long as this object exists, the process may open only a few files.
 class FewDescriptors {
  public:
     explicit FewDescriptors(rlim_t more) {
@@ -28,7 +28,7 @@ class FewDescriptors {
 
 const Error kNoKey{ErrorCode::NoKey, "no key"};
 
-/// What is said where so many more files may be opened.
+/// The error if only so many more files may be opened.
 Error orShortageWith(rlim_t descriptors) {
     const FewDescriptors few(descriptors);
     return orShortage(kNoKey, "/dev");

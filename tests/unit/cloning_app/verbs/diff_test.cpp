@@ -20,13 +20,13 @@ using testing::Not;
 using testing::StartsWith;
 
 constexpr const char* kNotChecked = "Not checked: manifest and seal; vxclone verify does that.\n";
-/// What every sentence about the packages of these tests begins with.
+/// The beginning of all sentences about the packages of these tests.
 constexpr const char* kNotHeldAndLacking =
     "The package holds nothing of: mbr-logo.\nThe package is not complete. It lacks: home-data, was, "
     "settings-keys (";
 constexpr const char* kOrvel = "org.vorta.orvel-app";
 
-/// A television and two packages that hold the same. What its services save lies in the folder `saves`.
+/// A television and two packages with the same content. The folder `saves` holds what its services save.
 class DiffTest : public LookingTest {
  protected:
     DiffTest() {
@@ -51,7 +51,7 @@ class DiffTest : public LookingTest {
         }
     }
 
-    /// What the library does of a backup.
+    /// The library's part of a backup.
     void save() const {
         for (const auto& entry : std::filesystem::directory_iterator(root_)) {
             std::filesystem::remove_all(entry);
@@ -64,7 +64,7 @@ class DiffTest : public LookingTest {
     std::string diff(bool quick = false) { return said(diffWithTelevision(context(), package_, quick)); }
     std::string diffOfTwo() { return said(diffPackages(package_, second_)); }
 
-    /// The results and the summary of a comparison with the television; each must fit the schema.
+    /// The results and the summary of a comparison with the television. Each must match the schema.
     std::vector<nlohmann::json> comparison(bool quick = false) {
         auto all = lines(diffWithTelevision(context(), package_, quick));
         std::erase_if(all, [](const nlohmann::json& line) { return line.at("event") == "finding"; });
@@ -74,7 +74,7 @@ class DiffTest : public LookingTest {
         return all;
     }
 
-    /// What was judged; each line must fit the schema.
+    /// The findings; each line must match the schema.
     std::vector<nlohmann::json> findings(const Result<Output>& output) {
         auto all = lines(output);
         std::erase_if(all, [](const nlohmann::json& line) { return line.at("event") != "finding"; });

@@ -1,4 +1,4 @@
-// What is said of a run that is stopped: at its end, at the next start, and by status.
+// Messages about a run that was stopped: at its end, in the next command, and in status.
 
 #include <gmock/gmock.h>
 
@@ -28,7 +28,7 @@ constexpr const char* kUndoNotReadBack =
 
 class InterruptionTest : public RestoringTest {
  protected:
-    /// The signal comes as soon as the phase is shown.
+    /// Sends the signal when the phase is shown.
     void stopAt(ShownPhase phase, int signal) {
         view_.atProgress = [this, phase, signal](const Progress& progress) {
             if (progress.phase == phase) {
@@ -37,7 +37,7 @@ class InterruptionTest : public RestoringTest {
         };
     }
 
-    /// What status and the next start say of the run that was stopped in the phase.
+    /// Checks what status and the next command say about the run that was stopped in the phase.
     void expectTold(const std::string& phase, const std::string& consequence) const {
         const RunRecord record = lastRun().record;
         const auto status = readStatus(data());
@@ -60,7 +60,7 @@ class InterruptionTest : public RestoringTest {
 
     int statusExit() const { return outputOf(readStatus(data()).value()).exitStatus; }
 
-    /// Another start of the program, which nobody stops.
+    /// Another start of the program, which is not stopped.
     Result<Report> anew(const std::function<Result<Report>(const CloneContext&)>& run) {
         const StopFlag none;
         RecordingView view;
@@ -97,7 +97,7 @@ TEST_F(InterruptionTest, restoreStoppedDuringItsSafetyBackupSaysThatNothingWasCh
 
 TEST_F(InterruptionTest, restoreStoppedWhenItsSafetyBackupIsMadeDoesNotBeginToLoad) {
     view_.atProgress = [this](const Progress& progress) {
-        // The save is over; what is left of the safety backup is the sealing, which nobody interrupts.
+        // The save has ended. The rest of the safety backup is the sealing, which cannot be interrupted.
         if (progress.phase == ShownPhase::Safety && progress.entries == 0) {
             stop_.raise(SIGINT);
         }
@@ -111,7 +111,8 @@ TEST_F(InterruptionTest, restoreStoppedWhenItsSafetyBackupIsMadeDoesNotBeginToLo
     expectTold("safety", kNothingChanged);
 }
 
-/// The load cannot be interrupted: a stop from its beginning to the end of the read-back has the same end.
+/// The load cannot be interrupted, so every stop from its beginning to the end of the read-back has the same
+/// result.
 struct LateStop {
     ShownPhase at;
     int signal;

@@ -13,7 +13,7 @@ class ListTest : public LookingTest {
  protected:
     std::string list() { return said(listPackages(folder_.path())); }
 
-    /// The state of the one package that is found.
+    /// The state of the only package that is found.
     std::string state() {
         const auto all = lines(listPackages(folder_.path()));
         EXPECT_EQ(all.size(), 2U);

@@ -11,7 +11,7 @@
 #include "tests/unit/cloning_app/run_test.h"
 #include "tests/unit/cloning_app/sealed_package.h"
 
-/// A sealed package on a stick, and what the commands say of it that look and change nothing.
+/// A sealed package on a stick, and the output of the commands that change nothing.
 class LookingTest : public RunTest {
  protected:
     LookingTest() { fill(package_); }
@@ -26,7 +26,7 @@ class LookingTest : public RunTest {
         return sealFolder(folder);
     }
 
-    /// Writes the output, checks that the stick is as it was and that no secret is said. Result: the text.
+    /// Writes the output, and checks that the stick is unchanged and no secret is printed. Result: the text.
     std::string said(const vxclone::Result<vxclone::Output>& output, bool json = false) {
         std::ostringstream out;
         std::ostringstream err;
@@ -46,7 +46,7 @@ class LookingTest : public RunTest {
         return parsed;
     }
 
-    /// The columns of the widest line.
+    /// The width of the widest line in columns.
     static std::size_t widestLine(const std::string& text) {
         std::istringstream lines(text);
         std::size_t widest = 0;

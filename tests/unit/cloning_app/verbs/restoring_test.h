@@ -8,7 +8,7 @@
 #include "tests/unit/cloning_app/run_test.h"
 #include "tests/unit/cloning_app/sealed_package.h"
 
-/// A television that holds a volume and a PIN, and a package with others.
+/// A television with a volume and a PIN, and a package with other values.
 class RestoringTest : public RunTest {
  protected:
     RestoringTest() {
@@ -50,7 +50,7 @@ class RestoringTest : public RunTest {
     vxclone::LastRun lastRun() const { return vxclone::readLastRun(data()).value().value(); }
     bool hasSafety() const { return std::filesystem::exists(data() / "Safety/manifest.json"); }
 
-    /// What a run leaves that dies while the library loads.
+    /// Leaves the state of a run that died while the library loaded.
     void dieWhileRestoring() {
         auto recorder = vxclone::RunRecorder::begin(
             data(), {vxclone::RunKind::Restore, vxclone::RunPhase::Staging, "/media/usb/old", "", 1});

@@ -38,7 +38,7 @@ class RunBackupTest : public RunTest {
         return runBackup(context(), stick_ / folder);
     }
 
-    /// The backup fails with the code, and the stick is as it was.
+    /// Expects that the backup fails with the code and leaves the stick unchanged.
     void expectRefused(ErrorCode code) {
         const auto before = contentOf(stick_);
         const auto report = backUp();
@@ -47,7 +47,7 @@ class RunBackupTest : public RunTest {
         EXPECT_EQ(contentOf(stick_), before);
     }
 
-    /// The backup says that the stick is not there any more, and does not call it safe to remove.
+    /// Expects that the backup reports the missing stick and does not call it safe to remove.
     void expectGone() {
         const auto report = backUp();
         ASSERT_FALSE(report);
@@ -140,7 +140,7 @@ TEST_F(RunBackupTest, packageCarriesItsIdentityAndASealThatTheReportNames) {
     EXPECT_EQ(textOf(report->checks[2]), "sealed");
 }
 
-/// The manifest of the package, which must be proven.
+/// The manifest of the package, which must be genuine.
 ReadManifest manifestIn(const std::filesystem::path& package) {
     const Descriptor folder(open(package.c_str(), O_RDONLY | O_DIRECTORY));
     auto read = readManifest({folder.get(), package.string(), Place::Stick}, PackageKey::ofTelevision());
@@ -298,7 +298,7 @@ TEST_F(RunBackupTest, settingThatWasNotSavedIsNamedRecordedAndAFailure) {
 
 class ForeignTextBackupTest : public RunBackupTest {
  protected:
-    /// The television holds this text, and the library writes others in place of its bytes.
+    /// The television holds this text, and the library writes other characters for its bytes.
     ForeignTextBackupTest() {
         store::writeString(kTitle, "caf\xe9");
         engine_.work = [this] {

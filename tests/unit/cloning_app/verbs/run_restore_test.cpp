@@ -29,20 +29,21 @@ class RunRestoreTest : public RunTest {
         };
     }
 
-    /// Seals the package as it now is and restores it.
+    /// Seals the current content of the package and restores it.
     Result<Report> restore(const std::vector<VXClone>& list = allCategories()) {
         sealFolder(package_);
         return restoreAsItIs({list});
     }
 
-    /// Without what surrounds the load: safety backup and read-back.
+    /// Restores without safety backup and read-back.
     Result<Report> restoreAsItIs(RestoreOptions options = {allCategories()}) {
         options.safety = false;
         options.readBack = false;
         return runRestore(context(), package_, options);
     }
 
-    /// The restore is refused with the code before anything was touched, the clone folder included.
+    /// Expects that the restore is refused with the code before anything was changed, including the clone
+    /// folder.
     void expectRefused(ErrorCode code) {
         const auto before = contentBesideTheRecord();
         const auto report = restoreAsItIs();
@@ -52,7 +53,7 @@ class RunRestoreTest : public RunTest {
         EXPECT_EQ(contentBesideTheRecord(), before);
     }
 
-    /// Every run is recorded, also one that is refused.
+    /// Everything except the record, because every run is recorded, even one that is refused.
     std::map<std::string, std::string> contentBesideTheRecord() const {
         auto content = contentOf(folder_.path());
         const auto data = recordFolderOf(root_).lexically_relative(folder_.path());
@@ -61,7 +62,8 @@ class RunRestoreTest : public RunTest {
         return content;
     }
 
-    /// The restore is refused with the code once the package was staged: nothing of it is left.
+    /// Expects that the restore is refused with the code after the package was staged, and that nothing of it
+    /// stays.
     std::string refusalOfStaged(ErrorCode code, const RestoreOptions& options = {allCategories()}) {
         const auto before = contentOf(package_);
         const auto report = restoreAsItIs(options);
@@ -69,7 +71,7 @@ class RunRestoreTest : public RunTest {
         EXPECT_EQ(contentOf(package_), before);
         EXPECT_EQ(engine_.runs, 0);
         EXPECT_TRUE(std::filesystem::is_empty(root_));
-        // What a run before left: a refused restore has not even made the store ready.
+        // The value of the previous run: a refused restore has not even reset the keys.
         EXPECT_EQ(std::get<int>(*FakeSettingsStore::instance().get(kProgressKey)), 100);
         EXPECT_EQ(report ? ErrorCode::Internal : report.error().code, code);
         return report ? "" : report.error().sentence;
@@ -208,7 +210,7 @@ TEST_F(RunRestoreTest, networkTimeIsNotPutIntoEffectWithoutItsSettings) {
     EXPECT_EQ(rowFor(*report, VXCLONE_NTP_SETTINGS_DATA).verdict, Verdict::Lacking);
 }
 
-/// The home data's restore is reported by nobody, and then the television is saved with `content` in them.
+/// Nobody reports the restore of the home data. The next save of the television has `content` in it.
 class UnreportedRestoreTest : public RunRestoreTest {
  protected:
     Row rowAfter(const std::string& content) {

@@ -21,7 +21,7 @@ class RunVerifyTest : public RunTest {
 
     Result<Report> verify() { return runVerify(context(), package_); }
 
-    /// The status of a verification that leaves the stick and the television's clone folder as they were.
+    /// The status of a verification, which must leave the stick and the television's clone folder unchanged.
     int status() {
         const auto before = contentOf(package_);
         const auto report = verify();

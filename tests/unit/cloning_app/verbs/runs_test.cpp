@@ -1,4 +1,4 @@
-// What surrounds the load of a package: record, safety backup, read-back, undo, kept identity, dry run.
+// The steps around the load of a package: record, safety backup, read-back, undo, kept identity, dry run.
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -292,10 +292,10 @@ TEST_F(RunsTest, televisionWithoutRoomForTheSafetyBackupIsToldBeforeAnythingIsMa
     }
 }
 
-/// A television whose data folder is a disk of its own.
+/// A television whose data folder is on a disk of its own.
 class FullTelevisionTest : public RestoringTest {
  protected:
-    /// Runs the body where that disk has so much room beside what a run needs.
+    /// Runs the body with that much more free room on this disk than a run needs.
     void onADisk(std::uint64_t bytes, const std::function<void()>& body) {
         const bool allowed = withOwnMounts([&] {
             std::filesystem::create_directories(data());
@@ -308,7 +308,7 @@ class FullTelevisionTest : public RestoringTest {
         }
     }
 
-    /// Fills what is left of that disk but for so much.
+    /// Fills this disk so that only `left` bytes stay free.
     void fill(std::uint64_t left) const {
         const auto room = std::filesystem::space(data()).available;
         ASSERT_GT(room, left);
@@ -440,7 +440,7 @@ TEST_F(RunsTest, cloneFolderIsClosedToOthersAfterARestoreAndAnUndo) {
 
 class ForeignTextRestoreTest : public RestoringTest {
  protected:
-    /// This television holds a text of other bytes, which the library does not carry.
+    /// This television has another text with invalid bytes, which the library does not clone.
     ForeignTextRestoreTest() {
         set(kTitle, kBytes);
         const auto save = engine_.save;
@@ -566,7 +566,7 @@ TEST_F(RunsTest, identityThatCannotBeWrittenBackFailsTheSettings) {
                 HasSubstr(std::string("not kept: ") + kPinSetting));
 }
 
-/// A dry run. The television has another picture than the package, and other data of an application.
+/// A dry run. The television has another picture than the package, and an application has other data.
 class DryRunTest : public RunsTest {
  protected:
     DryRunTest() {
@@ -733,8 +733,8 @@ TEST_F(RunsTest, safetyBackupFromBeforeARunThatDiedIsKept) {
     EXPECT_NE(contentOf(data() / "Safety"), safety);
 }
 
-/// What becomes of the record after a run that died, or what runs then, and the state before that run is
-/// wanted all the same.
+/// What happens to the record after a run that died, or which run follows. The state before the first run
+/// must be kept.
 struct AfterADeath {
     const char* name;
     std::function<void(const std::filesystem::path& record)> happens;

@@ -21,7 +21,7 @@ class ApplicationsTest : public testing::Test {
                         manifestText({"org.example.app", "Example", "bin/app", {}, false}));
     }
 
-    /// The refusal of the installation, which has left nothing.
+    /// The error of the installation, which must leave nothing behind.
     ErrorCode refused() {
         const auto installed = applications_.install(source_);
         EXPECT_FALSE(installed);

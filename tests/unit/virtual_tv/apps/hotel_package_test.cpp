@@ -38,7 +38,7 @@ class HotelPackageTest : public testing::Test {
         return loadPackage(second_, where_, kId, halfway);
     }
 
-    /// The refusal of a restore, which has left the data as it was and nothing beside it.
+    /// The error of a restore, which must leave the data unchanged and nothing beside it.
     ErrorCode refused() {
         const auto before = vxtest::snapshot(place_.path() / "second");
         const auto loaded = restore();
@@ -54,7 +54,7 @@ class HotelPackageTest : public testing::Test {
         test::writeFile(package_ / kIndexName, index.dump());
     }
 
-    /// Puts other bytes in the place of the database, and tells the index of them.
+    /// Replaces the database by other bytes, and updates the index.
     void replaceDatabase(const std::string& bytes) const {
         test::writeFile(package_ / kDatabaseName, bytes);
         const IndexEntry entry = describe(kDatabaseName, bytes);

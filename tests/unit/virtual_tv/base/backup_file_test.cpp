@@ -38,7 +38,7 @@ class BackupFile : public testing::Test {
         test::writeFile(file, bytes);
         return refusalOf(file);
     }
-    /// The good file with another body, whose length and checksum are right.
+    /// The good file with another body, and correct length and checksum.
     std::string withBody(const std::string& body) const {
         std::array<unsigned char, 32> digest{};
         EVP_Digest(body.data(), body.size(), digest.data(), nullptr, EVP_sha256(), nullptr);
@@ -161,8 +161,8 @@ TEST_F(BackupFile, writeIntoAMissingFolderOrOverAFolderFails) {
     EXPECT_EQ(std::distance(fs::directory_iterator(folder_.path()), fs::directory_iterator()), 2);
 }
 
-/// Writes to a disk of 64 KiB, first what fits and then what does not. True when the file of before is there,
-/// and nothing else.
+/// Writes to a disk of 64 KiB, first a file that fits and then one that does not. True if only the first file
+/// exists afterwards.
 bool keepsTheFileOnAFullDisk(const fs::path& folder) {
     constexpr int kNoNamespace = 77;
     if (!enterMountNamespace() || mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=64k") != 0) {

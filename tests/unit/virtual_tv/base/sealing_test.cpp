@@ -25,7 +25,7 @@ TEST(Sealing, unsealOfASealedTextIsTheText) {
 }
 
 TEST(Sealing, sealIsThatOfTheStandard) {
-    // The published test case of a key and a nonce of zeros, and one block of zeros.
+    // A published test case: key, nonce and one block of zeros.
     const auto sealed = seal(SealingKey(std::string(SealingKey::kSize, '\0')), std::string(kNonceSize, '\0'),
                              std::string(16, '\0'), "");
     ASSERT_TRUE(sealed);

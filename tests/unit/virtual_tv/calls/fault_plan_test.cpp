@@ -20,7 +20,7 @@ class FaultPlanTest : public testing::Test {
         return fault;
     }
 
-    /// "x" for each call on which a fault acts, "." for the others.
+    /// "x" for each call with a fault, "." for the others.
     std::string pattern(int calls) {
         std::string result;
         for (int i = 0; i < calls; ++i) {
@@ -53,7 +53,7 @@ class FaultPlanTest : public testing::Test {
 
     ErrorCode refusalOf(const Fault& fault) { return refusal(fault).code; }
 
-    /// Makes the plan as it was before a fault could have a key, with one fault.
+    /// Makes the plan of an earlier version, in which faults have no key, with one fault.
     void makeOld() {
         ASSERT_TRUE(television_.database().write([](SQLite::Database& connection) -> Result<void> {
             connection.exec("DROP TABLE faults");

@@ -21,10 +21,10 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
-/// Each byte is changed, and each length tried, in the tests of the two containers; here some are enough.
+/// The tests of the two containers change every byte and try every length; here a sample is enough.
 constexpr std::size_t kStep = 7;
 
-/// What the package carries of the channels, and the navigation lists.
+/// The cloned data of the channels, and the navigation lists.
 struct State {
     Json transponders;
     Json channels;
@@ -51,7 +51,7 @@ class ChannelArchiveTest : public testing::Test {
         return state;
     }
 
-    /// A television with other channels, which are then those of the package.
+    /// Puts other channels into the package.
     void exportOther() {
         ChannelStore store(other_.database());
         ChannelMap map = store.map().value();
@@ -75,7 +75,7 @@ class ChannelArchiveTest : public testing::Test {
         EXPECT_TRUE(stateOf(television_) == before) << what;
     }
 
-    /// The package's archive with another content of its members.
+    /// Changes the contents of the members of the package's archive.
     void repack(const std::function<void(ZipMembers&)>& change) {
         ZipMembers members =
             unpackZip(test::readFile(zip_), {"channels.json", "index.json", "transponders.json"}, "zip")
@@ -268,7 +268,7 @@ TEST_F(ChannelArchiveTest, memberThatIsNotTheOneOfTheIndexIsRefused) {
     expectRefused(ErrorCode::BadBackup, "channels swapped");
 }
 
-/// The package's index with one thing changed.
+/// The package's index with one change.
 struct BadIndex {
     const char* name;
     std::function<std::string(Json)> text;

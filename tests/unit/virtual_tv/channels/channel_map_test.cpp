@@ -73,7 +73,7 @@ TEST(ChannelJson, documentsReadBackAsTheyWere) {
     EXPECT_EQ(hotelListToJson(hotelListIn(third, "h", channels)), third);
 }
 
-/// Damages to a good document, each of which has to be refused.
+/// Changes of a good document. Each must be refused.
 using Damage = std::pair<const char*, std::function<void(Json&)>>;
 
 template <class Read>

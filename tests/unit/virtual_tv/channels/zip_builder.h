@@ -8,7 +8,7 @@
 
 namespace vxtv::test {
 
-/// A member as nobody honest packs it.
+/// A member that a normal program would not pack.
 struct ZipMember {
     std::string name;
     std::string content;
@@ -17,7 +17,8 @@ struct ZipMember {
     std::string link{};  ///< for a symbolic link: where it leads
 };
 
-/// An archive of these members in this order. `options` is for libarchive: "zip:encryption=traditional".
+/// An archive of these members in this order. `options` are those of libarchive:
+/// "zip:encryption=traditional".
 std::string packedAsTold(const std::vector<ZipMember>& members, const std::string& options = "");
 
 }  // namespace vxtv::test

@@ -1,4 +1,4 @@
-// `vxtv keyfile` and the mark of the secure storage, as a user meets them.
+// `vxtv keyfile` and the mark of the secure storage, as a user sees them.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

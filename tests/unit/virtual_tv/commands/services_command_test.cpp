@@ -1,4 +1,4 @@
-// `vxtv services` and `vxtv sources`, as a user meets them.
+// `vxtv services` and `vxtv sources`, as a user sees them.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// `vxtv show`, as a user meets it.
+// `vxtv show`, as a user sees it.
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -16,7 +16,7 @@ namespace fs = std::filesystem;
 
 class ComparisonTest : public testing::Test {
  protected:
-    /// The differences of the one area in which the televisions differ; none when they are the same.
+    /// The differences of the only area in which the televisions differ; empty if they are the same.
     std::vector<Difference> differencesIn(const std::string& wanted) {
         std::vector<Difference> found;
         const auto areas = compareTelevisions(first_, second_);
@@ -81,7 +81,7 @@ TEST_F(ComparisonTest, filesOfOneSizeAreComparedByTheirBytes) {
     EXPECT_TRUE(differencesIn("boot-logo").empty());
 }
 
-/// A change of one thing that a television holds, and the area in which it is seen.
+/// A change of one value of a television, and the area that shows it.
 struct ChangeOf {
     const char* area;
     const char* statement;
@@ -125,7 +125,7 @@ constexpr ChangeOf kChanges[] = {
 class ComparisonOfAreas : public ComparisonTest, public testing::WithParamInterface<ChangeOf> {};
 
 TEST_P(ComparisonOfAreas, changeIsSeenInItsAreaAlone) {
-    // While it is off, the server stays.
+    // The server only changes while network time is on.
     change(first_, "UPDATE network_time SET is_on = 1");
     change(second_, "UPDATE network_time SET is_on = 1");
     change(second_, GetParam().statement);

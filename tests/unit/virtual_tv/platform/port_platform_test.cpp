@@ -1,4 +1,4 @@
-// Message ports as a program in a television calls them, while no bus is up.
+// Message ports as a program in a television calls them while no bus runs.
 
 #include <gtest/gtest.h>
 

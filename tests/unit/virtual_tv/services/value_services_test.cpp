@@ -1,5 +1,5 @@
-// The services that are nothing but values: what they take from a profile and from a package, and what they
-// hand over.
+// The services that consist only of values: what they accept from a profile and from a package, and what they
+// save.
 
 #include "virtual_tv/services/value_services.h"
 
@@ -54,7 +54,7 @@ class ValueServicesTest : public testing::TestWithParam<const ValueService& (*)(
     Television second_ = televisionOf(folder_.path() / "second", highestProfile());
 };
 
-/// The shapes alone, as what a package holds is checked against them.
+/// Only the shapes, which check the content of a package.
 class ValueShapesTest : public testing::TestWithParam<const ValueService& (*)()> {
  protected:
     bool isTaken(const Json& document) const {

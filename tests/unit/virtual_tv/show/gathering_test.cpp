@@ -28,7 +28,7 @@ class ShowGathering : public testing::Test {
         EXPECT_TRUE(page) << page.error().sentence;
         return page.value_or(Page());
     }
-    /// Sets what a clone leaves.
+    /// Sets the state after a clone.
     static Profile profileWithResult(const std::string& result) {
         Profile profile = test::smallProfile();
         profile.settings.push_back({"db/hotel/clone_progress", 64, true});

@@ -19,7 +19,7 @@ std::string redPixel() {
 
 std::string jpegOf(unsigned char width, unsigned char height) {
     using namespace std::string_literals;
-    // An application segment of six bytes comes before the one that tells the size.
+    // An application segment of six bytes comes before the segment with the size.
     std::string bytes = "\xff\xd8\xff\xe0\0\x06"s + "JFIF" + "\xff\xc0\0\x11\x08\0"s;
     bytes += static_cast<char>(height);
     bytes += '\0';

@@ -195,7 +195,7 @@ TEST_F(DatabaseTest, failedWorkLeavesNoTrace) {
     EXPECT_EQ(4U, SettingsStore(**database).list().value().size());
 }
 
-/// A system in which calls of fcntl that touch a lock fail, for databases that are opened in its lifetime.
+/// Makes calls of fcntl on a lock fail, for databases that are opened while it exists.
 class FailingLocks {
  public:
     FailingLocks() { put(reinterpret_cast<sqlite3_syscall_ptr>(call)); }
@@ -206,13 +206,13 @@ class FailingLocks {
     FailingLocks(const FailingLocks&) = delete;
     FailingLocks& operator=(const FailingLocks&) = delete;
 
-    /// The n-th call from now on fails once with `error`.
+    /// The nth call from now on fails once with `error`.
     static void failAt(int number, int error) {
         error_ = error;
         left_ = number;
     }
     static void failNone() { left_ = 0; }
-    /// Whether the call that was to fail has failed.
+    /// Whether that call has failed.
     static bool hasFailed() { return left_ <= 0; }
 
  private:
@@ -238,8 +238,8 @@ class FailingLocks {
 
 class DatabaseLocks : public DatabaseTest {
  protected:
-    /// For each call on a lock that a change of a setting makes: it fails once, and then another process
-    /// changes the setting.
+    /// For each lock call of a change of a setting: it fails once, and then another process changes the
+    /// setting.
     void changeInTurnsWhenEachFails(int error) {
         test::makeTelevision(place_);
         const FailingLocks locks;

@@ -112,7 +112,8 @@ TEST_F(SettingsStoreTest, setFromManyProcessesNeverFails) {
         if (children.back() == 0) {
             bool fine = true;
             for (int i = 0; i < 60 && fine; ++i) {
-                // Opened anew each time: the last one to close tidies up while others open.
+                // Opened again each time, because the last process that closes it cleans up while others open
+                // it.
                 const Result<Television> mine = Television::open(place_);
                 fine = mine && mine->settings().set(key, i) && mine->settings().getInt(key);
             }
@@ -152,7 +153,7 @@ TEST_F(SettingsStoreTest, killInTheMiddleOfSetsLosesNothingCommitted) {
     while (read(reports[0], &committed, sizeof committed) == sizeof committed) {
     }
     close(reports[0]);
-    // The set that was under way when it was killed may stand, too.
+    // The change that was in progress during the kill may have been stored.
     const int kept = Television::open(place_).value().settings().getInt("volume").value();
     EXPECT_TRUE(kept == committed || kept == committed + 1) << kept << " after " << committed;
     SQLite::Database raw((place_ / "tv.db").string());

@@ -1,5 +1,4 @@
-// What the platform's key installation and secure storage answer: the statuses are those that
-// virtual_tv/README.md promises.
+// The results of the platform's key installation and secure storage: the statuses in virtual_tv/README.md.
 
 #include "virtual_tv/television/key_installation.h"
 
@@ -44,7 +43,7 @@ class KeyInstallation : public testing::Test {
         return ss_init_credential(test::smallCloneKey().credential.identifier.data(), ownerNumber, 0);
     }
 
-    /// The status, and the value when there is one.
+    /// The status, and the value if there is one.
     static std::pair<int, std::string> read(const char* name, const ss_credential& credential = owner()) {
         char* data = nullptr;
         size_t length = 0;
