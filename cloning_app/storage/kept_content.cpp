@@ -101,6 +101,7 @@ Result<void> setAside(const Data& data, const Tree& root) {
     const auto part = data.openFolder(kPart);
     VX_RETURN_IF_FAILED(part);
     const auto moved = moveAll(root, {part->get(), data.pathOf(kPart), Place::Television});
+    // Only the complete content gets this name: it allows to empty the clone folder.
     return moved ? data.rename(kPart, kWhole) : moved;
 }
 
@@ -114,6 +115,8 @@ Result<bool> putBack(const Data& data, const Tree& root) {
         if (const int reason = removeContents(root.descriptor); reason != 0) {
             return tl::make_unexpected(writeError(root.place, root.path, reason));
         }
+        // From now on the clone folder holds parts of the content again, and must not be emptied after a
+        // crash.
         VX_RETURN_IF_FAILED(data.rename(kWhole, kPart));
     }
     const auto part = hasEntry(data.tree(), kPart);

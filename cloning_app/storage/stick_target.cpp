@@ -173,6 +173,7 @@ Result<bool> StickTarget::putBack() {
 }
 
 Result<std::optional<std::string>> StickTarget::recover(const Judge& isWhole) {
+    // Another backup that is still running would lose its package by the removal below.
     for (const std::string& name : {newName_, oldName_}) {
         if (isHeldByAnother(parent_.get(), name)) {
             return anotherBackup(path_);
@@ -184,6 +185,8 @@ Result<std::optional<std::string>> StickTarget::recover(const Judge& isWhole) {
     const auto vacant = setAside ? isVacant() : setAside;
     VX_RETURN_IF_FAILED(vacant);
     if (*setAside && *vacant) {
+        // The backup was cut off between the two steps of the swap. The name is free, so the old package gets
+        // it back.
         const auto back = putBack();
         VX_RETURN_IF_FAILED(back);
         if (!*back) {
@@ -192,11 +195,13 @@ Result<std::optional<std::string>> StickTarget::recover(const Judge& isWhole) {
         said =
             "A backup was interrupted: the previous package in " + vxcommon::printable(path_) + " is back.";
     } else if (*setAside) {
+        // The package that was set aside is superfluous only if the new one is complete.
         const auto folder = openFolder();
         if (!folder || !isWhole({folder->get(), path_, Place::Stick})) {
             return twoPackages();
         }
     }
+    // A leftover that cannot be removed needs only room, so this is no error.
     for (const std::string& leftover : {newName_, oldName_}) {
         if (hasEntry(parent(), leftover).value_or(false) && removeTree(parent_.get(), leftover) == 0 &&
             !said) {
@@ -269,6 +274,8 @@ Result<void> StickTarget::checkReplaceable() const {
 
 Result<void> StickTarget::checkInPlace() const {
     const std::string parentPath = std::filesystem::path(path_).parent_path().string();
+    // After the stick was pulled out, the path is an empty folder of the television or another stick, while
+    // the descriptor still refers to the old one.
     struct stat held {};
     struct stat named {};
     if (fstat(parent_.get(), &held) == 0 && stat(parentPath.c_str(), &named) == 0 &&
@@ -315,6 +322,7 @@ Result<Replacement> Replacement::begin(StickTarget& target) {
     if (reason == EEXIST && isHeldByAnother(parent, target.newName_)) {
         return anotherBackup(target.path_);
     }
+    // Otherwise it is the leftover of an interrupted backup, which nobody needs.
     if (reason == EEXIST) {
         VX_RETURN_IF_FAILED(checkRemovable(target.parent(), target.newName_));
         const int left = removeTree(parent, target.newName_);
@@ -327,6 +335,7 @@ Result<Replacement> Replacement::begin(StickTarget& target) {
     if (!replacement.folder_.valid()) {
         return tl::make_unexpected(writeError(Place::Stick, target.path_, errno));
     }
+    // Ignored on a file system without locks: there the time of the last change protects the folder.
     static_cast<void>(flock(replacement.folder_.get(), LOCK_EX | LOCK_NB));
     return replacement;
 }
@@ -348,6 +357,8 @@ Result<void> Replacement::settle(const std::function<int()>& undo) {
     if (target_->calls_.flush(target_->parent_.get()) == 0) {
         return {};
     }
+    // The stick may forget the move, so the old package gets its name back. If that fails, too, both packages
+    // stay for the next backup to decide.
     const int reason = errno;
     auto failure = failed(reason);
     if (undo() != 0) {
@@ -406,10 +417,12 @@ Result<void> Replacement::commit() {
     if (auto removable = checkRemovable(target_->parent(), name); !removable) {
         return removable;
     }
+    // Locked, so that another backup does not take the old package for a leftover.
     previous_ = Descriptor(openat(target_->parent_.get(), name.c_str(), kOpenFolder));
     static_cast<void>(flock(previous_.get(), LOCK_EX | LOCK_NB));
     const unsigned flags = *replaces ? RENAME_EXCHANGE : 0U;
     const int reason = rename(newName, name, flags);
+    // A file system such as FAT cannot exchange two names.
     if (*replaces && (reason == EINVAL || reason == ENOSYS || reason == EOPNOTSUPP)) {
         return swapInTwoSteps();
     }

@@ -186,7 +186,7 @@ void addDiffCommand(CLI::App& app, Action& chosen) {
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
     const CLI::Option* const other =
         verb->add_option("DIR2", arguments->other, "Another package, to compare the first one with");
-    verb->add_flag("--quick", arguments->quick, "Compare settings and pictures alone, at once")
+    verb->add_flag("--quick", arguments->quick, "Compare only settings and pictures, at once")
         ->excludes("DIR2");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
     verb->callback([&chosen, arguments, other] {

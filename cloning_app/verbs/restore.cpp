@@ -86,6 +86,7 @@ Result<Report> dryRun(const CloneContext& context, const std::filesystem::path& 
 
 Result<Report> restore(const CloneContext& context, const std::filesystem::path& folder,
                        const RestoreOptions& options, RunRecorder& recorder) {
+    // The library would follow links and mounts out of these folders, so they are checked before it runs.
     VX_RETURN_IF_FAILED(checkSafe(context.cloneRoot));
     const auto reserve = [&options](const Tree& package) {
         return together(loadReserve(package), options.safety ? safetyReserve(package) : TreeSize());
@@ -98,6 +99,7 @@ Result<Report> restore(const CloneContext& context, const std::filesystem::path&
     recorder.setDigest(ready->examined.digest.value_or(""));
     if (options.safety) {
         VX_RETURN_IF_FAILED(recorder.enter(RunPhase::Safety));
+        // Only the user may decide to restore without a way back, so a failed safety backup ends the run.
         auto before = keepSafety(context, *ready, options.without, recorder.record());
         VX_RETURN_IF_FAILED(before);
         loading.before = std::move(*before);
@@ -107,6 +109,7 @@ Result<Report> restore(const CloneContext& context, const std::filesystem::path&
     if (report) {
         report->closing.push_back(
             endSentence(*report, "Restored from " + vxcommon::printable(ready->package.origin())));
+        // An older safety backup is not from before this restore, so undo is not offered with it.
         if (options.safety) {
             report->closing.emplace_back("To go back: vxclone undo.");
         }
@@ -210,7 +213,7 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
     CLI::App* const verb = app.add_subcommand("restore", "Load a package on a stick into this television");
     verb->add_option("DIR", arguments->folder, "The package's folder, such as /media/usb/clone")->required();
     const CLI::Option* const only =
-        verb->add_option("--only", arguments->only, "Load these alone, separated by commas")
+        verb->add_option("--only", arguments->only, "Load only these, separated by commas")
             ->join(',')
             ->type_name(kCategories);
     const CLI::Option* const except =
@@ -218,21 +221,22 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
             ->join(',')
             ->type_name(kCategories)
             ->excludes("--only");
-    verb->add_flag("--dry-run", arguments->dryRun, "Say what would be changed, and change nothing");
-    verb->add_flag("--quick", arguments->quick, "A dry run of settings and pictures alone")
+    verb->add_flag("--dry-run", arguments->dryRun, "Show what would change, and change nothing");
+    verb->add_flag("--quick", arguments->quick, "A dry run of settings and pictures only")
         ->needs("--dry-run");
     verb->add_flag("--keep-identity", arguments->keepIdentity,
-                   "Leave its own addresses, numbers and PIN as they are");
+                   "Keep this television's addresses, numbers and PIN");
     verb->add_flag("--no-safety", arguments->noSafety,
                    "No safety backup first; vxclone undo cannot go back then");
     verb->add_flag("--no-read-back", arguments->noReadBack,
                    "No comparison afterwards, unless a result is missing");
     verb->add_option("--without", arguments->without,
-                     "What this television does not have: no way back needs it")
+                     "What this television does not have, so the way back may lack it")
         ->join(',')
         ->type_name(kDeclaredNames);
     verb->add_flag("--force-model", arguments->forceModel, "Load a package that was made on another model");
-    verb->add_option("--expect", arguments->expect, "Load this package alone; backup and inspect print it")
+    verb->add_option("--expect", arguments->expect,
+                     "Load only the package with this digest, which backup prints")
         ->check(isDigest)
         ->type_name("DIGEST");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");

@@ -145,7 +145,7 @@ void addChannelsCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("channels", "List channels, hotel list and navigation lists");
     const auto options = std::make_shared<ChannelsOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
-    verb->add_flag("--json", options->json, "For programs: also the transponders with all they are");
+    verb->add_flag("--json", options->json, "For programs: also the transponders, in full");
     verb->callback([options, &chosen] { chosen = [options] { return show(*options); }; });
 }
 

@@ -139,20 +139,20 @@ int show(const CompareOptions& options) {
 }  // namespace
 
 void addCompareCommand(CLI::App& app, Action& chosen) {
-    auto* const verb = app.add_subcommand("compare", "Say in what two televisions differ");
+    auto* const verb = app.add_subcommand("compare", "Show the differences of two televisions");
     const auto options = std::make_shared<CompareOptions>();
     verb->add_option("DIR1", options->first, "A television")->required();
     verb->add_option("DIR2", options->second, "Another one")->required();
     auto* const summary = verb->add_flag("--summary", options->summary,
-                                         "One line an area: the same, or how many things differ");
+                                         "One line for each area: same, or the number of differences");
     verb->add_flag("--everything", options->everything,
-                   "Compare and judge, too, what no clone carries: navigation lists, serial numbers and "
-                   "whatever else a television keeps");
+                   "Compare also what is not cloned: navigation lists, serial numbers and "
+                   "everything else that a television keeps");
     verb->add_flag("--json", options->json, "For programs")->excludes(summary);
     verb->footer(
-        "Judged is what a clone carries. The identity and the navigation lists are shown and not judged: a "
-        "restore of channels takes navigation lists away.\n"
-        "Exit status: 0 same, 1 different, 2 trouble.");
+        "Only cloned data counts. Differences in the identity and the navigation lists are shown only: a "
+        "restore of channels removes navigation lists.\n"
+        "Exit status: 0 same, 1 different, 2 error.");
     verb->callback([options, &chosen] { chosen = [options] { return show(*options); }; });
 }
 

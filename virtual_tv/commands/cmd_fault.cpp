@@ -123,7 +123,7 @@ void addAdd(CLI::App& fault, const std::shared_ptr<FaultOptions>& options, Actio
     auto* const verb = fault.add_subcommand("add", "Make a platform call fail, or late");
     verb->add_option("CALL", options->fault.call, "The call, such as vconf_set_int")->required();
     verb->add_option("--key", options->fault.key,
-                     "Count and hit only calls with this first argument, such as a setting's key")
+                     "Only for calls with this first argument, such as a setting's key")
         ->option_text("KEY");
     verb->add_option("--nth", options->fault.nth, "Act on this call, counted from now (default 1)")
         ->option_text("N");

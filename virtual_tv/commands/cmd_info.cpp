@@ -75,7 +75,7 @@ int show(const InfoOptions& options) {
 }  // namespace
 
 void addInfoCommand(CLI::App& app, Action& chosen) {
-    auto* const verb = app.add_subcommand("info", "Show what kind of television it is");
+    auto* const verb = app.add_subcommand("info", "Show model and identity of a television");
     const auto options = std::make_shared<InfoOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
     verb->add_flag("--json", options->json, "For programs");

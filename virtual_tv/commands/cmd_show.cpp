@@ -85,7 +85,7 @@ void addShowCommand(CLI::App& app, Action& chosen) {
     auto* const verb = app.add_subcommand("show", "Show all of a television on one page");
     const auto options = std::make_shared<ShowOptions>();
     verb->add_option("DIR", options->folder, "The television")->required();
-    verb->add_flag("--all", options->all, "Show every channel, not the first ones alone");
+    verb->add_flag("--all", options->all, "Show every channel, not only the first ones");
     auto* const html = verb->add_option("--html", options->html,
                                         "Write the page for a browser into this file, pictures included")
                            ->type_name("FILE");

@@ -71,6 +71,7 @@ Session::Session(Folder folder, std::vector<Stick> sticks, Isolation isolation, 
 
 Session::~Session() {
     lock_.release([&] {
+        // The applications use the bus, so they are ended first.
         home_.end();
         bus_.endBus();
         removeStaleMarks(folder_);
@@ -80,6 +81,7 @@ Session::~Session() {
 }
 
 Result<Session> Session::open(const SessionWish& wish) {
+    // All checks of the user's input come before the lock, so a refused session changes nothing.
     auto folder = findTelevision(wish.television);
     VX_RETURN_IF_FAILED(folder);
     auto sticks = parseSticks(wish.sticks);
@@ -98,6 +100,7 @@ Result<Session> Session::open(const SessionWish& wish) {
     std::error_code ignored;
     // The television's own /tmp may hold a mark that somebody else made. Without a storage it would be wrong.
     if (!session.markStorage(mark)) fs::remove(mark, ignored);
+    // Without a bus or a home a command still works, so these failures are only warnings.
     if (const auto taken = session.bus_.take(); !taken) session.warn_(taken.error());
     if (*isolation == Isolation::RealPaths) {
         // With the machine's own paths, only this session sees the television. So it makes no home that would
@@ -113,7 +116,7 @@ Result<Session> Session::open(const SessionWish& wish) {
 /// command.
 Result<void> Session::shareHome() {
     const auto binds = prepareBinds(folder_, {}, {{ownTree(), true}, {folder_.root(), true}}, record_);
-    if (!binds) return {};  // nothing can be run then, which says why
+    if (!binds) return {};  // `run` will fail for the same reason and report it
     const HomePlan plan{folder_, isolation_, [&binds] {
                             auto done = doBinds(*binds);
                             if (done) showOwnProcesses();
@@ -153,6 +156,7 @@ Result<Outcome> Session::run(const std::vector<std::string>& command) const {
         if (done) {
             showOwnProcesses();
             returnTo(directory);
+            // Without a home, the applications live in this session.
             if (!home_) startAutostartApplications(folder_, StartPlace::Here);
         }
         return done;
@@ -183,6 +187,7 @@ std::vector<Need> Session::needsOf(const std::string& program) const {
     if (!file) return needs;
     for (const auto& name : bothNames(*file)) {
         const auto inside = pathInFolder(name);
+        // A program of the television's own is visible anyway; showing the machine's folder would hide it.
         const bool isTelevisions = !inside.empty() && fs::exists(folder_.root() / inside, error);
         if (!isTelevisions) needs.push_back({name.parent_path(), false});
     }

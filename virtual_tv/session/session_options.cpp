@@ -41,7 +41,7 @@ std::shared_ptr<SessionOptions> addSessionOptions(CLI::App& verb) {
             "How the command is kept apart from this machine: the first way that works, or this one")
         ->check(checkIsolation)
         ->type_name("auto|root|user|real");
-    verb.add_flag("--quiet", options->quiet, "Do not say which isolation was taken");
+    verb.add_flag("--quiet", options->quiet, "Do not print the chosen isolation");
     return options;
 }
 
