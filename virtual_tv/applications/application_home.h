@@ -18,8 +18,8 @@ namespace vxtv {
 struct HomeRequest {
     std::string application;
     std::string bundle;                    ///< a JSON object, or empty
-    std::vector<std::string> environment;  ///< of who asks, "NAME=VALUE" each
-    Descriptor report;                     ///< where the application's host writes its report
+    std::vector<std::string> environment;  ///< of the requester, "NAME=VALUE" each
+    Descriptor report;                     ///< to which the application's host writes its report
 };
 
 /// Asks the television's home to start the application with this process's environment, and waits until its

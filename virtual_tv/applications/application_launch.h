@@ -21,8 +21,8 @@ inline constexpr const char* kApplicationHost = "vxtv-app-host";
 /// How the host runs. Its arguments are the television, the application, the descriptor for its report, and
 /// one of these.
 enum class HostWay {
-    Detached,  ///< belongs to nobody, so that its launcher need not collect it
-    Attached   ///< stays the process that was started
+    Detached,  ///< orphaned, so that its launcher need not collect it
+    Attached   ///< stays the child that was started
 };
 const char* nameOf(HostWay way);
 
@@ -41,7 +41,7 @@ Result<pid_t> launchApplication(const Folder& folder, const std::string& id, con
 
 /// Where an application is started.
 enum class StartPlace {
-    Home,  ///< in the television's home, which is there
+    Home,  ///< in the television's home, which must exist
     Here   ///< among the caller's processes
 };
 

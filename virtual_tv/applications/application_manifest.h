@@ -14,9 +14,9 @@ namespace vxtv {
 struct ApplicationManifest {
     std::string id;
     std::string title;
-    std::string program;  ///< one of vxtv's own by its name, or a path with a "/" in the application's folder
+    std::string program;  ///< a program of vxtv by name, or a path with a "/" in the application's folder
     std::vector<std::string> arguments;
-    bool autostart = false;  ///< sessions start it
+    bool autostart = false;  ///< every session starts it
 };
 
 /// The manifest's name in an application's folder.

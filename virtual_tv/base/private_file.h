@@ -15,9 +15,9 @@ namespace vxtv {
 /// The reason why a file was not read.
 struct ReadTrouble {
     enum class Kind {
-        Missing,       ///< there is nothing at the path
+        Missing,       ///< the path does not exist
         NoPlainFile,   ///< a link, a folder, a pipe or a device
-        CannotBeRead,  ///< the system says no
+        CannotBeRead,  ///< the system refuses
     };
     Kind kind;
     std::string reason;  ///< for a sentence: "it is a folder", "Permission denied"

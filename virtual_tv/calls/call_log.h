@@ -16,13 +16,13 @@ namespace vxtv {
 
 /// A platform call as it is logged.
 struct CallRecord {
-    std::int64_t timeUs = 0;  ///< of the monotonic clock, when the call had ended
+    std::int64_t timeUs = 0;  ///< of the monotonic clock, at the end of the call
     int process = 0;
     int thread = 0;
     std::string call;
-    nlohmann::ordered_json arguments;  ///< names and numbers; of a value that may be secret, its length
+    nlohmann::ordered_json arguments;  ///< names and numbers; for a value that may be secret, its length
     nlohmann::ordered_json result;
-    std::optional<std::int64_t> fault;  ///< the fault that acted
+    std::optional<std::int64_t> fault;  ///< the fault that took effect
 };
 
 /// The record as one JSON object, without a line end.

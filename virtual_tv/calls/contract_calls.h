@@ -9,8 +9,8 @@ namespace vxtv {
 
 /// The possible effects of a fault on a platform call.
 enum class CallKind {
-    CanFail,    ///< its caller is told of a failure, by a status, a bool or a null
-    NeverFails  ///< its caller is promised a result: a fault can only delay it
+    CanFail,    ///< it reports failures by a status, a bool or a null
+    NeverFails  ///< it always succeeds, so a fault can only delay it
 };
 
 /// Whether the first argument of a call in the call log is a text, so that a fault can select by it.

@@ -17,8 +17,8 @@ namespace vxtv {
 struct Fault {
     std::int64_t id = 0;             ///< given by the plan
     std::string call;                ///< as in contract_calls.h
-    std::int64_t nth = 1;            ///< the first call it acts on
-    bool fromThenOn = false;         ///< and on every later one
+    std::int64_t nth = 1;            ///< the first affected call
+    bool fromThenOn = false;         ///< every later call is affected, too
     std::optional<int> status;       ///< what the call returns instead of doing its work
     std::optional<int> delayMs;      ///< how long the call waits first
     std::int64_t seen = 0;           ///< matching calls so far
@@ -27,9 +27,9 @@ struct Fault {
 
 /// The effect of the plan on one call.
 struct FaultAction {
-    std::int64_t id = 0;  ///< the first fault that acts
+    std::int64_t id = 0;  ///< the first fault that takes effect
     std::optional<int> status;
-    std::int64_t delayMs = 0;  ///< of all faults that act, added up
+    std::int64_t delayMs = 0;  ///< the sum of all faults that take effect
 };
 
 /// The faults of one television. Threads and processes: any. Errors common to all: those of `Database`.

@@ -10,9 +10,9 @@ namespace vxtv {
 
 /// A television or radio service that the television can show.
 struct Channel {
-    int number = 0;       ///< what a guest types; of one channel alone
-    int transponder = 0;  ///< its place among the transponders, from 1
-    int serviceId = 0;    ///< of one channel of the transponder alone
+    int number = 0;       ///< the unique number that a guest types
+    int transponder = 0;  ///< its position among the transponders, from 1
+    int serviceId = 0;    ///< unique on the transponder
     std::string name;
     bool isRadio = false;
     bool isEncrypted = false;
@@ -21,12 +21,12 @@ struct Channel {
 /// A line of the hotel's own channel list.
 struct HotelChannel {
     int channel = 0;   ///< the channel's number
-    std::string name;  ///< what the hotel calls it
+    std::string name;  ///< the hotel's name for it
 };
 
 struct ChannelMap {
     std::vector<Transponder> transponders;
-    std::vector<Channel> channels;  ///< ordered by number
+    std::vector<Channel> channels;  ///< sorted by number
 };
 
 inline constexpr std::size_t kMostChannels = 10'000;

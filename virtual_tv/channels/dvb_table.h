@@ -15,7 +15,7 @@ namespace vxtv {
 /// One frequency of a network and its parameters, as in a table of initial scan data.
 struct Transponder {
     std::string system;                             ///< "DVBT", "DVBC/ANNEX_A", ...
-    std::int64_t frequency = 0;                     ///< in Hz, of a satellite in kHz
+    std::int64_t frequency = 0;                     ///< in Hz; for a satellite in kHz
     std::map<std::string, std::string> parameters;  ///< the table's other members: "SYMBOL_RATE", ...
 };
 

@@ -20,13 +20,13 @@ struct TvMode {
 
 /// A list with which a guest browses channels: favourites, genres, ...
 struct NavigationEntry {
-    int mode = 0;  ///< what kind of list; with `id` its name
+    int mode = 0;  ///< the kind of the list; together with `id` its name
     std::int64_t id = 0;
     std::vector<std::string> names;
     int order = 0;
     int flag = 0;
-    bool isStale = false;        ///< made for a channel map that has been replaced
-    std::vector<TvMode> places;  ///< what it is stored for
+    bool isStale = false;        ///< made for a channel map that was replaced since
+    std::vector<TvMode> places;  ///< the antennas and service modes for which it is stored
 };
 
 /// The stored navigation lists, a part of the service "channels".

@@ -16,7 +16,7 @@ using ZipMembers = std::map<std::string, std::string>;
 /// The limits of an untrusted archive.
 inline constexpr std::size_t kLargestZip = 2U << 20U;
 inline constexpr std::size_t kLargestZipMember = 4U << 20U;
-inline constexpr std::size_t kMostZipRatio = 100;  ///< all members together against the archive
+inline constexpr std::size_t kMostZipRatio = 100;  ///< the size of all members divided by that of the archive
 
 /// Makes the archive. Equal members give an equal archive: each is deflated, they are sorted by name, and
 /// there are no times. Errors: Io if it cannot be made, BadArgument if it would exceed the limits for

@@ -17,7 +17,8 @@ namespace vxtv {
 struct ProfileApplication {
     ApplicationManifest manifest;
     hotel::Content content;
-    std::map<std::string, std::filesystem::path> pictures;  ///< by their names there: existing regular files
+    std::map<std::string, std::filesystem::path>
+        pictures;  ///< by their names in the application: existing regular files
 };
 
 /// Finds the file that a path in a profile means. Throws WrongMember.

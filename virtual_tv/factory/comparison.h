@@ -17,9 +17,9 @@ struct Difference {
 
 /// What happens to an area if a television is restored from a clone.
 enum class Fate {
-    Carried,  ///< it becomes what the clone's television had
-    Lost,     ///< no clone carries it, and a restore may take it away
-    Kept      ///< it stays
+    Carried,  ///< it gets the value of the cloned television
+    Lost,     ///< it is not cloned, and a restore may remove it
+    Kept      ///< it is not changed
 };
 
 /// The comparison of one kind of data.

@@ -26,15 +26,15 @@ struct Picture {
 struct Profile {
     Identity identity;
     std::vector<Feature> features;
-    std::vector<Setting> settings;  ///< status keys among them
+    std::vector<Setting> settings;  ///< including status keys
     std::vector<Picture> pictures;
-    std::string installationSecret;  ///< the fleet's; empty: the television has none
-    std::string keyFile;             ///< a key file's bytes; empty: the television has none
-    std::string packageKey;          ///< the cloning application's; empty: the television has none
+    std::string installationSecret;  ///< of the fleet; empty: the television has none
+    std::string keyFile;             ///< the bytes of a key file; empty: the television has none
+    std::string packageKey;          ///< of the cloning application; empty: the television has none
     /// The data of the services, by their names. A service that is not here does not exist.
     std::map<std::string, nlohmann::json> services;
     std::vector<ProfileApplication> applications;
-    std::filesystem::path file;  ///< where the profile was read; empty: made by a program
+    std::filesystem::path file;  ///< the profile's file; empty if a program made the profile
 };
 
 /// Reads a profile strictly. Errors: UnknownProfile if there is no such file, Io if it cannot be read,

@@ -24,7 +24,7 @@ struct Argument {
     const char* name = nullptr;
     Kind kind = Kind::Number;
     std::int64_t number = 0;
-    std::optional<std::string_view> text;  ///< nothing for a null
+    std::optional<std::string_view> text;  ///< empty for a null pointer
 };
 
 Argument number(const char* name, std::int64_t value);

@@ -67,7 +67,7 @@ class MessagePorts {
 
     std::mutex callsMutex_;
     std::string callsAddress_;
-    BusConnection calls_;  ///< for what this process sends: answers are read by the caller itself
+    BusConnection calls_;  ///< for sent messages; the caller reads the answers itself
 };
 
 }  // namespace vxtv

@@ -11,17 +11,17 @@ namespace vxtv {
 
 /// The reason of a failed operation on message ports. The value is the status that the platform call returns.
 enum class PortError : int {
-    Failed = -1,       ///< short of memory, or the system said no
-    BadArgument = -2,  ///< a null, an empty name, a character that names may not have, text that is no UTF-8
-    NameTooLong = -3,  ///< application and port make a name of more than 255 bytes
-    NameTaken = -4,    ///< another process has the port
-    NoSuchPort = -5,   ///< the application has no such port
+    Failed = -1,           ///< not enough memory, or an error of the system
+    BadArgument = -2,      ///< a null, an empty name, an invalid character in a name, text that is not UTF-8
+    NameTooLong = -3,      ///< the bus name would have more than 255 bytes
+    NameTaken = -4,        ///< another process has the port
+    NoSuchPort = -5,       ///< the application has no such port
     MessageTooLarge = -6,  ///< keys and values together are over the limit
-    ReceiverFull = -7,     ///< the receiver has not looked at too many messages yet
-    NoBus = -8,            ///< no bus is up, or it went away
+    ReceiverFull = -7,     ///< too many messages wait for the receiver
+    NoBus = -8,            ///< no bus runs, or it has ended
     NoAnswer = -9,         ///< bus or receiver took too long
     NoLocalPort = -10,     ///< this process has no port of that id
-    TooManyPorts = -11,    ///< a process may have so many and no more
+    TooManyPorts = -11,    ///< the process has the maximum number of ports
 };
 
 template <class Value>

@@ -18,7 +18,7 @@ std::size_t sizeOf(const PortEntries& entries);
 /// A message on its way to a port.
 struct PortMessage {
     std::string application;  ///< of the sender
-    std::string port;         ///< where the sender takes answers
+    std::string port;         ///< the sender's port for answers
     bool trusted = false;
     PortEntries entries;
 };

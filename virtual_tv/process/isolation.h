@@ -13,7 +13,7 @@ namespace vxtv {
 enum class Isolation {
     Root,      ///< a mount namespace, made with the rights of root
     User,      ///< the same inside a user namespace: no rights needed
-    RealPaths  ///< no namespace: links at the machine's own paths
+    RealPaths  ///< no namespace, but links at the machine's own paths
 };
 
 /// The line for standard error that names the chosen way.

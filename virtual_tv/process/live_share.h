@@ -14,13 +14,13 @@ namespace vxtv {
 /// A running service for all sessions of a television.
 struct StartedService {
     std::string address;
-    pid_t keeper = -1;  ///< a child of the caller's, to be waited for when it has ended
+    pid_t keeper = -1;  ///< a child of the caller, which must collect it
 };
 
 /// The arguments for starting such a service.
 struct ServiceStart {
-    Descriptor lock;  ///< an own opening of the service's lock, which is taken to know when to end
-    int life = -1;    ///< stays open while the service or its keeper is there
+    Descriptor lock;  ///< the service's lock, opened separately; the keeper waits for it to know when to end
+    int life = -1;    ///< stays open as long as the service or its keeper runs
 };
 
 /// A session's share in a service. The service runs as long as any process holds a share. The kernel releases
@@ -28,9 +28,9 @@ struct ServiceStart {
 class LiveShare {
  public:
     struct Files {
-        std::filesystem::path folder;   ///< in which the others are
-        std::filesystem::path lock;     ///< held shared by each share
-        std::filesystem::path address;  ///< locked while the service is up
+        std::filesystem::path folder;   ///< the folder of the others
+        std::filesystem::path lock;     ///< each share holds it shared
+        std::filesystem::path address;  ///< locked while the service runs
         const char* name;               ///< of the service, in a sentence
     };
     using Start = std::function<Result<StartedService>(ServiceStart)>;

@@ -11,7 +11,7 @@ namespace vxtv {
 /// A message between the two sides of a session.
 struct Message {
     enum class Kind : char {
-        Signal,      ///< outwards in: `number` is a signal for the command
+        Signal,      ///< to the inside: `number` is a signal for the command
         Ended,       ///< the command ended; `number` is its exit status
         NotStarted,  ///< the command could not be run; `number` is the exit status, `text` the sentence
         Failed       ///< the session could not be made; `number` is an ErrorCode, `text` the sentence

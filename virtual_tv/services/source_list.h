@@ -21,7 +21,7 @@ struct SourceIcons {
 
 /// A source of pictures: a socket, a device connected to it, or a tuner.
 struct Source {
-    int key = 0;  ///< its place in the list; several may have the same
+    int key = 0;  ///< its position in the list; several may have the same
     int id = 0;   ///< its own
     std::string name;
     int iconType = 0;

@@ -19,12 +19,12 @@ extern const DataService kTimerService;
 inline constexpr const char* kTimerFile = "timers.backup";
 
 struct Timer {
-    int id = 0;          ///< of one timer alone
+    int id = 0;          ///< unique
     std::string kind;    ///< "recording" or "wake-up"
-    std::string start;   ///< the television's own time: "2027-01-05T20:15"
+    std::string start;   ///< the television's local time: "2027-01-05T20:15"
     int minutes = 0;     ///< how long it lasts
     std::string repeat;  ///< "once", "daily", "weekdays", "weekend" or "weekly"
-    int channel = 0;     ///< the channel's number; 0: the one that was on last, for a wake-up alone
+    int channel = 0;     ///< the channel's number; 0, only for a wake-up: the last channel
     std::string title;
 };
 

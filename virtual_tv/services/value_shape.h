@@ -12,9 +12,9 @@ namespace vxtv {
 
 /// How a value of a service is cloned.
 enum class Part {
-    Carried,  ///< a clone carries it
-    Early,    ///< the same, and it is restored before the others
-    Kept,     ///< it stays with the television
+    Carried,  ///< it is cloned
+    Early,    ///< it is cloned, and restored before the others
+    Kept,     ///< it is not cloned
 };
 
 /// The rule for a single value.
@@ -22,7 +22,7 @@ struct ValueRule {
     enum class Kind { Number, OnOff, OneOf, Text };
     std::string name;  ///< the path to it in the service's document: "picture/movie/backlight"
     Kind kind = Kind::Number;
-    int lowest = 0;  ///< the number, or the bytes of the text
+    int lowest = 0;  ///< of the number, or of the length of the text in bytes
     int highest = 0;
     std::vector<std::string_view> choices = {};
     Part part = Part::Carried;
@@ -42,7 +42,7 @@ std::vector<ValueRule> below(std::initializer_list<std::string_view> paths,
 /// A list of similar entries, each identified by a text. A clone copies the list as a whole.
 struct ListRule {
     std::string name;  ///< its member of the service's document, an array of objects
-    std::string key;   ///< the field by which an entry is known
+    std::string key;   ///< the field that identifies an entry
     bool isOrdered = false;
     std::size_t most = 0;
     std::vector<ValueRule> fields;

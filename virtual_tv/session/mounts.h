@@ -12,7 +12,7 @@ namespace vxtv {
 
 /// A directory of this machine over which a session mounts one of the television's.
 struct CoveredRoot {
-    std::filesystem::path seenAs;    ///< where the session sees it, such as /opt
+    std::filesystem::path seenAs;    ///< its path in the session, such as /opt
     std::filesystem::path inFolder;  ///< the television's directory of that name, relative to its folder
 };
 

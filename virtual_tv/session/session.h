@@ -23,9 +23,9 @@ namespace vxtv {
 struct SessionWish {
     std::filesystem::path television;        ///< its folder
     std::vector<std::string> sticks;         ///< each HOSTDIR or HOSTDIR:NAME
-    std::optional<Isolation> isolation;      ///< nothing: the first way that this machine allows
+    std::optional<Isolation> isolation;      ///< empty: the first way that this machine allows
     bool interactive = false;                ///< the command is a shell and gets the terminal to itself
-    std::function<void(const Error&)> warn;  ///< told of trouble that keeps no command from running
+    std::function<void(const Error&)> warn;  ///< called for problems that do not prevent a command
 };
 
 /// The run of a command in a television.

@@ -12,8 +12,8 @@ namespace vxtv {
 /// A folder of this machine that acts as a USB stick in the television.
 struct Stick {
     std::filesystem::path hostFolder;  ///< absolute, real
-    std::string name;                  ///< it is seen as /media/NAME
-    bool readOnly = false;             ///< nobody may write to the folder: a write-protected stick
+    std::string name;                  ///< it appears as /media/NAME
+    bool readOnly = false;             ///< the folder is not writable: a write-protected stick
 };
 
 /// Reads HOSTDIR or HOSTDIR:NAME; the default name is `usb`. The text after the last colon is the name unless

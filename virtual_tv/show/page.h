@@ -19,7 +19,7 @@ struct Picture {
     std::string mediaType;    ///< "image/png" or "image/jpeg"; empty for anything else
     std::uint32_t width = 0;
     std::uint32_t height = 0;
-    std::string trouble;  ///< why it is not shown; empty when it is
+    std::string trouble;  ///< why it is not shown; empty if it is shown
     std::string bytes;
 };
 
@@ -40,7 +40,7 @@ struct GridCell {
 struct Grid {
     std::vector<std::string> columns;
     std::vector<std::vector<GridCell>> rows;
-    std::size_t leftOut = 0;  ///< how many rows more there are
+    std::size_t leftOut = 0;  ///< the number of further rows
 };
 
 /// Things that belong together in a section. Any part may be empty.
@@ -54,7 +54,7 @@ struct Card {
 };
 
 struct Section {
-    std::string id;  ///< a word of letters and hyphens, of one section alone
+    std::string id;  ///< a unique word of letters and hyphens
     std::string title;
     std::string note;
     std::vector<Card> cards = {};

@@ -18,8 +18,8 @@ using Texts = std::map<std::string, std::string>;
 /// The part of the profile for one service of a new television.
 struct ServiceSection {
     const nlohmann::json& content;
-    std::string where;                    ///< the path to the content, for WrongMember
-    std::filesystem::path profileFolder;  ///< what relative paths of the profile start from
+    std::string where;                    ///< the path of the content, for WrongMember
+    std::filesystem::path profileFolder;  ///< the base of relative paths in the profile
 };
 
 /// A service that owns tables in tv.db.

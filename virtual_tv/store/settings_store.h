@@ -22,7 +22,7 @@ SettingType typeOf(const SettingValue& value);
 struct Setting {
     std::string key;
     SettingValue value;
-    bool isStatus = false;  ///< tells how a run goes; no setting that a clone carries
+    bool isStatus = false;  ///< holds the state of a run and is not cloned
 };
 
 /// The settings of a television. Keys and their types are fixed when the television is created.

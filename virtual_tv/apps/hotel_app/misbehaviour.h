@@ -9,12 +9,12 @@ namespace vxtv::hotel {
 
 /// Violations of the rules by the application, for tests of its callers.
 struct Misbehaviour {
-    int latePortMs = 0;   ///< how long after its start it has a port
-    int lateReplyMs = 0;  ///< how long after its work it answers
+    int latePortMs = 0;   ///< the time from its start to its port
+    int lateReplyMs = 0;  ///< the time from its work to its answer
     bool noReply = false;
-    bool fail = false;       ///< does not do its work and says so
+    bool fail = false;       ///< does not do its work and reports that
     bool wrongCase = false;  ///< answers "Success"
-    bool noEntry = false;    ///< answers without the entry that tells the outcome
+    bool noEntry = false;    ///< answers without the entry for the result
     bool crashInBackup = false;
     bool crashInRestore = false;
 };
