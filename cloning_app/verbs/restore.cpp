@@ -231,12 +231,11 @@ void addRestoreCommand(CLI::App& app, Action& chosen) {
     verb->add_flag("--no-read-back", arguments->noReadBack,
                    "No comparison afterwards, unless a result is missing");
     verb->add_option("--without", arguments->without,
-                     "What this television does not have, so the way back may lack it")
+                     "What this television does not have; undo does not need it")
         ->join(',')
         ->type_name(kDeclaredNames);
     verb->add_flag("--force-model", arguments->forceModel, "Load a package that was made on another model");
-    verb->add_option("--expect", arguments->expect,
-                     "Load only the package with this digest, which backup prints")
+    verb->add_option("--expect", arguments->expect, "Load only the package with this digest of its backup")
         ->check(isDigest)
         ->type_name("DIGEST");
     verb->add_flag("--json", arguments->json, "Say everything as JSON, one object a line");
