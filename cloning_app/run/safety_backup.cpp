@@ -171,7 +171,7 @@ bool isThere(const CloneContext& context) {
 }  // namespace
 
 TreeSize safetyReserve(const Tree& package) {
-    TreeSize reserve = together(restOf(package), {1, 1, kRoomForAnUndo});
+    TreeSize reserve = restOf(package);
     for (const auto folder : {vx_get_homemenu_path, vx_get_bootlogo_path, vx_get_mbrlogo_path}) {
         const std::string path = folder();
         const auto opened = openTelevisionFolder(path);

@@ -14,6 +14,7 @@
 #include "cloning_app/run/safety_backup.h"
 #include "cloning_app/run/staged_package.h"
 #include "cloning_app/storage/kept_content.h"
+#include "cloning_app/storage/safety_store.h"
 #include "cloning_app/television/television_folders.h"
 #include "cloning_app/verbs/dry_run.h"
 #include "common/terminal_table.h"
@@ -71,13 +72,18 @@ TreeSize beyond(const TreeSize& one, const TreeSize& other) {
             one.bytes - std::min(one.bytes, other.bytes)};
 }
 
+/// What a way back needs on the disk: the safety backup, and the room that is reserved for the undo.
+TreeSize wayBack(const TreeSize& safety) {
+    return together(safety, {1, 1, kRoomForAnUndo});
+}
+
 Result<Report> dryRun(const CloneContext& context, const std::filesystem::path& folder,
                       const RestoreOptions& options) {
     TreeSize needed;
     // A restore would empty the clone folder, whose content is set aside now.
     const auto reserve = [&](const Tree& package) {
         needed = safetyReserve(package);
-        const TreeSize whole = together(loadReserve(package), options.safety ? needed : TreeSize());
+        const TreeSize whole = together(loadReserve(package), options.safety ? wayBack(needed) : TreeSize());
         return beyond(whole, sizeOfContentAside(recordFolderOf(context.cloneRoot)));
     };
     const auto ready = getReady(context, folder, options, reserve);
@@ -89,7 +95,7 @@ Result<Report> restore(const CloneContext& context, const std::filesystem::path&
     // The library would follow links and mounts out of these folders, so they are checked before it runs.
     VX_RETURN_IF_FAILED(checkSafe(context.cloneRoot));
     const auto reserve = [&options](const Tree& package) {
-        return together(loadReserve(package), options.safety ? safetyReserve(package) : TreeSize());
+        return together(loadReserve(package), options.safety ? wayBack(safetyReserve(package)) : TreeSize());
     };
     auto ready = getReady(context, folder, options, reserve);
     VX_RETURN_IF_FAILED(ready);
