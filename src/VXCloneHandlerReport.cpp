@@ -1,4 +1,4 @@
-// Progress, the result list, and typed access to the settings store.
+// Progress and the result list.
 
 #include <array>
 #include <cstddef>
@@ -57,30 +57,4 @@ bool VXCloneHandler::m_AppendCloneResultVConf(int status, VXClone category) {
     const std::string extended = list.get() + m_GetVconfLogString(category) + outcome + "\n";
     vconf_set_str(kCloneResultKey, extended.c_str());
     return true;
-}
-
-bool VXCloneHandler::m_GetVConfBool(const std::string& key, int& value) {
-    return vconf_get_bool(key.c_str(), &value) == 0;
-}
-
-bool VXCloneHandler::m_SetVConfBool(const std::string& key, int value) {
-    return vconf_set_bool(key.c_str(), value) == 0;
-}
-
-bool VXCloneHandler::m_GetVConfString(std::string key, std::string& value) {
-    const VXCloneString text(vconf_get_str(key.c_str()));
-    value = text == nullptr ? "" : text.get();
-    return text != nullptr;
-}
-
-bool VXCloneHandler::m_SetVConfString(std::string key, std::string value) {
-    return vconf_set_str(key.c_str(), value.c_str()) == 0;
-}
-
-bool VXCloneHandler::m_GetVConfInt(std::string key, int& value) {
-    return vconf_get_int(key.c_str(), &value) == 0;
-}
-
-bool VXCloneHandler::m_SetVConfInt(std::string key, int value) {
-    return vconf_set_int(key.c_str(), value) == 0;
 }
