@@ -11,7 +11,6 @@
 #include "tests/support/machine/file_tree.h"
 #include "virtual_tv/base/backup_file.h"
 #include "virtual_tv/base/sealing.h"
-#include "virtual_tv/services/home_data.h"
 #include "virtual_tv/services/timer_store.h"
 #include "virtual_tv/services/value_services.h"
 

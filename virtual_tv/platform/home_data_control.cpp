@@ -1,7 +1,6 @@
 #include "platform/home_data_control.h"
 
 #include "virtual_tv/platform/passage.h"
-#include "virtual_tv/services/home_data.h"
 #include "virtual_tv/services/value_services.h"
 #include "virtual_tv/store/data_service.h"
 

@@ -1,8 +1,13 @@
 #include "virtual_tv/services/value_services.h"
 
+#include <fmt/format.h>
+
+#include <system_error>
 #include <utility>
 
 namespace vxtv {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -36,6 +41,17 @@ Rules soundRules() {
 
 std::vector<std::string_view> languages() {
     return {"de", "en", "es", "fr", "it", "ko", "nl", "pl", "pt"};
+}
+
+/// A link or a file in place of the folder shows that no television made the package.
+Result<void> expectFolder(const fs::path& folder) {
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(folder, error);
+    if (fs::exists(status) && !fs::is_directory(status)) {
+        return failure(ErrorCode::NotABackupFile,
+                       fmt::format("{} is no folder of home data; make the backup anew", folder.string()));
+    }
+    return {};
 }
 
 }  // namespace
@@ -117,6 +133,20 @@ const ValueService& webApplicationService() {
            {textOf("id", 1, 128), textOf("name", 1, 128), textOf("url", 1, 2048), textOf("version", 1, 32),
             onOff("startsWithTelevision")}}}}};
     return service;
+}
+
+Result<void> backUpHomeData(Database& database, const fs::path& folder) {
+    return expectFolder(folder).and_then([&] {
+        // If this fails, writing the file fails, too, and gives the reason.
+        std::error_code ignored;
+        fs::create_directory(folder, ignored);
+        return ServiceValues(database, homeDataService()).backUp(folder);
+    });
+}
+
+Result<void> restoreHomeData(Database& database, const fs::path& folder) {
+    return expectFolder(folder).and_then(
+        [&] { return ServiceValues(database, homeDataService()).restore(folder); });
 }
 
 }  // namespace vxtv

@@ -5,7 +5,6 @@
 #include <utility>
 #include <vector>
 
-#include "virtual_tv/base/credential.h"
 #include "virtual_tv/base/descriptor.h"
 #include "virtual_tv/base/error.h"
 #include "virtual_tv/base/sealing.h"

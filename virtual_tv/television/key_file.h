@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "virtual_tv/base/credential.h"
 #include "virtual_tv/base/error.h"
+#include "virtual_tv/base/sealing.h"
 
 namespace vxtv {
 

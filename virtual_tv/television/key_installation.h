@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <string>
 
-#include "virtual_tv/base/credential.h"
 #include "virtual_tv/base/error.h"
+#include "virtual_tv/base/sealing.h"
 #include "virtual_tv/store/folder.h"
 
 namespace vxtv {

@@ -7,7 +7,7 @@
 
 #include "tests/support/machine/file_tree.h"
 #include "tests/unit/virtual_tv/bus_television.h"
-#include "virtual_tv/bus/bus_config.h"
+#include "virtual_tv/bus/bus_keeper.h"
 #include "virtual_tv/television/announcement.h"
 
 namespace vxtv {

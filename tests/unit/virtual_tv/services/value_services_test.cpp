@@ -9,7 +9,6 @@
 #include "tests/unit/virtual_tv/test_television.h"
 #include "virtual_tv/base/backup_file.h"
 #include "virtual_tv/base/json_reading.h"
-#include "virtual_tv/services/home_data.h"
 
 namespace vxtv {
 namespace {
