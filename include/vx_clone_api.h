@@ -90,8 +90,8 @@ class VX_CLONE_EXPORT VXCloneAPI {
      * parameter is a reference to const.
      *
      * Result: 1 when the list was processed, whatever its categories reported.
-     * Errors: a list without VXCLONE_VXHOTEL_FIRSTSCREEN_DATA is loaded whole and then left by
-     * std::system_error.
+     * Errors: with a list without VXCLONE_VXHOTEL_FIRSTSCREEN_DATA the call loads all of the list and then
+     * throws std::system_error.
      */
     static int RestoreCloneData(const std::vector<VXClone>& list);
 

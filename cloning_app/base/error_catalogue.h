@@ -18,8 +18,8 @@ struct ErrorFact {
     ErrorCode code;
     int exitStatus;
     std::string_view name;      ///< in the lines of `--json`
-    std::string_view cause;     ///< what happened, for people
-    std::string_view nextStep;  ///< what to do about it
+    std::string_view cause;     ///< what happened, for the manual; a message names the thing itself
+    std::string_view nextStep;  ///< what to do about it; the end of messages that have none of their own
 };
 
 /// Every exit status, sorted. The help, the manual and the documents use this table.

@@ -30,18 +30,18 @@ inline constexpr const char* kResultKey = "db/hotel/clone_result";
 std::vector<std::string> settingsNotApplied(const std::vector<Setting>& settings);
 
 /// The setting's value for people: a number, true or false, or the text in quotation marks. Of a secret it
-/// says only whether it is set; of a value that is none, that it is damaged.
+/// says only whether it is set; of a damaged value, that it is damaged.
 std::string shownValue(const Setting& setting);
 
 /// The same for programs: a number, true or false, or the text; of a secret "(set)" or "(not set)"; null for
-/// a value that is none.
+/// a damaged value.
 nlohmann::ordered_json jsonValue(const Setting& setting);
 
 /// Whether two settings of one key have the same value.
 bool sameValue(const Setting& one, const Setting& other);
 
-/// What the television holds under the keys of these settings, each read as the type that it has there; what
-/// the store refuses is a value that is none.
+/// What the television holds under the keys of these settings, each read as the type that it has there. A key
+/// that the store refuses has a damaged value.
 std::vector<Setting> settingsOfTelevision(const std::vector<Setting>& settings);
 
 /// Settings of this television that a restore is to leave as they are.
