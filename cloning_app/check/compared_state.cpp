@@ -3,38 +3,15 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <utility>
 
 #include "cloning_app/package/layout.h"
-#include "cloning_app/television/category.h"
 #include "cloning_app/television/television_folders.h"
-#include "platform/vx_paths.h"
 
 namespace vxclone {
 
 namespace {
-
-/// A folder of the television that is cloned file by file.
-struct LiveFolder {
-    VXClone category;
-    std::string_view entry;  ///< its name in a package
-    std::string (*path)();
-};
-
-constexpr std::array kLiveFolders = {
-    LiveFolder{VXCLONE_HOSPITALITY_LOGO, "logo", vx_get_bootlogo_path},
-    LiveFolder{VXCLONE_VXHOTEL_HOMEAPP_DATA, "VXHotel", vx_get_homemenu_path},
-    LiveFolder{VXCLONE_VXHOTEL_MBR_LOGO, "VXMBRLogo", vx_get_mbrlogo_path},
-};
-
-const LiveFolder* liveFolderOf(VXClone category) {
-    const auto* const found =
-        std::find_if(kLiveFolders.begin(), kLiveFolders.end(),
-                     [category](const LiveFolder& folder) { return folder.category == category; });
-    return found == kLiveFolders.end() ? nullptr : found;
-}
 
 /// The files directly in the folder, by name.
 Result<std::vector<PackageEntry>> filesIn(const Tree& folder) {
@@ -49,8 +26,12 @@ Result<std::vector<PackageEntry>> filesIn(const Tree& folder) {
     return files;
 }
 
+const Category& homeMenu() {
+    return categoryOf(VXCLONE_VXHOTEL_HOMEAPP_DATA);
+}
+
 std::string prefix() {
-    return std::string(categoryOf(VXCLONE_VXHOTEL_HOMEAPP_DATA).entry) + "/";
+    return std::string(homeMenu().entry) + "/";
 }
 
 /// Whether the library copies this entry of a package into the home menu.
@@ -81,13 +62,8 @@ Result<std::vector<PackageEntry>> filesOf(const Tree& package) {
     return std::move(files);
 }
 
-bool isFolderOfTelevision(VXClone category) {
-    return liveFolderOf(category) != nullptr;
-}
-
-Result<std::vector<PackageEntry>> filesOfTelevision(VXClone category) {
-    const LiveFolder& folder = *liveFolderOf(category);
-    const std::string path = folder.path();
+Result<std::vector<PackageEntry>> filesOfTelevision(const Category& category) {
+    const std::string path = category.folder();
     const auto opened = openTelevisionFolder(path);
     VX_RETURN_IF_FAILED(opened);
     if (!opened->valid()) {
@@ -99,7 +75,7 @@ Result<std::vector<PackageEntry>> filesOfTelevision(VXClone category) {
     for (PackageEntry& entry : contents->entries) {
         if (!entry.folder && entry.path.find('/') == std::string::npos) {
             files.push_back(std::move(entry));
-            files.back().path.insert(0, std::string(folder.entry) + "/");
+            files.back().path.insert(0, std::string(category.entry) + "/");
         }
     }
     return files;
@@ -108,7 +84,7 @@ Result<std::vector<PackageEntry>> filesOfTelevision(VXClone category) {
 Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root) {
     const auto held = filesOf(root);
     VX_RETURN_IF_FAILED(held);
-    const auto live = filesOfTelevision(VXCLONE_VXHOTEL_HOMEAPP_DATA);
+    const auto live = filesOfTelevision(homeMenu());
     VX_RETURN_IF_FAILED(live);
     std::vector<std::string> missing;
     for (const PackageEntry& file : *live) {
@@ -123,7 +99,7 @@ Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root) {
 }
 
 Result<std::vector<PackageEntry>> filesAddedBy(const Tree& package) {
-    const std::string path = vx_get_homemenu_path();
+    const std::string path = homeMenu().folder();
     const auto folder = openTelevisionFolder(path);
     VX_RETURN_IF_FAILED(folder);
     auto contents = readContents(package);
@@ -147,7 +123,7 @@ Result<std::size_t> removeAdded(const std::vector<PackageEntry>& added) {
     if (added.empty()) {
         return std::size_t{0};
     }
-    const std::string path = vx_get_homemenu_path();
+    const std::string path = homeMenu().folder();
     const auto folder = openTelevisionFolder(path);
     VX_RETURN_IF_FAILED(folder);
     if (!folder->valid()) {

@@ -5,7 +5,7 @@
 
 #include "cloning_app/package/package_contents.h"
 #include "cloning_app/report/comparison.h"
-#include "include/vx_clone_api.h"
+#include "cloning_app/television/category.h"
 
 namespace vxclone {
 
@@ -22,14 +22,11 @@ Result<std::vector<PackageEntry>> filesOf(const Tree& package);
 /// folder cannot be read.
 Result<std::vector<std::string>> homeMenuFilesNotIn(const Tree& root);
 
-/// Whether the files of a category are in a folder of the television, so that they can be compared without a
-/// run: the pictures and the home menu.
-bool isFolderOfTelevision(VXClone category);
-
-/// The cloned files of such a category. These are the files directly in the folder, with their paths in a
-/// package, sorted by path. Empty if the television has no such folder. Errors: the television does not name
-/// the folder, or its disk cannot be read.
-Result<std::vector<PackageEntry>> filesOfTelevision(VXClone category);
+/// The cloned files of a category that has a folder on the television, so that they can be compared without a
+/// run. These are the files directly in the folder, with their paths in a package, sorted by path. Empty if
+/// the television has no such folder. Errors: the television does not name the folder, or its disk cannot be
+/// read.
+Result<std::vector<PackageEntry>> filesOfTelevision(const Category& category);
 
 /// The files that a restore of the package adds to this television's home menu. The library never removes
 /// such files, so an undo must do it. Errors: the package or the home menu cannot be read.

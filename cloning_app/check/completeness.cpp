@@ -65,15 +65,12 @@ void addApplications(const Holdings& holdings, const std::vector<std::string>& a
 }
 
 void addParts(const Category& category, const Holdings& holdings, std::vector<Lack>& lacks) {
-    const bool none = std::none_of(category.parts.begin(), category.parts.end(), [&](std::string_view part) {
-        return !part.empty() && holdings.hasContent(part);
-    });
-    if (none) {
+    if (!holdsAnyOf(holdings, category.value)) {
         lacks.push_back({category.value});
         return;
     }
     for (const std::string_view part : category.parts) {
-        if (!part.empty() && !holdings.hasContent(part)) {
+        if (!holdings.hasContent(part)) {
             lacks.push_back({category.value, std::string(part)});
         }
     }
@@ -282,9 +279,8 @@ bool holdsAnyOf(const Holdings& holdings, VXClone value) {
         case Holding::Parts:
             break;
     }
-    return std::any_of(category.parts.begin(), category.parts.end(), [&holdings](std::string_view part) {
-        return !part.empty() && holdings.hasContent(part);
-    });
+    return std::any_of(category.parts.begin(), category.parts.end(),
+                       [&holdings](std::string_view part) { return holdings.hasContent(part); });
 }
 
 Completeness completenessOf(const std::optional<ReadManifest>& manifest, const Holdings& holdings) {

@@ -16,10 +16,6 @@ std::string_view nameOfApplications() {
     return categoryOf(VXCLONE_VXHOTEL_FIRSTSCREEN_DATA).name;
 }
 
-std::string topOf(std::string_view path) {
-    return std::string(path.substr(0, path.find('/')));
-}
-
 }  // namespace
 
 bool PackagePart::isOfApplication() const {
@@ -39,7 +35,7 @@ PackagePart partOf(std::string_view path) {
         return {std::string(category)};
     }
     const bool inFolder = path.find('/') != std::string_view::npos;
-    return {std::string(inFolder ? nameOfApplications() : kOther), topOf(path)};
+    return {std::string(inFolder ? nameOfApplications() : kOther), std::string(topOf(path))};
 }
 
 std::map<PackagePart, ComparedState> partsOf(const ComparedState& state) {

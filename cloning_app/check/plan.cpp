@@ -11,8 +11,6 @@ namespace vxclone {
 namespace {
 
 constexpr const char* kKeepsItsOwn = "this television keeps its own";
-constexpr std::string_view kNetworkTimeMode = "db/menu/system/time/ntp/ntp_mode";
-constexpr std::string_view kNetworkTimeServer = "db/menu/system/time/ntp/server_url";
 
 std::vector<Lack> lacksOfCategory(const std::vector<Lack>& lacks, VXClone category) {
     std::vector<Lack> own;
@@ -35,15 +33,15 @@ std::vector<Lack> reasonsToLeaveOut(VXClone category, const std::vector<Lack>& l
     return own.empty() ? std::vector<Lack>{{category, "", true}} : own;
 }
 
-/// Network time puts two settings into effect. If the package lacks them, it would set the clock by invalid
-/// values.
-std::vector<Lack> lacksOfNetworkTime(const Plan& plan, const std::vector<Lack>& lacks) {
-    std::vector<Lack> own;
-    std::copy_if(lacks.begin(), lacks.end(), std::back_inserter(own), [&plan](const Lack& lack) {
-        return plan.holds(VXCLONE_VCONF_DATA) && lack.category == VXCLONE_VCONF_DATA &&
-               (lack.what == kNetworkTimeMode || lack.what == kNetworkTimeServer);
+/// What the package lacks of another category that is loaded, and this category depends on: without it, this
+/// one would put invalid values into effect.
+std::vector<Lack> lacksOfNeeded(const Need& need, const Plan& plan, const std::vector<Lack>& lacks) {
+    std::vector<Lack> needed;
+    std::copy_if(lacks.begin(), lacks.end(), std::back_inserter(needed), [&](const Lack& lack) {
+        return plan.holds(need.category) && lack.category == need.category &&
+               std::find(need.settings.begin(), need.settings.end(), lack.what) != need.settings.end();
     });
-    return own;
+    return needed;
 }
 
 Row rowOfLeftOut(VXClone category, const std::vector<Lack>& reasons) {
@@ -69,8 +67,8 @@ void leaveOutLacking(Plan& plan, const std::vector<Lack>& lacks, const Holdings&
     plan.list.clear();
     for (const VXClone category : chosen) {
         std::vector<Lack> reasons = reasonsToLeaveOut(category, lacks, holdings);
-        if (category == VXCLONE_NTP_SETTINGS_DATA && reasons.empty()) {
-            reasons = lacksOfNetworkTime(plan, lacks);
+        if (reasons.empty()) {
+            reasons = lacksOfNeeded(categoryOf(category).need, plan, lacks);
         }
         if (reasons.empty()) {
             plan.list.push_back(category);

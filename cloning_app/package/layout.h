@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <string>
 #include <string_view>
 
@@ -21,15 +20,6 @@ inline constexpr const char* kManifestFile = "manifest.json";
 
 /// The library's own working file in the clone root while it makes or checks a seal.
 inline constexpr const char* kSealWorkingFile = "validate_temp.txt";
-
-/// The names of the library's own entries in a package. Services may put others beside them.
-inline constexpr std::array<std::string_view, 9> kKnownEntries = {
-    kIdentityFile, kSealFile,   kSettingsFolder,
-    "logo",        "VXMBRLogo", "VXHotel",
-    "tvtimer",     "tvs-chms",  "org.vorta.homedatacontrol-service"};
-
-/// Whether an entry of this name makes a folder a clone package.
-bool isKnownEntry(std::string_view name);
 
 /// The names, beside the package's folder, of a package that is being written and of one that is being
 /// replaced.

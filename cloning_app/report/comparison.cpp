@@ -53,7 +53,7 @@ std::string_view categoryOfPath(std::string_view path) {
     if (path == kIdentityFile) {
         return "identity";
     }
-    const auto category = categoryOfEntry(path.substr(0, path.find('/')));
+    const auto category = categoryOfEntry(topOf(path));
     return category ? categoryOf(*category).name : "other";
 }
 

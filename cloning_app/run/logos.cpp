@@ -8,25 +8,12 @@
 
 #include "cloning_app/base/disk_space.h"
 #include "cloning_app/television/television_folders.h"
-#include "platform/vx_paths.h"
 
 namespace vxclone {
 
 namespace {
 
 constexpr mode_t kFolderMode = 0777;
-
-struct Logo {
-    VXClone category;
-    std::string (*folder)();
-};
-
-constexpr Logo kLogos[] = {{VXCLONE_HOSPITALITY_LOGO, vx_get_bootlogo_path},
-                           {VXCLONE_VXHOTEL_MBR_LOGO, vx_get_mbrlogo_path}};
-
-const Logo& logoOf(VXClone category) {
-    return category == VXCLONE_HOSPITALITY_LOGO ? kLogos[0] : kLogos[1];
-}
 
 /// The library restores the files directly in the folder and no others.
 TreeLimits logoLimits() {
@@ -51,25 +38,25 @@ Result<TreeSize> copyLogo(const Tree& logo, const Tree& root, const std::string&
     return copied;
 }
 
-Row failed(const Logo& logo, const Error& error) {
-    return {logo.category, Verdict::Failed, error.sentence};
+Row failed(const Category& logo, const Error& error) {
+    return {logo.value, Verdict::Failed, error.sentence};
 }
 
-Row saveLogo(const Logo& logo, const Tree& root, const StopFlag& stop) {
-    const std::string entry(categoryOf(logo.category).entry);
+Row saveLogo(const Category& logo, const Tree& root, const StopFlag& stop) {
+    const std::string entry(logo.entry);
     const std::string path = logo.folder();
     const auto folder = openTelevisionFolder(path);
     if (!folder) {
         return failed(logo, folder.error());
     }
     if (!folder->valid()) {
-        return {logo.category, Verdict::NotReported, "this television has none"};
+        return {logo.value, Verdict::NotReported, "this television has none"};
     }
     if (mkdirat(root.descriptor, entry.c_str(), kFolderMode) != 0) {
         return failed(logo, writeError(root.place, root.path + entry, errno));
     }
     const auto copied = copyLogo({folder->get(), path, Place::Television}, root, entry, stop);
-    return copied ? Row{logo.category, Verdict::Done, "added by vxclone, " + countText(copied->files, "file")}
+    return copied ? Row{logo.value, Verdict::Done, "added by vxclone, " + countText(copied->files, "file")}
                   : failed(logo, copied.error());
 }
 
@@ -77,27 +64,24 @@ Row saveLogo(const Logo& logo, const Tree& root, const StopFlag& stop) {
 
 std::vector<Row> saveLogos(const Tree& root, const StopFlag& stop) {
     std::vector<Row> rows;
-    for (const Logo& logo : kLogos) {
-        rows.push_back(saveLogo(logo, root, stop));
+    for (const Category& category : categories()) {
+        if (category.inBackup == Handling::Added) {
+            rows.push_back(saveLogo(category, root, stop));
+        }
     }
     return rows;
 }
 
 bool hasLogo(VXClone category) {
-    const auto folder = openTelevisionFolder(logoOf(category).folder());
+    const auto folder = openTelevisionFolder(categoryOf(category).folder());
     return !folder || folder->valid();
 }
 
 void removeEmptyLogo(VXClone category) {
-    const std::string path = logoOf(category).folder();
+    const std::string path = categoryOf(category).folder();
     if (!path.empty()) {
         rmdir(path.c_str());
     }
-}
-
-Result<bool> holdsEntry(const Tree& package, VXClone category) {
-    const std::string entry(categoryOf(category).entry);
-    return entry.empty() ? Result<bool>(true) : hasEntry(package, entry);
 }
 
 }  // namespace vxclone

@@ -19,8 +19,4 @@ bool hasLogo(VXClone category);
 /// one.
 void removeEmptyLogo(VXClone category);
 
-/// Whether the package has the entry without which a restore of the category fails. True for a category that
-/// needs none. Error: nobody can tell.
-Result<bool> holdsEntry(const Tree& package, VXClone category);
-
 }  // namespace vxclone

@@ -42,12 +42,6 @@ bool isEmpty(const ComparedState& state) {
     return state.settings.empty() && state.entries.empty();
 }
 
-/// Whether a restore of this category leaves settings or files of the television that the package does not
-/// hold.
-bool staysBeside(const Row& row) {
-    return row.category == VXCLONE_VCONF_DATA || row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA;
-}
-
 /// Removes differences that exist only because the television has more than the package. Result: their
 /// number.
 std::size_t removeAdded(std::vector<Difference>& differences) {
@@ -183,8 +177,9 @@ class Comparer {
             compareApplication(row, wanted.entries.size(), differences.size());
             return;
         }
-        const std::size_t beside = staysBeside(row) ? removeAdded(differences) : 0;
-        if (row.category == VXCLONE_VXHOTEL_HOMEAPP_DATA && beside != 0) {
+        const Category& category = categoryOf(row.category);
+        const std::size_t beside = category.surplus == Surplus::Stays ? removeAdded(differences) : 0;
+        if (category.folder != nullptr && beside != 0) {
             addDetail(row, countText(beside, "file") + " beside the package's stay");
         }
         if (row.category == VXCLONE_VCONF_DATA) {

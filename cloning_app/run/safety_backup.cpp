@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 
 #include "cloning_app/check/compared_state.h"
 #include "cloning_app/report/progress_view.h"
@@ -12,7 +11,6 @@
 #include "cloning_app/storage/safety_store.h"
 #include "cloning_app/television/television_folders.h"
 #include "common/terminal_table.h"
-#include "platform/vx_paths.h"
 
 namespace vxclone {
 
@@ -147,13 +145,11 @@ Result<ComparedState> makeSafety(const CloneContext& context, const ReadyPackage
 
 /// What the package holds of the categories whose size nobody knows of a television.
 TreeSize restOf(const Tree& package) {
-    constexpr std::array kKnown = {VXCLONE_HOSPITALITY_LOGO, VXCLONE_VXHOTEL_HOMEAPP_DATA,
-                                   VXCLONE_VXHOTEL_MBR_LOGO};
     TreeSize rest;
     const auto add = [&](const TreeEntry& entry) {
-        const auto category = categoryOfPath(std::string_view(entry.path).substr(package.path.size() + 1));
-        if (std::none_of(kKnown.begin(), kKnown.end(),
-                         [category](VXClone known) { return categoryOf(known).name == category; })) {
+        const auto category =
+            categoryCalled(categoryOfPath(std::string_view(entry.path).substr(package.path.size() + 1)));
+        if (!category || categoryOf(*category).folder == nullptr) {
             ++rest.entries;
             rest.bytes += entry.bytes;
         }
@@ -172,8 +168,11 @@ bool isThere(const CloneContext& context) {
 
 TreeSize safetyReserve(const Tree& package) {
     TreeSize reserve = restOf(package);
-    for (const auto folder : {vx_get_homemenu_path, vx_get_bootlogo_path, vx_get_mbrlogo_path}) {
-        const std::string path = folder();
+    for (const Category& category : categories()) {
+        if (category.folder == nullptr) {
+            continue;
+        }
+        const std::string path = category.folder();
         const auto opened = openTelevisionFolder(path);
         if (opened && opened->valid()) {
             const auto size = measureTree({opened->get(), path, Place::Television}, TreeLimits{});

@@ -37,7 +37,7 @@ bool hasContent(const ComparedState& state, std::string_view part) {
 /// it: the library calls some categories a success whatever the television answered.
 bool hasAllParts(const Category& category, const ComparedState& saved, const ComparedState& wanted) {
     return std::all_of(category.parts.begin(), category.parts.end(), [&](std::string_view part) {
-        return part.empty() || hasContent(saved, part) || !hasContent(wanted, part);
+        return hasContent(saved, part) || !hasContent(wanted, part);
     });
 }
 
@@ -105,8 +105,8 @@ class TelevisionComparer {
         const auto category = categoryCalled(part.category);
         if (category == VXCLONE_VCONF_DATA) {
             note(part, {settingsOfTelevision(wanted.settings), {}}, wanted);
-        } else if (category && isFolderOfTelevision(*category)) {
-            compareFolder(part, *category, wanted);
+        } else if (category && categoryOf(*category).folder != nullptr) {
+            compareFolder(part, categoryOf(*category), wanted);
         } else if (look_ == nullptr) {
             leaveOut(part, kQuick, true);
         } else if (const auto found = saved_.find(part);
@@ -133,8 +133,8 @@ class TelevisionComparer {
         return part.isOfApplication() && noneFailed && differencesOf(found, wanted).empty();
     }
 
-    void compareFolder(const PackagePart& part, VXClone category, const ComparedState& wanted) {
-        if (look_ != nullptr && !isReportedSaved(part, category)) {
+    void compareFolder(const PackagePart& part, const Category& category, const ComparedState& wanted) {
+        if (look_ != nullptr && !isReportedSaved(part, category.value)) {
             leaveOut(part, kNotSaved);
             return;
         }

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "cloning_app/package/layout.h"
+#include "cloning_app/television/category.h"
 #include "common/terminal_table.h"
 #include "common/tree_removal.h"
 

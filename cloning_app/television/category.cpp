@@ -11,162 +11,9 @@ namespace vxclone {
 
 namespace {
 
-constexpr auto kReported = Handling::Reported;
-constexpr auto kNotInBackup = Handling::NotInBackup;
-
-/// The names of the files are those that the services of this platform give them.
-constexpr std::array<Category, kCategoryCount> kCategories = {{
-    {VXCLONE_FACTORY_SETTINGS,
-     "factory",
-     "VXCLONE_FACTORY_SETTINGS",
-     "factory settings",
-     Handling::NotEvaluated,
-     Handling::NotEvaluated,
-     Holding::Parts,
-     "factory.backup",
-     {"factory.backup"}},
-    {VXCLONE_AV_SETTINGS,
-     "av",
-     "VXCLONE_AV_SETTINGS",
-     "picture and sound",
-     kReported,
-     kReported,
-     Holding::Parts,
-     "picture-and-sound.backup",
-     {"picture-and-sound.backup"}},
-    {VXCLONE_HOME_INTERNAL_API_DATA,
-     "home-data",
-     "VXCLONE_HOME_INTERNAL_API_DATA",
-     "home screen data",
-     kReported,
-     kReported,
-     Holding::Parts,
-     "org.vorta.homedatacontrol-service",
-     {"org.vorta.homedatacontrol-service"}},
-    {VXCLONE_WAS_API_DATA,
-     "was",
-     "VXCLONE_WAS_API_DATA",
-     "web applications",
-     kReported,
-     kReported,
-     Holding::Parts,
-     "web-applications.backup",
-     {"web-applications.backup"}},
-    {VXCLONE_VCONF_DATA,
-     "settings-keys",
-     "VXCLONE_VCONF_DATA",
-     "hotel settings",
-     Handling::ReadBack,
-     Handling::ReadBack,
-     Holding::EachSetting,
-     kSettingsFolder,
-     {}},
-    {VXCLONE_BROADCAST_TVS,
-     "channels",
-     "VXCLONE_BROADCAST_TVS",
-     "channel map",
-     kReported,
-     kReported,
-     Holding::Parts,
-     "tvs-chms",
-     {"tvs-chms/tvs-chms.zip", "tvs-chms/hotel-channels.backup"}},
-    {VXCLONE_SETTINGS_DATA,
-     "settings",
-     "VXCLONE_SETTINGS_DATA",
-     "menu settings",
-     kReported,
-     kReported,
-     Holding::Parts,
-     "settings-data.backup",
-     {"settings-data.backup"}},
-    {VXCLONE_BROADCAST_IPG_DATA,
-     "guide",
-     "VXCLONE_BROADCAST_IPG_DATA",
-     "programme guide",
-     kNotInBackup,
-     Handling::Silent,
-     Holding::Nothing,
-     "",
-     {}},
-    {VXCLONE_VXTV_TIMER_DATA,
-     "timers",
-     "VXCLONE_VXTV_TIMER_DATA",
-     "timers",
-     kReported,
-     kReported,
-     Holding::Parts,
-     "tvtimer",
-     {"tvtimer"}},
-    {VXCLONE_HOSPITALITY_LOGO,
-     "boot-logo",
-     "VXCLONE_HOSPITALITY_LOGO",
-     "boot logo",
-     Handling::Added,
-     kReported,
-     Holding::FolderIfThere,
-     "logo",
-     {}},
-    {VXCLONE_VXHOTEL_HOMEAPP_DATA,
-     "home-menu",
-     "VXCLONE_VXHOTEL_HOMEAPP_DATA",
-     "home menu files",
-     kReported,
-     kReported,
-     Holding::Folder,
-     "VXHotel",
-     {}},
-    {VXCLONE_VXHOTEL_FIRSTSCREEN_DATA,
-     "apps",
-     "VXCLONE_VXHOTEL_FIRSTSCREEN_DATA",
-     "application data",
-     kReported,
-     kReported,
-     Holding::EachApplication,
-     "",
-     {}},
-    {VXCLONE_VXHOTEL_MBR_LOGO,
-     "mbr-logo",
-     "VXCLONE_VXHOTEL_MBR_LOGO",
-     "set-top-box logo",
-     Handling::Added,
-     kReported,
-     Holding::FolderIfThere,
-     "VXMBRLogo",
-     {}},
-    {VXCLONE_VXHOTEL_AMBIENT_APP_DATA,
-     "ambient",
-     "VXCLONE_VXHOTEL_AMBIENT_APP_DATA",
-     "ambient mode",
-     kNotInBackup,
-     Handling::NotPossible,
-     Holding::Nothing,
-     "",
-     {}},
-    {VXCLONE_NTP_SETTINGS_DATA,
-     "network-time",
-     "VXCLONE_NTP_SETTINGS_DATA",
-     "network time",
-     kReported,
-     kReported,
-     Holding::Nothing,
-     "",
-     {}},
-}};
-
-constexpr bool isInTheOrderOfTheValues() {
-    for (std::size_t index = 0; index < kCategories.size(); ++index) {
-        if (kCategories[index].value != static_cast<VXClone>(index)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-static_assert(isInTheOrderOfTheValues(), "the table has one row for each category, in their order");
-
 std::optional<VXClone> categoryTyped(std::string_view name) {
     const std::string typed = vxcommon::inSmallLetters(name);
-    for (const Category& category : kCategories) {
+    for (const Category& category : categories()) {
         if (typed == category.name || typed == vxcommon::inSmallLetters(category.enumerator)) {
             return category.value;
         }
@@ -177,7 +24,7 @@ std::optional<VXClone> categoryTyped(std::string_view name) {
 tl::unexpected<Error> unknownCategory(std::string_view name) {
     std::vector<std::string> names;
     std::string list;
-    for (const Category& category : kCategories) {
+    for (const Category& category : categories()) {
         names.emplace_back(category.name);
         list += " " + names.back();
     }
@@ -189,12 +36,8 @@ tl::unexpected<Error> unknownCategory(std::string_view name) {
 
 }  // namespace
 
-const std::array<Category, kCategoryCount>& categories() {
-    return kCategories;
-}
-
 const Category& categoryOf(VXClone value) {
-    return kCategories.at(static_cast<std::size_t>(value));
+    return categories().at(static_cast<std::size_t>(value));
 }
 
 Handling handlingOf(const Category& category, Direction direction) {
@@ -202,7 +45,7 @@ Handling handlingOf(const Category& category, Direction direction) {
 }
 
 std::optional<VXClone> categoryOfEntry(std::string_view entry) {
-    for (const Category& category : kCategories) {
+    for (const Category& category : categories()) {
         if (!entry.empty() && entry == category.entry) {
             return category.value;
         }
@@ -210,8 +53,15 @@ std::optional<VXClone> categoryOfEntry(std::string_view entry) {
     return std::nullopt;
 }
 
+bool isKnownEntry(std::string_view name) {
+    return name == kIdentityFile || name == kSealFile ||
+           std::any_of(categories().begin(), categories().end(), [name](const Category& category) {
+               return category.entryBy == EntryBy::Library && category.entry == name;
+           });
+}
+
 std::optional<VXClone> categoryCalled(std::string_view name) {
-    for (const Category& category : kCategories) {
+    for (const Category& category : categories()) {
         if (name == category.name) {
             return category.value;
         }
@@ -220,7 +70,7 @@ std::optional<VXClone> categoryCalled(std::string_view name) {
 }
 
 std::optional<VXClone> categoryNamed(std::string_view enumerator) {
-    for (const Category& category : kCategories) {
+    for (const Category& category : categories()) {
         if (enumerator == category.enumerator) {
             return category.value;
         }
@@ -230,7 +80,7 @@ std::optional<VXClone> categoryNamed(std::string_view enumerator) {
 
 std::vector<VXClone> allCategories() {
     std::vector<VXClone> values;
-    for (const Category& category : kCategories) {
+    for (const Category& category : categories()) {
         values.push_back(category.value);
     }
     return values;

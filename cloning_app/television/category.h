@@ -2,6 +2,8 @@
 
 #include <array>
 #include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -23,18 +25,42 @@ enum class Handling {
     NotPossible    ///< a restore refuses it
 };
 
-/// What a whole package holds of a category.
+/// What a whole package holds of a category, and how that is compared with a television.
 enum class Holding {
-    Nothing,         ///< the category has no entry of its own
-    Parts,           ///< every one of its parts
-    Folder,          ///< its entry, a folder that may be empty
-    FolderIfThere,   ///< the same, where the television has such a folder: vxclone looks for itself
-    EachSetting,     ///< a value for every setting that travels
-    EachApplication  ///< a folder for every application that the library asks
+    Nothing,          ///< no entry of its own; nothing to compare
+    Parts,            ///< every one of its parts; compared with what the library saves of the television
+    Folder,           ///< its entry, a folder that may be empty; compared with the television's own folder
+    FolderIfThere,    ///< the same, where the television has such a folder: vxclone looks for itself
+    EachSetting,      ///< a value for every setting that travels; compared with the settings store
+    EachApplication,  ///< a folder for every application that the library asks; compared with what they save
 };
 
-/// The most parts that a category has.
-inline constexpr std::size_t kMostParts = 2;
+/// Who chose the name of a category's entry in a package.
+enum class EntryBy {
+    Nobody,   ///< there is no entry
+    Library,  ///< the same for every television, so that it marks a folder as a package
+    Service   ///< this television's service
+};
+
+/// How a package makes a restore take away what the television has of a category.
+enum class Removal {
+    Never,
+    ByNoEntry,    ///< the package has no entry of the category
+    ByEmptyEntry  ///< the entry is an empty folder
+};
+
+/// What a restore does with what the television has of a category and the package does not hold.
+enum class Surplus { Replaced, Stays };
+
+/// What a category puts to use that travels with another one.
+struct Need {
+    VXClone category;
+    std::string_view why;  ///< empty: nothing is needed
+    /// The settings without which the category is not loaded.
+    std::span<const std::string_view> settings;
+};
+
+inline constexpr Need kNoNeed = {VXCLONE_FACTORY_SETTINGS, "", {}};
 
 /// One category of a clone.
 struct Category {
@@ -46,11 +72,23 @@ struct Category {
     Handling inRestore;
     Holding holding;
     std::string_view entry;  ///< its entry at the top of a package; empty where it has none of its own
-    /// Of `Holding::Parts`: files, or folders with a file in them. An empty name stands for none.
-    std::array<std::string_view, kMostParts> parts;
+    EntryBy entryBy;
+    /// Of `Holding::Parts`: files, or folders with a file in them, all of them in the entry or the entry
+    /// itself.
+    std::span<const std::string_view> parts;
+    /// Where the files of the entry lie on the television as they are; null where they lie nowhere as files.
+    std::string (*folder)();
+    Removal removal;
+    Surplus surplus;
+    Need need;
 };
 
 inline constexpr std::size_t kCategoryCount = 15;
+
+/// The first name of a path.
+constexpr std::string_view topOf(std::string_view path) {
+    return path.substr(0, path.find('/'));
+}
 
 /// All of them, in the library's order: the index is the value.
 const std::array<Category, kCategoryCount>& categories();
@@ -63,6 +101,10 @@ bool isLoaded(const Category& category);
 /// The category whose entry at the top of a package has this name; none for the entries of applications and
 /// of services that nobody knows.
 std::optional<VXClone> categoryOfEntry(std::string_view entry);
+
+/// Whether an entry of this name at its top makes a folder a clone package: the library gives it that name on
+/// every television.
+bool isKnownEntry(std::string_view name);
 
 /// The category of that enumerator's name.
 std::optional<VXClone> categoryNamed(std::string_view enumerator);

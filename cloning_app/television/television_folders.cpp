@@ -8,9 +8,9 @@
 #include <optional>
 
 #include "cloning_app/base/tree_walk.h"
+#include "cloning_app/television/category.h"
 #include "common/terminal_table.h"
 #include "common/tree_removal.h"
-#include "platform/vx_paths.h"
 
 namespace vxclone {
 
@@ -58,7 +58,7 @@ struct HomeMenu {
 };
 
 Result<HomeMenu> openHomeMenu() {
-    HomeMenu menu{Descriptor(), vx_get_homemenu_path(), {}};
+    HomeMenu menu{Descriptor(), categoryOf(VXCLONE_VXHOTEL_HOMEAPP_DATA).folder(), {}};
     // The name that people are told ends without a slash.
     menu.path.erase(menu.path.find_last_not_of('/') + 1);
     auto folder = openTelevisionFolder(menu.path);
@@ -98,7 +98,9 @@ Result<void> judge(const vxcommon::Removal& search, const std::filesystem::path&
 
 /// The library removes a logo's folder, and of the clone folder what is in it.
 Result<void> checkUnmounted(const std::filesystem::path& cloneRoot) {
-    for (const std::filesystem::path folder : {vx_get_bootlogo_path(), vx_get_mbrlogo_path()}) {
+    for (const Category& category : categories()) {
+        const std::filesystem::path folder =
+            category.removal == Removal::Never ? std::string() : category.folder();
         if (folder.empty()) {
             continue;
         }

@@ -34,13 +34,15 @@ Result<ComparedState> stateToLoad(const ReadyPackage& ready, bool keepIdentity) 
     return state;
 }
 
-/// A restore of the home menu leaves other files there, so they are no change.
+/// Whether a restore leaves this on the television, although the package does not hold it.
+bool stays(const Difference& difference) {
+    const auto category = categoryCalled(difference.category);
+    return category && categoryOf(*category).surplus == Surplus::Stays && !difference.inSecond;
+}
+
+/// What a restore leaves there is no change.
 void removeWhatStays(std::vector<Difference>& differences) {
-    const auto name = categoryOf(VXCLONE_VXHOTEL_HOMEAPP_DATA).name;
-    differences.erase(
-        std::remove_if(differences.begin(), differences.end(),
-                       [name](const Difference& each) { return each.category == name && !each.inSecond; }),
-        differences.end());
+    differences.erase(std::remove_if(differences.begin(), differences.end(), stays), differences.end());
 }
 
 std::string changesIn(const PackagePart& part, const std::vector<Difference>& differences) {

@@ -12,8 +12,8 @@
 
 #include "cloning_app/base/tree_walk.h"
 #include "cloning_app/check/package_look.h"
-#include "cloning_app/package/layout.h"
 #include "cloning_app/storage/mounts.h"
+#include "cloning_app/television/category.h"
 #include "common/terminal_table.h"
 
 namespace vxclone {

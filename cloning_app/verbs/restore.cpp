@@ -23,23 +23,12 @@ namespace vxclone {
 
 namespace {
 
-/// A category that puts data of another category into effect.
-struct Need {
-    VXClone category;
-    VXClone needed;
-    std::string_view why;
-};
-
-constexpr std::array kNeeds = {
-    Need{VXCLONE_NTP_SETTINGS_DATA, VXCLONE_VCONF_DATA, "the values travel there"},
-    Need{VXCLONE_VXTV_TIMER_DATA, VXCLONE_BROADCAST_TVS, "a timer names its channel by the number"},
-};
-
 void sayWhatIsNeeded(ProgressView& view, const Plan& plan) {
-    for (const Need& need : kNeeds) {
-        if (plan.holds(need.category) && !plan.holds(need.needed)) {
-            view.notice(fmt::format("{} without {}: {}, and this television's own are used.",
-                                    categoryOf(need.category).name, categoryOf(need.needed).name, need.why));
+    for (const Category& category : categories()) {
+        const Need& need = category.need;
+        if (!need.why.empty() && plan.holds(category.value) && !plan.holds(need.category)) {
+            view.notice(fmt::format("{} without {}: {}, and this television's own are used.", category.name,
+                                    categoryOf(need.category).name, need.why));
         }
     }
 }

@@ -38,12 +38,12 @@ struct WayBack {
     std::vector<VXClone> removedLogos;
 };
 
-/// Makes the load remove a logo that the restore added. The library removes the boot logo if the package has
-/// none, and the files of the other logo if its folder in the package is empty.
+/// Makes the load remove a logo that the restore added.
 Result<void> takeLogoAway(WayBack& back, Row& row) {
-    const std::string entry(categoryOf(row.category).entry);
+    const Category& logo = categoryOf(row.category);
+    const std::string entry(logo.entry);
     const Tree package = back.ready.package.tree();
-    if (row.category == VXCLONE_VXHOTEL_MBR_LOGO &&
+    if (logo.removal == Removal::ByEmptyEntry &&
         mkdirat(package.descriptor, entry.c_str(), kFolderMode) != 0) {
         return tl::make_unexpected(writeError(package.place, package.path + "/" + entry, errno));
     }
@@ -57,7 +57,7 @@ Result<void> takeLogosAway(WayBack& back) {
     std::vector<Row>& leftOut = back.ready.plan.leftOut;
     for (Row& row : leftOut) {
         const bool hadNone =
-            categoryOf(row.category).holding == Holding::FolderIfThere && row.verdict == Verdict::NotThere;
+            categoryOf(row.category).removal != Removal::Never && row.verdict == Verdict::NotThere;
         if (hadNone && !hasLogo(row.category)) {
             row.detail = "there was none, and there is none";
         } else if (hadNone) {

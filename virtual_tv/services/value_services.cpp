@@ -5,6 +5,8 @@
 #include <system_error>
 #include <utility>
 
+#include "virtual_tv/base/service_files.h"
+
 namespace vxtv {
 
 namespace fs = std::filesystem;
@@ -59,7 +61,7 @@ Result<void> expectFolder(const fs::path& folder) {
 const ValueService& factoryService() {
     static const ValueService service = {
         "factory",
-        "factory.backup",
+        vxport::kFactoryFiles.front(),
         1,
         {{oneOf("tuner/standard", {"dvb-t2c", "dvb-t2cs2", "atsc", "isdb-t"}),
           oneOf("region/code", {"eu", "uk", "us", "au"}), onOff("panel/overscan"),
@@ -76,7 +78,7 @@ const ValueService& factoryService() {
 const ValueService& avService() {
     static const ValueService service = {
         "av",
-        "picture-and-sound.backup",
+        vxport::kPictureAndSoundFiles.front(),
         1,
         {joined({{oneOf("picture/mode", {"standard", "dynamic", "natural", "movie"}),
                   oneOf("picture/size", {"16-9", "4-3", "fit", "zoom"})},
@@ -91,7 +93,7 @@ const ValueService& avService() {
 const ValueService& settingsService() {
     static const ValueService service = {
         "settings",
-        "settings-data.backup",
+        vxport::kSettingsDataFiles.front(),
         1,
         {{as(Part::Early, oneOf("region/language", languages())),
           as(Part::Early, textOf("region/country", 2, 2)),
@@ -123,7 +125,7 @@ const ValueService& homeDataService() {
 const ValueService& webApplicationService() {
     static const ValueService service = {
         "was",
-        "web-applications.backup",
+        vxport::kWebApplicationFiles.front(),
         1,
         {{onOff("updateAtNight")},
          {{"applications",

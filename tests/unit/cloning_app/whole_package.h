@@ -5,17 +5,22 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "cloning_app/television/category.h"
 #include "cloning_app/television/setting_kinds.h"
 #include "cloning_app/television/settings_store.h"
 #include "tests/unit/cloning_app/test_folder.h"
 
 /// All outcomes that the library reports for a successful run.
-inline constexpr const char* kWholeReport =
-    "VXCLONE_FACTORY_SETTINGS-FAIL\nVXCLONE_AV_SETTINGS-SUCCESS\nVXCLONE_HOME_INTERNAL_API_DATA-SUCCESS\n"
-    "VXCLONE_WAS_API_DATA-SUCCESS\nVXCLONE_BROADCAST_TVS-SUCCESS\nVXCLONE_SETTINGS_DATA-SUCCESS\n"
-    "VXCLONE_VXTV_TIMER_DATA-SUCCESS\nVXCLONE_HOSPITALITY_LOGO-SUCCESS\n"
-    "VXCLONE_VXHOTEL_HOMEAPP_DATA-SUCCESS\nVXCLONE_VXHOTEL_FIRSTSCREEN_DATA-SUCCESS\n"
-    "VXCLONE_VXHOTEL_MBR_LOGO-SUCCESS\nVXCLONE_NTP_SETTINGS_DATA-SUCCESS\n";
+inline const std::string kWholeReport = [] {
+    std::string report;
+    for (const vxclone::Category& category : vxclone::categories()) {
+        const bool succeeds = category.inRestore == vxclone::Handling::Reported;
+        if (succeeds || category.inRestore == vxclone::Handling::NotEvaluated) {
+            report += std::string(category.enumerator) + (succeeds ? "-SUCCESS\n" : "-FAIL\n");
+        }
+    }
+    return report;
+}();
 
 /// The settings by their keys, each as JSON: `7`, `"text"`.
 using SettingValues = std::map<std::string, std::string>;
@@ -42,12 +47,16 @@ inline std::string wholeSettings(const SettingValues& values = {}) {
 /// application.
 inline void writeWholePackage(const std::filesystem::path& folder, const SettingValues& values = {}) {
     writeFile(folder / "vconf/Vconf.json", wholeSettings(values));
-    for (const char* const name :
-         {"factory.backup", "picture-and-sound.backup", "org.vorta.homedatacontrol-service/home-data.backup",
-          "web-applications.backup", "tvs-chms/tvs-chms.zip", "tvs-chms/hotel-channels.backup",
-          "settings-data.backup", "tvtimer/timers.backup", "org.vorta.orvel-app/data"}) {
-        writeFile(folder / name, name);
+    for (const vxclone::Category& category : vxclone::categories()) {
+        for (const std::string_view part : category.parts) {
+            // What the library names alone is a folder, in which a service puts a file of its own.
+            const bool isFolder = category.entryBy == vxclone::EntryBy::Library && part == category.entry;
+            const std::string path =
+                std::string(part) + (isFolder ? "/" + std::string(category.name) + ".backup" : "");
+            writeFile(folder / path, path);
+        }
     }
+    writeFile(folder / "org.vorta.orvel-app/data", "org.vorta.orvel-app/data");
     std::filesystem::create_directories(folder / "VXHotel");
 }
 

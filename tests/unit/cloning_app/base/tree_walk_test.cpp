@@ -69,5 +69,14 @@ TEST(WalkTreeTest, linkIsRefusedWithAdviceForThePlaceWhereItIs) {
     EXPECT_EQ(onTelevision.error().sentence, begin + "take it away and try again");
 }
 
+TEST(WalkTreeTest, sidecarsAreThoseOfDesktopSystems) {
+    for (const char* const name : {".DS_Store", "Thumbs.db", "._vconf", "System Volume Information"}) {
+        EXPECT_TRUE(isSidecar(name)) << name;
+    }
+    for (const char* const name : {".", "vconf", "_vconf", ".hidden"}) {
+        EXPECT_FALSE(isSidecar(name)) << name;
+    }
+}
+
 }  // namespace
 }  // namespace vxclone

@@ -111,14 +111,5 @@ TEST_F(LogosTest, saveThatIsStoppedLeavesNothing) {
     EXPECT_FALSE(std::filesystem::exists(root_ / "logo"));
 }
 
-TEST_F(LogosTest, entryOfACategoryIsLookedForWithoutFollowingLinks) {
-    const Descriptor root(open(root_.c_str(), O_RDONLY | O_DIRECTORY));
-    const Tree package{root.get(), root_.string() + "/", Place::Television};
-    EXPECT_EQ(holdsEntry(package, VXCLONE_HOSPITALITY_LOGO), false);
-    EXPECT_EQ(holdsEntry(package, VXCLONE_NTP_SETTINGS_DATA), true);
-    std::filesystem::create_directory(root_ / "logo");
-    EXPECT_EQ(holdsEntry(package, VXCLONE_HOSPITALITY_LOGO), true);
-}
-
 }  // namespace
 }  // namespace vxclone

@@ -79,5 +79,15 @@ TEST(Category, backupLeavesOutTheFourThatTheLibraryNeverRunsButForTheLogos) {
     }
 }
 
+TEST(Category, entriesThatMarkAPackageAreThoseOfTheLibrary) {
+    for (const char* const name : {"ProductCloneInfo.txt", "validate.txt", "vconf", "logo", "VXMBRLogo",
+                                   "VXHotel", "tvtimer", "tvs-chms", "org.vorta.homedatacontrol-service"}) {
+        EXPECT_TRUE(isKnownEntry(name)) << name;
+    }
+    for (const char* const name : {"", "Vconf", "photos", "vconf.bak", "factory.backup"}) {
+        EXPECT_FALSE(isKnownEntry(name)) << name;
+    }
+}
+
 }  // namespace
 }  // namespace vxclone
