@@ -11,6 +11,7 @@ namespace vxclone {
 namespace {
 
 constexpr std::string_view kOther = "other";
+constexpr const char* kOfServices = "files of the television's services";
 
 std::string_view nameOfApplications() {
     return categoryOf(VXCLONE_VXHOTEL_FIRSTSCREEN_DATA).name;
@@ -25,6 +26,9 @@ bool PackagePart::isOfApplication() const {
 std::string nameOf(const PackagePart& part) {
     if (part.isOfApplication() && !part.subject.empty()) {
         return part.category + " (" + part.subject + ")";
+    }
+    if (part.category == kOther && part.subject.empty()) {
+        return kOfServices;
     }
     return part.subject.empty() ? part.category : part.subject;
 }

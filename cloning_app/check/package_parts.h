@@ -20,7 +20,8 @@ struct PackagePart {
     bool isOfApplication() const;
 };
 
-/// The part for people: "channels", "apps (org.example.app)" or the entry's name.
+/// The part for people: "channels", "apps (org.example.app)" or the name of an entry that belongs to no
+/// category; all of those together are "files of the television's services".
 std::string nameOf(const PackagePart& part);
 
 /// The part to which a file of a package belongs, by its path. A folder at the top that does not belong to a

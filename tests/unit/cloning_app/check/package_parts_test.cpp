@@ -10,6 +10,7 @@ TEST(PackagePartsTest, entryBelongsToItsCategoryToItsApplicationOrToNone) {
     EXPECT_EQ(nameOf(partOf("logo/boot.png")), "boot-logo");
     EXPECT_EQ(nameOf(partOf("org.some.app/pictures/a.png")), "apps (org.some.app)");
     EXPECT_EQ(nameOf(partOf("of-a-service")), "of-a-service");
+    EXPECT_EQ(nameOf(PackagePart{"other"}), "files of the television's services");
     EXPECT_EQ(nameOf(partOf("ProductCloneInfo.txt")), "identity");
 }
 

@@ -322,7 +322,8 @@ TEST_F(DiffTest, twoPackagesAreComparedWholeAndApplicationsAreNamed) {
                                  "only the application can compare\nboot-logo\n  logo/logo.png  only in " +
                                  package_.string() + "\nchannels\n  tvs-chms/tvs-chms.zip  only in " +
                                  second_.string() +
-                                 "\nother\n  avoc.db  other content\nsettings-keys\n  a/volume  12 -> 20\n"
+                                 "\nfiles of the television's services\n  avoc.db  other "
+                                 "content\nsettings-keys\n  a/volume  12 -> 20\n"
                                  "1 setting and 5 files differ.\n" +
                                  package_.string() + " is not complete. It lacks: home-data, was, "),
                       HasSubstr("\n" + second_.string() + " is not complete. It lacks: home-data, was, "),
