@@ -41,8 +41,8 @@ struct NamedState {
 };
 
 /// The differences, with a heading for each part.
-Output outputOf(const std::vector<Difference>& differences, const std::string& first,
-                const std::string& second) {
+Output differencesAsOutput(const std::vector<Difference>& differences, const std::string& first,
+                           const std::string& second) {
     Output output{{lineOf(vxcommon::printableFormat("{} -> {}", printable(first), printable(second)))}};
     std::string heading;
     for (const Difference& difference : differences) {
@@ -93,8 +93,8 @@ std::string sentenceOfNotHeld(const std::vector<std::string>& notHeld, const std
     return names.empty() ? "" : fmt::format("The package holds nothing of: {}.", fmt::join(names, ", "));
 }
 
-Output outputOf(const TelevisionComparison& comparison, const NamedState& package) {
-    Output output = outputOf(comparison.differences, kTelevision, package.path());
+Output differencesAsOutput(const TelevisionComparison& comparison, const NamedState& package) {
+    Output output = differencesAsOutput(comparison.differences, kTelevision, package.path());
     for (nlohmann::ordered_json& members : linesOf(comparison)) {
         output.lines.push_back({Event::Result, std::move(members)});
     }
@@ -129,7 +129,7 @@ Result<Output> compareWhole(const CloneContext& context, const NamedState& named
     VX_RETURN_IF_FAILED(root);
     const auto look = lookForComparison(context, root->tree(), safetyReserve(named.package.tree()));
     VX_RETURN_IF_FAILED(look);
-    return outputOf(compareWithTelevision(named.state, &*look), named);
+    return differencesAsOutput(compareWithTelevision(named.state, &*look), named);
 }
 
 struct DiffArguments {
@@ -157,7 +157,7 @@ Result<Output> diffWithTelevision(const CloneContext& context, const std::filesy
     const auto named = stateIn(folder);
     VX_RETURN_IF_FAILED(named);
     if (quick) {
-        return outputOf(compareWithTelevision(named->state, nullptr), *named);
+        return differencesAsOutput(compareWithTelevision(named->state, nullptr), *named);
     }
     return unrecordedRun(context, phasesOfDiff(),
                          std::function<Result<Output>(const CloneContext&)>(
@@ -171,7 +171,7 @@ Result<Output> diffPackages(const std::filesystem::path& folder, const std::file
     VX_RETURN_IF_FAILED(second);
     std::vector<Difference> differences = differencesOf(first->state, second->state);
     nameParts(differences);
-    Output output = outputOf(differences, first->path(), second->path());
+    Output output = differencesAsOutput(differences, first->path(), second->path());
     output.closing = {differences.empty() ? "No difference." : countSentence(differences)};
     addLacks(output, first->lacks, first->path());
     addLacks(output, second->lacks, second->path());
