@@ -13,35 +13,13 @@
 #include <utility>
 #include <vector>
 
+#include "common/descriptor.h"
+
 namespace vxcommon {
 
 namespace {
 
 constexpr int kOpenToRemove = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-
-/// Owns an open folder and closes it.
-class HeldFolder {
- public:
-    explicit HeldFolder(int descriptor) : descriptor_(descriptor) {}
-    HeldFolder(HeldFolder&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-    HeldFolder& operator=(HeldFolder&& other) noexcept {
-        std::swap(descriptor_, other.descriptor_);
-        return *this;
-    }
-    HeldFolder(const HeldFolder&) = delete;
-    HeldFolder& operator=(const HeldFolder&) = delete;
-    ~HeldFolder() {
-        if (descriptor_ >= 0) {
-            close(descriptor_);
-        }
-    }
-
-    int get() const { return descriptor_; }
-    bool valid() const { return descriptor_ >= 0; }
-
- private:
-    int descriptor_;
-};
 
 /// The identity of an entry, and the mount where it is.
 struct EntryFacts {
@@ -81,7 +59,7 @@ tl::expected<std::vector<std::string>, int> namesWithin(int directory) {
     DIR* const listing = again < 0 ? nullptr : fdopendir(again);
     if (listing == nullptr) {
         const int reason = errno;
-        const HeldFolder unlisted(again);
+        const Descriptor unlisted(again);
         return tl::make_unexpected(reason);
     }
     std::vector<std::string> names;
@@ -109,7 +87,7 @@ class Descent {
 
     /// Removes an entry of `directory` and everything below it.
     Removal entry(int directory, const std::string& name) {
-        folder_ = HeldFolder(openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        folder_ = Descriptor(openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         if (!folder_.valid()) {
             note(name, errno);
             return result();
@@ -120,7 +98,7 @@ class Descent {
 
     /// Removes everything in `directory`.
     Removal contents(int directory) {
-        folder_ = HeldFolder(openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        folder_ = Descriptor(openat(directory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
         auto names = folder_.valid() ? namesWithin(folder_.get()) : tl::make_unexpected(errno);
         if (!names) {
             note("", names.error());
@@ -164,7 +142,7 @@ class Descent {
     }
 
     void enter(const std::string& name) {
-        HeldFolder opened(openat(folder_.get(), name.c_str(), kOpenToRemove));
+        Descriptor opened(openat(folder_.get(), name.c_str(), kOpenToRemove));
         const int reason = opened.valid() ? 0 : errno;
         const auto facts = opened.valid() ? factsOf(opened.get(), "") : std::nullopt;
         if (facts && !facts->isMountedWith(began_)) {
@@ -200,7 +178,7 @@ class Descent {
 
     /// Closes the folder first, because removing an open folder takes longer.
     bool goUp(const std::string& name) {
-        HeldFolder above(openat(folder_.get(), "..", kOpenToRemove));
+        Descriptor above(openat(folder_.get(), "..", kOpenToRemove));
         const auto facts = above.valid() ? factsOf(above.get(), "") : std::nullopt;
         if (facts && !facts->isMountedWith(began_)) {
             // Something was mounted over the folder above, so ".." leads to it.
@@ -262,7 +240,7 @@ class Descent {
 
     Purpose purpose_;
     EntryFacts began_;
-    HeldFolder folder_{-1};
+    Descriptor folder_;
     std::vector<Level> levels_;
     std::optional<RemovalTrouble> trouble_;
     bool ended_ = false;
@@ -292,7 +270,7 @@ Removal inParentOf(const std::filesystem::path& path,
         return tl::make_unexpected(RemovalTrouble{path.string(), EINVAL});
     }
     const std::string parent = whole.has_parent_path() ? whole.parent_path().string() : ".";
-    const HeldFolder opened(open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor opened(open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened.valid()) {
         return work(opened.get(), whole.filename().string());
     }
